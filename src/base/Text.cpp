@@ -1,0 +1,168 @@
+#include "base/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+
+#include <utf8proc.h>
+
+namespace discaro::base {
+
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+
+// Windows-1252, bytes 0x80 to 0x9F. Source: the mapping table "cp1252" of the Unicode consortium.
+constexpr std::array<char16_t, 32> kWindows1252 = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+void appendCodePoint(std::string& text, char32_t codePoint) {
+    std::array<utf8proc_uint8_t, 4> buffer{};
+    const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(codePoint), buffer.data());
+    text.append(reinterpret_cast<const char*>(buffer.data()), static_cast<size_t>(length));
+}
+
+const utf8proc_uint8_t* bytesOf(std::string_view text) {
+    return reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+}
+
+char asciiLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::string composed(std::string_view text) {
+    utf8proc_uint8_t* result = nullptr;
+    const auto length = utf8proc_map(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &result,
+                                     static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
+    const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(result, &std::free);
+    if (length < 0)
+        return std::string(text);
+    return {reinterpret_cast<const char*>(result), static_cast<size_t>(length)};
+}
+
+std::string lowered(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (size_t at = 0; at < text.size();) {
+        utf8proc_int32_t codePoint = 0;
+        const auto length = utf8proc_iterate(bytesOf(text) + at,
+                                             static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
+        if (length <= 0) {
+            result += text[at++];
+            continue;
+        }
+        const auto lower = utf8proc_tolower(codePoint);
+        appendCodePoint(result, static_cast<char32_t>(codePoint >= 0x80 && lower < 0x80 ? codePoint : lower));
+        at += static_cast<size_t>(length);
+    }
+    return result;
+}
+
+std::string decodeUtf16(std::string_view bytes, size_t highByte) {
+    std::string result;
+    result.reserve(bytes.size());
+    const auto unitAt = [&](size_t at) {
+        const auto high = static_cast<uint8_t>(bytes[at + highByte]);
+        const auto low = static_cast<uint8_t>(bytes[at + 1 - highByte]);
+        return static_cast<char32_t>(high << 8 | low);
+    };
+    for (size_t at = 0; at + 1 < bytes.size(); at += 2) {
+        char32_t unit = unitAt(at);
+        const bool high = unit >= 0xD800 && unit < 0xDC00;
+        if (high && at + 3 < bytes.size() && (unitAt(at + 2) & 0xFC00) == 0xDC00) {
+            unit = 0x10000 + ((unit & 0x3FF) << 10) + (unitAt(at + 2) & 0x3FF);
+            at += 2;
+        } else if (unit >= 0xD800 && unit < 0xE000) {
+            unit = kReplacement;
+        }
+        appendCodePoint(result, unit);
+    }
+    return result;
+}
+
+} // namespace
+
+bool isAscii(std::string_view text) {
+    return std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+bool isValidUtf8(std::string_view bytes) {
+    for (size_t at = 0; at < bytes.size();) {
+        if (static_cast<unsigned char>(bytes[at]) < 0x80) {
+            ++at;
+            continue;
+        }
+        utf8proc_int32_t codePoint = 0;
+        const auto length = utf8proc_iterate(bytesOf(bytes) + at,
+                                             static_cast<utf8proc_ssize_t>(bytes.size() - at), &codePoint);
+        if (length <= 0)
+            return false;
+        at += static_cast<size_t>(length);
+    }
+    return true;
+}
+
+std::string decodeWindows1252(std::string_view bytes) {
+    std::string result;
+    result.reserve(bytes.size());
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        appendCodePoint(result, byte >= 0x80 && byte < 0xA0 ? kWindows1252[byte - 0x80] : byte);
+    }
+    return result;
+}
+
+std::string decodeUnlabelled(std::string_view bytes) {
+    return isValidUtf8(bytes) ? std::string(bytes) : decodeWindows1252(bytes);
+}
+
+std::string decodeUtf16Le(std::string_view bytes) {
+    return decodeUtf16(bytes, 1);
+}
+
+std::string decodeUtf16Be(std::string_view bytes) {
+    return decodeUtf16(bytes, 0);
+}
+
+std::string foldedForComparison(std::string_view text) {
+    if (isAscii(text))
+        return lowerAscii(text);
+    return lowered(composed(text));
+}
+
+int compareFolded(std::string_view left, std::string_view right) {
+    if (isAscii(left) && isAscii(right)) {
+        const auto order = std::lexicographical_compare_three_way(
+            left.begin(), left.end(), right.begin(), right.end(),
+            [](char a, char b) { return asciiLower(a) <=> asciiLower(b); });
+        return order < 0 ? -1 : order > 0 ? 1 : 0;
+    }
+    return foldedForComparison(left).compare(foldedForComparison(right));
+}
+
+bool equalFolded(std::string_view left, std::string_view right) {
+    return compareFolded(left, right) == 0;
+}
+
+std::string lowerAscii(std::string_view text) {
+    std::string result(text);
+    std::ranges::transform(result, result.begin(), asciiLower);
+    return result;
+}
+
+bool equalAscii(std::string_view left, std::string_view right) {
+    return std::ranges::equal(left, right, {}, asciiLower, asciiLower);
+}
+
+std::string_view trimBlanks(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+} // namespace discaro::base

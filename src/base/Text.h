@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace discaro::base {
+
+// All text below the windows is UTF-8. Functions that take text accept any bytes unless they say otherwise.
+
+bool isAscii(std::string_view text);
+
+// Whether the bytes are well-formed UTF-8 (no surrogates, nothing above U+10FFFF, shortest forms only).
+bool isValidUtf8(std::string_view bytes);
+
+// Bytes of the 16-bit age's western code page (Windows-1252) as UTF-8. The five bytes without a character there
+// become the control characters of the same value, so every byte has a text and none is lost.
+std::string decodeWindows1252(std::string_view bytes);
+
+// The one place that decides how text without a stated encoding reads: UTF-8 when it is well formed, else
+// Windows-1252.
+std::string decodeUnlabelled(std::string_view bytes);
+
+// UTF-16 as UTF-8; a lone surrogate becomes U+FFFD. An odd last byte is dropped.
+std::string decodeUtf16Le(std::string_view bytes);
+std::string decodeUtf16Be(std::string_view bytes);
+
+// The form in which texts are compared without regard to case: canonically composed, then each character's simple
+// lower case. A character outside ASCII never folds to an ASCII one (composition may still yield one). Bytes that
+// are not UTF-8 stay as they are.
+std::string foldedForComparison(std::string_view text);
+
+// Order and equality of the folded forms. The order is by code point.
+int compareFolded(std::string_view left, std::string_view right);
+bool equalFolded(std::string_view left, std::string_view right);
+
+// ASCII only: for names that the program itself gives (tables, fields, drive letters).
+std::string lowerAscii(std::string_view text);
+bool equalAscii(std::string_view left, std::string_view right);
+
+// Without the blanks (U+0020 only) at both ends.
+std::string_view trimBlanks(std::string_view text);
+
+} // namespace discaro::base

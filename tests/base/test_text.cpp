@@ -1,0 +1,82 @@
+#include <gtest/gtest.h>
+
+#include "base/Text.h"
+
+using namespace discaro::base;
+
+TEST(Text, WellFormedUtf8IsRecognised) {
+    EXPECT_TRUE(isValidUtf8(""));
+    EXPECT_TRUE(isValidUtf8("plain"));
+    EXPECT_TRUE(isValidUtf8("\xC3\x84\xE2\x82\xAC\xF0\x9F\x92\xBF"));
+}
+
+TEST(Text, BrokenUtf8IsRefused) {
+    EXPECT_FALSE(isValidUtf8("\xC4"));
+    EXPECT_FALSE(isValidUtf8("\x80"));
+    EXPECT_FALSE(isValidUtf8("\xC0\xAF")) << "an overlong form";
+    EXPECT_FALSE(isValidUtf8("\xED\xA0\x80")) << "a surrogate";
+    EXPECT_FALSE(isValidUtf8("\xF4\x90\x80\x80")) << "above the last character";
+}
+
+TEST(Text, EveryByteOfTheWesternCodePageHasAText) {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte)
+        bytes += static_cast<char>(byte);
+    const std::string text = decodeWindows1252(bytes);
+    EXPECT_TRUE(isValidUtf8(text));
+    EXPECT_NE(text.find("\xE2\x82\xAC"), std::string::npos) << "the euro sign stands at 0x80";
+}
+
+TEST(Text, UnlabelledBytesReadAsUtf8WhenTheyAreWellFormed) {
+    EXPECT_EQ(decodeUnlabelled("\xC3\x84rger"), "\xC3\x84rger");
+    EXPECT_EQ(decodeUnlabelled("\xC4rger"), "\xC3\x84rger");
+}
+
+TEST(Text, Utf16OfBothByteOrdersIsDecoded) {
+    EXPECT_EQ(decodeUtf16Le(std::string_view("A\0\xE4\0", 4)), "A\xC3\xA4");
+    EXPECT_EQ(decodeUtf16Be(std::string_view("\0A\0\xE4", 4)), "A\xC3\xA4");
+    EXPECT_EQ(decodeUtf16Be(std::string_view("\xD8\x3D\xDC\xBF", 4)), "\xF0\x9F\x92\xBF");
+}
+
+TEST(Text, ALoneSurrogateBecomesTheReplacementCharacterAndAnOddByteIsDropped) {
+    EXPECT_EQ(decodeUtf16Be(std::string_view("\xD8\x3D\0A\0", 5)), "\xEF\xBF\xBD" "A");
+    EXPECT_EQ(decodeUtf16Le(std::string_view("\x3D\xDC", 2)), "\xEF\xBF\xBD");
+}
+
+TEST(Text, FoldingPassesOverCaseInEveryScript) {
+    EXPECT_TRUE(equalFolded("README.TXT", "readme.txt"));
+    EXPECT_TRUE(equalFolded("\xC3\x84RGER", "\xC3\xA4rger"));
+    EXPECT_TRUE(equalFolded("\xD0\x9A\xD0\x9D\xD0\x98\xD0\x93\xD0\x90", "\xD0\xBA\xD0\xBD\xD0\xB8\xD0\xB3\xD0\xB0"));
+}
+
+TEST(Text, ADecomposedLetterEqualsTheComposedOne) {
+    EXPECT_TRUE(equalFolded("A\xCC\x88rger", "\xC3\xA4rger"));
+    EXPECT_FALSE(equalFolded("A\xCC\x88rger", "arger"));
+}
+
+TEST(Text, NoForeignLetterFoldsToAnAsciiOne) {
+    EXPECT_FALSE(equalFolded("\xC4\xB0", "i")) << "capital I with a dot";
+}
+
+TEST(Text, BytesThatAreNotTextFoldToThemselves) {
+    EXPECT_EQ(foldedForComparison("A\xFFZ"), "a\xFFz");
+}
+
+TEST(Text, TheOrderIsThatOfTheFoldedForms) {
+    EXPECT_LT(compareFolded("alpha", "BETA"), 0);
+    EXPECT_GT(compareFolded("b", "A"), 0);
+    EXPECT_EQ(compareFolded("Same", "sAME"), 0);
+    EXPECT_LT(compareFolded("z", "\xC3\x84"), 0) << "code point order beyond ASCII";
+}
+
+TEST(Text, OnlyBlanksAreTrimmed) {
+    EXPECT_EQ(trimBlanks("  a b  "), "a b");
+    EXPECT_EQ(trimBlanks("   "), "");
+    EXPECT_EQ(trimBlanks("\ta "), "\ta");
+}
+
+TEST(Text, AsciiNamesCompareWithoutRegardToCase) {
+    EXPECT_TRUE(equalAscii("Drive ID Number", "drive id number"));
+    EXPECT_FALSE(equalAscii("size", "size "));
+    EXPECT_EQ(lowerAscii("\xC3\x84" "B"), "\xC3\x84" "b");
+}
