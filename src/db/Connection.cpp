@@ -1,0 +1,117 @@
+#include "db/Connection.h"
+
+#include "db/LikeFunction.h"
+#include "db/SqliteError.h"
+
+#include <sqlite3.h>
+
+namespace discaro::db {
+
+namespace {
+
+constexpr int kLongestCell = 256 << 20; // bytes; a damaged file must not ask for more
+
+std::string& fileLayer() {
+    static std::string name;
+    return name;
+}
+
+int& lockWait() {
+    static int milliseconds = 2000;
+    return milliseconds;
+}
+
+void setOption(sqlite3* handle, int option, int value) {
+    sqlite3_db_config(handle, option, value, nullptr);
+}
+
+} // namespace
+
+void Connection::Closer::operator()(sqlite3* handle) const {
+    sqlite3_close_v2(handle);
+}
+
+void Connection::useFileLayer(std::string name) {
+    fileLayer() = std::move(name);
+}
+
+void Connection::setLockWait(int milliseconds) {
+    lockWait() = milliseconds;
+}
+
+Connection::Connection(const std::string& path, Mode mode) {
+    const int flags = SQLITE_OPEN_NOMUTEX |
+                      (mode == Mode::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
+    sqlite3* handle = nullptr;
+    const char* layer = fileLayer().empty() ? nullptr : fileLayer().c_str();
+    const int code = sqlite3_open_v2(path.c_str(), &handle, flags, layer);
+    m_handle.reset(handle);
+    if (code != SQLITE_OK)
+        raise(handle, code);
+    configure(mode);
+}
+
+Connection::~Connection() = default;
+
+void Connection::configure(Mode mode) {
+    sqlite3* handle = m_handle.get();
+    sqlite3_extended_result_codes(handle, 1);
+    sqlite3_busy_timeout(handle, lockWait());
+    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, kLongestCell);
+    setOption(handle, SQLITE_DBCONFIG_DEFENSIVE, 1);
+    setOption(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0);
+    setOption(handle, SQLITE_DBCONFIG_DQS_DML, 0);
+    setOption(handle, SQLITE_DBCONFIG_DQS_DDL, 0);
+    registerLikeFunction(handle);
+    execute("PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON; PRAGMA cache_size=-65536;"
+            "PRAGMA temp_store=MEMORY; PRAGMA secure_delete=OFF");
+    // This one reads the file, so what is wrong with the file shows here.
+    if (mode == Mode::ReadWrite)
+        execute("PRAGMA journal_mode=DELETE");
+}
+
+void Connection::execute(const std::string& sql) {
+    const int code = sqlite3_exec(m_handle.get(), sql.c_str(), nullptr, nullptr, nullptr);
+    if (code != SQLITE_OK)
+        raise(m_handle.get(), code);
+}
+
+int64_t Connection::number(std::string_view sql) {
+    Statement statement(handle(), sql);
+    return statement.step() ? statement.integer(0) : 0;
+}
+
+std::string Connection::text(std::string_view sql) {
+    Statement statement(handle(), sql);
+    return statement.step() ? std::string(statement.text(0)) : std::string();
+}
+
+std::string Connection::plan(std::string_view sql) {
+    constexpr int kDetail = 3;
+    Statement statement(handle(), "EXPLAIN QUERY PLAN " + std::string(sql));
+    std::string lines;
+    while (statement.step())
+        lines.append(statement.text(kDetail)).append("\n");
+    return lines;
+}
+
+int64_t Connection::lastRowNumber() const {
+    return sqlite3_last_insert_rowid(m_handle.get());
+}
+
+int64_t Connection::changedRows() const {
+    return sqlite3_changes64(m_handle.get());
+}
+
+bool Connection::inTransaction() const {
+    return sqlite3_get_autocommit(m_handle.get()) == 0;
+}
+
+std::string quotedName(std::string_view name) {
+    std::string text = "\"";
+    for (const char c : name)
+        text.append(c == '"' ? 2 : 1, c);
+    return text += '"';
+}
+
+} // namespace discaro::db

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "db/Statement.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+
+namespace discaro::db {
+
+// A connection to one database file. Handles of the catalogue share theirs through a Store; the
+// parts that work on whole files open their own. Errors are base::RuntimeError.
+class Connection {
+public:
+    enum class Mode { ReadOnly, ReadWrite };
+
+    // Opens a file that exists and sets the store's ways: rollback journal, full synchronisation,
+    // foreign keys, the cache, a short wait for other programs' locks, a distrust of what a damaged
+    // or foreign file brings along. The file is not read yet.
+    Connection(const std::string& path, Mode mode);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    // Runs statements that give no rows, separated by semicolons.
+    void execute(const std::string& sql);
+    // The first cell of the first row; 0 or "" when there is none.
+    int64_t number(std::string_view sql);
+    std::string text(std::string_view sql);
+    // SQLite's words on how it would run a statement, one line a step.
+    std::string plan(std::string_view sql);
+
+    int64_t lastRowNumber() const;
+    // Rows that the last statement changed itself, without cascades.
+    int64_t changedRows() const;
+    bool inTransaction() const;
+
+    sqlite3* handle() const { return m_handle.get(); }
+
+    // The SQLite file layer for files opened from now on, by its registered name; empty for the
+    // default one.
+    static void useFileLayer(std::string name);
+    // How long files opened from now on wait for another program's lock. 2000 ms unless set.
+    static void setLockWait(int milliseconds);
+
+private:
+    struct Closer {
+        void operator()(sqlite3* handle) const;
+    };
+
+    void configure(Mode mode);
+
+    std::unique_ptr<sqlite3, Closer> m_handle;
+};
+
+// A name as SQL writes it: in double quotes.
+std::string quotedName(std::string_view name);
+
+} // namespace discaro::db

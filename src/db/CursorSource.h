@@ -1,0 +1,50 @@
+#pragma once
+
+#include "db/RowSource.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+namespace discaro::db {
+
+// The rows of a table, or those that meet a condition, in insertion order: a position by row number that reads ahead
+// as it goes. Opening costs nothing, memory does not grow with the table, and rows added by anyone come at the end.
+class CursorSource : public RowSource {
+public:
+    CursorSource(Store& store, RowQuery query);
+
+    // The statement that walks the rows; opening as a cursor makes sense where SQLite need not sort for it.
+    static std::string walk(const RowQuery& query);
+
+    void first() override;
+    void last() override;
+    void next() override;
+    void previous() override;
+    void moveTo(int64_t index) override;
+    bool find(const Criterion& criterion) override;
+    int64_t count() override;
+    int64_t index() override;
+    void rowChanged(bool wasFresh) override;
+
+private:
+    bool readForward(int64_t from, size_t rows);
+    bool readBackward(int64_t from);
+    void jumpTo(int64_t index);
+    void step(int64_t rows);
+    std::optional<int64_t> firstOfDense();
+
+    // The place of the current row, remembered while nothing happens in front of it.
+    uint64_t indexState() const;
+    bool indexKnown() const { return m_index >= 0 && m_indexState == indexState(); }
+    void rememberIndex(int64_t index);
+
+    std::shared_ptr<Statement> m_forward;
+    std::shared_ptr<Statement> m_backward;
+    int64_t m_index = -1;
+    uint64_t m_indexState = 0;
+    int64_t m_count = -1;
+    uint64_t m_countState = 0;
+};
+
+} // namespace discaro::db

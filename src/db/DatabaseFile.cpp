@@ -1,0 +1,130 @@
+#include "db/DatabaseFile.h"
+
+#include "base/RuntimeError.h"
+#include "db/Connection.h"
+
+#include <cerrno>
+#include <system_error>
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <unistd.h>
+
+namespace discaro::db {
+
+namespace {
+
+using base::ErrorNumber;
+using base::RuntimeError;
+namespace fs = std::filesystem;
+
+ErrorNumber errorNumberOfSystem(int error) {
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+        return ErrorNumber::PathMissing;
+    case EEXIST:
+        return ErrorNumber::NotAllowed;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return ErrorNumber::CatalogueReadOnly;
+    case ENOSPC:
+    case EDQUOT:
+        return ErrorNumber::DiskFull;
+    default:
+        return ErrorNumber::StorageFailure;
+    }
+}
+
+[[noreturn]] void refuse(int error, const fs::path& path) {
+    throw RuntimeError(errorNumberOfSystem(error),
+                       path.string() + ": " + std::generic_category().message(error));
+}
+
+class Descriptor {
+public:
+    Descriptor(const fs::path& path, int flags) : m_number(::open(path.c_str(), flags, 0666)) {
+        if (m_number < 0)
+            refuse(errno, path);
+    }
+    ~Descriptor() { ::close(m_number); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    void sync(const fs::path& path) const {
+        if (::fsync(m_number) != 0)
+            refuse(errno, path);
+    }
+
+private:
+    int m_number;
+};
+
+// A file that goes away again unless it has been given its final name.
+class Draft {
+public:
+    explicit Draft(const fs::path& name) : m_path(name.string() + ".new") {
+        std::error_code ignored;
+        fs::remove(m_path, ignored); // what an interrupted creation left
+        const Descriptor created(m_path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC);
+    }
+    ~Draft() {
+        std::error_code ignored;
+        fs::remove(m_path, ignored);
+    }
+    Draft(const Draft&) = delete;
+    Draft& operator=(const Draft&) = delete;
+
+    const fs::path& path() const { return m_path; }
+
+private:
+    fs::path m_path;
+};
+
+void fill(const fs::path& path, const FileFormat& format, std::span<const std::string> statements) {
+    Connection connection(path.string(), Connection::Mode::ReadWrite);
+    connection.execute("BEGIN");
+    connection.execute("PRAGMA application_id=" + std::to_string(format.applicationId));
+    connection.execute("PRAGMA user_version=" + std::to_string(format.version));
+    for (const std::string& statement : statements)
+        connection.execute(statement);
+    connection.execute("COMMIT");
+}
+
+void syncFolder(const fs::path& file) {
+    const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+    Descriptor(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC).sync(folder);
+}
+
+void renameWithoutReplacing(const fs::path& from, const fs::path& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return;
+    // Some file systems do not know how to refuse; there the look comes first.
+    if (errno != EINVAL && errno != ENOSYS)
+        refuse(errno, to);
+    if (fs::exists(fs::symlink_status(to)))
+        refuse(EEXIST, to);
+    if (::rename(from.c_str(), to.c_str()) != 0)
+        refuse(errno, to);
+}
+
+} // namespace
+
+void createDatabaseFile(const fs::path& path, const FileFormat& format,
+                        std::span<const std::string> statements) {
+    const fs::path name = fs::absolute(path);
+    if (fs::exists(fs::symlink_status(name)))
+        refuse(EEXIST, name);
+    const Draft draft(name);
+    fill(draft.path(), format, statements);
+    publishFile(draft.path(), name);
+}
+
+void publishFile(const fs::path& finished, const fs::path& name) {
+    Descriptor(finished, O_RDONLY | O_CLOEXEC).sync(finished);
+    renameWithoutReplacing(finished, name);
+    syncFolder(name);
+}
+
+} // namespace discaro::db

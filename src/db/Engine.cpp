@@ -1,0 +1,98 @@
+#include "db/Engine.h"
+
+#include "base/RuntimeError.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+#include <sys/stat.h>
+
+namespace discaro::db {
+
+using base::ErrorNumber;
+using base::RuntimeError;
+
+namespace {
+
+[[noreturn]] void refuse(int error, const std::filesystem::path& path) {
+    const bool missing = error == ENOENT || error == ENOTDIR;
+    throw RuntimeError(missing ? ErrorNumber::FileMissing : ErrorNumber::StorageFailure,
+                       path.string());
+}
+
+FileIdentity identityOf(const std::filesystem::path& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0)
+        refuse(errno, path);
+    if (!S_ISREG(status.st_mode))
+        throw RuntimeError(ErrorNumber::NotACatalogue, path.string());
+    return {status.st_dev, status.st_ino};
+}
+
+} // namespace
+
+// Never destroyed: handles in static variables may close after any other static object is gone.
+Engine& Engine::instance() {
+    static Engine* const engine = std::make_unique<Engine>().release();
+    return *engine;
+}
+
+std::shared_ptr<Store> Engine::open(const std::filesystem::path& path) {
+    const FileIdentity identity = identityOf(path);
+    for (const auto& store : openStores())
+        if (store->identity() == identity)
+            return store;
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::canonical(path, error);
+    if (error)
+        refuse(error.value(), path);
+    auto store = std::make_shared<Store>(real.string(), identity, m_format);
+    m_stores.push_back(store);
+    return store;
+}
+
+bool Engine::isOpen(const std::filesystem::path& path) {
+    const FileIdentity identity = identityOf(path);
+    return std::ranges::any_of(openStores(),
+                               [&](const auto& each) { return each->identity() == identity; });
+}
+
+std::shared_ptr<Store> Engine::shared(const Store& store) {
+    for (auto& each : openStores())
+        if (each.get() == &store)
+            return each;
+    throw RuntimeError(ErrorNumber::HandleClosed);
+}
+
+std::vector<std::shared_ptr<Store>> Engine::openStores() {
+    std::erase_if(m_stores, [](const auto& store) { return store.expired(); });
+    std::vector<std::shared_ptr<Store>> stores;
+    for (const auto& store : m_stores)
+        stores.push_back(store.lock());
+    return stores;
+}
+
+void Engine::beginTransaction() {
+    m_transaction.begin(openStores(), owners());
+}
+
+std::vector<const Database*> Engine::owners() const {
+    const bool anyBound = std::ranges::any_of(m_handles, &Handle::bound);
+    std::vector<const Database*> owners;
+    for (const Handle& handle : m_handles)
+        if (handle.bound || !anyBound)
+            owners.push_back(handle.database);
+    return owners;
+}
+
+void Engine::handleOpened(const Database& handle, bool bound) {
+    m_handles.push_back({&handle, bound});
+}
+
+void Engine::handleClosed(const Database& handle) {
+    std::erase_if(m_handles, [&](const Handle& each) { return each.database == &handle; });
+    m_transaction.handleClosed(handle);
+}
+
+} // namespace discaro::db

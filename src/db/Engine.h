@@ -1,0 +1,49 @@
+#pragma once
+
+#include "db/FileFormat.h"
+#include "db/Store.h"
+#include "db/Transaction.h"
+
+#include <filesystem>
+#include <memory>
+#include <vector>
+
+namespace discaro::db {
+
+class Database;
+
+// The state of the process that DBEngine's functions work on: open files, open handles, the transaction.
+class Engine {
+public:
+    static Engine& instance();
+
+    // The store of a file, the same for every path to it.
+    std::shared_ptr<Store> open(const std::filesystem::path& path);
+    // Whether a file is open in this process.
+    bool isOpen(const std::filesystem::path& path);
+    std::shared_ptr<Store> shared(const Store& store);
+
+    void setFormat(FileFormat format) { m_format = std::move(format); }
+    Transaction& transaction() { return m_transaction; }
+    void beginTransaction();
+
+    // Bound handles are those of data sources.
+    void handleOpened(const Database& handle, bool bound);
+    void handleClosed(const Database& handle);
+
+private:
+    struct Handle {
+        const Database* database;
+        bool bound;
+    };
+
+    std::vector<std::shared_ptr<Store>> openStores();
+    std::vector<const Database*> owners() const;
+
+    FileFormat m_format;
+    std::vector<std::weak_ptr<Store>> m_stores;
+    std::vector<Handle> m_handles;
+    Transaction m_transaction;
+};
+
+} // namespace discaro::db

@@ -1,0 +1,49 @@
+#include "db/Field.h"
+
+#include "db/Recordset.h"
+
+namespace discaro::db {
+
+Field& Field::operator=(const Field& other) {
+    return *this = other.Value();
+}
+
+Field& Field::operator=(const db::Value& value) {
+    m_recordset->assign(m_position, value);
+    return *this;
+}
+
+Field& Field::operator=(std::string_view text) {
+    m_recordset->assign(m_position, text);
+    return *this;
+}
+
+Field& Field::operator=(std::nullptr_t) {
+    return *this = db::Value();
+}
+
+void Field::setBoolean(bool value) {
+    m_recordset->assign(m_position, value);
+}
+
+void Field::setInteger(int64_t number) {
+    m_recordset->assign(m_position, number);
+}
+
+void Field::setDouble(double number) {
+    m_recordset->assign(m_position, number);
+}
+
+const std::string& Field::Name() const {
+    return m_recordset->definition(m_position).name;
+}
+
+FieldType Field::Type() const {
+    return m_recordset->definition(m_position).type;
+}
+
+db::Value Field::Value() const {
+    return m_recordset->value(m_position);
+}
+
+} // namespace discaro::db

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "db/RowSource.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace discaro::db {
+
+// Rows held by their numbers, collected at opening: eight bytes a row, any place reached at once. For an order, for a
+// snapshot, and for a condition that an index answers out of insertion order.
+class KeySource : public RowSource {
+public:
+    enum class Growth {
+        Fixed,  // only rows added through the recordset itself come in, at the end
+        Follows // rows added or deleted by anyone come and go; only without an order
+    };
+
+    KeySource(Store& store, RowQuery query, Growth growth);
+
+    void first() override;
+    void last() override;
+    void next() override;
+    void previous() override;
+    void moveTo(int64_t index) override;
+    bool find(const Criterion& criterion) override;
+    int64_t count() override;
+    int64_t index() override;
+    void rowInserted(int64_t number) override;
+    void rowDeleted() override;
+
+private:
+    void collect();
+    void follow();
+    void followDeletions();
+    void append(Statement& statement);
+    void standAt(size_t index);
+    bool findAscending(Statement& matches);
+    bool findInOrder(Statement& matches);
+    bool ascending() const { return m_query.orderBy.empty(); }
+
+    Growth m_growth;
+    std::vector<int64_t> m_numbers;
+    size_t m_index = 0; // of the current row; behind a deleted one, of the row after it
+    uint64_t m_seenInserted;
+    uint64_t m_seenDeleted;
+};
+
+} // namespace discaro::db

@@ -1,0 +1,74 @@
+#include "db/LikeFunction.h"
+
+#include "base/Number.h"
+#include "base/RuntimeError.h"
+#include "db/LikePattern.h"
+
+#include <sqlite3.h>
+
+#include <memory>
+#include <new>
+
+namespace discaro::db {
+
+namespace {
+
+std::string_view textIn(sqlite3_value* value) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    const auto size = static_cast<size_t>(sqlite3_value_bytes(value));
+    if (text == nullptr)
+        throw std::bad_alloc();
+    return {text, size};
+}
+
+bool matches(LikePattern& pattern, sqlite3_value* value) {
+    switch (sqlite3_value_type(value)) {
+    case SQLITE_INTEGER:
+        return pattern.matches(base::numberText(static_cast<int64_t>(sqlite3_value_int64(value))));
+    case SQLITE_FLOAT:
+        return pattern.matches(base::numberText(sqlite3_value_double(value)));
+    default:
+        return pattern.matches(textIn(value));
+    }
+}
+
+void freePattern(void* pattern) {
+    delete static_cast<LikePattern*>(pattern);
+}
+
+// The engine keeps the pattern as long as the statement runs, and may free it at once when memory
+// is short; so the match comes first.
+bool compileAndMatch(sqlite3_context* context, sqlite3_value* pattern, sqlite3_value* value) {
+    auto compiled = std::make_unique<LikePattern>(textIn(pattern));
+    const bool result = matches(*compiled, value);
+    sqlite3_set_auxdata(context, 0, compiled.release(), &freePattern);
+    return result;
+}
+
+// Called by the engine's C code, which no exception may cross.
+void like(sqlite3_context* context, int, sqlite3_value** arguments) {
+    if (sqlite3_value_type(arguments[0]) == SQLITE_NULL ||
+        sqlite3_value_type(arguments[1]) == SQLITE_NULL)
+        return sqlite3_result_null(context);
+    try {
+        auto* compiled = static_cast<LikePattern*>(sqlite3_get_auxdata(context, 0));
+        const bool result = compiled != nullptr
+                                ? matches(*compiled, arguments[1])
+                                : compileAndMatch(context, arguments[0], arguments[1]);
+        sqlite3_result_int(context, result ? 1 : 0);
+    } catch (const std::bad_alloc&) {
+        sqlite3_result_error_nomem(context);
+    }
+}
+
+} // namespace
+
+void registerLikeFunction(sqlite3* connection) {
+    constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+    const int result = sqlite3_create_function_v2(connection, "discaro_like", 2, kFlags, nullptr,
+                                                  &like, nullptr, nullptr, nullptr);
+    if (result != SQLITE_OK)
+        throw base::RuntimeError(base::ErrorNumber::OutOfMemory);
+}
+
+} // namespace discaro::db

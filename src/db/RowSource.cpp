@@ -1,0 +1,162 @@
+#include "db/RowSource.h"
+
+#include "base/RuntimeError.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace discaro::db {
+
+namespace {
+
+using base::ErrorNumber;
+using base::RuntimeError;
+
+constexpr size_t kMostAhead = 256;
+constexpr uint64_t kNeverRead = UINT64_MAX;
+
+// Behind a "?", the number that follows it.
+const char* appendShifted(std::string& text, const char* begin, const char* end, int offset) {
+    int number = 0;
+    const auto [rest, error] = std::from_chars(begin, end, number);
+    if (error == std::errc())
+        text += std::to_string(number + offset);
+    return rest;
+}
+
+} // namespace
+
+std::string renumbered(std::string_view where, int offset) {
+    if (offset == 0)
+        return std::string(where);
+    std::string text;
+    bool inName = false;
+    const char* const end = where.data() + where.size();
+    for (const char* at = where.data(); at != end;) {
+        const char c = *at++;
+        text += c;
+        if (c == '"')
+            inName = !inName;
+        else if (c == '?' && !inName)
+            at = appendShifted(text, at, end, offset);
+    }
+    return text;
+}
+
+std::string RowQuery::filter(std::string_view further) const {
+    if (where.empty() && further.empty())
+        return {};
+    if (where.empty() || further.empty())
+        return std::string(" WHERE ").append(where).append(further);
+    return std::string(" WHERE (").append(where).append(") AND (").append(further).append(")");
+}
+
+std::string RowQuery::from(std::string_view further) const {
+    return " FROM " + quotedName(table->definition->name) + filter(further);
+}
+
+RowSource::RowSource(Store& store, RowQuery query)
+    : m_store(store), m_query(std::move(query)), m_window(m_query.layout->size()),
+      m_windowState(kNeverRead) {}
+
+void RowSource::requireRow() const {
+    if (m_place != Place::On)
+        throw RuntimeError(ErrorNumber::NoCurrentRecord);
+}
+
+void RowSource::stand(size_t windowRow) {
+    m_at = windowRow;
+    m_number = m_window.number(windowRow);
+    m_place = Place::On;
+    m_gone = false;
+    m_stale = false;
+}
+
+void RowSource::standUnread(int64_t number) {
+    m_number = number;
+    m_place = Place::On;
+    m_gone = false;
+    m_windowState = kNeverRead;
+}
+
+bool RowSource::advanceInWindow() {
+    if (m_gone || !fresh() || m_at + 1 >= m_window.size())
+        return false;
+    stand(m_at + 1);
+    return true;
+}
+
+size_t RowSource::readAhead() {
+    m_ahead = std::min(m_ahead * 4, kMostAhead);
+    return m_ahead;
+}
+
+bool RowSource::fill(Statement& statement, size_t rows) {
+    const uint64_t state = m_query.table->changed;
+    m_windowState = kNeverRead;
+    m_window.clear();
+    while (!m_window.full(rows) && statement.step())
+        m_window.append(statement);
+    if (m_window.size() == 0)
+        return false;
+    m_windowState = state;
+    return true;
+}
+
+const Cell& RowSource::cell(size_t field) {
+    requireRow();
+    if (m_gone)
+        throw RuntimeError(ErrorNumber::RecordGone);
+    if (!fresh() || m_stale) [[unlikely]]
+        refresh();
+    return m_window.cell(m_at, field);
+}
+
+Statement& RowSource::exactStatement() {
+    if (m_exact == nullptr)
+        m_exact = m_store.statement(m_query.layout->select + " WHERE rowid=?1");
+    return *m_exact;
+}
+
+// Reads the current row again. What was read ahead stays, if it is still right and has not grown too much.
+void RowSource::refresh() {
+    if (!fresh() || m_window.full(SIZE_MAX))
+        return readAlone();
+    const StatementRun run(exactStatement());
+    run->bind(1, m_number);
+    if (!run->step())
+        throw RuntimeError(ErrorNumber::RecordGone);
+    m_window.replace(m_at, *run);
+    m_stale = false;
+}
+
+void RowSource::readAlone() {
+    const StatementRun run(exactStatement());
+    run->bind(1, m_number);
+    if (!fill(*run, 1))
+        throw RuntimeError(ErrorNumber::RecordGone);
+    stand(0);
+}
+
+void RowSource::rowChanged(bool wasFresh) {
+    if (wasFresh)
+        m_windowState = m_query.table->changed;
+    m_stale = true;
+}
+
+int64_t RowSource::countAll() {
+    const auto statement = m_store.statement("SELECT count(*)" + m_query.from());
+    const StatementRun run(*statement);
+    bindQuery(*run);
+    return run->step() ? run->integer(0) : 0;
+}
+
+int64_t RowSource::countWhere(std::string_view further, int64_t number) {
+    const auto statement = m_store.statement("SELECT count(*)" + m_query.from(further));
+    const StatementRun run(*statement);
+    bindQuery(*run);
+    run->bind(m_query.nextParameter(), number);
+    return run->step() ? run->integer(0) : 0;
+}
+
+} // namespace discaro::db

@@ -1,0 +1,21 @@
+#include "db/Schema.h"
+
+#include "base/Text.h"
+
+namespace discaro::db {
+
+int TableDef::find(std::string_view fieldName) const {
+    for (size_t at = 0; at < fields.size(); ++at)
+        if (base::equalAscii(fields[at].name, fieldName))
+            return static_cast<int>(at);
+    return -1;
+}
+
+const TableDef* Schema::find(std::string_view tableName) const {
+    for (const TableDef& table : tables)
+        if (base::equalAscii(table.name, tableName))
+            return &table;
+    return nullptr;
+}
+
+} // namespace discaro::db

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace discaro::db {
+
+// Integer holds 64 bits. LongText is text without a width.
+enum class FieldType { Integer, Double, Text, LongText, Boolean, Date };
+
+struct FieldDef {
+    std::string name;
+    FieldType type;
+};
+
+// A table with its fields in the order of their positions. Names compare without regard to ASCII
+// case.
+struct TableDef {
+    std::string name;
+    std::vector<FieldDef> fields;
+
+    // The position of the field, -1 when the table has none of that name.
+    int find(std::string_view name) const;
+};
+
+struct Schema {
+    std::vector<TableDef> tables;
+
+    // The table of that name, null when there is none. Valid as long as `tables` is not changed.
+    const TableDef* find(std::string_view name) const;
+};
+
+} // namespace discaro::db

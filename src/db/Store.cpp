@@ -1,0 +1,106 @@
+#include "db/Store.h"
+
+#include "db/Engine.h"
+#include "db/RowWriter.h"
+#include "db/SchemaReader.h"
+
+#include <cstddef>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace discaro::db {
+
+namespace {
+
+constexpr size_t kMostPlans = 256;
+
+bool writable(const std::filesystem::path& path) {
+    return ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+// The journal of a change lies beside the file, so the folder must take new files too.
+bool canBeChanged(const std::filesystem::path& path) {
+    return writable(path) && writable(path.parent_path());
+}
+
+} // namespace
+
+Store::Store(std::string path, FileIdentity identity, const FileFormat& format)
+    : m_path(std::move(path)), m_identity(identity), m_updatable(canBeChanged(m_path)),
+      m_connection(m_path, m_updatable ? Connection::Mode::ReadWrite : Connection::Mode::ReadOnly),
+      m_statements(m_connection.handle()) {
+    readTables(format);
+}
+
+Store::~Store() = default;
+
+void Store::readTables(const FileFormat& format) {
+    StoredSchema stored = readSchema(m_connection);
+    requireFormat(m_connection, stored.schema, format);
+    m_schema = std::move(stored.schema);
+    m_tables.resize(m_schema.tables.size());
+    for (size_t i = 0; i < m_tables.size(); ++i) {
+        Table& table = m_tables[i];
+        table.definition = &m_schema.tables[i];
+        table.numberField = stored.numberFields[i];
+        table.layout = wholeLayout(*table.definition);
+        table.writer = std::make_shared<RowWriter>(*this, table, table.layout);
+    }
+}
+
+Table& Store::table(const TableDef& definition) {
+    return m_tables[static_cast<size_t>(&definition - m_schema.tables.data())];
+}
+
+std::shared_ptr<Statement> Store::prepare(std::string_view sql) {
+    return std::make_shared<Statement>(m_connection.handle(), sql);
+}
+
+bool Store::sorts(const std::string& sql) {
+    if (const auto known = m_sorting.find(sql); known != m_sorting.end())
+        return known->second;
+    if (m_sorting.size() >= kMostPlans)
+        m_sorting.clear();
+    const bool sorts = m_connection.plan(sql).find("USE TEMP B-TREE") != std::string::npos;
+    m_sorting.emplace(sql, sorts);
+    return sorts;
+}
+
+void Store::beginWrite() {
+    if (!m_updatable)
+        throw base::RuntimeError(base::ErrorNumber::CatalogueReadOnly, m_path);
+    Engine::instance().transaction().join(*this);
+}
+
+void Store::writeFailed(const base::RuntimeError& error) {
+    Engine::instance().transaction().writeFailed(*this, error);
+}
+
+void Store::begin() {
+    if (!m_updatable)
+        throw base::RuntimeError(base::ErrorNumber::CatalogueReadOnly, m_path);
+    // Exclusive: a reader that would keep the commit from succeeding is noticed now, not after hours of writing.
+    m_connection.execute("BEGIN EXCLUSIVE");
+}
+
+void Store::commit() {
+    m_connection.execute("COMMIT");
+}
+
+void Store::rollback() noexcept {
+    // An error here means that SQLite has rolled back already, or will when the file is opened next.
+    base::skipErrors([this] {
+        if (m_connection.inTransaction())
+            m_connection.execute("ROLLBACK");
+    });
+    noteAll();
+}
+
+void Store::noteAll() {
+    for (Table& table : m_tables)
+        table.noteAll();
+}
+
+} // namespace discaro::db

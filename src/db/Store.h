@@ -1,0 +1,84 @@
+#pragma once
+
+#include "base/RuntimeError.h"
+#include "db/Connection.h"
+#include "db/FileFormat.h"
+#include "db/StatementCache.h"
+#include "db/Table.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace discaro::db {
+
+// Which file it is, whatever the path: two paths to one file give the same.
+struct FileIdentity {
+    uint64_t device = 0;
+    uint64_t inode = 0;
+    bool operator==(const FileIdentity&) const = default;
+};
+
+// An open catalogue file: what all handles of the process on it share. Every write passes through write(), which
+// brings it into the process's transaction.
+class Store {
+public:
+    // The file must exist; throws as DBEngine::OpenDatabase does.
+    Store(std::string path, FileIdentity identity, const FileFormat& format);
+    ~Store();
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+
+    const std::string& path() const { return m_path; }
+    const FileIdentity& identity() const { return m_identity; }
+    bool updatable() const { return m_updatable; }
+    const Schema& schema() const { return m_schema; }
+    Table& table(const TableDef& definition);
+    Connection& connection() { return m_connection; }
+
+    // A statement by its text, from the cache; and one that the caller keeps.
+    std::shared_ptr<Statement> statement(std::string_view sql) { return m_statements.get(sql); }
+    std::shared_ptr<Statement> prepare(std::string_view sql);
+    const StatementCache& statements() const { return m_statements; }
+    // Whether SQLite would sort to run the query. Remembered by the text.
+    bool sorts(const std::string& sql);
+
+    // Runs a write: refuses it on a read-only file and in a lost transaction, makes it part of an open one, and undoes
+    // that whole transaction when the write fails in a way that leaves the file in doubt.
+    template <typename Write> auto write(Write&& write) {
+        beginWrite();
+        try {
+            return write();
+        } catch (const base::RuntimeError& error) {
+            writeFailed(error);
+            throw;
+        }
+    }
+
+    // The parts of a transaction on this file. rollback never throws.
+    void begin();
+    void commit();
+    void rollback() noexcept;
+
+    // Anything may have happened to the rows of any table.
+    void noteAll();
+
+private:
+    void beginWrite();
+    void writeFailed(const base::RuntimeError& error);
+    void readTables(const FileFormat& format);
+
+    std::string m_path;
+    FileIdentity m_identity;
+    bool m_updatable;
+    Connection m_connection;
+    StatementCache m_statements;
+    std::unordered_map<std::string, bool> m_sorting;
+    Schema m_schema;
+    std::vector<Table> m_tables; // in the schema's order
+};
+
+} // namespace discaro::db

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "db/FieldNames.h"
+#include "db/Schema.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace discaro::db {
+
+class RowWriter;
+
+// The fields of a recordset: what they are called and which columns of the table they are.
+struct RecordLayout {
+    RecordLayout(TableDef shown, std::vector<int> positions);
+    RecordLayout(const RecordLayout&) = delete;
+    RecordLayout& operator=(const RecordLayout&) = delete;
+
+    const TableDef definition;      // the table's name, the fields in the recordset's order
+    const std::vector<int> columns; // their positions in the table; empty for an aggregate
+    const FieldNames names;
+    const std::string select; // SELECT rowid and the fields FROM the table; "" for an aggregate
+
+    size_t size() const { return definition.fields.size(); }
+};
+
+// A table of an open file, with what happened to its rows since the file was opened. The counts only grow; whoever
+// remembers something of the rows compares them to see whether it still holds.
+struct Table {
+    const TableDef* definition = nullptr; // in the store's schema
+    int numberField = -1;                 // the field that the database fills itself, -1 when there is none
+    std::shared_ptr<const RecordLayout> layout;
+    std::shared_ptr<RowWriter> writer;
+
+    uint64_t inserted = 0;
+    uint64_t deleted = 0;
+    uint64_t changed = 0; // changes and deletions
+    std::optional<int64_t> count;
+
+    void noteInsert();
+    void noteChange() { ++changed; }
+    // Anything may have happened.
+    void noteAll();
+};
+
+// The layout with all fields of a table.
+std::shared_ptr<const RecordLayout> wholeLayout(const TableDef& table);
+// The layout with some of them, at the positions given.
+std::shared_ptr<const RecordLayout> partLayout(const TableDef& table, std::vector<int> positions);
+
+} // namespace discaro::db

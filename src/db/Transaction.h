@@ -1,0 +1,42 @@
+#pragma once
+
+#include "base/RuntimeError.h"
+
+#include <memory>
+#include <vector>
+
+namespace discaro::db {
+
+class Database;
+class Store;
+
+// The one transaction of the process, over all open files. Its rules stand at DBEngine. A transaction over several
+// files commits them one after another; only one is ever written in practice.
+class Transaction {
+public:
+    enum class State { None, Open, Lost };
+
+    State state() const { return m_state; }
+
+    // Begins on every file that can be changed; owners are the handles whose closing ends it.
+    void begin(const std::vector<std::shared_ptr<Store>>& stores,
+               std::vector<const Database*> owners);
+    void commit();
+    // Before each write: makes the file part of an open transaction. Throws TransactionLost.
+    void join(Store& store);
+    // After a failed write.
+    void writeFailed(Store& store, const base::RuntimeError& error);
+    void handleClosed(const Database& handle);
+
+private:
+    void lose();
+    void end();
+    void commitAll();
+    bool takesPart(const Store& store) const;
+
+    State m_state = State::None;
+    std::vector<std::shared_ptr<Store>> m_stores;
+    std::vector<const Database*> m_owners;
+};
+
+} // namespace discaro::db

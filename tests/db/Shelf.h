@@ -1,0 +1,59 @@
+#pragma once
+
+#include "db/DBEngine.h"
+#include "db/DataSource.h"
+#include "base/RuntimeError.h"
+#include "db/FileFormat.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace discaro::db::test {
+
+// A folder with a small database in it, like a catalogue but for fewer fields: discs with a number of their own,
+// directories, files that the database numbers, a table with every type of field, cascades from disc to file.
+class Shelf : public testing::Test {
+protected:
+    Shelf();
+    ~Shelf() override;
+
+    static FileFormat format();
+    static std::vector<std::string> statements();
+
+    const std::filesystem::path& folder() const { return m_folder; }
+    std::filesystem::path path() const { return m_folder / "shelf.db"; }
+    std::filesystem::path make(const std::string& name) const;
+    // The names of what lies in the folder, sorted.
+    std::vector<std::string> listing() const;
+
+    std::shared_ptr<Database> open() const { return DBEngine::OpenDatabase(path()); }
+    // Rows put in through recordsets.
+    void addDisc(int number, std::string_view name) const;
+    void addDirectories(const std::vector<std::string>& numbers) const;
+    void addFiles(std::string_view directory, int count) const;
+
+    // What a fresh handle on the file sees.
+    int64_t count(std::string_view table) const;
+
+private:
+    std::filesystem::path m_folder;
+};
+
+// The number of the error that an action throws, 0 when it throws none.
+int errorOf(const std::function<void()>& action);
+
+// A field of every row from the current position to the end, as text.
+std::vector<std::string> texts(Recordset& recordset, std::string_view field);
+// The same from the first row on.
+std::vector<std::string> allTexts(Recordset& recordset, std::string_view field);
+
+constexpr int number(base::ErrorNumber error) {
+    return static_cast<int>(error);
+}
+
+} // namespace discaro::db::test
