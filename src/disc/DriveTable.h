@@ -1,0 +1,95 @@
+#pragma once
+
+#include "disc/ComputerDrives.h"
+#include "disc/Medium.h"
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace discaro::disc {
+
+// What a drive's disc says of itself. Megabytes are bytes / 1048576, unrounded.
+struct DriveFacts {
+    std::string root; // "D:\"
+    DriveType type = DriveType::Unknown;
+    std::string label;
+    std::string serial;     // "XXXX-XXXX"
+    std::string fileSystem; // "CDFS", "UDF", or the kernel's name of the type
+    double totalMegabytes = 0;
+    double freeMegabytes = 0;
+};
+
+// Gives each thing that can be read a drive letter. C: is the root file system; from D: on come, in order, the
+// computer's optical drives with or without a disc, other mounted ISO 9660 and UDF file systems, removable and
+// network mounts, and what the user adds. What has a letter keeps it until it is gone, and what the user added keeps
+// it for good. Z: is the last; what of the computer finds no letter is left out.
+//
+// A drive is named by its letter, in either case; where a text is taken, its first character counts. For one thread.
+class DriveTable {
+public:
+    DriveTable();
+    // With another way to look at the computer.
+    explicit DriveTable(std::function<Computer()> readComputer);
+    ~DriveTable();
+    DriveTable(const DriveTable&) = delete;
+    DriveTable& operator=(const DriveTable&) = delete;
+
+    // "D:\".
+    static std::string rootText(char letter);
+
+    // Looks at the computer's drives anew. References that medium() gave of them end here.
+    void refresh();
+
+    // All letters in order, such as "CDEF".
+    std::string letters() const;
+
+    // Makes a disc of a folder or of an image file and returns its letter. The same path again gives the same
+    // letter, also that of an optical drive or mounted disc that the computer has there, and an image that has
+    // changed since is opened anew. Throws base::RuntimeError and adds nothing: PathMissing, TooManyDrives, and what
+    // openImage throws.
+    char addImageOrFolder(const std::filesystem::path& path);
+
+    // Takes a medium that was made elsewhere. Throws TooManyDrives.
+    char addMedium(std::unique_ptr<Medium> medium, DriveType type = DriveType::CdRom);
+
+    // NoRoot when there is no such drive.
+    DriveType type(std::string_view root) const;
+
+    // Looks at the disc that is in the drive now. A drive that can't be read has empty texts and sizes of 0.
+    // Throws PathMissing when there is no such drive, and nothing else.
+    DriveFacts facts(std::string_view drive) const;
+
+    // What a drive list shows: "D: [LABEL]" when the disc has a label, else "D:\". Never waits for a network.
+    std::string shownText(char letter) const;
+
+    // Opened on first use and open until refresh(), or until facts() finds another disc in the drive.
+    // Throws PathMissing when there is no such drive, DriveNotReady when it has no disc that can be read,
+    // FileSystemUnknown or FileSystemUnsupported when it has one of an unknown kind.
+    const Medium& medium(char letter) const;
+
+    // The same for callers that keep the medium open themselves, however the table changes. A drive of the
+    // computer is open as long as someone keeps it, so that its disc can be taken out afterwards.
+    std::shared_ptr<const Medium> share(char letter) const;
+
+private:
+    struct Drive;
+
+    char freeLetter() const;
+    Drive& driveOf(char letter) const;
+    void locate(Drive& drive) const;
+    VolumeFacts lookAgain(Drive& drive) const;
+    char letterOf(const std::string& path) const;
+    char add(std::unique_ptr<Drive> drive);
+
+    std::function<Computer()> m_readComputer;
+    std::map<char, std::unique_ptr<Drive>> m_drives;
+};
+
+// The process's one table.
+DriveTable& driveTable();
+
+} // namespace discaro::disc

@@ -1,0 +1,60 @@
+#include "disc/FileBytes.h"
+
+#include "base/RuntimeError.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace discaro::disc {
+
+namespace {
+
+base::ErrorNumber openingError(int code) {
+    switch (code) {
+    case ENOENT:
+    case ENOTDIR:
+        return base::ErrorNumber::PathMissing;
+    case ENOMEDIUM:
+    case ENXIO:
+    case ENODEV:
+        return base::ErrorNumber::DriveNotReady;
+    default:
+        return base::ErrorNumber::ReadFailure;
+    }
+}
+
+} // namespace
+
+FileBytes::FileBytes(const std::filesystem::path& path)
+    : m_file(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (m_file < 0)
+        throw base::RuntimeError(openingError(errno),
+                                 path.string() + " (" + std::strerror(errno) + ")");
+    const auto end = ::lseek(m_file, 0, SEEK_END);
+    m_size = end > 0 ? static_cast<uint64_t>(end) : 0;
+}
+
+FileBytes::~FileBytes() {
+    ::close(m_file);
+}
+
+size_t FileBytes::read(uint64_t offset, std::span<std::byte> buffer) const {
+    size_t done = 0;
+    while (done < buffer.size() && offset + done < m_size) {
+        const auto count = ::pread(m_file, buffer.data() + done, buffer.size() - done,
+                                   static_cast<off_t>(offset + done));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0)
+            throw base::RuntimeError(base::ErrorNumber::ReadFailure, std::strerror(errno));
+        if (count == 0)
+            break;
+        done += static_cast<size_t>(count);
+    }
+    return done;
+}
+
+} // namespace discaro::disc

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "disc/Medium.h"
+
+#include <memory>
+#include <string>
+
+namespace discaro::disc {
+
+// What the system says of a failure.
+std::string systemText(int error);
+
+// Throws base::RuntimeError: PathMissing when the name is gone or no longer what it was, else ReadFailure.
+[[noreturn]] void throwSystemError(int error);
+
+// The regular file of this name in an open directory. Anything else is never opened: a pipe would wait, a device
+// would act. Throws base::RuntimeError (PathMissing, ReadFailure).
+std::unique_ptr<ByteSource> openFolderFile(int directory, const std::string& name);
+
+} // namespace discaro::disc

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "disc/Medium.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace discaro::disc {
+
+class FolderTree;
+
+// What stands for a folder's volume label: its last path component, empty for "/".
+std::string folderLabel(const std::filesystem::path& folder);
+
+// A directory tree of the computer as a medium. Names keep their bytes. Symbolic links are listed as files with
+// facts of their own and never followed; pipes, devices and sockets are listed as files of length 0 and can't be
+// opened. A directory that stands inside itself fails with DirectoryLoop, one that is gone with PathMissing, a root
+// that can't be opened with DriveNotReady. For one thread.
+//
+// Facts. Label: folderLabel. File system: "CDFS", "UDF", or the kernel's name
+// of the type. Serial: made from the file system's identity and the folder's place in it, so it is the same each
+// time, and differs between folders.
+class FolderMedium : public Medium {
+public:
+    enum class Use {
+        Mount, // a mounted file system, with its free space
+        Disc,  // a folder that stands for a disc: no free space
+    };
+
+    // The folder need not exist yet, nor still; every call looks.
+    FolderMedium(std::filesystem::path root, Use use);
+    ~FolderMedium() override;
+
+    VolumeFacts facts() const override;
+    Place root() const override;
+    Listing list(const Place& parent, const Place& directory) const override;
+    FileFacts fileFacts(const Place& directory, const Place& file) const override;
+    std::unique_ptr<ByteSource> open(const Place& directory, const Place& file) const override;
+
+private:
+    // A place's number is that of the directory that lists it, its raw name the rest. The root has neither.
+    uint32_t numberOf(const Place& directory) const;
+
+    Use m_use;
+    std::unique_ptr<FolderTree> m_tree;
+};
+
+} // namespace discaro::disc

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "base/RuntimeError.h"
+#include "disc/Lister.h"
+#include "support/MemoryMedium.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace discaro::test {
+
+// A table whose drive D: holds a tree of a test's own, and a lister on it.
+class ListerFixture : public testing::Test {
+protected:
+    // The medium belongs to the table.
+    MemoryMedium& insert(MemoryNode root) {
+        auto medium = std::make_unique<MemoryMedium>(std::move(root));
+        auto& result = *medium;
+        table.addMedium(std::move(medium));
+        return result;
+    }
+
+    std::vector<std::string> directories() const {
+        std::vector<std::string> paths;
+        paths.reserve(static_cast<size_t>(lister.listCount()));
+        for (int i = 0; i < lister.listCount(); ++i)
+            paths.push_back(lister.list(i));
+        return paths;
+    }
+
+    std::vector<std::string> files(const std::string& directory) {
+        std::vector<std::string> names;
+        for (auto name = lister.firstFile(directory); !name.empty(); name = lister.nextFile())
+            names.push_back(name);
+        return names;
+    }
+
+    // The error's number, 0 for none.
+    template <typename Statement>
+    static int errorOf(Statement statement) {
+        try {
+            statement();
+        } catch (const base::RuntimeError& error) {
+            return error.number();
+        }
+        return 0;
+    }
+
+    static constexpr int number(base::ErrorNumber error) { return static_cast<int>(error); }
+
+    disc::DriveTable table{[] { return disc::Computer{}; }};
+    disc::Lister lister{table};
+};
+
+} // namespace discaro::test

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace discaro::test {
+
+// A file layer for SQLite that passes everything on to the system's own and can fail: every write, synchronisation,
+// cut and deletion of a file counts as one operation, and from a chosen one on they fail, or the process dies.
+// Registered under name() while it lives; only one may live at a time.
+class FaultVfs {
+public:
+    enum class Fault { DiskFull, WriteError, Death };
+
+    FaultVfs();
+    ~FaultVfs();
+    FaultVfs(const FaultVfs&) = delete;
+    FaultVfs& operator=(const FaultVfs&) = delete;
+
+    static std::string name() { return "discaro-fault"; }
+
+    // Counts operations from 0 again; the one of that number fails, and with `lasting` all after it.
+    void failAt(int operation, Fault fault, bool lasting = true);
+    // Nothing fails any more.
+    void heal();
+    // Operations since failAt or heal.
+    int operations() const;
+    // Whether any has failed since then.
+    bool failed() const;
+
+private:
+    struct Layer;
+    std::unique_ptr<Layer> m_layer;
+};
+
+} // namespace discaro::test

@@ -1,0 +1,44 @@
+// The main function of test programs with windows: an application on the offscreen platform, in the font that the
+// windows were drawn for, in which every warning of the window library fails the running test.
+
+#include "kit/UnhandledErrors.h"
+
+#include <gtest/gtest.h>
+
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QFont>
+#include <QtGui/QIcon>
+
+using namespace discaro;
+
+namespace {
+
+void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    const bool noise = message.startsWith("This plugin does not support") ||
+                       message.endsWith("not accepted by receiving widget");
+    if (type == QtDebugMsg || type == QtInfoMsg || noise)
+        return;
+    ADD_FAILURE() << "window library: " << message.toStdString();
+}
+
+QFont referenceFont() {
+    QFont font("DejaVu Sans");
+    font.setPixelSize(12);
+    return font;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QTemporaryDir runtime;
+    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    qInstallMessageHandler(failOnWarning);
+    kit::Application application(argc, argv);
+    QApplication::setStyle("fusion");
+    QApplication::setFont(referenceFont());
+    QGuiApplication::setWindowIcon(QIcon(":/pictures/discaro.svg"));
+    return RUN_ALL_TESTS();
+}

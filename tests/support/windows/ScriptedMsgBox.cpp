@@ -1,0 +1,38 @@
+#include "support/windows/ScriptedMsgBox.h"
+
+#include <gtest/gtest.h>
+
+namespace discaro::test {
+
+ScriptedMsgBox::ScriptedMsgBox()
+    : m_before(kit::setAnswerer([this](const kit::Question& question) { return answer(question); })) {}
+
+ScriptedMsgBox::~ScriptedMsgBox() {
+    kit::setAnswerer(m_before);
+    for (const auto& step : m_steps)
+        ADD_FAILURE() << "never asked: " << step.question.text.toStdString();
+}
+
+ScriptedMsgBox& ScriptedMsgBox::expect(const QString& text, kit::Buttons buttons, kit::Icon icon,
+                                       const QString& title, kit::Answer answer) {
+    m_steps.push_back({{text, buttons, icon, title, nullptr}, answer});
+    return *this;
+}
+
+kit::Answer ScriptedMsgBox::answer(const kit::Question& question) {
+    ++m_asked;
+    m_last = question;
+    if (m_steps.empty()) {
+        ADD_FAILURE() << "not expected: " << question.title.toStdString() << ": " << question.text.toStdString();
+        return kit::Answer::Cancel;
+    }
+    const Step step = m_steps.front();
+    m_steps.pop_front();
+    EXPECT_EQ(question.text.toStdString(), step.question.text.toStdString());
+    EXPECT_EQ(question.title.toStdString(), step.question.title.toStdString());
+    EXPECT_EQ(question.icon, step.question.icon) << question.text.toStdString();
+    EXPECT_EQ(question.buttons, step.question.buttons) << question.text.toStdString();
+    return step.question.text == question.text ? step.answer : kit::Answer::Cancel;
+}
+
+} // namespace discaro::test
