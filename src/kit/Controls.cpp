@@ -1,0 +1,187 @@
+#include "kit/Controls.h"
+
+#include "base/RuntimeError.h"
+
+#include <QtGui/QKeyEvent>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtWidgets/QLineEdit>
+
+namespace discaro::kit {
+
+namespace {
+
+void drawPill(QWidget& widget, const QPen& pen, const QBrush& brush) {
+    const QRectF place = QRectF(widget.rect()).adjusted(1.5, 1.5, -1.5, -1.5);
+    QPainter painter(&widget);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(pen);
+    painter.setBrush(brush);
+    painter.drawRoundedRect(place, place.height() / 2, place.height() / 2);
+}
+
+} // namespace
+
+Label::Label(QWidget* parent)
+    : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    setMouseTracking(true);
+}
+
+QColor Label::foreColour() const {
+    return palette().color(QPalette::Active, QPalette::WindowText);
+}
+
+void Label::setForeColour(const QColor& colour) {
+    QPalette colours = palette();
+    colours.setColor(QPalette::Active, QPalette::WindowText, colour);
+    colours.setColor(QPalette::Inactive, QPalette::WindowText, colour);
+    setPalette(colours);
+}
+
+void Label::setDisabledColour(const QColor& colour) {
+    QPalette colours = palette();
+    colours.setColor(QPalette::Disabled, QPalette::WindowText, colour);
+    setPalette(colours);
+}
+
+void Label::setGround(const QColor& colour) {
+    if (colour == m_ground)
+        return;
+    m_ground = colour;
+    update();
+}
+
+void Label::makeEntry(const QColor& focusMark) {
+    m_focusMark = focusMark;
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::PointingHandCursor);
+}
+
+void Label::mouseMoveEvent(QMouseEvent* event) {
+    emit MouseMove(event->position().toPoint());
+}
+
+void Label::mousePressEvent(QMouseEvent* event) {
+    m_pressed = true;
+    event->accept();
+}
+
+void Label::mouseReleaseEvent(QMouseEvent* event) {
+    const bool inside = rect().contains(event->position().toPoint());
+    if (std::exchange(m_pressed, false) && inside)
+        emit Click();
+}
+
+void Label::keyPressEvent(QKeyEvent* event) {
+    const auto key = event->key();
+    const bool chooses = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+    if (isEntry() && chooses)
+        emit Click();
+    else
+        QLabel::keyPressEvent(event);
+}
+
+void Label::focusInEvent(QFocusEvent* event) {
+    QLabel::focusInEvent(event);
+    update();
+    emit Focused();
+}
+
+void Label::focusOutEvent(QFocusEvent* event) {
+    QLabel::focusOutEvent(event);
+    update();
+}
+
+void Label::paintEvent(QPaintEvent* event) {
+    if (m_ground.isValid())
+        drawPill(*this, Qt::NoPen, m_ground);
+    QLabel::paintEvent(event);
+    if (isEntry() && hasFocus())
+        drawPill(*this, QPen(m_focusMark, 1.5), Qt::NoBrush);
+}
+
+// Enter presses the button that has the focus, as Space does.
+Button::Button(QWidget* parent)
+    : QPushButton(parent) {
+    setAutoDefault(true);
+    connect(this, &QPushButton::clicked, this, &Button::Click);
+}
+
+CheckBox::CheckBox(QWidget* parent)
+    : QCheckBox(parent) {
+    connect(this, &QCheckBox::toggled, this, &CheckBox::Click);
+}
+
+OptionButton::OptionButton(QWidget* parent)
+    : QRadioButton(parent) {
+    connect(this, &QRadioButton::toggled, this, [this](bool chosen) {
+        if (chosen)
+            emit Click();
+    });
+}
+
+ComboBox::ComboBox(QWidget* parent)
+    : QComboBox(parent) {
+    connect(this, &QComboBox::currentIndexChanged, this, &ComboBox::changeIndex);
+    connect(this, &QComboBox::currentTextChanged, this, &ComboBox::Change);
+    connect(this, &QComboBox::activated, this, &ComboBox::choose);
+}
+
+bool ComboBox::setText(const QString& text) {
+    const int index = findText(text);
+    if (index >= 0)
+        setCurrentIndex(index);
+    else if (isEditable())
+        setEditText(text);
+    return currentText() == text;
+}
+
+void ComboBox::changeIndex(int index) {
+    m_clickIsDue = false;
+    if (index >= 0)
+        emit Click();
+}
+
+// The user's choice of the item that was chosen before changes no index, and still counts.
+void ComboBox::choose() {
+    if (std::exchange(m_clickIsDue, false))
+        emit Click();
+}
+
+void ComboBox::showPopup() {
+    m_clickIsDue = true;
+    QComboBox::showPopup();
+}
+
+Panel::Panel(QWidget* parent)
+    : QWidget(parent) {}
+
+void Panel::mouseReleaseEvent(QMouseEvent* event) {
+    QWidget::mouseReleaseEvent(event);
+    if (rect().contains(event->position().toPoint()))
+        emit Click();
+}
+
+Frame::Frame(QWidget* parent)
+    : QGroupBox(parent) {}
+
+Tabs::Tabs(QWidget* parent)
+    : QTabWidget(parent) {
+    connect(this, &QTabWidget::currentChanged, this, &Tabs::Change);
+}
+
+void Tabs::setPages(const QStringList& captions) {
+    for (const auto& caption : captions)
+        addTab(new QWidget, caption);
+}
+
+QWidget& Tabs::page(int index) const {
+    QWidget* found = widget(index);
+    if (!found)
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "no page " + std::to_string(index));
+    return *found;
+}
+
+} // namespace discaro::kit

@@ -1,0 +1,158 @@
+#pragma once
+
+#include <QtGui/QColor>
+#include <QtWidgets/QCheckBox>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QGroupBox>
+#include <QtWidgets/QLabel>
+#include <QtWidgets/QPushButton>
+#include <QtWidgets/QRadioButton>
+#include <QtWidgets/QTabWidget>
+
+// The simple controls that windows are made of. Each raises `Click` (and where it has a value, `Change`), which the
+// form table connects to handlers.
+namespace discaro::kit {
+
+// Plain text that wraps. It is never read as markup, so names may hold any character.
+class Label : public QLabel {
+    Q_OBJECT
+public:
+    explicit Label(QWidget* parent = nullptr);
+
+    QColor foreColour() const;
+    // The resting colour. The colour while disabled is the palette's until setDisabledColour gives one.
+    void setForeColour(const QColor& colour);
+    void setDisabledColour(const QColor& colour);
+
+    // A pill of this colour behind the text; an invalid colour takes it away.
+    void setGround(const QColor& colour);
+    QColor ground() const { return m_ground; }
+
+    // An entry to choose: it takes the focus by Tab, answers Enter and Space with a click, marks the focus with a
+    // frame in the given colour, and is told to screen readers as a button.
+    void makeEntry(const QColor& focusMark);
+    bool isEntry() const { return m_focusMark.isValid(); }
+
+signals:
+    void Click();
+    void MouseMove(QPoint position);
+    void Focused();
+
+protected:
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool m_pressed = false;
+    QColor m_focusMark;
+    QColor m_ground;
+};
+
+class Button : public QPushButton {
+    Q_OBJECT
+public:
+    explicit Button(QWidget* parent = nullptr);
+
+signals:
+    void Click();
+};
+
+// Click is raised by every change of the value, whoever makes it: a handler that sets the box is entered again.
+class CheckBox : public QCheckBox {
+    Q_OBJECT
+public:
+    explicit CheckBox(QWidget* parent = nullptr);
+
+    bool value() const { return isChecked(); }
+    void setValue(bool ticked) { setChecked(ticked); }
+
+signals:
+    void Click();
+};
+
+// One of several in the same container. Click is raised when it becomes the chosen one, whoever chooses it.
+class OptionButton : public QRadioButton {
+    Q_OBJECT
+public:
+    explicit OptionButton(QWidget* parent = nullptr);
+
+    bool value() const { return isChecked(); }
+    void setValue(bool chosen) { setChecked(chosen); }
+
+signals:
+    void Click();
+};
+
+// Click is raised when an item is chosen, by the user (also the same again) or by the program; Change when the text
+// shown is another than before.
+class ComboBox : public QComboBox {
+    Q_OBJECT
+public:
+    explicit ComboBox(QWidget* parent = nullptr);
+
+    QString text() const { return currentText(); }
+    // Selects the item of that text; the text of an editable box may be any. Returns whether it is now shown.
+    bool setText(const QString& text);
+    int listIndex() const { return currentIndex(); }
+    void setListIndex(int index) { setCurrentIndex(index); }
+
+    void showPopup() override;
+
+signals:
+    void Click();
+    void Change();
+
+private:
+    void changeIndex(int index);
+    void choose();
+
+    bool m_clickIsDue = false; // the list is open and nothing has been chosen from it
+};
+
+// The drives as their letters and names. The caller gives the items.
+class DriveList : public ComboBox {
+    Q_OBJECT
+public:
+    using ComboBox::ComboBox;
+};
+
+// A container of other controls, and a surface to click on.
+class Panel : public QWidget {
+    Q_OBJECT
+public:
+    explicit Panel(QWidget* parent = nullptr);
+
+signals:
+    void Click();
+
+protected:
+    void mouseReleaseEvent(QMouseEvent* event) override;
+};
+
+// A container with a border and a title.
+class Frame : public QGroupBox {
+    Q_OBJECT
+public:
+    explicit Frame(QWidget* parent = nullptr);
+};
+
+// Pages of which one shows. Change is raised when another page shows.
+class Tabs : public QTabWidget {
+    Q_OBJECT
+public:
+    explicit Tabs(QWidget* parent = nullptr);
+
+    void setPages(const QStringList& captions);
+    // Throws base::RuntimeError InvalidValue when there is no such page.
+    QWidget& page(int index) const;
+
+signals:
+    void Change();
+};
+
+} // namespace discaro::kit

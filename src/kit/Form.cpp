@@ -1,0 +1,261 @@
+#include "kit/Form.h"
+
+#include "kit/Ground.h"
+#include "kit/TrayIcon.h"
+#include "kit/Yield.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QEventLoop>
+#include <QtGui/QCloseEvent>
+#include <QtGui/QFontMetricsF>
+#include <QtGui/QScreen>
+#include <QtGui/QWindow>
+#include <QtWidgets/QApplication>
+
+namespace discaro::kit {
+
+namespace {
+
+constexpr int kPaintingLimit = 100;
+
+// What the places of the form tables were drawn for: a wide sans serif font of 12 pixels.
+constexpr double kReferenceHeight = 14.0;
+constexpr double kReferenceWidth = 187.0;
+const char* const kMeasured = "The quick brown fox, 0123456789";
+
+Qt::WindowFlags flagsFor(Form::Border border) {
+    if (border == Form::Border::None)
+        return Qt::Window | Qt::FramelessWindowHint;
+    return Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+           Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
+}
+
+QFont sizedFont(const QFont& font, const QFont& base, double factor) {
+    QFont sized = font;
+    if (base.pointSizeF() > 0)
+        sized.setPointSizeF(base.pointSizeF() * factor);
+    else
+        sized.setPixelSize(static_cast<int>(std::lround(base.pixelSize() * factor)));
+    return sized;
+}
+
+} // namespace
+
+double fontScale(const QFont& font) {
+    const QFontMetricsF metrics(font);
+    const double height = metrics.height() / kReferenceHeight;
+    const double width = metrics.horizontalAdvance(QString::fromLatin1(kMeasured)) / kReferenceWidth;
+    // Whole twentieths: fonts of nearly the reference's size keep the places exact.
+    return std::max(1.0, std::round(std::max(height, width) * 20.0) / 20.0);
+}
+
+Form::Form(const Facts& facts)
+    : QWidget(nullptr, flagsFor(facts.border))
+    , m_logicalSize(facts.size)
+    , m_scale(fontScale(font())) {
+    setObjectName(QString::fromLatin1(facts.name));
+    setWindowTitle(QString::fromUtf8(facts.caption));
+    arrange();
+}
+
+Form::~Form() = default;
+
+void Form::setCaption(const QString& caption) {
+    if (caption != windowTitle())
+        setWindowTitle(caption);
+}
+
+void Form::Load() {
+    if (m_stage != Stage::Made)
+        return;
+    m_stage = Stage::Loading;
+    try {
+        Form_Load();
+    } catch (...) {
+        finishUnload();
+        throw;
+    }
+    if (m_stage != Stage::Loading)
+        return;
+    m_stage = Stage::Loaded;
+    emit Loaded();
+}
+
+void Form::Show(Modality modality) {
+    Load();
+    if (m_stage == Stage::Unloading || m_stage == Stage::Unloaded)
+        return;
+    showAs(modality);
+    if (modality == Modality::Modal)
+        waitUntilLeft();
+}
+
+void Form::showAs(Modality modality) {
+    const bool modal = modality == Modality::Modal;
+    QWidget* opener = QApplication::activeWindow();
+    if (!isVisible())
+        setWindowModality(modal ? Qt::ApplicationModal : Qt::NonModal);
+    if (!m_centred)
+        centre();
+    if (modal && opener && opener != this) {
+        winId(); // makes the native window, which can then be told whom it belongs to
+        windowHandle()->setTransientParent(opener->windowHandle());
+    }
+    show();
+    raise();
+    activateWindow();
+}
+
+void Form::waitUntilLeft() {
+    if (!isVisible())
+        return;
+    QEventLoop loop;
+    connect(this, &Form::Left, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void Form::centre() {
+    m_centred = true;
+    const QWidget* opener = QApplication::activeWindow();
+    const QScreen* display = opener ? opener->screen() : screen();
+    if (display)
+        move(display->availableGeometry().center() - QRect(QPoint(0, 0), size()).center());
+}
+
+void Form::Unload() {
+    if (m_stage == Stage::Unloading || m_stage == Stage::Unloaded)
+        return;
+    m_stage = Stage::Unloading;
+    try {
+        Form_Unload();
+    } catch (...) {
+        finishUnload();
+        throw;
+    }
+    finishUnload();
+}
+
+void Form::finishUnload() {
+    m_stage = Stage::Unloaded;
+    for (auto* each : findChildren<Timer*>())
+        each->stopForGood();
+    for (auto* each : findChildren<TrayIcon*>())
+        each->leave();
+    hide();
+    while (!m_releases.empty()) {
+        const auto release = std::move(m_releases.back());
+        m_releases.pop_back();
+        release();
+    }
+    emit Unloaded();
+    emit Left();
+    atGround([doomed = QPointer<QObject>(this)] { delete doomed.data(); });
+}
+
+void Form::atUnload(std::function<void()> release) {
+    m_releases.push_back(std::move(release));
+}
+
+Form::State Form::state() const {
+    return isMinimized() ? State::Minimised : State::Normal;
+}
+
+void Form::setState(State state) {
+    const bool minimised = state == State::Minimised;
+    setWindowState(minimised ? windowState() | Qt::WindowMinimized : windowState() & ~Qt::WindowMinimized);
+}
+
+Timer* Form::timer(const char* timerName) const {
+    return findChild<Timer*>(QString::fromLatin1(timerName));
+}
+
+void Form::awaitPainting() {
+    QElapsedTimer clock;
+    clock.start();
+    while (isVisible() && !m_painted && clock.elapsed() < kPaintingLimit)
+        yield();
+}
+
+void Form::addControl(QObject& control, const QRect& place, double fontFactor) {
+    m_controls.push_back({&control, place, fontFactor});
+    arrange(m_controls.back());
+}
+
+void Form::place(QWidget& control, const QRect& place) {
+    const auto same = [&control](const Control& each) { return each.object == &control; };
+    const auto found = std::find_if(m_controls.begin(), m_controls.end(), same);
+    if (found == m_controls.end())
+        return;
+    found->place = place;
+    arrange(*found);
+}
+
+void Form::setLogicalSize(QSize size) {
+    m_logicalSize = size;
+    setFixedSize(scaled(QRect(QPoint(0, 0), size)).size());
+}
+
+int Form::scaled(double logical) const {
+    return static_cast<int>(std::lround(logical * m_scale));
+}
+
+// Edges are scaled, not sizes, so that places that touch still touch.
+QRect Form::scaled(const QRect& logical) const {
+    const QPoint topLeft(scaled(logical.x()), scaled(logical.y()));
+    const QPoint end(scaled(logical.x() + logical.width()), scaled(logical.y() + logical.height()));
+    return QRect(topLeft, QSize(end.x() - topLeft.x(), end.y() - topLeft.y()));
+}
+
+void Form::arrange() {
+    setLogicalSize(m_logicalSize);
+    for (const auto& control : m_controls)
+        arrange(control);
+}
+
+void Form::arrange(const Control& control) {
+    auto* widget = qobject_cast<QWidget*>(control.object.data());
+    if (!widget)
+        return;
+    if (control.fontFactor != 1.0)
+        widget->setFont(sizedFont(widget->font(), font(), control.fontFactor));
+    if (!control.place.isEmpty())
+        widget->setGeometry(scaled(control.place));
+}
+
+bool Form::event(QEvent* event) {
+    const bool result = QWidget::event(event);
+    if (event->type() == QEvent::Paint)
+        m_painted = true;
+    return result;
+}
+
+void Form::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    Unload();
+}
+
+void Form::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::FontChange)
+        return;
+    const double before = std::exchange(m_scale, fontScale(font()));
+    if (before != m_scale)
+        arrange();
+}
+
+void Form::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    // A spontaneous one only says that the window is minimised or on another desktop.
+    if (!event->spontaneous())
+        emit Left();
+}
+
+void destroyUnloadedWindows() {
+    runGroundActions();
+}
+
+} // namespace discaro::kit

@@ -1,0 +1,132 @@
+#pragma once
+
+#include "kit/Timer.h"
+
+#include <functional>
+#include <vector>
+
+#include <QtCore/QPointer>
+#include <QtWidgets/QWidget>
+
+namespace discaro::kit {
+
+// Base class of every window. A window is made, loaded, shown, and at its end unloaded:
+//
+//   Load     runs Form_Load, once. Show loads first. When Form_Load fails the window is gone, without Form_Unload.
+//   Unload   runs Form_Unload, once; then the window hides, its timers stop and its tray icons go, what was given to
+//            atUnload is released, and Unloaded is emitted (the registry of windows listens). Closing by the frame
+//            is an unload.
+//
+// An unloaded window stays a valid object until no handler of any window is on the stack, so that a handler that
+// yielded can go on using its members; then it is destroyed by itself. Handlers declared in the form table no longer
+// run from the moment of unloading on. A window is always made with `new`, and nobody deletes it.
+//
+// Places are told in logical pixels for the reference font. They grow with the font in use: `scale` is the factor.
+class Form : public QWidget {
+    Q_OBJECT
+public:
+    enum class Modality { Modeless, Modal };
+    enum class State { Normal, Minimised };
+    enum class Border { Fixed, None };
+
+    struct Facts {
+        const char* name;    // the window's name in the registry, also its object name
+        const char* caption; // UTF-8
+        QSize size;          // in logical pixels
+        Border border = Border::Fixed;
+    };
+
+    // A control as the form table declared it.
+    struct Control {
+        QPointer<QObject> object;
+        QRect place;             // in logical pixels; empty for controls that are not seen
+        double fontFactor = 1.0; // its font's size as a multiple of the window's
+    };
+
+    QString name() const { return objectName(); }
+    QString caption() const { return windowTitle(); }
+    void setCaption(const QString& caption);
+
+    void Load();
+    // A modal window makes its opener wait: Show returns when it has been unloaded or hidden.
+    void Show(Modality modality = Modality::Modeless);
+    void Hide() { hide(); }
+    void Unload();
+
+    bool isLoaded() const { return m_stage == Stage::Loaded; }
+    bool isUnloaded() const { return m_stage == Stage::Unloaded; }
+
+    State state() const;
+    void setState(State state);
+
+    // The timer of that name, for windows that start each other's timers; null when there is none.
+    Timer* timer(const char* timerName) const;
+
+    // The controls in the order of the form table.
+    const std::vector<Control>& controls() const { return m_controls; }
+    void addControl(QObject& control, const QRect& place, double fontFactor = 1.0);
+    // Moves a control of the form table to another place of its parent.
+    void place(QWidget& control, const QRect& place);
+    QSize logicalSize() const { return m_logicalSize; }
+    void setLogicalSize(QSize size);
+
+    // Whether its first painting is done.
+    bool isPainted() const { return m_painted; }
+    // Yields until it is painted, for at most a tenth of a second: a window just shown on a real screen has to hear
+    // from the window system first. A window that is not visible is not waited for.
+    void awaitPainting();
+
+    // How much larger than the reference the font is; never below 1.
+    double scale() const { return m_scale; }
+    // Logical pixels as pixels of the screen.
+    int scaled(double logical) const;
+    QRect scaled(const QRect& logical) const;
+
+signals:
+    // Form_Load is done.
+    void Loaded();
+    void Unloaded();
+    // The window has been hidden or unloaded, by whatever way.
+    void Left();
+
+protected:
+    explicit Form(const Facts& facts);
+    ~Form() override;
+
+    virtual void Form_Load() {}
+    virtual void Form_Unload() {}
+
+    // Something to give back when the window is unloaded, such as an open data source; the last given goes first.
+    void atUnload(std::function<void()> release);
+
+    bool event(QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    enum class Stage { Made, Loading, Loaded, Unloading, Unloaded };
+
+    void finishUnload();
+    void showAs(Modality modality);
+    void waitUntilLeft();
+    void centre();
+    void arrange();
+    void arrange(const Control& control);
+
+    Stage m_stage = Stage::Made;
+    QSize m_logicalSize;
+    double m_scale = 1.0;
+    std::vector<Control> m_controls;
+    std::vector<std::function<void()>> m_releases;
+    bool m_painted = false;
+    bool m_centred = false;
+};
+
+// How much larger than the reference font a font is, in height or width, whichever is more; never below 1.
+double fontScale(const QFont& font);
+
+// Destroys the windows that have been unloaded; for the end of the application and of a test, when no handler runs.
+void destroyUnloadedWindows();
+
+} // namespace discaro::kit

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <functional>
+#include <unordered_map>
+#include <vector>
+
+#include <QtCore/QAbstractTableModel>
+#include <QtCore/QString>
+#include <QtGui/QIcon>
+
+namespace discaro::kit {
+
+// One row of a list: what the user sees, and what the window keeps with it.
+struct ListItem {
+    QString key; // unique in the list; empty for none
+    QString text;
+    QString icon; // key in the list's pictures; empty for none
+    QString tag;
+    std::vector<QString> subItems; // columns 1 and on
+
+    // Column 0 is the text; a column that the row does not have is empty.
+    const QString& column(int number) const;
+};
+
+struct ListColumn {
+    QString header;
+    int width = 0; // in logical pixels; 0 hides the column, which then only serves to sort by
+    Qt::Alignment alignment = Qt::AlignLeft;
+};
+
+// The rows of a list and their order. Items are numbered from 0 in the order shown. While `sorted`, added rows take
+// their place by the text of the sort column, without regard to case; equal texts keep the order of adding.
+class ListModel : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    using Pictures = std::function<QIcon(const QString& key)>;
+
+    explicit ListModel(QObject* parent = nullptr);
+
+    void setColumns(std::vector<ListColumn> columns);
+    const std::vector<ListColumn>& columns() const { return m_columns; }
+    void setPictures(Pictures pictures) { m_pictures = std::move(pictures); }
+
+    // Throws base::RuntimeError InvalidValue when the key is in the list already.
+    void add(ListItem item);
+    void clear();
+    int count() const { return static_cast<int>(m_items.size()); }
+
+    // Brings rows added since the last call before the user; adding many is one change of the screen.
+    void flush();
+
+    const ListItem& item(int place) const;
+    // The place of a key, -1 when it is not there.
+    int placeOf(const QString& key) const;
+
+    int sortKey() const { return m_sortKey; }
+    void setSortKey(int column);
+    Qt::SortOrder sortOrder() const { return m_sortOrder; }
+    void setSortOrder(Qt::SortOrder order);
+    bool isSorted() const { return m_sorted; }
+    void setSorted(bool sorted);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    void sortNow();
+    void arrange();
+    QString spokenRow(const ListItem& item) const;
+
+    std::vector<ListColumn> m_columns;
+    std::vector<ListItem> m_items;
+    std::vector<int> m_order; // place shown -> place in m_items, for the rows that were flushed
+    std::unordered_map<QString, int> m_keys;
+    Pictures m_pictures;
+    int m_sortKey = 0;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+    bool m_sorted = false;
+};
+
+} // namespace discaro::kit

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+
+#include <QtSvg/QSvgRenderer>
+#include <QtWidgets/QWidget>
+
+namespace discaro::kit {
+
+// A drawing from a resource or a ready image, fitted into its place and kept sharp at every scale. Its text, when it
+// has one, is what a screen reader says; a picture without one is decoration.
+class Picture : public QWidget {
+    Q_OBJECT
+public:
+    explicit Picture(QWidget* parent = nullptr);
+
+    // A resource name such as ":/pictures/face.svg"; an unknown one leaves the picture empty.
+    void setSource(const QString& resource);
+    void setImage(const QPixmap& image);
+    bool isEmpty() const;
+
+signals:
+    void Click();
+    void DoubleClick();
+    // Positions in the picture, in pixels of the screen.
+    void MouseDown(QPoint position);
+    void MouseMove(QPoint position);
+    void MouseUp(QPoint position);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    const QPixmap& drawn();
+
+    std::unique_ptr<QSvgRenderer> m_drawing;
+    QPixmap m_image;
+    QPixmap m_drawn; // the drawing at the present size
+};
+
+} // namespace discaro::kit

@@ -1,0 +1,102 @@
+#include "kit/SpokenText.h"
+
+#include "kit/Controls.h"
+#include "kit/Marquee.h"
+#include "kit/NumLed.h"
+#include "kit/Picture.h"
+
+#include <algorithm>
+
+#include <QtGui/QTextDocument>
+#include <QtWidgets/QAccessibleWidget>
+
+namespace discaro::kit {
+
+namespace {
+
+class LabelVoice : public QAccessibleWidget {
+public:
+    explicit LabelVoice(Label* label)
+        : QAccessibleWidget(label, QAccessible::StaticText) {}
+
+    // A label becomes an entry after it was made, when others may have asked already.
+    QAccessible::Role role() const override {
+        return label().isEntry() ? QAccessible::Button : QAccessible::StaticText;
+    }
+
+    QString text(QAccessible::Text kind) const override {
+        const QString given = QAccessibleWidget::text(kind);
+        return kind == QAccessible::Name && given.isEmpty() ? spokenForm(label().text()) : given;
+    }
+    QStringList actionNames() const override {
+        if (!label().isEntry())
+            return {};
+        return {pressAction(), setFocusAction()};
+    }
+    void doAction(const QString& action) override {
+        if (action == pressAction() && label().isEntry() && widget()->isEnabled())
+            emit label().Click();
+        else
+            QAccessibleWidget::doAction(action);
+    }
+
+private:
+    Label& label() const { return *static_cast<Label*>(widget()); }
+};
+
+// A text that stands for itself: what it shows is its name, after the name it was given.
+template <typename Display>
+class DisplayVoice : public QAccessibleWidget {
+public:
+    explicit DisplayVoice(Display* display)
+        : QAccessibleWidget(display, QAccessible::StaticText) {}
+
+    QString text(QAccessible::Text kind) const override {
+        if (kind != QAccessible::Name && kind != QAccessible::Value)
+            return QAccessibleWidget::text(kind);
+        const QString shown = static_cast<Display*>(widget())->text();
+        const QString given = widget()->accessibleName();
+        const bool alone = kind == QAccessible::Value || given.isEmpty();
+        return alone ? shown : given + QStringLiteral(": ") + shown;
+    }
+};
+
+QAccessibleInterface* makeVoice(const QString&, QObject* object) {
+    if (auto* label = qobject_cast<Label*>(object))
+        return new LabelVoice(label);
+    if (auto* led = qobject_cast<NumLed*>(object))
+        return new DisplayVoice<NumLed>(led);
+    if (auto* marquee = qobject_cast<Marquee*>(object))
+        return new DisplayVoice<Marquee>(marquee);
+    if (auto* picture = qobject_cast<Picture*>(object))
+        return new QAccessibleWidget(picture, QAccessible::Graphic);
+    return nullptr;
+}
+
+} // namespace
+
+void installSpokenTexts() {
+    QAccessible::installFactory(makeVoice);
+}
+
+QString spokenForm(const QString& labelText) {
+    QString spoken;
+    for (qsizetype place = 0; place < labelText.size(); ++place) {
+        const bool mark = labelText[place] == u'&' && place + 1 < labelText.size();
+        spoken += mark ? labelText[++place] : labelText[place];
+    }
+    spoken = spoken.simplified();
+    while (spoken.endsWith(u':'))
+        spoken = spoken.chopped(1).trimmed();
+    return spoken;
+}
+
+bool hasWords(const QString& text) {
+    return std::any_of(text.begin(), text.end(), [](QChar each) { return each.isLetterOrNumber(); });
+}
+
+QString plainToolTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? text.toHtmlEscaped().prepend(QStringLiteral("<span>")) : text;
+}
+
+} // namespace discaro::kit

@@ -1,0 +1,95 @@
+#include "kit/UnhandledErrors.h"
+
+#include "base/RuntimeError.h"
+#include "kit/EndProgram.h"
+#include "kit/Form.h"
+#include "kit/Ground.h"
+#include "kit/MsgBox.h"
+#include "kit/SpokenText.h"
+#include "kit/Strings.h"
+
+// The resources of a static library have to be asked for, and outside of any namespace.
+static void takeInPictures() {
+    Q_INIT_RESOURCE(pictures);
+}
+
+namespace discaro::kit {
+
+namespace {
+
+bool g_endingByError = false;
+
+class Ending {
+public:
+    Ending() { g_endingByError = true; }
+    ~Ending() { g_endingByError = false; }
+};
+
+class Deeper {
+public:
+    explicit Deeper(int& depth)
+        : m_depth(depth) {
+        ++m_depth;
+    }
+    ~Deeper() { --m_depth; }
+
+private:
+    int& m_depth;
+};
+
+QString currentErrorText() {
+    try {
+        throw;
+    } catch (const base::RuntimeError& error) {
+        return QStringLiteral("Run-time error %1:\n\n%2").arg(error.number()).arg(qt(error.description()));
+    } catch (const std::exception& error) {
+        return QStringLiteral("Run-time error:\n\n%1").arg(QString::fromUtf8(error.what()));
+    }
+}
+
+} // namespace
+
+Application::Application(int& argc, char** argv)
+    : QApplication(argc, argv) {
+    takeInPictures();
+    installSpokenTexts();
+    setQuitOnLastWindowClosed(false);
+}
+
+bool Application::notify(QObject* receiver, QEvent* event) {
+    bool result = false;
+    {
+        const Deeper deeper(m_depth);
+        try {
+            result = QApplication::notify(receiver, event);
+        } catch (const std::exception&) {
+            endWithCurrentError();
+        }
+    }
+    if (m_depth == 0)
+        groundReached();
+    return result;
+}
+
+void reportingErrors(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const std::exception&) {
+        endWithCurrentError();
+    }
+}
+
+void endWithCurrentError() {
+    const QString text = currentErrorText();
+    if (!g_endingByError) {
+        const Ending ending;
+        MsgBox(text, Buttons::Ok, Icon::Critical, QCoreApplication::applicationName());
+    }
+    EndProgram(1);
+}
+
+bool isEndingByError() {
+    return g_endingByError;
+}
+
+} // namespace discaro::kit

@@ -1,0 +1,169 @@
+#include "kit/SampleTest.h"
+
+#include "base/RuntimeError.h"
+#include "kit/Colour.h"
+
+#include <QtGui/QAccessible>
+
+using namespace discaro;
+using namespace discaro::test;
+using ::testing::ElementsAre;
+
+namespace {
+
+class Controls : public SampleTest {
+protected:
+    void SetUp() override {
+        form->Show();
+        form->heard.clear();
+    }
+};
+
+class Entry : public ::testing::Test {
+protected:
+    Entry() {
+        QObject::connect(&label, &kit::Label::Click, [this] { ++clicks; });
+        QObject::connect(&label, &kit::Label::MouseMove, [this] { ++moves; });
+        label.setText("Explore");
+        label.resize(100, 20);
+    }
+
+    kit::Label label;
+    int clicks = 0;
+    int moves = 0;
+};
+
+} // namespace
+
+TEST_F(Controls, ACheckBoxClicksAtEveryChangeOfItsValueWhoeverMakesIt) {
+    form->Check1->setValue(true);
+    EXPECT_THAT(form->heard, ElementsAre());
+    form->Check1->setValue(false);
+    click(*form->Check1);
+    EXPECT_THAT(form->heard, ElementsAre("unticked", "ticked"));
+}
+
+TEST_F(Controls, AnOptionButtonClicksWhenItIsChosenAndNotWhenItIsLeft) {
+    form->Option2->setValue(true);
+    form->Option1->setValue(true);
+    EXPECT_FALSE(form->Option2->value());
+    EXPECT_THAT(form->heard, ElementsAre("two"));
+}
+
+TEST_F(Controls, ACombosChoiceByTheProgramClicksAndChanges) {
+    form->Combo1->setListIndex(1);
+    EXPECT_THAT(form->heard, ElementsAre("chosen >", "shows >"));
+}
+
+TEST_F(Controls, ChoosingTheSameItemOfAComboAgainClicksOnly) {
+    form->Combo1->showPopup();
+    emit form->Combo1->activated(0);
+    form->Combo1->hidePopup();
+    EXPECT_THAT(form->heard, ElementsAre("chosen ="));
+}
+
+TEST_F(Controls, AComboTakesOnlyItsOwnTexts) {
+    EXPECT_TRUE(form->Combo1->setText("<"));
+    EXPECT_EQ(form->Combo1->listIndex(), 2);
+    EXPECT_FALSE(form->Combo1->setText("like"));
+    EXPECT_EQ(form->Combo1->text(), "<");
+}
+
+TEST_F(Controls, AnEditableComboTakesAnyText) {
+    form->Combo1->setEditable(true);
+    EXPECT_TRUE(form->Combo1->setText("<>"));
+    EXPECT_EQ(form->Combo1->text(), "<>");
+}
+
+TEST_F(Controls, EnterPressesTheButtonThatHasTheFocus) {
+    form->Command1(0).setFocus();
+    QTest::keyClick(&form->Command1(0), Qt::Key_Return);
+    EXPECT_THAT(form->heard, ElementsAre("click 0", "clicked 0"));
+}
+
+TEST_F(Controls, TabsChangeWhenAnotherPageShows) {
+    form->SSTab1->setCurrentIndex(1);
+    form->SSTab1->setCurrentIndex(1);
+    EXPECT_THAT(form->heard, ElementsAre("page 1"));
+    EXPECT_THROW(form->SSTab1->page(2), base::RuntimeError);
+}
+
+TEST_F(Entry, IsPlainTextWhateverItHolds) {
+    label.setText("<b>A & B</b>");
+    EXPECT_EQ(label.textFormat(), Qt::PlainText);
+    EXPECT_EQ(label.text(), "<b>A & B</b>");
+}
+
+TEST_F(Entry, ClicksWhenPressedAndReleasedInside) {
+    QTest::mouseClick(&label, Qt::LeftButton);
+    EXPECT_EQ(clicks, 1);
+    QTest::mousePress(&label, Qt::LeftButton);
+    QTest::mouseRelease(&label, Qt::LeftButton, {}, QPoint(300, 300));
+    EXPECT_EQ(clicks, 1);
+    QTest::mouseRelease(&label, Qt::LeftButton);
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(Entry, DoesNothingWhileDisabled) {
+    label.makeEntry(Qt::white);
+    label.setEnabled(false);
+    QTest::mouseClick(&label, Qt::LeftButton);
+    QTest::keyClick(&label, Qt::Key_Return);
+    hover(label);
+    EXPECT_EQ(clicks, 0);
+    EXPECT_EQ(moves, 0);
+}
+
+TEST_F(Entry, APlainLabelTakesNoKeys) {
+    EXPECT_EQ(label.focusPolicy(), Qt::NoFocus);
+    QTest::keyClick(&label, Qt::Key_Return);
+    EXPECT_EQ(clicks, 0);
+}
+
+TEST_F(Entry, EnterAndSpaceChoose) {
+    label.makeEntry(Qt::white);
+    EXPECT_EQ(label.focusPolicy(), Qt::StrongFocus);
+    QTest::keyClick(&label, Qt::Key_Return);
+    QTest::keyClick(&label, Qt::Key_Enter);
+    QTest::keyClick(&label, Qt::Key_Space);
+    QTest::keyClick(&label, Qt::Key_A);
+    EXPECT_EQ(clicks, 3);
+}
+
+TEST_F(Entry, IsAButtonToScreenReaders) {
+    label.makeEntry(Qt::white);
+    auto* voice = QAccessible::queryAccessibleInterface(&label);
+    EXPECT_EQ(voice->role(), QAccessible::Button);
+    EXPECT_EQ(voice->text(QAccessible::Name), "Explore");
+    voice->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(clicks, 1);
+    label.setEnabled(false);
+    voice->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(clicks, 1);
+}
+
+TEST_F(Entry, ShowsItsFocus) {
+    label.makeEntry(QColor(255, 0, 255));
+    label.show();
+    const QImage without = label.grab().toImage();
+    label.activateWindow();
+    label.setFocus();
+    ASSERT_TRUE(waitFor([this] { return label.hasFocus(); }));
+    EXPECT_NE(label.grab().toImage(), without);
+}
+
+TEST_F(Entry, KeepsItsColours) {
+    label.setForeColour(kit::colourOf(16744576));
+    EXPECT_EQ(kit::numberOf(label.foreColour()), 16744576);
+    label.setEnabled(false);
+    EXPECT_EQ(kit::numberOf(label.foreColour()), 16744576);
+    label.setDisabledColour(QColor(1, 2, 3));
+    EXPECT_EQ(label.palette().color(QPalette::Disabled, QPalette::WindowText), QColor(1, 2, 3));
+}
+
+TEST_F(Entry, PaintsThePillBehindItsText) {
+    label.setGround(QColor(250, 240, 230));
+    EXPECT_EQ(label.grab().toImage().pixelColor(50, 3), QColor(250, 240, 230));
+    label.setGround({});
+    EXPECT_NE(label.grab().toImage().pixelColor(50, 3), QColor(250, 240, 230));
+}

@@ -1,0 +1,228 @@
+#include "kit/SampleTest.h"
+
+#include "base/RuntimeError.h"
+#include "kit/Yield.h"
+
+#include <QtCore/QTimer>
+#include <QtGui/QCloseEvent>
+
+using namespace discaro;
+using namespace discaro::test;
+using ::testing::ElementsAre;
+
+namespace {
+
+class Form : public SampleTest {};
+
+void sendClose(QWidget& window) {
+    QCloseEvent close;
+    QCoreApplication::sendEvent(&window, &close);
+}
+
+} // namespace
+
+TEST_F(Form, HasItsNameAndCaption) {
+    EXPECT_EQ(form->name(), "SampleForm");
+    EXPECT_EQ(form->caption(), "A sample");
+    form->setCaption("Another");
+    EXPECT_EQ(form->windowTitle(), "Another");
+}
+
+TEST_F(Form, RunsItsLoadHandlerOnceBeforeItIsSeen) {
+    bool seen = true;
+    form->onLoad = [&] { seen = form->isVisible(); };
+    EXPECT_FALSE(form->isLoaded());
+    form->Show();
+    form->Show();
+    EXPECT_FALSE(seen);
+    EXPECT_TRUE(form->isLoaded());
+    EXPECT_TRUE(form->isVisible());
+    EXPECT_THAT(form->heard, ElementsAre("load"));
+}
+
+TEST_F(Form, LoadsWithoutShowing) {
+    form->Load();
+    EXPECT_TRUE(form->isLoaded());
+    EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(Form, HasAFixedSize) {
+    form->Show();
+    EXPECT_EQ(form->size(), QSize(400, 420));
+    EXPECT_EQ(form->minimumSize(), form->maximumSize());
+}
+
+TEST_F(Form, UnloadRunsItsHandlerOnceWhileTheWindowIsStillSeen) {
+    bool seen = false;
+    int unloads = 0;
+    QObject::connect(form, &kit::Form::Unloaded, [&] { ++unloads; });
+    form->onUnload = [&] {
+        seen = form->isVisible();
+        form->Unload();
+    };
+    form->Show();
+    form->Unload();
+    form->Unload();
+    EXPECT_TRUE(seen);
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_TRUE(form->isUnloaded());
+    EXPECT_EQ(unloads, 1);
+    EXPECT_THAT(form->heard, ElementsAre("load", "unload"));
+}
+
+TEST_F(Form, IsDestroyedByTheEventLoopAfterItsUnload) {
+    form->Show();
+    form->Unload();
+    ASSERT_TRUE(form);
+    EXPECT_TRUE(waitFor([this] { return form.isNull(); }));
+}
+
+TEST_F(Form, ClosingByTheFrameUnloads) {
+    form->Show();
+    sendClose(*form);
+    EXPECT_THAT(form->heard, ElementsAre("load", "unload"));
+    EXPECT_TRUE(form->isUnloaded());
+}
+
+TEST_F(Form, DoesNotShowWhenItsLoadHandlerUnloadsIt) {
+    form->onLoad = [this] { form->Unload(); };
+    form->Show();
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_TRUE(form->isUnloaded());
+}
+
+TEST_F(Form, AFailingLoadHandlerLeavesNoWindowAndNoUnloadHandlerRuns) {
+    int unloads = 0;
+    QObject::connect(form, &kit::Form::Unloaded, [&] { ++unloads; });
+    form->onLoad = [] { throw base::RuntimeError(base::ErrorNumber::FileMissing); };
+    EXPECT_THROW(form->Show(), base::RuntimeError);
+    EXPECT_TRUE(form->isUnloaded());
+    EXPECT_EQ(unloads, 1);
+    EXPECT_THAT(form->heard, ElementsAre("load"));
+}
+
+TEST_F(Form, AFailingUnloadHandlerStillEndsTheWindow) {
+    form->onUnload = [] { throw base::RuntimeError(base::ErrorNumber::DiskFull); };
+    form->Show();
+    EXPECT_THROW(form->Unload(), base::RuntimeError);
+    EXPECT_TRUE(form->isUnloaded());
+    EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(Form, GivesBackWhatItWasLentInReverseOrderAfterItsUnloadHandler) {
+    form->atUnload([this] { form->heard.emplace_back("first back"); });
+    form->atUnload([this] { form->heard.emplace_back("second back"); });
+    form->Load();
+    form->Unload();
+    EXPECT_THAT(form->heard, ElementsAre("load", "unload", "second back", "first back"));
+}
+
+TEST_F(Form, NoDeclaredHandlerRunsAfterTheUnload) {
+    form->Show();
+    form->Unload();
+    form->heard.clear();
+    form->Command1(0).click();
+    form->Text1->setText("late");
+    emit form->TrayIcon1->Restore();
+    EXPECT_THAT(form->heard, ElementsAre());
+}
+
+TEST_F(Form, ItsTimersStopAtTheUnloadAndStayStopped) {
+    form->Show();
+    form->Unload();
+    form->heard.clear();
+    form->Timer1->setEnabled(true);
+    EXPECT_TRUE(waitFor([this] { return form.isNull() || !form->heard.empty(); }));
+    EXPECT_TRUE(form.isNull());
+}
+
+TEST_F(Form, AModalShowReturnsWhenTheWindowIsUnloaded) {
+    QTimer::singleShot(0, form, [this] {
+        EXPECT_TRUE(form->isModal());
+        form->Unload();
+    });
+    form->Show(kit::Form::Modality::Modal);
+    ASSERT_TRUE(form);
+    EXPECT_TRUE(form->isUnloaded());
+}
+
+TEST_F(Form, AModalShowReturnsWhenTheWindowIsHidden) {
+    QTimer::singleShot(0, form, [this] { form->Hide(); });
+    form->Show(kit::Form::Modality::Modal);
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_FALSE(form->isUnloaded());
+}
+
+TEST_F(Form, AModalWindowThatUnloadsWhileLoadingDoesNotWait) {
+    form->onLoad = [this] { form->Unload(); };
+    form->Show(kit::Form::Modality::Modal);
+    EXPECT_TRUE(form->isUnloaded());
+}
+
+TEST_F(Form, MinimisesAndRestores) {
+    form->Show();
+    form->setState(kit::Form::State::Minimised);
+    EXPECT_EQ(form->state(), kit::Form::State::Minimised);
+    EXPECT_FALSE(form->isUnloaded());
+    form->setState(kit::Form::State::Normal);
+    EXPECT_EQ(form->state(), kit::Form::State::Normal);
+}
+
+TEST_F(Form, FindsItsTimersByName) {
+    EXPECT_EQ(form->timer("Timer1"), form->Timer1);
+    EXPECT_EQ(form->timer("Timer2"), nullptr);
+}
+
+TEST_F(Form, KeepsItsPlacesAtTheReferenceFont) {
+    EXPECT_EQ(form->scale(), 1.0);
+    EXPECT_EQ(form->Command1(3).geometry(), QRect(110, 110, 90, 28));
+}
+
+TEST_F(Form, GrowsItsPlacesWithTheFont) {
+    const LargerFont larger(1.5);
+    auto* large = new SampleForm;
+    EXPECT_NEAR(large->scale(), 1.5, 0.1);
+    EXPECT_EQ(large->width(), large->scaled(400));
+    EXPECT_EQ(large->Command1(3).x(), large->scaled(110));
+    large->Unload();
+}
+
+TEST_F(Form, ArrangesItselfAnewWhenTheFontGrowsWhileItIsUp) {
+    form->Show();
+    {
+        const LargerFont larger(1.25);
+        EXPECT_TRUE(waitFor([this] { return form->scale() > 1.1; }));
+        EXPECT_EQ(form->Command1(0).y(), form->scaled(110));
+    }
+    EXPECT_TRUE(waitFor([this] { return form->scale() == 1.0; }));
+    EXPECT_EQ(form->size(), QSize(400, 420));
+}
+
+TEST_F(Form, NeverShrinksForASmallFont) {
+    QFont small = form->font();
+    small.setPixelSize(7);
+    EXPECT_EQ(kit::fontScale(small), 1.0);
+}
+
+TEST_F(Form, ScaledPlacesThatTouchStillTouch) {
+    const LargerFont larger(1.25);
+    auto* large = new SampleForm;
+    const QRect left = large->scaled(QRect(3, 0, 11, 5));
+    const QRect right = large->scaled(QRect(14, 0, 9, 5));
+    EXPECT_EQ(left.x() + left.width(), right.x());
+    large->Unload();
+}
+
+TEST_F(Form, MovesAControlOfItsTable) {
+    form->place(*form->Image1, QRect(310, 90, 32, 32));
+    EXPECT_EQ(form->Image1->geometry(), QRect(310, 90, 32, 32));
+    EXPECT_EQ(form->Image1->parentWidget(), form.data());
+}
+
+TEST_F(Form, WaitsForItsFirstPaintingAndOnlyWhileSeen) {
+    form->awaitPainting();
+    EXPECT_FALSE(form->isPainted());
+    form->Show();
+    form->awaitPainting();
+    EXPECT_TRUE(form->isPainted());
+}
