@@ -1,0 +1,22 @@
+#include "app/Main.h"
+
+#include "app/SingleInstance.h"
+#include "app/Windows.h"
+#include "kit/EndProgram.h"
+#include "kit/MsgBox.h"
+#include "kit/Yield.h"
+
+namespace discaro::app {
+
+void Main(const SingleInstance& instance, const std::function<void()>& prepare) {
+    if (instance.prevInstance()) {
+        kit::MsgBox("Another Instance of Tavo - Discaro is already running.", kit::Buttons::Ok,
+                    kit::Icon::Exclamation, "Already Running");
+        kit::EndProgram();
+    }
+    kit::yield();
+    prepare();
+    Windows::Show("Switch");
+}
+
+} // namespace discaro::app

@@ -1,0 +1,35 @@
+#include "app/SingleInstance.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace discaro::app {
+
+SingleInstance::SingleInstance(const std::filesystem::path& markFile)
+    : m_file(open(markFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)) {
+    if (m_file >= 0)
+        m_taken = flock(m_file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
+SingleInstance::~SingleInstance() {
+    if (m_file >= 0)
+        close(m_file);
+}
+
+std::filesystem::path SingleInstance::defaultMark() {
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (runtime != nullptr && access(runtime, W_OK) == 0)
+        return std::filesystem::path(runtime) / "discaro.lock";
+    std::error_code error;
+    auto folder = std::filesystem::temp_directory_path(error);
+    if (error)
+        folder = "/tmp";
+    return folder / ("discaro-" + std::to_string(getuid()) + ".lock");
+}
+
+} // namespace discaro::app

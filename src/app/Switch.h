@@ -1,0 +1,61 @@
+#pragma once
+
+#include "db/DataSource.h"
+#include "kit/FormTable.h"
+#include "kit/Marquee.h"
+#include "kit/TrayIcon.h"
+
+#include <cstdint>
+#include <string>
+
+namespace discaro::app {
+
+// The main menu: a round window with eight entries. Entries that need a disc in the catalogue are disabled while it
+// has none; an entry whose window is not part of the program is disabled from the start.
+//
+// Keys: Tab and the arrow keys go through the entries, Enter and Space choose.
+class Switch : public kit::Form {
+    Q_OBJECT
+public:
+    Switch();
+
+    kit::Picture* Image1 = nullptr;        // the face; drags the window
+    kit::ControlArray<kit::Label> Label1;  // the entries
+    kit::Label* Label2 = nullptr;          // holds the hover colour
+    kit::Button* Command1 = nullptr;       // minimises
+    kit::Panel* Picture1 = nullptr;        // room of the marquee
+    kit::Marquee* AXMarquee1 = nullptr;    // the program's name
+    kit::Timer* Timer1 = nullptr;          // looks once whether there are discs
+    kit::TrayIcon* TrayIcon1 = nullptr;
+    db::DataSource Data1; // Drive
+
+protected:
+    void Form_Load() override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    static const kit::FormTable<Switch> kTable;
+
+    void Label1_Click(int index);
+    void Label1_MouseMove(int index);
+    void Image1_MouseDown(QPoint position);
+    void Image1_MouseMove(QPoint position);
+    void Image1_MouseUp();
+    void Command1_Click();
+    void Timer1_Timer();
+    void TrayIcon1_Restore();
+    void TrayIcon1_Minimise();
+
+    void cutToCircle();
+    void disableMissingWindows();
+    void openWindow(int index);
+    void showAbout();
+
+    std::string LabelColour; // the entries' resting colour, decimal
+    double LastLabel = 0;    // the entry hovered last
+    int16_t Dragging = 0;
+    double DragX = 0;
+    double DragY = 0;
+};
+
+} // namespace discaro::app
