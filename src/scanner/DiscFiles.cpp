@@ -1,0 +1,34 @@
+#include "scanner/DiscFiles.h"
+
+#include "app/Module1.h"
+#include "base/Text.h"
+#include "disc/IniFile.h"
+#include "disc/TextLines.h"
+
+namespace discaro::scanner {
+
+namespace {
+
+// What the platform's reader takes for a value, its end mark included.
+constexpr int kBufferLength = 50;
+
+} // namespace
+
+void readAutorun(disc::Lister& lister, const disc::DriveTable& drives, const std::string& root,
+                 const std::function<void(const std::string& line)>& line) {
+    const std::string path = root + "autorun.inf";
+    if (!app::Module1::FileExists(path, drives))
+        return;
+    const auto file = lister.openFile(path);
+    disc::readTextLines(*file, disc::kTextLimit, [&](std::string_view text) { line(std::string(text)); });
+}
+
+std::string readSetupName(disc::Lister& lister, const std::string& directory) {
+    const auto file = lister.openFile(directory + "\\setup.ini");
+    const auto name = disc::privateProfileString(*file, "Startup", "AppName", "", kBufferLength);
+    if (name.copied == 0)
+        return {};
+    return std::string(base::trimBlanks(name.text));
+}
+
+} // namespace discaro::scanner

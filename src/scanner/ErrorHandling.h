@@ -1,0 +1,83 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "base/RuntimeError.h"
+#include "scanner/ScanOptions.h"
+#include "scanner/ScanWatcher.h"
+
+namespace discaro::scanner {
+
+// What a procedure of the walk does about a failing statement. The five procedures differ on purpose.
+struct ErrorHandler {
+    enum class Place { File, Directory };
+    enum class AfterPrompt { RunAgain, EndProcedure };
+
+    bool looksForConversion; // prompts at once for a data type conversion error
+    Place place;             // what the log names
+    AfterPrompt afterPrompt; // under the error action "cancel"
+};
+
+inline constexpr ErrorHandler kScanFilesHandler{true, ErrorHandler::Place::File,
+                                                ErrorHandler::AfterPrompt::RunAgain};
+inline constexpr ErrorHandler kCaptureFileHandler{false, ErrorHandler::Place::File,
+                                                  ErrorHandler::AfterPrompt::EndProcedure};
+inline constexpr ErrorHandler kCaptureFileMinimalHandler{true, ErrorHandler::Place::File,
+                                                         ErrorHandler::AfterPrompt::EndProcedure};
+inline constexpr ErrorHandler kScanDirectoryHandler{true, ErrorHandler::Place::Directory,
+                                                    ErrorHandler::AfterPrompt::EndProcedure};
+inline constexpr ErrorHandler kCompleteDirectoryHandler{false, ErrorHandler::Place::Directory,
+                                                        ErrorHandler::AfterPrompt::EndProcedure};
+
+// The scan's error log and the prompt, shared by all procedures of the walk.
+class ErrorDesk {
+public:
+    enum class Next { Statement, SameStatement, EndOfProcedure };
+
+    // The options and the watcher outlive the desk. placeName gives what the log names: the file or directory in
+    // hand.
+    using PlaceName = std::function<std::string(ErrorHandler::Place)>;
+    ErrorDesk(const ScanOptions& options, ScanWatcher& watcher, PlaceName placeName);
+
+    // Logs the error, asks as the handler and the error action say, and tells where the procedure goes on.
+    Next handle(const base::RuntimeError& error, const ErrorHandler& handler);
+
+    // Asks whether to stop; a yes sets the shared flag and lets pending events run.
+    void AskStopOnError();
+
+    // For each error: two line ends, the description, the place.
+    const std::string& ErrorLog() const { return m_log; }
+
+private:
+    const ScanOptions& m_options;
+    ScanWatcher& m_watcher;
+    PlaceName m_placeName;
+    std::string m_log;
+};
+
+// Runs one statement of a procedure under its handler. Returns false when the procedure ends here.
+template <typename Statement>
+bool runStatement(ErrorDesk& desk, const ErrorHandler& handler, Statement&& statement) {
+    for (;;) {
+        try {
+            statement();
+            return true;
+        } catch (const base::RuntimeError& error) {
+            switch (desk.handle(error, handler)) {
+            case ErrorDesk::Next::Statement: return true;
+            case ErrorDesk::Next::SameStatement: break;
+            case ErrorDesk::Next::EndOfProcedure: return false;
+            }
+        }
+    }
+}
+
+// Runs statements in order under one handler. Returns false when the procedure ended at one of them.
+template <typename... Statements>
+bool runStatements(ErrorDesk& desk, const ErrorHandler& handler, Statements&&... statements) {
+    return (runStatement(desk, handler, statements) && ...);
+}
+
+} // namespace discaro::scanner

@@ -1,0 +1,47 @@
+#include "scanner/NameChecks.h"
+
+#include "catalogue/Names.h"
+
+namespace discaro::scanner {
+
+namespace drive = catalogue::drive;
+
+namespace {
+
+std::string fieldText(db::Recordset& discs, std::string_view field) {
+    return db::textOf(discs.Fields(field).Value());
+}
+
+std::string nameMessage(db::Recordset& discs) {
+    return "This Preferred name was used once before for CD-ROM number  '" +
+           fieldText(discs, drive::kIdNumber) + "' which has '" + fieldText(discs, drive::kVolumeName) +
+           "' as its Volume label. Please choose another name.";
+}
+
+std::string serialMessage(db::Recordset& discs) {
+    return "The CD-ROM named  '" + fieldText(discs, drive::kPreferedName) +
+           "'  has the same serial number as this CD-ROM. You may have scanned it once before. Press Cancel to "
+           "terminate this scan or press OK to ignore this fact and continue.";
+}
+
+} // namespace
+
+std::optional<std::string> duplicateNameMessage(db::Recordset& discs, const std::string& preferredName) {
+    if (discs.RecordCount() != 0)
+        discs.MoveFirst();
+    for (; !discs.Eof(); discs.MoveNext())
+        if (fieldText(discs, drive::kPreferedName) == preferredName)
+            return nameMessage(discs);
+    return std::nullopt;
+}
+
+bool duplicateSerialsPassed(db::Recordset& discs, const std::string& serial, const SerialQuestion& goOn) {
+    if (discs.RecordCount() != 0)
+        discs.MoveFirst();
+    for (; !discs.Eof(); discs.MoveNext())
+        if (fieldText(discs, drive::kSerialNumber) == serial && !goOn(serialMessage(discs)))
+            return false;
+    return true;
+}
+
+} // namespace discaro::scanner

@@ -1,0 +1,41 @@
+#include "scanner/QuickScan.h"
+
+#include "base/Number.h"
+#include "scanner/Texts.h"
+
+namespace discaro::scanner {
+
+void QuickScan::begin(char driveLetter) {
+    m_directories = 0;
+    m_files = 0;
+    m_lister.setPath(rootPath(driveLetter));
+    m_lister.setFilePath(m_lister.path());
+    m_files += m_lister.fileCount();
+}
+
+bool QuickScan::countBelow(const Progress& progress) {
+    return countDirectory(progress);
+}
+
+bool QuickScan::countDirectory(const Progress& progress) {
+    const int count = m_lister.listCount();
+    for (int i = 0; i < count; ++i) {
+        m_lister.setPath(m_lister.list(i));
+        m_lister.setFilePath(m_lister.path());
+        m_files += m_lister.fileCount();
+        ++m_directories;
+        if (!countDirectory(progress))
+            return false;
+    }
+    if (!progress(m_lister.path()))
+        return false;
+    m_lister.setPath(m_lister.list(-2));
+    return true;
+}
+
+std::string QuickScan::text() const {
+    return base::numberText(m_directories) + " Directories" + std::string(kLineEnd) +
+           base::numberText(m_files) + " Files";
+}
+
+} // namespace discaro::scanner

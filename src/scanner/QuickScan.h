@@ -1,0 +1,41 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "disc/Lister.h"
+
+namespace discaro::scanner {
+
+// Counts the directories below the root and all files of a disc, from listings alone: no file is opened.
+class QuickScan {
+public:
+    // Called once for each directory, with its path, after its subdirectories are counted. May let events run.
+    // Returns whether to go on.
+    using Progress = std::function<bool(const std::string& path)>;
+
+    explicit QuickScan(disc::Lister& lister) : m_lister(lister) {}
+
+    // Moves to the drive's root and counts its files; both counts begin at 0.
+    // Throws base::RuntimeError when the drive can't be read.
+    void begin(char driveLetter);
+
+    // Counts everything below the root, the lister standing there. Throws base::RuntimeError on any failure.
+    // Returns whether it came to the end.
+    bool countBelow(const Progress& progress);
+
+    double directories() const { return m_directories; } // the root left out
+    double files() const { return m_files; }
+
+    // "12 Directories", a line end, "345 Files".
+    std::string text() const;
+
+private:
+    bool countDirectory(const Progress& progress);
+
+    disc::Lister& m_lister;
+    double m_directories = 0;
+    double m_files = 0;
+};
+
+} // namespace discaro::scanner

@@ -1,0 +1,154 @@
+#include "scanner/ScanDisplay.h"
+
+#include "app/Windows.h"
+#include "base/Number.h"
+#include "kit/Beep.h"
+#include "kit/MsgBox.h"
+#include "kit/Strings.h"
+#include "kit/Yield.h"
+#include "scanner/Scanform.h"
+
+namespace discaro::scanner {
+
+namespace {
+
+void showOnly(const kit::ControlArray<kit::Picture>& pictures, int shown) {
+    for (const auto& [index, picture] : pictures)
+        picture->setVisible(index == shown);
+}
+
+// A bar's percentage as its tool tip. A tip that stays the same is not set again.
+void showPercent(kit::ProgressBar& bar) {
+    const QString tip = QString::number(bar.percent()) + " %";
+    if (bar.toolTip() != tip)
+        bar.setToolTip(tip);
+}
+
+} // namespace
+
+void ScanDisplay::yield() {
+    kit::yield();
+}
+
+bool ScanDisplay::askStopOnError() {
+    return kit::MsgBox("An error was found during the scan process. The scan operation will be stopped and the "
+                       "scanned enteries will be deleted. Press OK to proceed with deletion or press Cancel to "
+                       "ignore this error.",
+                       kit::Buttons::OkCancel, kit::Icon::Critical, "Error during Scan",
+                       &m_form) == kit::Answer::Ok;
+}
+
+void ScanDisplay::scanStarted(double files) {
+    m_form.Command2->hide();
+    m_form.Command6->show();
+    m_form.Command6->setFocus();
+    m_form.Command1(4).setEnabled(false);
+    showWalkStage(Stage::Running);
+    m_form.NumLED1(0).show();
+    m_form.NumLED2->show();
+    m_form.Label9->show();
+    m_form.startClock();
+    m_form.TrayIcon2->setVisible(false);
+    m_form.TrayIcon1->setVisible(true);
+    m_form.TrayIcon1->setFlashEnabled(true);
+    m_form.ProgressBar1->setMax(static_cast<int64_t>(files));
+    m_form.ProgressBar1->setValue(0);
+    m_form.ProgressBar2->setValue(0);
+}
+
+void ScanDisplay::directoryEntered(int64_t files) {
+    m_form.ProgressBar2->setMax(files);
+}
+
+void ScanDisplay::directoryBarReset() {
+    m_form.ProgressBar2->setValue(0);
+}
+
+void ScanDisplay::showCounters(double done, double left) {
+    m_form.NumLED1(0).setCaption(kit::qt(base::numberText(done) + "+"));
+    m_form.NumLED1(1).setCaption(kit::qt(base::numberText(left) + "-"));
+}
+
+void ScanDisplay::advanceDiscBar(double done) {
+    m_form.ProgressBar1->setValue(static_cast<int64_t>(done));
+    showPercent(*m_form.ProgressBar1);
+}
+
+void ScanDisplay::advanceDirectoryBar() {
+    m_form.ProgressBar2->setValue(m_form.ProgressBar2->value() + 1);
+    showPercent(*m_form.ProgressBar2);
+}
+
+void ScanDisplay::showPercentage() {
+    const QString caption = m_form.FormTitle + "  (" + m_form.ProgressBar1->toolTip() + " Done)";
+    if (caption == m_form.caption())
+        return;
+    m_form.setCaption(caption);
+    m_form.TrayIcon1->setToolTipText(m_form.caption());
+}
+
+void ScanDisplay::walkFinished() {
+    showWalkStage(Stage::Finished);
+}
+
+void ScanDisplay::remainingTimeZero() {
+    m_form.NumLED3->setCaption("-00:00");
+}
+
+void ScanDisplay::cancelImpossible() {
+    m_form.Command6->setEnabled(false);
+}
+
+void ScanDisplay::totalsStarted() {
+    showTotalsStage(Stage::Running);
+}
+
+void ScanDisplay::totalsBarSized(int64_t directories) {
+    m_form.ProgressBar1->setToolTip({});
+    m_form.ProgressBar1->setMax(directories);
+    m_form.ProgressBar1->setValue(0);
+}
+
+void ScanDisplay::advanceTotalsBar() {
+    m_form.ProgressBar1->setValue(m_form.ProgressBar1->value() + 1);
+}
+
+void ScanDisplay::totalsFinished() {
+    showTotalsStage(Stage::Finished);
+}
+
+void ScanDisplay::clockStopped() {
+    m_form.Timer2->setEnabled(false);
+}
+
+void ScanDisplay::beep() {
+    kit::Beep();
+}
+
+void ScanDisplay::scanFinished() {
+    m_form.Command1(7).setEnabled(true);
+    m_form.TrayIcon1->setVisible(false);
+    m_form.TrayIcon1->setFlashEnabled(false);
+    m_form.TrayIcon2->setVisible(true);
+    m_form.Text5->setText("* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
+    m_form.Command6->hide();
+    m_form.Command5->show();
+    m_form.Command1(7).setFocus();
+}
+
+void ScanDisplay::scanStopped() {
+    m_form.Unload();
+    kit::yield();
+    app::Windows::Show("Switch");
+    kit::yield();
+}
+
+void ScanDisplay::showWalkStage(Stage stage) {
+    showOnly(m_form.Picture3, static_cast<int>(stage));
+}
+
+void ScanDisplay::showTotalsStage(Stage stage) {
+    showOnly(m_form.Picture4, static_cast<int>(stage));
+}
+
+} // namespace discaro::scanner

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include "scanner/ScanWatcher.h"
+
+namespace discaro::scanner {
+
+class Scanform;
+
+// Shows a running scan on the scanning screen of its window.
+class ScanDisplay : public ScanWatcher {
+public:
+    explicit ScanDisplay(Scanform& form) : m_form(form) {}
+
+    void yield() override;
+    bool askStopOnError() override;
+    void scanStarted(double files) override;
+    void directoryEntered(int64_t files) override;
+    void directoryBarReset() override;
+    void showCounters(double done, double left) override;
+    void advanceDiscBar(double done) override;
+    void advanceDirectoryBar() override;
+    void showPercentage() override;
+    void walkFinished() override;
+    void remainingTimeZero() override;
+    void cancelImpossible() override;
+    void totalsStarted() override;
+    void totalsBarSized(int64_t directories) override;
+    void advanceTotalsBar() override;
+    void totalsFinished() override;
+    void clockStopped() override;
+    void beep() override;
+    void scanFinished() override;
+    void scanStopped() override;
+
+private:
+    enum class Stage { NotStarted, Running, Finished };
+
+    void showWalkStage(Stage stage);
+    void showTotalsStage(Stage stage);
+
+    Scanform& m_form;
+};
+
+} // namespace discaro::scanner

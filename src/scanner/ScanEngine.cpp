@@ -1,0 +1,171 @@
+#include "scanner/ScanEngine.h"
+
+#include "app/Module1.h"
+#include "catalogue/Names.h"
+#include "catalogue/Totals.h"
+#include "db/DBEngine.h"
+#include "disc/DriveTable.h"
+#include "scanner/DiscFiles.h"
+#include "scanner/Texts.h"
+
+namespace discaro::scanner {
+
+using base::skipErrors;
+namespace drive = catalogue::drive;
+namespace masterTable = catalogue::masterTable;
+
+namespace {
+
+constexpr int64_t kHighestFreeNumber = 1000000;
+
+} // namespace
+
+ScanEngine::ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister,
+                       ScanWatcher& watcher, ScanRequest request)
+    : m_data(sources), m_drives(drives), m_lister(lister), m_watcher(watcher), m_request(std::move(request)),
+      m_desk(m_request.options, watcher, [this](ErrorHandler::Place place) { return placeName(place); }) {}
+
+void ScanEngine::run() {
+    db::DBEngine::BeginTrans();
+    FilesDone = 0;
+    FilesLeft = m_request.quickFiles;
+    skipErrors([&] { m_watcher.scanStarted(m_request.quickFiles); });
+    const std::string start = m_lister.path();
+    skipErrors([&] { ClaimDiscNumber(); });
+    skipErrors([&] { AddDriveRow(); });
+    DirectoryId = "C" + std::to_string(DiscNumber) + "D1";
+    ScanDirectory();
+    if (stopIfCancelled())
+        return;
+    skipErrors([&] { m_lister.setPath(start); });
+    skipErrors([&] { UpdateMasterTotals(); });
+    skipErrors([&] { m_watcher.walkFinished(); });
+    skipErrors([&] { rows(m_data.master).Edit(); });
+    skipErrors([&] { rows(m_data.master)(masterTable::kScanError) = "no error"; });
+    skipErrors([&] { rows(m_data.master).Update(); });
+    if (m_request.options.LogErrors == "true")
+        skipErrors([&] { LogErrorsToComments(); });
+    skipErrors([&] { m_watcher.remainingTimeZero(); });
+    skipErrors([&] { m_watcher.cancelImpossible(); });
+    RollUpTotals();
+    if (!stopIfCancelled())
+        finish();
+}
+
+void ScanEngine::finish() {
+    skipErrors([&] { m_watcher.clockStopped(); });
+    m_watcher.yield();
+    m_watcher.beep();
+    skipErrors([] { db::DBEngine::CommitTrans(); });
+    skipErrors([&] { m_watcher.scanFinished(); });
+}
+
+bool ScanEngine::stopIfCancelled() {
+    if (!cancelled())
+        return false;
+    m_watcher.scanStopped();
+    return true;
+}
+
+int64_t ScanEngine::freeDiscNumber() {
+    for (int64_t number = 1; number <= kHighestFreeNumber; ++number) {
+        rows(m_data.discs).FindFirst("[id number] = " + std::to_string(number));
+        if (rows(m_data.discs).NoMatch())
+            return number;
+    }
+    return DiscNumber;
+}
+
+void ScanEngine::ClaimDiscNumber() {
+    const bool free = m_request.options.UseFreeNumber == "true";
+    db::Recordset& master = rows(m_data.master);
+    if (free)
+        DiscNumber = freeDiscNumber();
+    else
+        DiscNumber = static_cast<int64_t>(db::numberOf(master.Fields(masterTable::kScannedCdRoms).Value())) + 1;
+    master.Edit();
+    if (!free)
+        master(masterTable::kScannedCdRoms) = DiscNumber;
+    master(masterTable::kScanError) = "error";
+    m_data.master.UpdateRecord();
+}
+
+void ScanEngine::AddDriveRow() {
+    const disc::DriveFacts facts = m_drives.facts(rootPath(m_request.driveLetter));
+    db::Recordset& disc = rows(m_data.discs);
+    disc.AddNew();
+    skipErrors([&] { disc(drive::kIdNumber) = DiscNumber; });
+    skipErrors([&] { disc(drive::kDriveLetter) = facts.root; });
+    skipErrors([&] { disc(drive::kVolumeName) = facts.label; });
+    skipErrors([&] { disc(drive::kSerialNumber) = facts.serial; });
+    skipErrors([&] { disc(drive::kFileSystem) = facts.fileSystem; });
+    skipErrors([&] { disc(drive::kTotalSize) = facts.totalMegabytes; });
+    skipErrors([&] { disc(drive::kFreeSize) = facts.freeMegabytes; });
+    skipErrors([&] { disc(drive::kPreferedName) = m_request.preferredName; });
+    skipErrors([&] { disc(drive::kComments) = initialComments(m_request.options, m_request.comments); });
+    skipErrors([&] { ReadAutorun(facts.root); });
+    skipErrors([&] { m_data.discs.UpdateRecord(); });
+}
+
+// The lines read before a failure stay.
+void ScanEngine::ReadAutorun(const std::string& root) {
+    std::string lines;
+    skipErrors([&] {
+        readAutorun(m_lister, m_drives, root, [&](const std::string& line) { lines.append(kLineEnd).append(line); });
+    });
+    if (!lines.empty())
+        rows(m_data.discs)(drive::kAutorun) = lines;
+}
+
+void ScanEngine::UpdateMasterTotals() {
+    app::Module1::OpenCatalogue();
+    db::Recordset& master = rows(m_data.master);
+    master.Edit();
+    catalogue::writeMasterTotals(master, {.directories = rows(m_data.directories).RecordCount(),
+                                          .files = rows(m_data.files).RecordCount(),
+                                          .kilobytes = catalogue::totalFileSize(*app::Module1::CatalogueDb),
+                                          .discs = rows(m_data.discs).RecordCount()});
+    m_data.master.UpdateRecord();
+}
+
+void ScanEngine::LogErrorsToComments() {
+    db::Recordset& disc = rows(m_data.discs);
+    disc.MoveLast();
+    disc.Edit();
+    disc(drive::kComments) =
+        db::textOf(disc.Fields(drive::kComments).Value()).append(kLineEnd).append(ErrorLog());
+    m_data.discs.UpdateRecord();
+}
+
+void ScanEngine::RollUpTotals() {
+    if (cancelled())
+        return;
+    skipErrors([&] { m_watcher.totalsStarted(); });
+    m_watcher.yield();
+    skipErrors([] { app::Module1::OpenCatalogue(); });
+    db::Recordset& directories = rows(m_data.directories);
+    skipErrors([&] { directories.MoveFirst(); });
+    skipErrors([&] { directories.FindFirst("[drive id number] = " + std::to_string(DiscNumber)); });
+    skipErrors([&] {
+        m_watcher.totalsBarSized(directories.RecordCount() - directories.AbsolutePosition());
+    });
+    while (!directories.Eof()) {
+        if (cancelled())
+            return;
+        skipErrors([&] { m_watcher.advanceTotalsBar(); });
+        catalogue::rollUpCurrentDirectory(*app::Module1::CatalogueDb, directories);
+        if (!skipErrors([&] { directories.MoveNext(); }))
+            break;
+    }
+    skipErrors([&] { m_watcher.totalsFinished(); });
+}
+
+bool ScanEngine::cancelled() const {
+    return app::Module1::ScanCancelled == 1;
+}
+
+std::string ScanEngine::placeName(ErrorHandler::Place place) const {
+    return place == ErrorHandler::Place::File ? CurrentFileName : m_lister.path();
+}
+
+} // namespace discaro::scanner

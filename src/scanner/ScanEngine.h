@@ -1,0 +1,106 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "db/DataSource.h"
+#include "disc/Lister.h"
+#include "disc/VersionResource.h"
+#include "scanner/ErrorHandling.h"
+#include "scanner/ScanOptions.h"
+#include "scanner/ScanWatcher.h"
+
+namespace discaro::scanner {
+
+// The data sources of whoever scans, all open on the catalogue. They outlive the engine. A transaction that is not
+// committed ends when the last of them closes.
+struct ScanSources {
+    db::DataSource& master;      // Master Table
+    db::DataSource& discs;       // Drive
+    db::DataSource& directories; // Directories
+    db::DataSource& files;       // Files
+};
+
+struct ScanRequest {
+    char driveLetter = 0;
+    std::string preferredName;
+    std::string comments;
+    double quickFiles = 0; // the quick scan's count
+    ScanOptions options;
+};
+
+// Brings one disc into the catalogue: one row for the disc, one for each directory, one for each file, in one
+// transaction. The walk is depth first, parent before child; a directory's row, its files' rows, then its
+// subdirectories in the order of their listing. Row order in the tables is that order.
+class ScanEngine {
+public:
+    // The lister walks through the drives of the same table.
+    ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister, ScanWatcher& watcher,
+               ScanRequest request);
+
+    // Runs the scan to its end, or to the stop that the user asked for; in both cases the watcher hears of it.
+    // Throws base::RuntimeError only when no transaction can be begun: then nothing has happened. Failing statements
+    // of the walk are handled in the walk, those of the other steps are passed over.
+    void run();
+
+    const std::string& DirectoryNumber() const { return DirectoryId; }
+    const std::string& ErrorLog() const { return m_desk.ErrorLog(); }
+
+private:
+    // The steps before the walk
+    void ClaimDiscNumber();
+    int64_t freeDiscNumber();
+    void AddDriveRow();
+    void ReadAutorun(const std::string& root);
+
+    // The walk
+    void ScanDirectory();
+    void ScanSubdirectories();
+    void goUp();
+    void AddDirectoryRow();
+    void ScanFiles();
+    bool captureOneFile();
+    void showFileDone();
+    void CompleteDirectoryRow();
+    void cutDirectoryId();
+
+    // One file
+    void CaptureFileMinimal();
+    void CaptureFile();
+    bool captureFacts();
+    bool captureResources();
+    void inspectFile();
+    void ReadSetupIni();
+
+    // The steps after the walk
+    bool stopIfCancelled();
+    void UpdateMasterTotals();
+    void LogErrorsToComments();
+    void RollUpTotals();
+    void finish();
+
+    bool cancelled() const;
+    std::string placeName(ErrorHandler::Place place) const;
+    db::Recordset& rows(db::DataSource& source) const;
+
+    ScanSources m_data;
+    const disc::DriveTable& m_drives;
+    disc::Lister& m_lister;
+    ScanWatcher& m_watcher;
+    ScanRequest m_request;
+    ErrorDesk m_desk;
+
+    int64_t DiscNumber = 0;           // the disc in hand
+    std::string DirectoryId;          // number of the directory in hand
+    std::string CurrentFileName;      // the name that the enumeration gave last
+    std::string CurrentFilePath;      // base, backslash, name
+    std::string CurrentDirectoryBase; // the directory's path without a trailing backslash
+    double DirectorySize = 0;         // kilobytes of the files seen in this directory
+    double DirectoriesVisited = 0;    // kept, shown nowhere
+    double FilesDone = 0;
+    double FilesLeft = 0;
+    std::string SetupAppName;             // goes into the directory's comments
+    disc::FileResources m_fileResources; // of the file in hand, at full detail
+};
+
+} // namespace discaro::scanner

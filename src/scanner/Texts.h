@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "disc/Lister.h"
+#include "scanner/ScanOptions.h"
+
+namespace discaro::scanner {
+
+// The line end of texts that go into the catalogue and into the wizard's boxes.
+inline constexpr std::string_view kLineEnd = "\r\n";
+
+// "D:\" for 'D'.
+std::string rootPath(char driveLetter);
+
+// "basic details ignoring all errors." and its like: how the disc is scanned, for the settings and the report.
+std::string scanManner(const ScanOptions& options);
+
+// The sentence that opens the disc's comments: "Scanned with basic details ignoring all errors."
+std::string reportSentence(const ScanOptions& options);
+
+// The comments that the disc's row begins with: the report sentence, then the user's own text when there is one.
+std::string initialComments(const ScanOptions& options, const std::string& userComments);
+
+// "D:\DIR     (12 File(s))": the directory in hand.
+std::string directoryInHand(const disc::Lister& lister);
+
+// What page 5 of the wizard shows before anything is written.
+struct ScanSettings {
+    std::string preferredName;
+    std::string driveName;
+    std::string comments;
+    ScanOptions options;
+    double directories = 0;
+    double files = 0;
+};
+std::string settingsText(const ScanSettings& settings);
+
+} // namespace discaro::scanner

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "db/DataSource.h"
+#include "disc/Lister.h"
+#include "scanner/ScanEngine.h"
+#include "support/MemoryMedium.h"
+
+namespace discaro::test {
+
+// A watcher that answers prompts from a list and can act at the n-th yield.
+class TestWatcher : public scanner::ScanWatcher {
+public:
+    std::vector<bool> answers; // to the prompts, in order; true stops the scan; false when there are no more
+    int prompts = 0;
+    int yields = 0;
+    std::function<void(int yieldNumber)> atYield;
+    std::vector<std::string> log; // what the display was told, in order, the counters and bars left out
+    std::vector<double> counters; // files done, then files left, for each file
+    int64_t totalsBarSize = -1;
+    int totalsSteps = 0;
+
+    void yield() override;
+    bool askStopOnError() override;
+    void scanStarted(double files) override;
+    void directoryEntered(int64_t files) override;
+    void showCounters(double done, double left) override;
+    void advanceDiscBar(double done) override;
+    void walkFinished() override;
+    void remainingTimeZero() override;
+    void cancelImpossible() override;
+    void totalsStarted() override;
+    void totalsBarSized(int64_t directories) override;
+    void advanceTotalsBar() override;
+    void totalsFinished() override;
+    void clockStopped() override;
+    void beep() override;
+    void scanFinished() override;
+    void scanStopped() override;
+
+    std::function<void()> whenStopped;
+    std::function<void()> atDiscBar; // may throw, as a bar does that refuses a value
+};
+
+// One row of a table as texts, by field name.
+using Row = std::function<std::string(std::string_view field)>;
+
+// A catalogue in a folder of its own, the four data sources of a scan, and discs in memory to scan into it.
+class ScanRig {
+public:
+    ScanRig();
+    ~ScanRig();
+
+    // Opens the data sources, as loading the scan window does; done by the constructor.
+    void open();
+    // Closes them, as unloading the scan window does.
+    void close();
+
+    // Puts a disc into a drive of its own.
+    MemoryMedium& insert(MemoryNode root);
+
+    // Counts and scans the disc inserted last.
+    void scan(scanner::ScanOptions options = {}, const std::string& name = "Disc",
+              const std::string& comments = {});
+
+    int64_t count(const std::string& table);
+    // The first row that the condition meets; fails the test when there is none.
+    std::string field(const std::string& table, const std::string& condition, std::string_view field);
+    bool isNull(const std::string& table, const std::string& condition, std::string_view field);
+    // One field of all rows that the condition meets, in the table's order.
+    std::vector<std::string> column(const std::string& table, std::string_view field,
+                                    const std::string& condition = {});
+
+    std::string master(std::string_view field) { return this->field("Master Table", {}, field); }
+
+    db::DataSource masterSource;
+    db::DataSource discs;
+    db::DataSource directories;
+    db::DataSource files;
+    disc::DriveTable drives;
+    disc::Lister lister;
+    TestWatcher watcher;
+    char letter = 0;
+    std::string root;     // of the disc inserted last, such as "D:\"
+    std::string errorLog; // of the scan before
+    double quickFiles = -1; // what the quick scan is made to have counted; -1 leaves its own count
+
+private:
+    std::filesystem::path m_folder;
+};
+
+} // namespace discaro::test

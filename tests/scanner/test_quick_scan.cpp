@@ -1,0 +1,143 @@
+#include <gtest/gtest.h>
+
+#include "app/Module1.h"
+#include "scanner/NameChecks.h"
+#include "scanner/QuickScan.h"
+#include "scanner/ScanRig.h"
+
+
+using namespace discaro;
+using namespace discaro::test;
+using scanner::duplicateNameMessage;
+using scanner::duplicateSerialsPassed;
+
+namespace {
+
+scanner::QuickScan counted(ScanRig& rig) {
+    scanner::QuickScan quick(rig.lister);
+    quick.begin(rig.letter);
+    EXPECT_TRUE(quick.countBelow([](const std::string&) { return true; }));
+    return quick;
+}
+
+} // namespace
+
+TEST(QuickScan, LeavesTheRootOutOfTheDirectoriesAndCountsItsFiles) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A"), folder("S", {file("B"), folder("T")}), folder("U", {file("C")})}));
+    const auto quick = counted(rig);
+    EXPECT_EQ(quick.directories(), 3);
+    EXPECT_EQ(quick.files(), 3);
+    EXPECT_EQ(quick.text(), "3 Directories\r\n3 Files");
+}
+
+TEST(QuickScan, ADiscWithoutSubdirectoriesHasNone) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A"), file("B")}));
+    EXPECT_EQ(counted(rig).text(), "0 Directories\r\n2 Files");
+}
+
+TEST(QuickScan, CountsAfreshEachTime) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A"), folder("S")}));
+    scanner::QuickScan quick(rig.lister);
+    for (int pass = 0; pass < 2; ++pass) {
+        quick.begin(rig.letter);
+        quick.countBelow([](const std::string&) { return true; });
+    }
+    EXPECT_EQ(quick.directories(), 1);
+    EXPECT_EQ(quick.files(), 1);
+}
+
+TEST(QuickScan, ShowsEachDirectoryAfterThoseBeneathItAndEndsAtTheRoot) {
+    ScanRig rig;
+    rig.insert(folder("", {folder("A", {folder("B")})}));
+    std::vector<std::string> shown;
+    scanner::QuickScan quick(rig.lister);
+    quick.begin(rig.letter);
+    quick.countBelow([&](const std::string& path) {
+        shown.push_back(path);
+        return true;
+    });
+    EXPECT_EQ(shown, (std::vector<std::string>{rig.root + "A\\B", rig.root + "A", rig.root}));
+    EXPECT_EQ(rig.lister.path(), rig.root);
+}
+
+TEST(QuickScan, OpensAndInspectsNoFile) {
+    ScanRig rig;
+    auto& medium = rig.insert(folder("", {file("A"), folder("S", {file("B")})}));
+    counted(rig);
+    EXPECT_EQ(medium.calls(Asked::Open) + medium.calls(Asked::Facts), 0);
+}
+
+TEST(QuickScan, ADriveThatCannotBeReadThrowsAtOnce) {
+    ScanRig rig;
+    rig.insert(folder("")).vanishAfter(0);
+    scanner::QuickScan quick(rig.lister);
+    EXPECT_THROW(quick.begin(rig.letter), base::RuntimeError);
+}
+
+TEST(QuickScan, EndsWhenItIsToldTo) {
+    ScanRig rig;
+    rig.insert(folder("", {folder("A"), folder("B")}));
+    scanner::QuickScan quick(rig.lister);
+    quick.begin(rig.letter);
+    EXPECT_FALSE(quick.countBelow([](const std::string&) { return false; }));
+    EXPECT_EQ(quick.directories(), 1);
+}
+
+TEST(NameChecks, AnEqualNameIsFoundWithItsNumberAndLabel) {
+    ScanRig rig;
+    rig.insert(folder(""));
+    rig.scan({}, "Games");
+    EXPECT_EQ(duplicateNameMessage(rig.discs.Recordset(), "Games"),
+              "This Preferred name was used once before for CD-ROM number  '1' which has 'MEMORY' as its Volume "
+              "label. Please choose another name.");
+}
+
+TEST(NameChecks, OtherLetterCaseIsAnotherName) {
+    ScanRig rig;
+    rig.insert(folder(""));
+    rig.scan({}, "Games");
+    EXPECT_EQ(duplicateNameMessage(rig.discs.Recordset(), "GAMES"), std::nullopt);
+}
+
+TEST(NameChecks, AnEmptyCatalogueHasNeitherNamesNorSerials) {
+    ScanRig rig;
+    EXPECT_EQ(duplicateNameMessage(rig.discs.Recordset(), "x"), std::nullopt);
+    EXPECT_TRUE(duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567", [](const std::string&) {
+        ADD_FAILURE() << "nothing to ask about";
+        return false;
+    }));
+}
+
+TEST(NameChecks, EachDiscOfTheSerialIsAskedAboutUntilOneIsRefused) {
+    ScanRig rig;
+    rig.insert(folder(""));
+    rig.scan({}, "One");
+    rig.scan({}, "Two");
+    rig.scan({}, "Three");
+    std::vector<std::string> asked;
+    EXPECT_FALSE(duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567", [&](const std::string& text) {
+        asked.push_back(text);
+        return asked.size() < 2;
+    }));
+    ASSERT_EQ(asked.size(), 2U);
+    EXPECT_EQ(asked[0], "The CD-ROM named  'One'  has the same serial number as this CD-ROM. You may have scanned "
+                        "it once before. Press Cancel to terminate this scan or press OK to ignore this fact and "
+                        "continue.");
+    EXPECT_TRUE(duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567",
+                                       [](const std::string&) { return true; }));
+}
+
+TEST(FileExists, IsFalseOnlyForAMissingFileInAFolderThatIsThere) {
+    ScanRig rig;
+    rig.insert(folder("", {file("autorun.inf")}));
+    EXPECT_TRUE(app::Module1::FileExists(rig.root + "AUTORUN.INF", rig.drives));
+    EXPECT_FALSE(app::Module1::FileExists(rig.root + "other.inf", rig.drives));
+    EXPECT_TRUE(app::Module1::FileExists(rig.root + "NOWHERE\\other.inf", rig.drives));
+    const auto here = app::Module1::ApplicationPath;
+    EXPECT_TRUE(app::Module1::FileExists((here / "kvt.mde").string()));
+    EXPECT_FALSE(app::Module1::FileExists((here / "kvt.bak").string()));
+    EXPECT_TRUE(app::Module1::FileExists((here / "missing" / "kvt.bak").string()));
+}

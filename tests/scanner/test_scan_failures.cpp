@@ -1,0 +1,238 @@
+#include <gtest/gtest.h>
+
+#include "app/Module1.h"
+#include "base/RuntimeError.h"
+#include "scanner/ErrorHandling.h"
+#include "scanner/ScanRig.h"
+
+using namespace discaro;
+using namespace discaro::test;
+using scanner::ErrorDesk;
+using scanner::ErrorHandler;
+
+namespace {
+
+scanner::ScanOptions action(const char* errorAction, const char* detail = "basic") {
+    return {.DetailLevel = detail, .ErrorAction = errorAction, .LogErrors = "true", .UseFreeNumber = {}};
+}
+
+// ---- The five handlers: each with a conversion error and another one, under both error actions, with both answers
+
+struct HandlerCase {
+    const char* name;
+    const ErrorHandler* handler;
+    bool conversion;
+    const char* errorAction;
+    bool stop;
+    int prompts;
+    ErrorDesk::Next next;
+};
+
+constexpr auto kOn = ErrorDesk::Next::Statement;
+constexpr auto kAgain = ErrorDesk::Next::SameStatement;
+constexpr auto kEnd = ErrorDesk::Next::EndOfProcedure;
+
+std::vector<HandlerCase> handlerCases() {
+    struct Procedure {
+        const char* name;
+        const ErrorHandler* handler;
+        bool looks;
+        ErrorDesk::Next after;
+    };
+    const Procedure procedures[] = {
+        {"ScanFiles", &scanner::kScanFilesHandler, true, kAgain},
+        {"CaptureFile", &scanner::kCaptureFileHandler, false, kEnd},
+        {"CaptureFileMinimal", &scanner::kCaptureFileMinimalHandler, true, kEnd},
+        {"ScanDirectory", &scanner::kScanDirectoryHandler, true, kEnd},
+        {"CompleteDirectoryRow", &scanner::kCompleteDirectoryHandler, false, kEnd},
+    };
+    std::vector<HandlerCase> cases;
+    for (const auto& procedure : procedures)
+        for (const bool conversion : {true, false})
+            for (const bool stop : {true, false}) {
+                const int early = conversion && procedure.looks ? 1 : 0;
+                cases.push_back({procedure.name, procedure.handler, conversion, "ignore", stop, early, kOn});
+                cases.push_back(
+                    {procedure.name, procedure.handler, conversion, "cancel", stop, early + 1, procedure.after});
+            }
+    return cases;
+}
+
+class Handlers : public testing::TestWithParam<HandlerCase> {};
+
+} // namespace
+
+TEST_P(Handlers, PromptLogAndGoOnAsTold) {
+    const HandlerCase& told = GetParam();
+    app::Module1::ScanCancelled = 0;
+    TestWatcher watcher;
+    watcher.answers.assign(2, told.stop);
+    const scanner::ScanOptions options = action(told.errorAction);
+    ErrorDesk desk(options, watcher, [](ErrorHandler::Place place) {
+        return place == ErrorHandler::Place::File ? "A.TXT" : "D:\\DIR";
+    });
+    const base::RuntimeError error(told.conversion ? base::ErrorNumber::DataTypeConversion
+                                                   : base::ErrorNumber::ReadFailure);
+    EXPECT_EQ(desk.handle(error, *told.handler), told.next);
+    EXPECT_EQ(watcher.prompts, told.prompts);
+    EXPECT_EQ(app::Module1::ScanCancelled, told.stop && told.prompts > 0 ? 1 : 0);
+    EXPECT_EQ(watcher.yields, told.stop ? told.prompts : 0) << "a yes lets pending events run";
+    const bool file = told.handler->place == ErrorHandler::Place::File;
+    EXPECT_EQ(desk.ErrorLog(), "\r\n\r\n" + error.description() +
+                                   (file ? " in File :- A.TXT" : " in Directory :- D:\\DIR"));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Handlers, testing::ValuesIn(handlerCases()), [](const auto& row) {
+    const HandlerCase& told = row.param;
+    return std::string(told.name) + (told.conversion ? "_Conversion_" : "_Other_") + told.errorAction +
+           (told.stop ? "_Ok" : "_Cancel");
+});
+
+// ---- Discs that fail under the walk
+
+TEST(FailingDisc, UnderIgnoreTheFailedFieldStaysEmptyAndTheRestOfTheRowIsSaved) {
+    ScanRig rig;
+    rig.insert(folder("", {file("BAD.TXT").withFailure(ErrorNumber::ReadFailure), file("GOOD.TXT", "ok")}));
+    rig.scan(action("ignore"));
+    EXPECT_EQ(rig.column("files", "file name"), (std::vector<std::string>{"BAD.TXT", "GOOD.TXT"}));
+    EXPECT_TRUE(rig.isNull("files", "[file name] = 'BAD.TXT'", "file size"));
+    EXPECT_EQ(rig.field("files", "[file name] = 'BAD.TXT'", "file extension"), ".TXT");
+    EXPECT_EQ(rig.watcher.prompts, 0);
+    EXPECT_NE(rig.errorLog.find(" in File :- BAD.TXT"), std::string::npos);
+    EXPECT_NE(rig.field("drive", {}, "Comments").find(" in File :- BAD.TXT"), std::string::npos);
+}
+
+TEST(FailingDisc, WithoutLoggingTheReportIsKeptNowhere) {
+    ScanRig rig;
+    rig.insert(folder("", {file("BAD.TXT").withFailure(ErrorNumber::ReadFailure)}));
+    auto options = action("ignore");
+    options.LogErrors = "false";
+    rig.scan(options);
+    EXPECT_EQ(rig.field("drive", {}, "Comments").find("BAD.TXT"), std::string::npos);
+}
+
+TEST(FailingDisc, UnderCancelAFileWhoseCaptureEndsHasNoRowWhenTheUserGoesOn) {
+    ScanRig rig;
+    auto& medium = rig.insert(folder("", {file("BAD.TXT", "b"), file("GOOD.TXT", "g")}));
+    medium.failOn(Asked::Facts, 1);
+    rig.scan(action("cancel"));
+    EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"GOOD.TXT"});
+    EXPECT_EQ(rig.watcher.prompts, 1);
+    EXPECT_EQ(rig.field("directories", {}, "Size"), "0.001953125") << "the walk itself had the length later";
+}
+
+TEST(FailingDisc, UnderCancelOkOnTheVeryFirstFileLeavesTheCatalogueAsItWas) {
+    ScanRig rig;
+    auto& medium = rig.insert(folder("", {file("BAD.TXT", "b"), folder("S", {file("X")})}));
+    medium.failOn(Asked::Facts, 1);
+    rig.watcher.answers = {true};
+    rig.scan(action("cancel"));
+    EXPECT_EQ(rig.watcher.log.back(), "stopped");
+    EXPECT_EQ(rig.count("drive"), 0);
+    EXPECT_EQ(rig.count("directories"), 0);
+    EXPECT_EQ(rig.count("files"), 0);
+    EXPECT_EQ(rig.master("scanned cd-roms"), "0");
+    EXPECT_EQ(rig.master("scan error"), "no error");
+}
+
+TEST(FailingDisc, ADamagedDirectoryIsLoggedAndTheRestIsScanned) {
+    ScanRig rig;
+    rig.insert(folder("", {folder("BROKEN", {file("SEEN")}).withDamage("record 3 runs over the end"),
+                           folder("WHOLE", {file("FINE")})}));
+    rig.scan(action("ignore"));
+    EXPECT_EQ(rig.column("files", "file name"), (std::vector<std::string>{"SEEN", "FINE"}));
+    EXPECT_NE(rig.errorLog.find("record 3 runs over the end"), std::string::npos);
+}
+
+TEST(FailingDisc, ADirectoryThatCannotBeListedIsEmptyAndLogged) {
+    ScanRig rig;
+    rig.insert(folder("", {folder("DEAD", {file("LOST")}).withFailure(ErrorNumber::ReadFailure), file("F")}));
+    rig.scan(action("ignore"));
+    EXPECT_EQ(rig.column("directories", "directory name"), (std::vector<std::string>{rig.root, "DEAD"}));
+    EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"F"});
+    EXPECT_FALSE(rig.errorLog.empty());
+}
+
+TEST(FailingDisc, ADirectoryInsideItselfEndsAndIsLogged) {
+    ScanRig rig;
+    rig.insert(folder("", {folder("LOOP", {folder("AGAIN").standingFor("\\LOOP")})}));
+    rig.scan(action("ignore"));
+    EXPECT_EQ(rig.column("directories", "directory name"),
+              (std::vector<std::string>{rig.root, "LOOP", "AGAIN"}));
+    EXPECT_FALSE(rig.errorLog.empty());
+}
+
+TEST(FailingDisc, ADiscThatVanishesMidwayEndsAsASuccessWithALog) {
+    std::vector<MemoryNode> children;
+    for (int i = 0; i < 20; ++i)
+        children.push_back(folder("D" + std::to_string(i), {file("A", "x"), file("B", "y")}));
+    ScanRig rig;
+    auto& medium = rig.insert(folder("", children));
+    rig.watcher.atYield = [&](int number) {
+        if (number == 40)
+            medium.vanishAfter(0);
+    };
+    rig.scan(action("ignore"));
+    EXPECT_EQ(rig.watcher.log.back(), "finished");
+    EXPECT_EQ(rig.count("directories"), 21);
+    EXPECT_FALSE(rig.errorLog.empty());
+}
+
+TEST(FailingDisc, AnUnreadableExecutableKeepsItsRowAtFullDetail) {
+    ScanRig rig;
+    rig.insert(folder("", {file("P.EXE", "MZ and more").withReadFailure(ErrorNumber::ReadFailure)}));
+    rig.scan(action("ignore", "all"));
+    EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"P.EXE"});
+}
+
+TEST(FailingDisc, ABarThatRefusesAValueIsAnErrorOfTheFile) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A.TXT")}));
+    rig.watcher.atDiscBar = [] { throw base::RuntimeError(base::ErrorNumber::InvalidValue); };
+    rig.scan(action("ignore"));
+    EXPECT_EQ(rig.count("files"), 1);
+    EXPECT_NE(rig.errorLog.find(" in File :- A.TXT"), std::string::npos);
+}
+
+// ---- Stops
+
+TEST(Stop, AtAnyYieldOfTheWalkNothingIsLeft) {
+    for (int at = 1; at <= 25; ++at) {
+        ScanRig rig;
+        rig.insert(folder("", {file("A"), folder("S", {file("B"), folder("T", {file("C")})}), folder("U")}));
+        rig.watcher.atYield = [&](int number) {
+            if (number == at)
+                app::Module1::ScanCancelled = 1;
+        };
+        rig.scan(action("ignore"));
+        if (rig.watcher.log.back() == "finished")
+            continue;
+        EXPECT_EQ(rig.watcher.log.back(), "stopped") << "yield " << at;
+        EXPECT_EQ(rig.count("drive") + rig.count("directories") + rig.count("files"), 0) << "yield " << at;
+        EXPECT_EQ(rig.master("scanned cd-roms"), "0") << "yield " << at;
+        EXPECT_EQ(rig.master("scan error"), "no error") << "yield " << at;
+    }
+}
+
+TEST(Stop, LeavesTheDiscsScannedBefore) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A")}));
+    rig.scan();
+    rig.watcher.atYield = [](int) { app::Module1::ScanCancelled = 1; };
+    rig.scan();
+    EXPECT_EQ(rig.count("drive"), 1);
+    EXPECT_EQ(rig.count("files"), 1);
+    EXPECT_EQ(rig.master("real cd-roms scanned"), "1");
+}
+
+TEST(Stop, TheNextScanAfterAStopWorks) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A")}));
+    rig.watcher.atYield = [](int) { app::Module1::ScanCancelled = 1; };
+    rig.scan();
+    rig.watcher.atYield = nullptr;
+    app::Module1::ScanCancelled = 0;
+    rig.open();
+    rig.scan();
+    EXPECT_EQ(rig.column("drive", "id number"), std::vector<std::string>{"1"});
+}
