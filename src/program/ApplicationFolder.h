@@ -1,0 +1,18 @@
+#pragma once
+
+#include <filesystem>
+
+namespace discaro::program {
+
+// The folder of the executable when it holds a catalogue or can be written to; else the user's data folder
+// ($XDG_DATA_HOME/Discaro, default ~/.local/share/Discaro). Creates nothing.
+std::filesystem::path findApplicationFolder(const std::filesystem::path& executableFolder);
+
+// Makes the folder ready for a start: the folder itself, a catalogue where none stands, and the category list copied
+// from the template when there is one. A catalogue that an interrupted maintenance run had parked beside it
+// (kvt.tmp, kvt.tmo) comes back under its own name; an empty one is made only where no parked one is.
+// Throws base::RuntimeError or std::filesystem::filesystem_error when the folder can't be made ready.
+void prepareApplicationFolder(const std::filesystem::path& folder,
+                              const std::filesystem::path& categoryTemplate);
+
+} // namespace discaro::program

@@ -1,0 +1,27 @@
+#include "program/Wiring.h"
+
+#include "app/Loading.h"
+#include "app/Searching.h"
+#include "app/Switch.h"
+#include "app/Windows.h"
+#include "scanner/Scanform.h"
+
+namespace discaro::program {
+
+namespace {
+
+template <typename Window>
+void add(const char* name) {
+    app::Windows::Register(name, [] { return new Window; });
+}
+
+} // namespace
+
+void registerWindows() {
+    add<app::Switch>("Switch");
+    add<app::Loading>("Loading");
+    add<app::Searching>("Searching");
+    add<scanner::Scanform>("Scanform");
+}
+
+} // namespace discaro::program
