@@ -1,0 +1,80 @@
+from include_rule import findings
+from sample import SampleTree
+
+EXPLORER = """
+discaro_library(explorer_core SOURCES Listing.cpp Listing.h LINKS discaro_base discaro_db discaro_app_core)
+discaro_room(explorer discaro_explorer_core discaro_kit Qt6::Widgets)
+"""
+
+
+class IncludeRule(SampleTree):
+    def setUp(self):
+        super().setUp()
+        self.write("src/db/CMakeLists.txt", "discaro_room(db discaro_base PkgConfig::SQLITE)")
+        self.write("src/explorer/CMakeLists.txt", EXPLORER)
+
+    def include(self, name, *headers):
+        self.write(name, "".join(f"#include {header}\n" for header in headers))
+
+    def test_what_the_rooms_allow_passes(self):
+        self.include("src/db/Database.cpp", '"db/Database.h"', '"base/Text.h"', "<sqlite3.h>", "<string>")
+        self.include("src/explorer/Listing.cpp", '"explorer/Listing.h"', '"db/Database.h"', '"catalogue/Names.h"')
+        self.include("src/explorer/EXMain.cpp", "<QWidget>", '"kit/Form.h"', '"explorer/Listing.h"', '"app/Windows.h"')
+        self.include("src/program/main.cpp", '"explorer/EXMain.h"', '"search/Search.h"', "<QApplication>")
+        self.assertEqual(findings(self.root), [])
+
+    def test_a_lower_room_does_not_look_up(self):
+        self.include("src/db/Database.cpp", '"app/Module1.h"')
+        self.assert_one(findings(self.root), "src/db/Database.cpp", "db does not use app")
+
+    def test_neighbouring_lower_rooms_stay_apart(self):
+        self.include("src/disc/Lister.cpp", '"db/Value.h"')
+        self.assert_one(findings(self.root), "disc does not use db")
+
+    def test_subsystems_do_not_include_each_other(self):
+        self.include("src/explorer/EXMain.cpp", '"search/Search.h"')
+        self.assert_one(findings(self.root), "subsystems do not include each other")
+
+    def test_windows_of_one_room_do_not_include_each_other(self):
+        self.include("src/explorer/EXMain.cpp", '"explorer/EXFile.h"', '"explorer/EXMain.h"')
+        self.assert_one(findings(self.root), "EXFile.h", "app/Windows.h")
+
+    def test_a_windowless_part_has_no_qt(self):
+        self.include("src/explorer/Listing.h", "<QString>")
+        self.assert_one(findings(self.root), "<QString>", "without windows")
+
+    def test_a_windowless_part_includes_neither_windows_nor_kit(self):
+        self.include("src/explorer/Listing.cpp", '"explorer/EXMain.h"', '"kit/Form.h"')
+        self.assertEqual(len(findings(self.root)), 2)
+
+    def test_no_qt_below_kit(self):
+        self.include("src/base/Text.cpp", "<QtCore/QString>")
+        self.assert_one(findings(self.root), "Qt", "not for the room base")
+
+    def test_a_library_stays_in_its_room(self):
+        self.include("src/disc/Lister.cpp", "<utf8proc.h>")
+        self.assert_one(findings(self.root), "utf8proc", "not for the room disc")
+
+    def test_a_library_stays_out_of_headers(self):
+        self.include("src/db/Database.h", "<sqlite3.h>")
+        self.assert_one(findings(self.root), "SQLite stays in .cpp files")
+
+    def test_an_unknown_library_is_told(self):
+        self.include("src/base/Text.cpp", "<boost/any.hpp>")
+        self.assert_one(findings(self.root), "belongs to no library")
+
+    def test_an_include_without_its_room_is_told(self):
+        self.include("src/db/Database.cpp", '"Database.h"')
+        self.assert_one(findings(self.root), "room/File.h")
+
+    def test_a_folder_outside_the_table_is_told(self):
+        self.include("src/helpers/Any.cpp", "<string>")
+        self.assert_one(findings(self.root), "no room of the table")
+
+    def test_a_target_that_links_too_much_is_told(self):
+        self.write("src/db/CMakeLists.txt", "discaro_room(db discaro_base discaro_disc Qt6::Widgets)")
+        self.assertEqual(len(findings(self.root)), 2)
+
+    def test_an_include_in_a_comment_is_none(self):
+        self.write("src/db/Database.cpp", '// #include "app/Module1.h"\n')
+        self.assertEqual(findings(self.root), [])

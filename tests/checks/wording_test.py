@@ -1,0 +1,73 @@
+import subprocess
+
+from sample import SampleTree
+from wording import findings
+
+# Put together here, so that this file does not say them.
+PAPER = "sp" + "ec"
+NUMBERED = "Pa" + "rt 2.1"
+TICKET = "iss" + "ue #12"
+PLACE = "/wo" + "rk/main"
+FOLDER = "src" + "/workshop"
+
+
+class Wording(SampleTree):
+    def git(self, *arguments):
+        identity = ["-c", "user.name=Tester", "-c", "user.email=tester@example.org"]
+        subprocess.run(["git", *identity, "-C", str(self.root), *arguments], check=True, capture_output=True)
+
+    def commit(self, message):
+        self.git("init", "-q")
+        self.write("file.txt", "text\n")
+        self.git("add", ".")
+        self.git("commit", "-q", "-m", message)
+
+    def test_the_systems_own_terms_pass(self):
+        self.write("src/disc/Lister.h", "// A directory's place in the sorted listing: part of its number.\n")
+        self.write("docs/guide.md", f"The database workshop is in {FOLDER}; part 2 of the guide tells of it.\n")
+        self.assertEqual(findings(self.root), [])
+
+    def test_a_comment_about_a_paper_is_told(self):
+        self.write("src/a.cpp", f"// As the {PAPER} says.\n")
+        self.assert_one(findings(self.root), "src/a.cpp:1", "speaks of the work")
+
+    def test_a_numbered_chapter_is_told(self):
+        self.write("src/a.cpp", f"int a;\n// {NUMBERED}\n")
+        self.assert_one(findings(self.root), "src/a.cpp:2")
+
+    def test_a_ticket_is_told(self):
+        self.write("docs/notes.md", f"See {TICKET}.\n")
+        self.assert_one(findings(self.root), "docs/notes.md:1")
+
+    def test_a_file_name_is_told(self):
+        self.write(f"docs/{PAPER}.md", "text\n")
+        self.assert_one(findings(self.root), "the name speaks")
+
+    def test_a_place_on_one_computer_is_told(self):
+        self.write("CMakeLists.txt", f"include({PLACE}/x.cmake)\n")
+        self.assert_one(findings(self.root), "names a place on one computer")
+
+    def test_a_folder_inside_another_is_no_such_place(self):
+        self.write("src/mounts.cpp", "// /dev/ro" + "ot and ${DIR}" + PLACE + "\n")
+        self.assertEqual(findings(self.root), [])
+
+    def test_build_products_are_not_read(self):
+        self.write("build/notes.txt", f"the {PAPER}\n")
+        self.assertEqual(findings(self.root), [])
+
+    def test_files_that_are_not_text_are_not_read(self):
+        self.write("data/picture.png", f"\0the {PAPER}\n")
+        self.assertEqual(findings(self.root), [])
+
+    def test_a_new_file_that_git_does_not_know_is_read(self):
+        self.commit("First files")
+        self.write("new.txt", f"the {PAPER}\n")
+        self.assert_one(findings(self.root), "new.txt:1")
+
+    def test_a_commit_message_is_told(self):
+        self.commit(f"Scan: do as {NUMBERED} says")
+        self.assert_one(findings(self.root), "commit")
+
+    def test_a_plain_commit_message_passes(self):
+        self.commit("Scan: one transaction for a whole disc")
+        self.assertEqual(findings(self.root), [])
