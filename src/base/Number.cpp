@@ -1,8 +1,10 @@
 #include "base/Number.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 
 namespace discaro::base {
 
@@ -64,6 +66,22 @@ std::string decimalHead(std::string_view text) {
     return head + exponent;
 }
 
+// Nearly 0 or beyond all numbers: which of the two tells the place of the first digit that counts.
+double outOfRange(std::string_view head) {
+    const auto mark = head.find('e');
+    const auto digits = head.substr(0, mark);
+    const auto point = std::min(digits.find('.'), digits.size());
+    const auto first = digits.find_first_of("123456789");
+    const auto power = static_cast<double>(point) - static_cast<double>(first);
+    const bool raised = mark != std::string_view::npos;
+    const bool lowered = raised && head[mark + 1] == '-';
+    const double huge = head[0] == '-' ? -HUGE_VAL : HUGE_VAL;
+    if (raised && head.size() - mark > 8)
+        return lowered ? 0 : huge;
+    const double exponent = raised ? std::atof(std::string(head.substr(mark + 1)).c_str()) : 0;
+    return exponent + power < 0 ? 0 : huge;
+}
+
 } // namespace
 
 double leadingNumber(std::string_view text) {
@@ -73,9 +91,7 @@ double leadingNumber(std::string_view text) {
     const std::string head = decimalHead(packed);
     double value = 0;
     const auto result = std::from_chars(head.data(), head.data() + head.size(), value);
-    if (result.ec == std::errc::result_out_of_range)
-        return head.find("e-") != std::string::npos ? 0 : (head[0] == '-' ? -HUGE_VAL : HUGE_VAL);
-    return value;
+    return result.ec == std::errc::result_out_of_range ? outOfRange(head) : value;
 }
 
 std::string numberText(double number) {

@@ -34,7 +34,26 @@ char asciiLower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-std::string composed(std::string_view text) {
+// Where a run of combining marks grows longer than any real one: ordering a run costs the square of its length, and
+// text from a disc may hold nothing else. The limit is that of the Unicode Stream-Safe Text Format (UAX #15).
+size_t safeLength(std::string_view text) {
+    constexpr int kLongestRun = 30;
+    int run = 0;
+    for (size_t at = 0; at < text.size();) {
+        utf8proc_int32_t codePoint = 0;
+        const auto length =
+            utf8proc_iterate(bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
+        if (length <= 0)
+            return text.size();
+        run = utf8proc_get_property(codePoint)->combining_class == 0 ? 0 : run + 1;
+        if (run > kLongestRun)
+            return at;
+        at += static_cast<size_t>(length);
+    }
+    return text.size();
+}
+
+std::string composedPiece(std::string_view text) {
     utf8proc_uint8_t* result = nullptr;
     const auto length = utf8proc_map(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &result,
                                      static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
@@ -42,6 +61,16 @@ std::string composed(std::string_view text) {
     if (length < 0)
         return std::string(text);
     return {reinterpret_cast<const char*>(result), static_cast<size_t>(length)};
+}
+
+std::string composed(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const auto length = safeLength(text);
+        result += composedPiece(text.substr(0, length));
+        text.remove_prefix(length);
+    }
+    return result;
 }
 
 std::string lowered(std::string_view text) {

@@ -36,6 +36,13 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(LeadingNumber, TooLargeIsInfinite) {
     EXPECT_TRUE(std::isinf(leadingNumber("1e999")));
     EXPECT_LT(leadingNumber("-1e999"), 0);
+    EXPECT_TRUE(std::isinf(leadingNumber(std::string(400, '9'))));
+}
+
+TEST(LeadingNumber, TooSmallIsZeroWithoutAnExponentToo) {
+    EXPECT_EQ(leadingNumber("0." + std::string(400, '0') + "1"), 0);
+    EXPECT_EQ(leadingNumber("0." + std::string(900, '0') + "1e400"), 0);
+    EXPECT_TRUE(std::isinf(leadingNumber("0.001e999999999999")));
 }
 
 TEST(NumberText, IsPlainAndHasAtMostFifteenDigits) {

@@ -58,6 +58,13 @@ TEST(Text, NoForeignLetterFoldsToAnAsciiOne) {
     EXPECT_FALSE(equalFolded("\xC4\xB0", "i")) << "capital I with a dot";
 }
 
+TEST(Text, AMegabyteOfCombiningMarksIsFoldedInLinearTime) {
+    std::string marks = "a";
+    for (int i = 0; i < 250000; ++i)
+        marks += i % 2 == 0 ? "\xCC\x81" : "\xCC\xA3"; // above, below: each pair has to be ordered
+    EXPECT_GE(foldedForComparison(marks).size(), marks.size() / 2);
+}
+
 TEST(Text, BytesThatAreNotTextFoldToThemselves) {
     EXPECT_EQ(foldedForComparison("A\xFFZ"), "a\xFFz");
 }
