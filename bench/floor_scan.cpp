@@ -1,4 +1,4 @@
-// floor_scan CATALOGUE FOLDER: the same input and output as a scan at basic detail with nothing around it: walk,
+// floor_scan FOLDER DISC: the same input and output as a scan at basic detail with nothing around it: walk,
 // stat, and bare prepared inserts of the same rows, with the same tables and indexes, in one transaction.
 #include <ctime>
 #include <dirent.h>
@@ -103,11 +103,12 @@ void walk(int parentFolder, const char* entry, const std::string& number, const 
 
 int main(int argc, char** argv) {
     if (argc != 3) {
-        std::cerr << "usage: floor_scan CATALOGUE FOLDER\n";
+        std::cerr << "usage: floor_scan FOLDER DISC\n";
         return 2;
     }
-    discaro::catalogue::createEmptyCatalogue(argv[1]);
-    sqlite3_open(argv[1], &g_connection);
+    const std::string catalogue = std::string(argv[1]) + "/kvt.mde";
+    discaro::catalogue::createEmptyCatalogue(catalogue);
+    sqlite3_open(catalogue.c_str(), &g_connection);
     run("PRAGMA journal_mode=DELETE; PRAGMA synchronous=FULL; PRAGMA cache_size=-65536; BEGIN");
     run("INSERT INTO Drive(\"id number\", \"prefered name\") VALUES (1, 'Floor')");
     g_directory = prepare("INSERT INTO Directories(\"drive id number\", \"Parent id\", \"id number\", \"directory name\","

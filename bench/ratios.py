@@ -39,10 +39,10 @@ def main():
         output = ""
         for run in range(runs + 1):  # the first run warms the caches and does not count
             for program in times:
-                catalogue = os.path.join(work, program + ".mde")
-                if os.path.exists(catalogue):
-                    os.remove(catalogue)
-                seconds, peak, _, output = timed([os.path.join(binaries, program), catalogue, tree])
+                folder = os.path.join(work, program)
+                shutil.rmtree(folder, ignore_errors=True)
+                os.mkdir(folder)
+                seconds, peak, _, output = timed([os.path.join(binaries, program), folder, tree])
                 memory[program] = peak
                 if run > 0:
                     times[program].append(seconds)

@@ -1,5 +1,5 @@
-// scan_once CATALOGUE DISC [DETAIL]: a whole scan without a window (quick scan, walk, totals, commit) of a folder or
-// disc image into a catalogue, which is made when it is missing. Prints the counts and the seconds of each stage.
+// scan_once FOLDER DISC [DETAIL]: a whole scan without a window (quick scan, walk, totals, commit) of a folder or
+// disc image into the catalogue of a folder, which is made when it is missing. Prints the counts and the seconds of each stage.
 #include <chrono>
 #include <filesystem>
 #include <iostream>
@@ -48,13 +48,12 @@ void openSource(db::DataSource& source, std::string_view table) {
 
 int main(int argc, char** argv) {
     if (argc < 3) {
-        std::cerr << "usage: scan_once CATALOGUE DISC [DETAIL]\n";
+        std::cerr << "usage: scan_once FOLDER DISC [DETAIL]\n";
         return 2;
     }
-    const std::filesystem::path catalogueFile = argv[1];
-    app::Module1::ApplicationPath = std::filesystem::absolute(catalogueFile).parent_path();
-    if (!std::filesystem::exists(catalogueFile))
-        catalogue::createEmptyCatalogue(catalogueFile);
+    app::Module1::ApplicationPath = std::filesystem::absolute(argv[1]);
+    if (!std::filesystem::exists(app::Module1::cataloguePath()))
+        catalogue::createEmptyCatalogue(app::Module1::cataloguePath());
     db::DataSource master;
     db::DataSource discs;
     db::DataSource directories;

@@ -24,7 +24,7 @@ constexpr int kPaintingLimit = 100;
 
 // What the places of the form tables were drawn for: a wide sans serif font of 12 pixels.
 constexpr double kReferenceHeight = 14.0;
-constexpr double kReferenceWidth = 187.0;
+constexpr double kReferenceWidth = 205.0;
 const char* const kMeasured = "The quick brown fox, 0123456789";
 
 Qt::WindowFlags flagsFor(Form::Border border) {

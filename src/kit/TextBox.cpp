@@ -65,7 +65,9 @@ QWidget& TextBox::editor() const {
 QString TextBox::text() const {
     if (m_hasWaiting)
         return m_waiting;
-    return m_line ? m_line->text() : m_area->toPlainText();
+    if (m_line)
+        return m_line->text();
+    return m_area->document()->isModified() ? m_area->toPlainText().replace("\n", "\r\n") : m_set;
 }
 
 void TextBox::setText(const QString& text) {
@@ -79,9 +81,10 @@ void TextBox::put(const QString& text) {
     if (m_line) {
         m_line->setText(text);
         m_line->setCursorPosition(0);
-    } else if (m_area->toPlainText() != text) {
-        m_area->setPlainText(text);
+        return;
     }
+    m_set = text;
+    m_area->setPlainText(text);
 }
 
 void TextBox::showText(const QString& text) {

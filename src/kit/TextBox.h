@@ -52,6 +52,7 @@ private:
 
     QLineEdit* m_line = nullptr;
     QPlainTextEdit* m_area = nullptr;
+    QString m_set; // what was put into a box with several lines; the user may have changed it since
     QString m_waiting;
     bool m_hasWaiting = false;
     const QEvent* m_editorsKey = nullptr; // the key press that the editor has seen last

@@ -41,7 +41,7 @@ void prepareFolder() {
 
 int main(int argc, char** argv) {
     kit::Application application(argc, argv);
-    QCoreApplication::setApplicationName("discaro");
+    QCoreApplication::setApplicationName("Discaro");
     QGuiApplication::setApplicationDisplayName({});
     QGuiApplication::setDesktopFileName("com.quorlen.Discaro");
     QGuiApplication::setWindowIcon(QIcon(":/pictures/discaro.svg"));

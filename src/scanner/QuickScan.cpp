@@ -1,6 +1,7 @@
 #include "scanner/QuickScan.h"
 
 #include "base/Number.h"
+#include "base/RuntimeError.h"
 #include "scanner/Texts.h"
 
 namespace discaro::scanner {
@@ -21,6 +22,7 @@ bool QuickScan::countDirectory(const Progress& progress) {
     const int count = m_lister.listCount();
     for (int i = 0; i < count; ++i) {
         m_lister.setPath(m_lister.list(i));
+        throwIfDiscIsGone();
         m_lister.setFilePath(m_lister.path());
         m_files += m_lister.fileCount();
         ++m_directories;
@@ -31,6 +33,12 @@ bool QuickScan::countDirectory(const Progress& progress) {
         return false;
     m_lister.setPath(m_lister.list(-2));
     return true;
+}
+
+// A directory that is damaged is for the scan's log; a disc that is gone ends the count.
+void QuickScan::throwIfDiscIsGone() {
+    if (const auto damage = m_lister.takeDamage(); damage && damage->is(base::ErrorNumber::DriveNotReady))
+        throw *damage;
 }
 
 std::string QuickScan::text() const {

@@ -20,7 +20,7 @@ public:
     // Throws base::RuntimeError when the drive can't be read.
     void begin(char driveLetter);
 
-    // Counts everything below the root, the lister standing there. Throws base::RuntimeError on any failure.
+    // Counts everything below the root, the lister standing there. Throws base::RuntimeError when the disc is gone.
     // Returns whether it came to the end.
     bool countBelow(const Progress& progress);
 
@@ -32,6 +32,8 @@ public:
 
 private:
     bool countDirectory(const Progress& progress);
+
+    void throwIfDiscIsGone();
 
     disc::Lister& m_lister;
     double m_directories = 0;

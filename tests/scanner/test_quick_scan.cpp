@@ -77,6 +77,25 @@ TEST(QuickScan, ADriveThatCannotBeReadThrowsAtOnce) {
     EXPECT_THROW(quick.begin(rig.letter), base::RuntimeError);
 }
 
+TEST(QuickScan, ADiscThatLeavesWhileItIsCountedThrows) {
+    ScanRig rig;
+    auto& medium = rig.insert(folder("", {folder("A"), folder("B")}));
+    scanner::QuickScan quick(rig.lister);
+    quick.begin(rig.letter);
+    const auto takeOut = [&](const std::string&) {
+        medium.vanishAfter(0);
+        return true;
+    };
+    EXPECT_THROW(quick.countBelow(takeOut), base::RuntimeError);
+}
+
+TEST(QuickScan, ADamagedDirectoryIsCountedAsFarAsItCanBeRead) {
+    ScanRig rig;
+    rig.insert(folder("", {folder("BAD", {file("A")}).withDamage("cut short"),
+                           folder("WORSE").withFailure(ErrorNumber::ReadFailure)}));
+    EXPECT_EQ(counted(rig).text(), "2 Directories\r\n1 Files");
+}
+
 TEST(QuickScan, EndsWhenItIsToldTo) {
     ScanRig rig;
     rig.insert(folder("", {folder("A"), folder("B")}));

@@ -28,7 +28,8 @@ bool fits(const QLabel& label) {
     const QRect room = label.contentsRect().adjusted(margin, margin, -margin, -margin);
     const QRect unbounded(0, 0, room.width(), 100000);
     const QRect needed = label.fontMetrics().boundingRect(unbounded, flags, label.text());
-    return needed.width() <= room.width() && needed.height() <= room.height();
+    // Heights round up; the last row of pixels is below every letter.
+    return needed.width() <= room.width() && needed.height() <= room.height() + 1;
 }
 
 bool fits(const QAbstractButton& button) {

@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include <QtWidgets/QComboBox>
+#include <QtWidgets/QProgressBar>
 #include <QtWidgets/QTabWidget>
 
 namespace discaro::test {
@@ -51,6 +52,8 @@ QString textOf(const QWidget& widget) {
     if (const auto* box = qobject_cast<const kit::TextBox*>(&widget))
         return quoted(box->text()) + (box->isMultiLine() ? " multi-line" : "") +
                (box->isReadOnly() ? " read-only" : "");
+    if (qobject_cast<const QProgressBar*>(&widget))
+        return quoted("");
     const QVariant title = widget.property("title");
     return quoted(title.isValid() ? title.toString() : widget.property("text").toString());
 }

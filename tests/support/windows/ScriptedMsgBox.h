@@ -18,6 +18,10 @@ public:
     ScriptedMsgBox& expect(const QString& text, kit::Buttons buttons, kit::Icon icon, const QString& title,
                            kit::Answer answer = kit::Answer::Ok);
 
+    // The same for a box whose text the engine words.
+    ScriptedMsgBox& expectTitled(const QString& title, kit::Icon icon, kit::Buttons buttons = kit::Buttons::Ok,
+                                 kit::Answer answer = kit::Answer::Ok);
+
     // What was asked last.
     const kit::Question& last() const { return m_last; }
     int asked() const { return m_asked; }
@@ -26,6 +30,7 @@ private:
     struct Step {
         kit::Question question;
         kit::Answer answer;
+        bool anyText = false;
     };
 
     kit::Answer answer(const kit::Question& question);

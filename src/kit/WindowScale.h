@@ -1,0 +1,12 @@
+#pragma once
+
+namespace discaro::kit {
+
+// The factor by which windows grow with the application's font: what Form::scale is once a window has heard of the
+// font. For controls that have sizes of their own, such as columns and pictures.
+double windowScale();
+
+// Logical pixels as pixels of the screen, at that factor.
+int scaledLength(double logical);
+
+} // namespace discaro::kit

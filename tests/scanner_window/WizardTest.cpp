@@ -1,0 +1,146 @@
+#include "scanner_window/WizardTest.h"
+
+#include <stdlib.h>
+
+#include "app/Loading.h"
+#include "app/Switch.h"
+#include "catalogue/EmptyCatalogue.h"
+#include "catalogue/Names.h"
+#include "db/DBEngine.h"
+#include "disc/DriveTable.h"
+
+namespace discaro::test {
+
+namespace {
+
+// The drive that all tests of a process share: a table of drives keeps what it was given.
+class TestDrive : public disc::Medium {
+public:
+    static TestDrive& the() {
+        static TestDrive* drive = [] {
+            auto made = std::make_unique<TestDrive>();
+            TestDrive* raw = made.get();
+            raw->m_letter = disc::driveTable().addMedium(std::move(made));
+            return raw;
+        }();
+        return *drive;
+    }
+
+    char letter() const { return m_letter; }
+    MemoryMedium& insert(MemoryNode root) {
+        m_disc = std::make_unique<MemoryMedium>(std::move(root));
+        return *m_disc;
+    }
+
+    disc::VolumeFacts facts() const override { return m_disc->facts(); }
+    disc::Place root() const override { return m_disc->root(); }
+    disc::Listing list(const disc::Place& parent, const disc::Place& directory) const override {
+        return m_disc->list(parent, directory);
+    }
+    disc::FileFacts fileFacts(const disc::Place& directory, const disc::Place& file) const override {
+        return m_disc->fileFacts(directory, file);
+    }
+    std::unique_ptr<disc::ByteSource> open(const disc::Place& directory,
+                                           const disc::Place& file) const override {
+        return m_disc->open(directory, file);
+    }
+
+private:
+    char m_letter = 0;
+    std::unique_ptr<MemoryMedium> m_disc = std::make_unique<MemoryMedium>(folder(""));
+};
+
+// Stands for the explorer: only that it is shown matters here.
+class EmptyWindow : public kit::Form {
+public:
+    EmptyWindow() : Form({.name = "EXMain", .caption = "", .size = {100, 100}}) {}
+};
+
+std::filesystem::path makeFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "discaro-wizard-XXXXXX").string();
+    if (mkdtemp(name.data()) == nullptr)
+        throw std::runtime_error("no temporary folder");
+    return name;
+}
+
+} // namespace
+
+WizardTest::WizardTest() : m_folder(makeFolder()) {
+    db::DBEngine::SetFormat(catalogue::catalogueFormat());
+    app::Module1::ApplicationPath = m_folder;
+    app::Module1::ReturnTo = "switch";
+    app::Module1::ScanCancelled = 0;
+    catalogue::createEmptyCatalogue(app::Module1::cataloguePath());
+    app::Windows::Register("Scanform", [] { return new scanner::Scanform; });
+    app::Windows::Register("Switch", [] { return new app::Switch; });
+    app::Windows::Register("Loading", [] { return new app::Loading; });
+    app::Windows::Register("EXMain", [] { return new EmptyWindow; });
+    letter = TestDrive::the().letter();
+    insert(folder("", {file("README.TXT", "hello"), folder("BIN", {file("A.EXE"), file("B.DLL")})}));
+}
+
+WizardTest::~WizardTest() {
+    app::Windows::Clear();
+    app::Module1::CatalogueDb.reset();
+    std::filesystem::remove_all(m_folder);
+}
+
+MemoryMedium& WizardTest::insert(MemoryNode root) {
+    return TestDrive::the().insert(std::move(root));
+}
+
+void WizardTest::open() {
+    app::Windows::Show("Scanform");
+    form = qobject_cast<scanner::Scanform*>(app::Windows::Find("Scanform"));
+    if (form == nullptr)
+        throw std::logic_error("the wizard did not open");
+}
+
+void WizardTest::chooseTestDrive() {
+    auto& drives = control<kit::DriveList>(*form, "Drive1");
+    for (int i = 0; i < drives.count(); ++i)
+        if (drives.itemText(i).startsWith(QChar(letter)))
+            drives.setListIndex(i);
+}
+
+void WizardTest::goTo(int page) {
+    if (form == nullptr)
+        open();
+    next();
+    chooseTestDrive();
+    typeInto(control<kit::TextBox>(*form, "Text2"), "Disc");
+    for (int i = 2; i < page; ++i)
+        next();
+}
+
+void WizardTest::goToScanning() {
+    goTo(5);
+    click(button(3));
+}
+
+kit::Button& WizardTest::button(int index) {
+    return control<kit::Button>(*form, ("Command1(" + std::to_string(index) + ")").c_str());
+}
+
+int64_t WizardTest::count(const char* table) const {
+    return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(table)->RecordCount();
+}
+
+std::string WizardTest::field(const char* table, const char* name) const {
+    return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
+        ->OpenRecordset(std::string("[") + table + "]")
+        ->Fields(name)
+        .Text();
+}
+
+void WizardTest::addDisc(int64_t number, const char* name, const char* serial) {
+    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset("drive");
+    rows->AddNew();
+    (*rows)(catalogue::drive::kIdNumber) = number;
+    (*rows)(catalogue::drive::kPreferedName) = name;
+    (*rows)(catalogue::drive::kVolumeName) = "LABEL";
+    (*rows)(catalogue::drive::kSerialNumber) = serial;
+    rows->Update();
+}
+
+} // namespace discaro::test

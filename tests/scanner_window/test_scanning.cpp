@@ -1,0 +1,249 @@
+#include "base/RuntimeError.h"
+#include "catalogue/Names.h"
+#include "db/DBEngine.h"
+#include "scanner_window/WizardTest.h"
+
+using namespace discaro;
+using namespace discaro::test;
+using kit::Answer;
+using kit::Buttons;
+using kit::Icon;
+
+namespace {
+
+constexpr auto kCancelText =
+    "You have choosen to terminate the scan process. The scan operation will be stopped and the scanned enteries will "
+    "be deleted. Press OK to proceed with deletion or press Cancel to continue.";
+constexpr auto kErrorText =
+    "An error was found during the scan process. The scan operation will be stopped and the scanned enteries will be "
+    "deleted. Press OK to proceed with deletion or press Cancel to ignore this error.";
+constexpr auto kUnfinishedText =
+    "The last CD-ROM scan was not successfully terminated. This may cause your database to act wierdly. If this "
+    "happens try repairing your database or restore it from the database workshop.";
+
+class Scanning : public WizardTest {
+protected:
+    void scan() {
+        goToScanning();
+        click(*form->Command2);
+    }
+    // Runs an action in the middle of the scan, in a yield.
+    void duringScan(std::function<void()> action) {
+        QTimer::singleShot(0, form, std::move(action));
+    }
+};
+
+MemoryNode manyFiles() {
+    std::vector<MemoryNode> files;
+    for (int i = 0; i < 50; ++i)
+        files.push_back(file("F" + std::to_string(i) + ".TXT", "x"));
+    return folder("", files);
+}
+
+} // namespace
+
+TEST_F(Scanning, BringsTheDiscIntoTheCatalogueAndSaysSo) {
+    scan();
+    EXPECT_EQ(count("drive"), 1);
+    EXPECT_EQ(count("directories"), 2);
+    EXPECT_EQ(count("files"), 3);
+    EXPECT_EQ(field("drive", "prefered name"), "Disc");
+    EXPECT_EQ(said(*form->Text5),
+              "* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
+    EXPECT_TRUE(button(7).isEnabled());
+    EXPECT_FALSE(form->Command6->isVisible());
+    EXPECT_TRUE(form->Command5->isVisible());
+    EXPECT_EQ(beeps.count(), 1);
+}
+
+TEST_F(Scanning, TheDisplayEndsAtTheFullCountAndPercentage) {
+    scan();
+    EXPECT_EQ(form->NumLED1(0).caption(), "3+");
+    EXPECT_EQ(form->NumLED1(1).caption(), "0-");
+    EXPECT_EQ(form->caption(), "Discaro - Scan a new CD-ROM  (100 % Done)");
+    EXPECT_EQ(form->TrayIcon1->toolTipText(), "Discaro - Scan a new CD-ROM  (100 % Done)");
+    EXPECT_EQ(form->NumLED3->caption(), "-00:00");
+    EXPECT_TRUE(form->Picture3(2).isVisible());
+    EXPECT_FALSE(form->Picture3(1).isVisible());
+    EXPECT_TRUE(form->Picture4(2).isVisible());
+    EXPECT_FALSE(form->Picture4(3).isVisible());
+    EXPECT_FALSE(form->Timer2->isEnabled());
+    EXPECT_EQ(form->ProgressBar2->toolTip(), "100 %");
+}
+
+TEST_F(Scanning, WhileItRunsTheIconsAreSwappedAndOnlyCancelScanningIsOffered) {
+    goToScanning();
+    bool looked = false;
+    duringScan([&] {
+        looked = true;
+        EXPECT_FALSE(form->Command2->isVisible());
+        EXPECT_TRUE(form->Command6->isVisible());
+        EXPECT_FALSE(button(4).isEnabled());
+        EXPECT_TRUE(form->TrayIcon1->isVisible());
+        EXPECT_TRUE(form->TrayIcon1->flashEnabled());
+        EXPECT_FALSE(form->TrayIcon2->isVisible());
+        EXPECT_TRUE(form->Timer2->isEnabled());
+        EXPECT_TRUE(form->NumLED1(0).isVisible());
+        EXPECT_TRUE(form->NumLED2->isVisible());
+        EXPECT_TRUE(form->Picture3(1).isVisible());
+        EXPECT_FALSE(form->Picture3(0).isVisible());
+    });
+    click(*form->Command2);
+    EXPECT_TRUE(looked);
+    EXPECT_FALSE(form->TrayIcon1->isVisible());
+    EXPECT_FALSE(form->TrayIcon1->flashEnabled());
+    EXPECT_TRUE(form->TrayIcon2->isVisible());
+}
+
+TEST_F(Scanning, ADiscWithoutFilesNeverUpdatesTheBars) {
+    insert(folder(""));
+    scan();
+    EXPECT_EQ(form->caption(), "Discaro - Scan a new CD-ROM");
+    EXPECT_EQ(count("directories"), 1);
+}
+
+TEST_F(Scanning, TheCountersGiveWayToTheirOtherSides) {
+    scan();
+    emit form->NumLED1(0).Click();
+    EXPECT_FALSE(form->NumLED1(0).isVisible());
+    EXPECT_TRUE(form->NumLED1(1).isVisible());
+    emit form->NumLED1(1).Click();
+    EXPECT_TRUE(form->NumLED1(0).isVisible());
+    emit form->NumLED2->Click();
+    EXPECT_FALSE(form->NumLED2->isVisible());
+    EXPECT_TRUE(form->NumLED3->isVisible());
+    EXPECT_EQ(form->Label9->text(), "Remaining Time");
+    emit form->NumLED3->Click();
+    EXPECT_TRUE(form->NumLED2->isVisible());
+    EXPECT_EQ(form->Label9->text(), "Elapsed Time");
+}
+
+TEST_F(Scanning, CancelAnsweredOkLeavesNothingAndShowsTheMenuWhateverReturnToSays) {
+    insert(manyFiles());
+    goToScanning();
+    app::Module1::ReturnTo = "explore";
+    box.expect(kCancelText, Buttons::OkCancel, Icon::Critical, "Cancel Scan", Answer::Ok);
+    duringScan([this] { form->Command6->click(); });
+    click(*form->Command2);
+    EXPECT_FALSE(isUp("Scanform"));
+    EXPECT_TRUE(isUp("Switch"));
+    EXPECT_FALSE(isUp("EXMain"));
+    EXPECT_EQ(count("drive") + count("directories") + count("files"), 0);
+    EXPECT_EQ(field("Master Table", "scanned cd-roms"), "0");
+}
+
+TEST_F(Scanning, CancelAnsweredCancelChangesNothing) {
+    insert(manyFiles());
+    goToScanning();
+    box.expect(kCancelText, Buttons::OkCancel, Icon::Critical, "Cancel Scan", Answer::Cancel);
+    duringScan([this] { form->Command6->click(); });
+    click(*form->Command2);
+    EXPECT_EQ(count("files"), 50);
+    EXPECT_TRUE(button(7).isEnabled());
+}
+
+TEST_F(Scanning, ClosingTheFrameWhileItRunsActsAsTheCancelButton) {
+    insert(manyFiles());
+    goToScanning();
+    box.expect(kCancelText, Buttons::OkCancel, Icon::Critical, "Cancel Scan", Answer::Ok);
+    duringScan([this] { form->close(); });
+    click(*form->Command2);
+    EXPECT_TRUE(isUp("Switch"));
+    EXPECT_EQ(count("files"), 0);
+}
+
+TEST_F(Scanning, AnErrorUnderCancelAnsweredOkStops) {
+    auto& medium = insert(folder("", {file("BAD.TXT", "x"), file("B")}));
+    open();
+    form->Option5->click();
+    goToScanning();
+    medium.failOn(Asked::Facts, medium.calls(Asked::Facts) + 1);
+    box.expect(kErrorText, Buttons::OkCancel, Icon::Critical, "Error during Scan", Answer::Ok);
+    click(*form->Command2);
+    EXPECT_TRUE(isUp("Switch"));
+    EXPECT_EQ(count("drive"), 0);
+}
+
+TEST_F(Scanning, AnErrorUnderCancelAnsweredCancelGoesOn) {
+    auto& medium = insert(folder("", {file("BAD.TXT", "x"), file("B")}));
+    open();
+    form->Option5->click();
+    goToScanning();
+    medium.failOn(Asked::Facts, medium.calls(Asked::Facts) + 1);
+    box.expect(kErrorText, Buttons::OkCancel, Icon::Critical, "Error during Scan", Answer::Cancel);
+    click(*form->Command2);
+    EXPECT_EQ(count("drive"), 1);
+    EXPECT_EQ(count("files"), 1);
+}
+
+TEST_F(Scanning, MoreFilesThanCountedAreRefusedByTheBarAndLogged) {
+    insert(manyFiles());
+    goToScanning();
+    duringScan([this] { form->ProgressBar1->setMax(1); });
+    click(*form->Command2);
+    EXPECT_EQ(count("files"), 50);
+    EXPECT_NE(field("drive", "Comments").find(" in File :- F"), std::string::npos);
+}
+
+TEST_F(Scanning, FinishReturnsAndAnotherScanOpensAFreshWizard) {
+    scan();
+    click(*form->Command5);
+    ASSERT_TRUE(isUp("Scanform"));
+    form = qobject_cast<scanner::Scanform*>(app::Windows::Find("Scanform"));
+    EXPECT_TRUE(form->Picture1->isVisible());
+    EXPECT_EQ(form->caption(), "Discaro - Scan a new CD-ROM");
+    box.expect("The CD-ROM named  'Disc'  has the same serial number as this CD-ROM. You may have scanned it once "
+               "before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
+               Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number");
+    next();
+    chooseTestDrive();
+    typeInto(*form->Text2, "Disc again");
+    next();
+    next();
+    next();
+    click(button(3));
+    click(*form->Command2);
+    EXPECT_EQ(count("drive"), 2);
+    click(button(7));
+    EXPECT_TRUE(isUp("Switch"));
+}
+
+TEST_F(Scanning, AReadOnlyCatalogueIsToldBeforeAnythingHappens) {
+    std::filesystem::permissions(app::Module1::cataloguePath(), std::filesystem::perms::owner_read);
+    goToScanning();
+    if (form->Data1.Database()->Updatable()) // the superuser writes where nobody may
+        return;
+    box.expectTitled("Error", Icon::Critical);
+    click(*form->Command2);
+    EXPECT_TRUE(form->Command2->isVisible());
+}
+
+TEST_F(Scanning, AnUnfinishedScanIsToldOnceASecondAfterLoading) {
+    {
+        auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset("master table");
+        rows->Edit();
+        (*rows)(catalogue::masterTable::kScanError) = "error";
+        rows->Update();
+    }
+    open();
+    EXPECT_EQ(form->Timer1->interval(), 1000);
+    box.expect(kUnfinishedText, Buttons::Ok, Icon::Critical, "Error");
+    emit form->Timer1->Tick();
+    EXPECT_FALSE(form->Timer1->isEnabled());
+}
+
+TEST_F(Scanning, AFinishedScanIsNotMentioned) {
+    open();
+    emit form->Timer1->Tick();
+    EXPECT_EQ(box.asked(), 0);
+    EXPECT_FALSE(form->Timer1->isEnabled());
+}
+
+TEST_F(Scanning, TheTrayNotificationsRestoreAndMinimise) {
+    open();
+    emit form->TrayIcon2->Minimise();
+    EXPECT_EQ(form->state(), kit::Form::State::Minimised);
+    emit form->TrayIcon2->Restore();
+    EXPECT_EQ(form->state(), kit::Form::State::Normal);
+    EXPECT_FALSE(form->TrayIcon2->flashEnabled());
+}
