@@ -107,6 +107,14 @@ bool Connection::inTransaction() const {
     return sqlite3_get_autocommit(m_handle.get()) == 0;
 }
 
+int Connection::openReads() const {
+    int open = 0;
+    for (sqlite3_stmt* each = sqlite3_next_stmt(m_handle.get(), nullptr); each != nullptr;
+         each = sqlite3_next_stmt(m_handle.get(), each))
+        open += sqlite3_stmt_busy(each) != 0 ? 1 : 0;
+    return open;
+}
+
 std::string quotedName(std::string_view name) {
     std::string text = "\"";
     for (const char c : name)

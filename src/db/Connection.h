@@ -37,6 +37,8 @@ public:
     // Rows that the last statement changed itself, without cascades.
     int64_t changedRows() const;
     bool inTransaction() const;
+    // Statements in the middle of a run; they hold a lock on the file.
+    int openReads() const;
 
     sqlite3* handle() const { return m_handle.get(); }
 

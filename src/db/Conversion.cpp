@@ -23,7 +23,8 @@ std::string_view numeral(std::string_view text) {
     return text;
 }
 
-template <typename Number> bool parseWhole(std::string_view text, Number& number) {
+template <typename Number>
+bool parseWhole(std::string_view text, Number& number) {
     const char* end = text.data() + text.size();
     const auto [rest, error] = std::from_chars(text.data(), end, number);
     return error == std::errc() && rest == end;

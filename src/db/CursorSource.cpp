@@ -14,16 +14,14 @@ constexpr int64_t kWorthStepping = 64;
 
 } // namespace
 
-CursorSource::CursorSource(Store& store, RowQuery query) : RowSource(store, std::move(query)) {}
-
-std::string CursorSource::walk(const RowQuery& query) {
-    return query.layout->select + query.filter("rowid>=" + query.nextPlaceholder()) +
-           " ORDER BY rowid";
-}
+CursorSource::CursorSource(Store& store, RowQuery query)
+    : RowSource(store, std::move(query)) {}
 
 bool CursorSource::readForward(int64_t from, size_t rows) {
     if (m_forward == nullptr)
-        m_forward = m_store.statement(walk(m_query));
+        m_forward = m_store.statement(m_query.layout->select +
+                                      m_query.filter("rowid>=" + m_query.nextPlaceholder()) +
+                                      " ORDER BY rowid");
     const StatementRun run(*m_forward);
     bindQuery(*run);
     run->bind(m_query.nextParameter(), from);
@@ -32,10 +30,9 @@ bool CursorSource::readForward(int64_t from, size_t rows) {
 
 bool CursorSource::readBackward(int64_t from) {
     if (m_backward == nullptr)
-        m_backward =
-            m_store.statement(m_query.layout->select +
-                              m_query.filter("rowid<=" + m_query.nextPlaceholder()) +
-                              " ORDER BY rowid DESC");
+        m_backward = m_store.statement(m_query.layout->select +
+                                       m_query.filter("rowid<=" + m_query.nextPlaceholder()) +
+                                       " ORDER BY rowid DESC");
     const StatementRun run(*m_backward);
     bindQuery(*run);
     run->bind(m_query.nextParameter(), from);
@@ -62,7 +59,8 @@ void CursorSource::next() {
     if (place() == Place::Before)
         return first();
     requireRow();
-    const int64_t index = indexKnown() && !gone() ? m_index + 1 : -1;
+    // Another handle may have deleted the current row; then the next one has its place.
+    const int64_t index = indexKnown() && fresh() && !gone() ? m_index + 1 : -1;
     if (!advanceInWindow()) {
         // The number of a row deleted may have been given to a new one.
         const int64_t from = gone() ? number() : number() + (number() < kHighest ? 1 : 0);
@@ -87,10 +85,9 @@ void CursorSource::previous() {
 
 bool CursorSource::find(const Criterion& criterion) {
     const int offset = m_query.nextParameter() - 1;
-    const auto statement =
-        m_store.statement(m_query.layout->select +
-                          m_query.filter(renumbered(criterion.where, offset)) +
-                          " ORDER BY rowid LIMIT 1");
+    const auto statement = m_store.statement(m_query.layout->select +
+                                             m_query.filter(renumbered(criterion.where, offset)) +
+                                             " ORDER BY rowid LIMIT 1");
     const StatementRun run(*statement);
     bindQuery(*run);
     int parameter = offset;
@@ -111,8 +108,8 @@ void CursorSource::moveTo(int64_t index) {
                       index - m_index <= kWorthStepping;
     if (near)
         step(index - m_index);
-    else
-        jumpTo(index);
+    else if (!jumpTo(index))
+        throw base::RuntimeError(base::ErrorNumber::NoCurrentRecord);
     rememberIndex(index);
 }
 
@@ -121,21 +118,23 @@ void CursorSource::step(int64_t rows) {
         next();
 }
 
-void CursorSource::jumpTo(int64_t index) {
+bool CursorSource::jumpTo(int64_t index) {
     stopReadingAhead();
-    if (const auto lowest = firstOfDense()) {
-        if (readForward(*lowest + index, 1))
-            stand(0);
-        return;
-    }
+    const auto lowest = firstOfDense();
+    const bool found = lowest ? readForward(*lowest + index, 1) : readSkipping(index);
+    if (found)
+        stand(0);
+    return found;
+}
+
+bool CursorSource::readSkipping(int64_t rows) {
     const auto statement =
         m_store.statement(m_query.layout->select + m_query.filter() +
                           " ORDER BY rowid LIMIT 1 OFFSET " + m_query.nextPlaceholder());
     const StatementRun run(*statement);
     bindQuery(*run);
-    run->bind(m_query.nextParameter(), index);
-    if (fill(*run, 1))
-        stand(0);
+    run->bind(m_query.nextParameter(), rows);
+    return fill(*run, 1);
 }
 
 int64_t CursorSource::count() {
@@ -154,7 +153,7 @@ int64_t CursorSource::count() {
 }
 
 int64_t CursorSource::index() {
-    if (place() != Place::On || gone())
+    if (!exists())
         return -1;
     if (indexKnown())
         return m_index;

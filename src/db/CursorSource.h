@@ -10,12 +10,10 @@ namespace discaro::db {
 
 // The rows of a table, or those that meet a condition, in insertion order: a position by row number that reads ahead
 // as it goes. Opening costs nothing, memory does not grow with the table, and rows added by anyone come at the end.
+// Not for a condition that an index answers out of insertion order: each read ahead would search the whole table.
 class CursorSource : public RowSource {
 public:
     CursorSource(Store& store, RowQuery query);
-
-    // The statement that walks the rows; opening as a cursor makes sense where SQLite need not sort for it.
-    static std::string walk(const RowQuery& query);
 
     void first() override;
     void last() override;
@@ -30,7 +28,8 @@ public:
 private:
     bool readForward(int64_t from, size_t rows);
     bool readBackward(int64_t from);
-    void jumpTo(int64_t index);
+    bool readSkipping(int64_t rows);
+    bool jumpTo(int64_t index);
     void step(int64_t rows);
     std::optional<int64_t> firstOfDense();
 

@@ -1,13 +1,19 @@
 #include "db/DBEngine.h"
 
+#include "base/RuntimeError.h"
 #include "db/DatabaseFile.h"
 #include "db/Engine.h"
+
+#include <system_error>
 
 namespace discaro::db {
 
 std::shared_ptr<Database> DBEngine::open(const std::filesystem::path& path,
                                          Database::Binding binding) {
-    const auto name = std::filesystem::absolute(path);
+    std::error_code error;
+    const auto name = std::filesystem::absolute(path, error);
+    if (error)
+        throw base::RuntimeError(base::ErrorNumber::FileMissing, path.string());
     return std::make_shared<Database>(Database::Key(), Engine::instance().open(name), name.string(),
                                       binding);
 }

@@ -9,6 +9,7 @@
 #include "db/KeySource.h"
 
 #include <algorithm>
+#include <system_error>
 
 namespace discaro::db {
 
@@ -24,7 +25,11 @@ struct Located {
 
 // The file that an IN clause names is the one of that name in the process's current folder.
 std::shared_ptr<Store> storeNamed(const std::string& file) {
-    return Engine::instance().open(std::filesystem::current_path() / file);
+    std::error_code error;
+    const auto folder = std::filesystem::current_path(error);
+    if (error)
+        throw RuntimeError(ErrorNumber::FileMissing, file);
+    return Engine::instance().open(folder / file);
 }
 
 // The statement, and the store that it speaks of.
@@ -50,7 +55,8 @@ std::unique_ptr<RowSource> sourceOf(Store& store, RowQuery query, RecordsetType 
     const bool snapshot = type == RecordsetType::Snapshot;
     if (snapshot || !query.orderBy.empty())
         return std::make_unique<KeySource>(store, std::move(query), KeySource::Growth::Fixed);
-    if (!query.wholeTable() && store.sorts(CursorSource::walk(query)))
+    if (!query.wholeTable() &&
+        store.sorts(query.layout->select + query.filter() + " ORDER BY rowid"))
         return std::make_unique<KeySource>(store, std::move(query), KeySource::Growth::Follows);
     return std::make_unique<CursorSource>(store, std::move(query));
 }
@@ -76,7 +82,8 @@ std::shared_ptr<const RecordLayout> layoutOf(const Query& query) {
 } // namespace
 
 Database::Database(Key, std::shared_ptr<Store> store, std::string name, Binding binding)
-    : m_store(std::move(store)), m_name(std::move(name)) {
+    : m_store(std::move(store))
+    , m_name(std::move(name)) {
     Engine::instance().handleOpened(*this, binding == Binding::DataSource);
 }
 
@@ -130,14 +137,15 @@ std::unique_ptr<Recordset> Database::open(std::string_view text, RecordsetType o
 
 std::unique_ptr<Recordset> Database::openRows(std::shared_ptr<Store> source, RowQuery query,
                                               RecordsetType type) {
+    source->noteOthers();
     auto rows = sourceOf(*source, std::move(query), type);
     return std::make_unique<Recordset>(Recordset::Key(), shared_from_this(), std::move(source),
                                        std::move(rows), type);
 }
 
 std::unique_ptr<Recordset> Database::openSums(std::shared_ptr<Store> source, const Query& query) {
-    auto rows = std::make_unique<AggregateSource>(*source, layoutOf(query), sumsSql(query),
-                                                  query.bindings);
+    auto rows =
+        std::make_unique<AggregateSource>(*source, layoutOf(query), sumsSql(query), query.bindings);
     return std::make_unique<Recordset>(Recordset::Key(), shared_from_this(), std::move(source),
                                        std::move(rows), RecordsetType::Snapshot);
 }

@@ -3,12 +3,12 @@
 #include "base/RuntimeError.h"
 #include "db/Connection.h"
 
-#include <cerrno>
-#include <system_error>
-
 #include <fcntl.h>
 #include <stdio.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
 
 namespace discaro::db {
 
@@ -44,7 +44,8 @@ ErrorNumber errorNumberOfSystem(int error) {
 
 class Descriptor {
 public:
-    Descriptor(const fs::path& path, int flags) : m_number(::open(path.c_str(), flags, 0666)) {
+    Descriptor(const fs::path& path, int flags)
+        : m_number(::open(path.c_str(), flags, 0666)) {
         if (m_number < 0)
             refuse(errno, path);
     }
@@ -61,24 +62,27 @@ private:
     int m_number;
 };
 
-// A file that goes away again unless it has been given its final name.
+// A file that goes away again, its journal too, unless it has been given its final name.
 class Draft {
 public:
-    explicit Draft(const fs::path& name) : m_path(name.string() + ".new") {
-        std::error_code ignored;
-        fs::remove(m_path, ignored); // what an interrupted creation left
+    explicit Draft(const fs::path& name)
+        : m_path(name.string() + ".new") {
+        remove(); // what an interrupted creation left
         const Descriptor created(m_path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC);
     }
-    ~Draft() {
-        std::error_code ignored;
-        fs::remove(m_path, ignored);
-    }
+    ~Draft() { remove(); }
     Draft(const Draft&) = delete;
     Draft& operator=(const Draft&) = delete;
 
     const fs::path& path() const { return m_path; }
 
 private:
+    void remove() const {
+        std::error_code ignored;
+        fs::remove(m_path, ignored);
+        fs::remove(m_path.string() + "-journal", ignored);
+    }
+
     fs::path m_path;
 };
 
@@ -97,13 +101,19 @@ void syncFolder(const fs::path& file) {
     Descriptor(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC).sync(folder);
 }
 
+// Also by a link that leads nowhere.
+bool isTaken(const fs::path& name) {
+    std::error_code ignored;
+    return fs::exists(fs::symlink_status(name, ignored));
+}
+
 void renameWithoutReplacing(const fs::path& from, const fs::path& to) {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
         return;
     // Some file systems do not know how to refuse; there the look comes first.
     if (errno != EINVAL && errno != ENOSYS)
         refuse(errno, to);
-    if (fs::exists(fs::symlink_status(to)))
+    if (isTaken(to))
         refuse(EEXIST, to);
     if (::rename(from.c_str(), to.c_str()) != 0)
         refuse(errno, to);
@@ -113,8 +123,11 @@ void renameWithoutReplacing(const fs::path& from, const fs::path& to) {
 
 void createDatabaseFile(const fs::path& path, const FileFormat& format,
                         std::span<const std::string> statements) {
-    const fs::path name = fs::absolute(path);
-    if (fs::exists(fs::symlink_status(name)))
+    std::error_code error;
+    const fs::path name = fs::absolute(path, error);
+    if (error)
+        refuse(error.value(), path);
+    if (isTaken(name))
         refuse(EEXIST, name);
     const Draft draft(name);
     fill(draft.path(), format, statements);

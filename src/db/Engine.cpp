@@ -2,11 +2,11 @@
 
 #include "base/RuntimeError.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
-
-#include <sys/stat.h>
 
 namespace discaro::db {
 
@@ -53,6 +53,9 @@ std::shared_ptr<Store> Engine::open(const std::filesystem::path& path) {
 }
 
 bool Engine::isOpen(const std::filesystem::path& path) {
+    std::error_code error;
+    if (!std::filesystem::is_regular_file(path, error))
+        return false;
     const FileIdentity identity = identityOf(path);
     return std::ranges::any_of(openStores(),
                                [&](const auto& each) { return each->identity() == identity; });

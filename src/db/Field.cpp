@@ -5,7 +5,9 @@
 namespace discaro::db {
 
 Field& Field::operator=(const Field& other) {
-    return *this = other.Value();
+    if (this != &other)
+        *this = other.Value();
+    return *this;
 }
 
 Field& Field::operator=(const db::Value& value) {

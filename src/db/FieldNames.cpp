@@ -4,7 +4,8 @@
 
 namespace discaro::db {
 
-FieldNames::FieldNames(const TableDef& table) : m_table(table) {
+FieldNames::FieldNames(const TableDef& table)
+    : m_table(table) {
     m_slots.fill(-1);
     for (size_t position = 0; position < table.fields.size(); ++position) {
         size_t slot = slotOf(table.fields[position].name);

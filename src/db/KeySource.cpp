@@ -8,7 +8,8 @@
 namespace discaro::db {
 
 KeySource::KeySource(Store& store, RowQuery query, Growth growth)
-    : RowSource(store, std::move(query)), m_growth(growth) {
+    : RowSource(store, std::move(query))
+    , m_growth(growth) {
     collect();
 }
 
@@ -57,7 +58,33 @@ void KeySource::followDeletions() {
 
 void KeySource::standAt(size_t index) {
     m_index = index;
+    m_inSequence = false;
     standUnread(m_numbers[index]);
+}
+
+void KeySource::standBehind(size_t index) {
+    m_index = index;
+    if (advanceInWindow() && number() == m_numbers[index])
+        return;
+    m_inSequence = true;
+    standUnread(m_numbers[index]);
+}
+
+// The rows behind this one come along while the recordset goes through them in sequence.
+void KeySource::readCurrent() {
+    const size_t rows = m_inSequence ? readAhead() : 1;
+    m_inSequence = false;
+    if (rows == 1)
+        stopReadingAhead();
+    const size_t known = std::min(rows, m_numbers.size() - m_index);
+    const int64_t wanted = number();
+    if (gone() || !fill(std::span(m_numbers).subspan(m_index, known)))
+        throw base::RuntimeError(base::ErrorNumber::RecordGone);
+    stand(0);
+    if (number() == wanted)
+        return;
+    standUnread(wanted);
+    throw base::RuntimeError(base::ErrorNumber::RecordGone);
 }
 
 void KeySource::first() {
@@ -82,7 +109,7 @@ void KeySource::next() {
     const size_t following = gone() ? m_index : m_index + 1;
     if (following >= m_numbers.size())
         return leave(Place::After);
-    standAt(following);
+    standBehind(following);
 }
 
 void KeySource::previous() {
@@ -98,15 +125,16 @@ void KeySource::previous() {
 void KeySource::moveTo(int64_t index) {
     if (index < 0 || index >= count())
         throw base::RuntimeError(base::ErrorNumber::NoCurrentRecord);
+    if (place() == Place::On && index == this->index() + 1)
+        return next();
     standAt(static_cast<size_t>(index));
 }
 
 bool KeySource::find(const Criterion& criterion) {
     follow();
-    const auto statement = m_store.statement("SELECT rowid FROM " +
-                                             quotedName(m_query.table->definition->name) + " WHERE " +
-                                             (criterion.where.empty() ? "1" : criterion.where) +
-                                             " ORDER BY rowid");
+    const auto statement = m_store.statement(
+        "SELECT rowid FROM " + quotedName(m_query.table->definition->name) + " WHERE " +
+        (criterion.where.empty() ? "1" : criterion.where) + " ORDER BY rowid");
     const StatementRun run(*statement);
     run->bindAll(criterion.bindings);
     return ascending() ? findAscending(*run) : findInOrder(*run);
@@ -131,10 +159,10 @@ bool KeySource::findInOrder(Statement& matches) {
     std::unordered_set<int64_t> wanted;
     while (matches.step())
         wanted.insert(matches.integer(0));
-    const auto found = wanted.empty() ? m_numbers.end()
-                                      : std::ranges::find_if(m_numbers, [&](int64_t number) {
-                                            return wanted.contains(number);
-                                        });
+    const auto found =
+        wanted.empty() ? m_numbers.end() : std::ranges::find_if(m_numbers, [&](int64_t number) {
+            return wanted.contains(number);
+        });
     if (found == m_numbers.end())
         return false;
     standAt(static_cast<size_t>(found - m_numbers.begin()));

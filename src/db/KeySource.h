@@ -29,12 +29,16 @@ public:
     void rowInserted(int64_t number) override;
     void rowDeleted() override;
 
+protected:
+    void readCurrent() override;
+
 private:
     void collect();
     void follow();
     void followDeletions();
     void append(Statement& statement);
     void standAt(size_t index);
+    void standBehind(size_t index);
     bool findAscending(Statement& matches);
     bool findInOrder(Statement& matches);
     bool ascending() const { return m_query.orderBy.empty(); }
@@ -42,6 +46,7 @@ private:
     Growth m_growth;
     std::vector<int64_t> m_numbers;
     size_t m_index = 0; // of the current row; behind a deleted one, of the row after it
+    bool m_inSequence = false;
     uint64_t m_seenInserted;
     uint64_t m_seenDeleted;
 };

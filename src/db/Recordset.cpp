@@ -27,9 +27,12 @@ std::shared_ptr<RowWriter> writerFor(Store& store, const RowQuery& query) {
 
 Recordset::Recordset(Key, std::shared_ptr<Database> database, std::shared_ptr<Store> store,
                      std::unique_ptr<RowSource> rows, RecordsetType type)
-    : m_database(std::move(database)), m_store(std::move(store)), m_rows(std::move(rows)),
-      m_layout(m_rows->query().layout), m_writer(writerFor(*m_store, m_rows->query())),
-      m_type(type) {
+    : m_database(std::move(database))
+    , m_store(std::move(store))
+    , m_rows(std::move(rows))
+    , m_layout(m_rows->query().layout)
+    , m_writer(writerFor(*m_store, m_rows->query()))
+    , m_type(type) {
     m_fields.reserve(m_layout->size());
     for (size_t position = 0; position < m_layout->size(); ++position)
         m_fields.push_back(Field(*this, static_cast<int>(position)));
@@ -280,7 +283,8 @@ Value Recordset::value(int position) const {
     return valueOf(m_rows->window(), cell, type);
 }
 
-template <typename Given> void Recordset::assign(int position, const Given& given) {
+template <typename Given>
+void Recordset::assign(int position, const Given& given) {
     if (!m_edit.active()) {
         requireOpen();
         throw RuntimeError(ErrorNumber::NoEditInProgress);

@@ -135,7 +135,8 @@ private:
     // For Field.
     const FieldDef& definition(int position) const;
     Value value(int position) const;
-    template <typename Given> void assign(int position, const Given& given);
+    template <typename Given>
+    void assign(int position, const Given& given);
 
     std::shared_ptr<Database> m_database;
     std::shared_ptr<Store> m_store;

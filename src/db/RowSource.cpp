@@ -14,6 +14,7 @@ using base::RuntimeError;
 
 constexpr size_t kMostAhead = 256;
 constexpr uint64_t kNeverRead = UINT64_MAX;
+constexpr uint64_t kAllFields = UINT64_MAX;
 
 // Behind a "?", the number that follows it.
 const char* appendShifted(std::string& text, const char* begin, const char* end, int offset) {
@@ -56,8 +57,10 @@ std::string RowQuery::from(std::string_view further) const {
 }
 
 RowSource::RowSource(Store& store, RowQuery query)
-    : m_store(store), m_query(std::move(query)), m_window(m_query.layout->size()),
-      m_windowState(kNeverRead) {}
+    : m_store(store)
+    , m_query(std::move(query))
+    , m_window(m_query.layout->size())
+    , m_windowState(kNeverRead) {}
 
 void RowSource::requireRow() const {
     if (m_place != Place::On)
@@ -87,19 +90,40 @@ bool RowSource::advanceInWindow() {
 }
 
 size_t RowSource::readAhead() {
-    m_ahead = std::min(m_ahead * 4, kMostAhead);
+    const bool usedUp = m_at + 1 >= m_window.size();
+    m_ahead = usedUp ? std::min(m_ahead * 4, kMostAhead) : 1;
     return m_ahead;
 }
 
-bool RowSource::fill(Statement& statement, size_t rows) {
-    const uint64_t state = m_query.table->changed;
+void RowSource::emptyWindow(size_t rows) {
     m_windowState = kNeverRead;
-    m_window.clear();
+    m_window.clear(rows > 1 ? m_used : kAllFields);
+}
+
+bool RowSource::fill(Statement& statement, size_t rows) {
+    emptyWindow(rows);
     while (!m_window.full(rows) && statement.step())
         m_window.append(statement);
     if (m_window.size() == 0)
         return false;
-    m_windowState = state;
+    m_windowState = m_query.table->changed;
+    return true;
+}
+
+bool RowSource::fill(std::span<const int64_t> numbers) {
+    const ReadSpan span(m_store);
+    emptyWindow(numbers.size());
+    for (const int64_t number : numbers) {
+        if (m_window.full(numbers.size()))
+            break;
+        const StatementRun run(exactStatement());
+        run->bind(1, number);
+        if (run->step())
+            m_window.append(*run);
+    }
+    if (m_window.size() == 0)
+        return false;
+    m_windowState = m_query.table->changed;
     return true;
 }
 
@@ -107,21 +131,16 @@ const Cell& RowSource::cell(size_t field) {
     requireRow();
     if (m_gone)
         throw RuntimeError(ErrorNumber::RecordGone);
-    if (!fresh() || m_stale) [[unlikely]]
-        refresh();
+    m_used |= uint64_t{1} << field;
+    if (!fresh() || m_stale || !m_window.has(field)) [[unlikely]]
+        refresh(field);
     return m_window.cell(m_at, field);
 }
 
-Statement& RowSource::exactStatement() {
-    if (m_exact == nullptr)
-        m_exact = m_store.statement(m_query.layout->select + " WHERE rowid=?1");
-    return *m_exact;
-}
-
 // Reads the current row again. What was read ahead stays, if it is still right and has not grown too much.
-void RowSource::refresh() {
-    if (!fresh() || m_window.full(SIZE_MAX))
-        return readAlone();
+void RowSource::refresh(size_t field) {
+    if (!fresh() || !m_window.has(field) || m_window.full(SIZE_MAX))
+        return readCurrent();
     const StatementRun run(exactStatement());
     run->bind(1, m_number);
     if (!run->step())
@@ -130,12 +149,27 @@ void RowSource::refresh() {
     m_stale = false;
 }
 
-void RowSource::readAlone() {
-    const StatementRun run(exactStatement());
-    run->bind(1, m_number);
-    if (!fill(*run, 1))
+void RowSource::readCurrent() {
+    if (!fill({&m_number, 1}))
         throw RuntimeError(ErrorNumber::RecordGone);
     stand(0);
+}
+
+bool RowSource::exists() {
+    if (m_place != Place::On || m_gone)
+        return false;
+    if (fresh())
+        return true;
+    const StatementRun run(exactStatement());
+    run->bind(1, m_number);
+    m_gone = !run->step();
+    return !m_gone;
+}
+
+Statement& RowSource::exactStatement() {
+    if (m_exact == nullptr)
+        m_exact = m_store.statement(m_query.layout->select + " WHERE rowid=?1");
+    return *m_exact;
 }
 
 void RowSource::rowChanged(bool wasFresh) {

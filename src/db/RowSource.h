@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,7 +29,9 @@ struct RowQuery {
     std::string filter(std::string_view further = {}) const;
     // The number of the first parameter behind those of the condition, and the same as a placeholder.
     int nextParameter() const { return static_cast<int>(bindings.size()) + 1; }
-    std::string nextPlaceholder() const { return "?" + std::to_string(nextParameter()); }
+    std::string nextPlaceholder() const {
+        return std::string("?").append(std::to_string(nextParameter()));
+    }
 };
 
 // A criterion of FindFirst as SQL, with the values of its ?1 ?2 ...
@@ -87,11 +90,18 @@ protected:
     void stand(size_t windowRow);
     void standUnread(int64_t number);
     bool gone() const { return m_gone; }
+    // Whether there is a current row and nobody has deleted it.
+    bool exists();
     // Steps to the next row of the window, if it has one that is still right.
     bool advanceInWindow();
-    // Fills the window anew from a bound statement with up to so many rows; false, with an empty window, for none.
+    // Fills the window anew from a bound statement with up to so many rows; false, with an empty window, for none. One
+    // row comes with all its fields, more with those that have been asked for so far.
     bool fill(Statement& statement, size_t rows);
-    // How many rows to read at once, growing while reading goes on in sequence.
+    // The same by row numbers; rows that are gone are left out.
+    bool fill(std::span<const int64_t> numbers);
+    // Reads the current row, and perhaps some behind it, into the window and stands on it. Throws RecordGone.
+    virtual void readCurrent();
+    // How many rows to read at once: more each time while all that was read is used.
     size_t readAhead();
     void stopReadingAhead() { m_ahead = 1; }
     void bindQuery(Statement& statement) const { statement.bindAll(m_query.bindings); }
@@ -103,8 +113,8 @@ protected:
     const RowQuery m_query;
 
 private:
-    void refresh();
-    void readAlone();
+    void refresh(size_t field);
+    void emptyWindow(size_t rows);
     Statement& exactStatement();
 
     RowWindow m_window;
@@ -114,6 +124,7 @@ private:
     int64_t m_number = 0;
     bool m_gone = false;  // deleted through this recordset
     bool m_stale = false; // the current row alone has changed since the window was read
+    uint64_t m_used = 0;  // the fields that have been asked for
     size_t m_ahead = 1;
     std::shared_ptr<Statement> m_exact;
 };

@@ -2,21 +2,27 @@
 
 namespace discaro::db {
 
-void RowWindow::clear() {
+void RowWindow::clear(uint64_t fields) {
+    m_read = fields;
     m_numbers.clear();
     m_cells.clear();
     m_text.clear();
 }
 
 void RowWindow::append(const Statement& statement) {
-    for (size_t field = 0; field < m_fields; ++field)
-        m_cells.push_back(read(statement, static_cast<int>(field) + 1));
+    m_cells.resize(m_cells.size() + m_fields);
+    readCells(statement, &m_cells[m_cells.size() - m_fields]);
     m_numbers.push_back(statement.integer(0));
 }
 
 void RowWindow::replace(size_t row, const Statement& statement) {
+    readCells(statement, &m_cells[row * m_fields]);
+}
+
+void RowWindow::readCells(const Statement& statement, Cell* cells) {
     for (size_t field = 0; field < m_fields; ++field)
-        m_cells[row * m_fields + field] = read(statement, static_cast<int>(field) + 1);
+        if (has(field))
+            cells[field] = read(statement, static_cast<int>(field) + 1);
 }
 
 Cell RowWindow::read(const Statement& statement, int column) {

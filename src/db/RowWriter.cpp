@@ -19,8 +19,8 @@ std::string RowWriter::insertSql() const {
         names.append(names.empty() ? "" : ",").append(quotedName(field.name));
         values.append(values.empty() ? "?" : ",?");
     }
-    return "INSERT INTO " + quotedName(m_layout->definition.name) + "(" + names + ") VALUES(" + values +
-           ")";
+    return "INSERT INTO " + quotedName(m_layout->definition.name) + "(" + names + ") VALUES(" +
+           values + ")";
 }
 
 std::string RowWriter::updateSql(uint64_t mask) const {
@@ -76,8 +76,8 @@ bool RowWriter::update(int64_t number, const EditBuffer& row, uint64_t mask) {
 
 bool RowWriter::remove(int64_t number) {
     return m_store.write([&] {
-        const auto statement =
-            m_store.statement("DELETE FROM " + quotedName(m_layout->definition.name) + " WHERE rowid=?");
+        const auto statement = m_store.statement(
+            "DELETE FROM " + quotedName(m_layout->definition.name) + " WHERE rowid=?");
         const StatementRun run(*statement);
         run->bind(1, number);
         run->step();

@@ -18,7 +18,9 @@ class RowWriter {
 public:
     // Store and table must outlive it.
     RowWriter(Store& store, Table& table, std::shared_ptr<const RecordLayout> layout)
-        : m_store(store), m_table(table), m_layout(std::move(layout)) {}
+        : m_store(store)
+        , m_table(table)
+        , m_layout(std::move(layout)) {}
 
     // The new row's number.
     int64_t insert(const EditBuffer& row);

@@ -90,6 +90,11 @@ bool Statement::step() {
     return false;
 }
 
+void Statement::run() {
+    const StatementRun run(*this);
+    step();
+}
+
 void Statement::reset() noexcept {
     sqlite3_reset(m_statement);
 }

@@ -33,6 +33,8 @@ public:
 
     // True when it stands on a row, false at the end.
     bool step();
+    // A whole run of a statement that gives no rows and needs no values.
+    void run();
     // Ends the run and with it the read lock. Must follow every run; StatementRun sees to it.
     void reset() noexcept;
 

@@ -16,7 +16,8 @@ namespace discaro::db {
 class StatementCache {
 public:
     explicit StatementCache(sqlite3* connection, size_t capacity = 64)
-        : m_connection(connection), m_capacity(capacity) {}
+        : m_connection(connection)
+        , m_capacity(capacity) {}
 
     std::shared_ptr<Statement> get(std::string_view sql);
     // The texts held, the one used last in front.
@@ -31,7 +32,8 @@ private:
     sqlite3* m_connection;
     size_t m_capacity;
     std::list<Entry> m_entries;
-    std::unordered_map<std::string_view, std::list<Entry>::iterator> m_places; // keys lie in m_entries
+    std::unordered_map<std::string_view, std::list<Entry>::iterator>
+        m_places; // keys lie in m_entries
 };
 
 } // namespace discaro::db

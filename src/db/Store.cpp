@@ -4,11 +4,12 @@
 #include "db/RowWriter.h"
 #include "db/SchemaReader.h"
 
-#include <cstddef>
-#include <filesystem>
-
 #include <fcntl.h>
 #include <unistd.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <system_error>
 
 namespace discaro::db {
 
@@ -28,13 +29,30 @@ bool canBeChanged(const std::filesystem::path& path) {
 } // namespace
 
 Store::Store(std::string path, FileIdentity identity, const FileFormat& format)
-    : m_path(std::move(path)), m_identity(identity), m_updatable(canBeChanged(m_path)),
-      m_connection(m_path, m_updatable ? Connection::Mode::ReadWrite : Connection::Mode::ReadOnly),
-      m_statements(m_connection.handle()) {
+    : m_path(std::move(path))
+    , m_identity(identity)
+    , m_updatable(canBeChanged(m_path))
+    , m_connection(m_path, m_updatable ? Connection::Mode::ReadWrite : Connection::Mode::ReadOnly)
+    , m_statements(m_connection.handle()) {
+    removeIdleJournal();
     readTables(format);
 }
 
 Store::~Store() = default;
+
+// A process that died before its journal was worth anything leaves it behind, and SQLite passes over it. What holds
+// something has been undone by the time the lock is granted.
+void Store::removeIdleJournal() {
+    const std::filesystem::path journal = m_path + "-journal";
+    std::error_code ignored;
+    if (!m_updatable || !std::filesystem::exists(journal, ignored))
+        return;
+    base::skipErrors([&] {
+        m_connection.execute("BEGIN EXCLUSIVE");
+        std::filesystem::remove(journal, ignored);
+        m_connection.execute("ROLLBACK");
+    });
+}
 
 void Store::readTables(const FileFormat& format) {
     StoredSchema stored = readSchema(m_connection);
@@ -101,6 +119,28 @@ void Store::rollback() noexcept {
 void Store::noteAll() {
     for (Table& table : m_tables)
         table.noteAll();
+}
+
+void Store::noteOthers() {
+    if (m_connection.inTransaction())
+        return;
+    const auto statement = m_statements.get("PRAGMA data_version");
+    const StatementRun run(*statement);
+    const int64_t version = run->step() ? run->integer(0) : 0;
+    if (version != m_dataVersion)
+        noteAll();
+    m_dataVersion = version;
+}
+
+ReadSpan::ReadSpan(Store& store)
+    : m_store(store.connection().inTransaction() ? nullptr : &store) {
+    if (m_store != nullptr)
+        store.statement("BEGIN")->run();
+}
+
+ReadSpan::~ReadSpan() {
+    if (m_store != nullptr)
+        base::skipErrors([this] { m_store->statement("COMMIT")->run(); });
 }
 
 } // namespace discaro::db

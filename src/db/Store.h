@@ -48,7 +48,8 @@ public:
 
     // Runs a write: refuses it on a read-only file and in a lost transaction, makes it part of an open one, and undoes
     // that whole transaction when the write fails in a way that leaves the file in doubt.
-    template <typename Write> auto write(Write&& write) {
+    template <typename Write>
+    auto write(Write&& write) {
         beginWrite();
         try {
             return write();
@@ -65,10 +66,13 @@ public:
 
     // Anything may have happened to the rows of any table.
     void noteAll();
+    // The same, if another program has written to the file since the last call.
+    void noteOthers();
 
 private:
     void beginWrite();
     void writeFailed(const base::RuntimeError& error);
+    void removeIdleJournal();
     void readTables(const FileFormat& format);
 
     std::string m_path;
@@ -79,6 +83,19 @@ private:
     std::unordered_map<std::string, bool> m_sorting;
     Schema m_schema;
     std::vector<Table> m_tables; // in the schema's order
+    int64_t m_dataVersion = 0;
+};
+
+// Reads within its scope share one lock, which otherwise is taken and given back for each.
+class ReadSpan {
+public:
+    explicit ReadSpan(Store& store);
+    ~ReadSpan();
+    ReadSpan(const ReadSpan&) = delete;
+    ReadSpan& operator=(const ReadSpan&) = delete;
+
+private:
+    Store* m_store; // null within a transaction, which has its lock
 };
 
 } // namespace discaro::db

@@ -27,8 +27,10 @@ std::string selectText(const TableDef& table, bool stored) {
 } // namespace
 
 RecordLayout::RecordLayout(TableDef shown, std::vector<int> positions)
-    : definition(std::move(shown)), columns(std::move(positions)), names(checked(definition)),
-      select(selectText(definition, !columns.empty())) {}
+    : definition(std::move(shown))
+    , columns(std::move(positions))
+    , names(checked(definition))
+    , select(selectText(definition, !columns.empty())) {}
 
 void Table::noteInsert() {
     ++inserted;

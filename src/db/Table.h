@@ -31,7 +31,7 @@ struct RecordLayout {
 // remembers something of the rows compares them to see whether it still holds.
 struct Table {
     const TableDef* definition = nullptr; // in the store's schema
-    int numberField = -1;                 // the field that the database fills itself, -1 when there is none
+    int numberField = -1; // the field that the database fills itself, -1 when there is none
     std::shared_ptr<const RecordLayout> layout;
     std::shared_ptr<RowWriter> writer;
 

@@ -32,7 +32,7 @@ char letterIn(std::string_view text) {
     return text.empty() ? '\0' : upperLetter(text.front());
 }
 
-// Changes when the file is written again or replaced. Zeros for a folder: it is read anew each time.
+// Changes when the file is written again or replaced. Zeros for a folder, which is read anew each time anyway.
 using Version = std::tuple<uint64_t, uint64_t, int64_t, int64_t>;
 
 Version versionOf(const fs::path& path) {
@@ -138,19 +138,22 @@ char DriveTable::addImageOrFolder(const fs::path& path) {
     if (failure)
         throw RuntimeError(ErrorNumber::PathMissing, shownName(path.native()));
     const auto version = versionOf(whole);
-    const char known = letterOf(whole);
-    if (known != '\0' && (!driveOf(known).isAdded() || driveOf(known).addedVersion == version))
+    if (const char known = letterOf(whole); known != '\0') {
+        auto& drive = driveOf(known);
+        if (drive.isAdded() && drive.addedVersion != version) {
+            drive.kept = openAdded(whole);
+            drive.addedVersion = version;
+        }
         return known;
-    if (known == '\0' && freeLetter() == '\0')
+    }
+    if (freeLetter() == '\0')
         throw RuntimeError(ErrorNumber::TooManyDrives);
-    auto medium = openAdded(whole);
     auto drive = std::make_unique<Drive>();
-    auto& target = known == '\0' ? *drive : driveOf(known);
-    target.computer.type = DriveType::CdRom;
-    target.addedPath = whole;
-    target.addedVersion = version;
-    target.kept = std::move(medium);
-    return known == '\0' ? add(std::move(drive)) : known;
+    drive->computer.type = DriveType::CdRom;
+    drive->addedPath = whole;
+    drive->addedVersion = version;
+    drive->kept = openAdded(whole);
+    return add(std::move(drive));
 }
 
 char DriveTable::addMedium(std::unique_ptr<Medium> medium, DriveType type) {

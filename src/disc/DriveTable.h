@@ -66,13 +66,14 @@ public:
     // What a drive list shows: "D: [LABEL]" when the disc has a label, else "D:\". Never waits for a network.
     std::string shownText(char letter) const;
 
-    // Opened on first use and open until refresh(), or until facts() finds another disc in the drive.
+    // Opened on first use. The reference is good until refresh(), until facts() finds another disc in the drive, or
+    // until an added image that has changed is added again; share() is for callers who can't promise that.
     // Throws PathMissing when there is no such drive, DriveNotReady when it has no disc that can be read,
     // FileSystemUnknown or FileSystemUnsupported when it has one of an unknown kind.
     const Medium& medium(char letter) const;
 
-    // The same for callers that keep the medium open themselves, however the table changes. A drive of the
-    // computer is open as long as someone keeps it, so that its disc can be taken out afterwards.
+    // The same, kept open by the caller however the table changes. A drive of the computer is open as long as someone
+    // keeps it, so that its disc can be taken out afterwards.
     std::shared_ptr<const Medium> share(char letter) const;
 
 private:

@@ -175,7 +175,7 @@ Lister::LevelPtr Lister::readLevel(const Chain& above, const Entry& entry) {
     const auto base = above.size() == 1 ? kRootLength : parent.pathLength + 1;
     auto level = std::make_shared<Level>(
         Level{parent.medium, entry.name, base + entry.name.size(), entry.place, {}, {}});
-    if (above.size() > kMostLevels)
+    if (above.size() > kMostLevels || level->pathLength > kLongestPath)
         level->damage.emplace(ErrorNumber::DirectoryDamaged, "too many levels of directories");
     else if (holdsPlace(above, entry.place))
         level->damage.emplace(ErrorNumber::DirectoryLoop);

@@ -24,13 +24,14 @@ namespace discaro::disc {
 // directory; of subdirectories with the same name the later ones are given as "NAME (2)" and so on.
 //
 // The listings of the current directory and of those above it are kept, so going up reads nothing; no others are.
-// Directories deeper than kMostLevels, and those that a damaged disc puts inside themselves, are shown empty and
+// Directories deeper than kMostLevels, or with a path longer than kLongestPath, and those that a damaged disc puts inside themselves, are shown empty and
 // damaged. For one thread; the table must outlive the lister.
 //
 // Every function may be called again after it threw, and nothing has changed by then.
 class Lister {
 public:
     static constexpr size_t kMostLevels = 4000;
+    static constexpr size_t kLongestPath = 32767; // bytes; every row beneath would carry it once more
 
     explicit Lister(const DriveTable& drives);
     ~Lister();

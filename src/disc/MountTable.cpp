@@ -117,6 +117,7 @@ std::vector<OpticalDrive> readOpticalDrives() {
     std::ranges::move(namesIn(kBlockDevices, "sr"), std::back_inserter(names));
     sortUnique(names);
     std::vector<OpticalDrive> drives;
+    drives.reserve(names.size());
     for (const auto& name : names)
         drives.push_back({"/dev/" + name, readLine(kBlockDevices / name / "dev")});
     return drives;

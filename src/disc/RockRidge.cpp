@@ -95,7 +95,7 @@ RockRidgeFacts RockRidgeReader::read(Bytes systemUse) {
     m_nameGoesOn = false;
     auto next = readArea(part(systemUse, m_skip), facts);
     std::vector<std::byte> bytes;
-    for (int i = 0; next && i < kMaxContinuations && fetch(*next, bytes); ++i)
+    for (int i = 0; next && next->length > 0 && i < kMaxContinuations && fetch(*next, bytes); ++i)
         next = readArea(bytes, facts);
     return facts;
 }

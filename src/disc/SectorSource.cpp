@@ -17,7 +17,7 @@ namespace discaro::disc {
 
 namespace {
 
-// The sectors where a file system names itself, and the least and most of them that are looked at.
+// The first sector where a file system names itself, and how many are looked at.
 constexpr uint64_t kFirstDescriptor = 16;
 constexpr uint64_t kDescriptorsToLookAt = 4;
 
@@ -82,6 +82,8 @@ std::shared_ptr<const ByteSource> userData(std::shared_ptr<const ByteSource> fil
 DiscData openDevice(const std::filesystem::path& path) {
     const auto start = lastSessionStart(path);
     const auto device = std::make_shared<FileBytes>(path);
+    if (device->size() == 0)
+        throw base::RuntimeError(base::ErrorNumber::DriveNotReady, path.string());
     DiscData data{device, {start}};
     if (start > 0)
         data.sessions.push_back(0);

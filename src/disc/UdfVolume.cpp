@@ -195,17 +195,22 @@ private:
     void readVirtual(uint16_t index) {
         const uint64_t sectors = m_medium.size() / kSectorSize;
         for (uint64_t back = 1; back <= kTableSearch && back < sectors; ++back) {
-            std::optional<UdfFile> file;
-            base::skipErrors([&] { file = readUdfFileAt(m_medium, sectors - back, index); });
-            const auto start = m_partitions.maps[index].start;
-            const bool isHere = file && tagLocation(file->entry) + start == file->sector;
-            if (isHere && (file->type == UdfFile::kVirtualTable || file->type == 0)) {
-                takeTable(m_partitions.maps[index], readWhole(m_medium, m_partitions, *file),
-                          file->type);
+            bool found = false;
+            base::skipErrors([&] { found = readTable(index, sectors - back); });
+            if (found)
                 return;
-            }
         }
         fail("its virtual allocation table can't be found");
+    }
+
+    bool readTable(uint16_t index, uint64_t sector) {
+        auto& partition = m_partitions.maps[index];
+        const auto file = readUdfFileAt(m_medium, sector, index);
+        if (!file || tagLocation(file->entry) + partition.start != sector ||
+            (file->type != UdfFile::kVirtualTable && file->type != 0))
+            return false;
+        takeTable(partition, readWhole(m_medium, m_partitions, *file), file->type);
+        return true;
     }
 
     // UDF 2.x puts a header in front of the table, UDF 1.50 an identifier and a number behind it.

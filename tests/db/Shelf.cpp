@@ -1,5 +1,7 @@
 #include "db/Shelf.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <stdexcept>
@@ -13,8 +15,14 @@ namespace {
 
 constexpr int32_t kApplication = 0x5368656c;
 
+// In memory where the system has such a place: every row saved by itself waits for the disk otherwise.
+fs::path scratchPlace() {
+    const fs::path inMemory = "/dev/shm";
+    return ::access(inMemory.c_str(), W_OK) == 0 ? inMemory : fs::temp_directory_path();
+}
+
 fs::path makeFolder() {
-    std::string pattern = (fs::temp_directory_path() / "discaro-XXXXXX").string();
+    std::string pattern = (scratchPlace() / "discaro-XXXXXX").string();
     if (::mkdtemp(pattern.data()) == nullptr)
         throw std::runtime_error("no temporary folder");
     return pattern;
@@ -22,7 +30,8 @@ fs::path makeFolder() {
 
 } // namespace
 
-Shelf::Shelf() : m_folder(makeFolder()) {
+Shelf::Shelf()
+    : m_folder(makeFolder()) {
     DBEngine::SetFormat(format());
     make("shelf.db");
 }
@@ -34,7 +43,8 @@ Shelf::~Shelf() {
 }
 
 FileFormat Shelf::format() {
-    const TableDef discs{"Discs", {{"id number", FieldType::Integer}, {"prefered name", FieldType::Text}}};
+    const TableDef discs{"Discs",
+                         {{"id number", FieldType::Integer}, {"prefered name", FieldType::Text}}};
     const TableDef directories{"Directories",
                                {{"drive id number", FieldType::Integer},
                                 {"Parent id", FieldType::Text},

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/RuntimeError.h"
 #include "db/DBEngine.h"
 #include "db/DataSource.h"
-#include "base/RuntimeError.h"
 #include "db/FileFormat.h"
 
 #include <gtest/gtest.h>

@@ -133,7 +133,8 @@ std::string nameOf(const testing::TestParamInfo<Assignment>& info) {
 INSTANTIATE_TEST_SUITE_P(Integer, FieldConversions, testing::ValuesIn(kIntegers), nameOf);
 INSTANTIATE_TEST_SUITE_P(Double, FieldConversions, testing::ValuesIn(kDoubles), nameOf);
 INSTANTIATE_TEST_SUITE_P(Text, FieldConversions, testing::ValuesIn(kTexts), nameOf);
-INSTANTIATE_TEST_SUITE_P(BooleanAndDate, FieldConversions, testing::ValuesIn(kBooleansAndDates), nameOf);
+INSTANTIATE_TEST_SUITE_P(BooleanAndDate, FieldConversions, testing::ValuesIn(kBooleansAndDates),
+                         nameOf);
 
 class FieldAssignments : public Shelf {};
 

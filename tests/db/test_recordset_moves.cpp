@@ -1,5 +1,4 @@
 #include "db/Shelf.h"
-
 #include "db/Store.h"
 
 #include <gmock/gmock.h>
@@ -61,7 +60,8 @@ TEST_F(RecordsetMoves, NextRunsPastTheLastRowOnce) {
     EXPECT_FALSE(discs->Bof());
     EXPECT_EQ(errorOf([&] { discs->MoveNext(); }), number(ErrorNumber::NoCurrentRecord));
     EXPECT_TRUE(discs->Eof());
-    EXPECT_EQ(errorOf([&] { (*discs)("id number").Value(); }), number(ErrorNumber::NoCurrentRecord));
+    EXPECT_EQ(errorOf([&] { (*discs)("id number").Value(); }),
+              number(ErrorNumber::NoCurrentRecord));
     discs->MovePrevious();
     EXPECT_EQ((*discs)("id number").Text(), "1");
 }
@@ -129,6 +129,7 @@ TEST_F(RecordsetMoves, ALongTableIsWalkedRowByRowInBothDirections) {
 TEST_F(RecordsetMoves, ALoopMayChangeEachRow) {
     addFiles("C1D1", 1000);
     const auto files = open()->OpenRecordset("Files");
+    DBEngine::BeginTrans();
     for (; !files->Eof(); files->MoveNext()) {
         const double size = (*files)("file size").Number();
         files->Edit();
@@ -136,6 +137,7 @@ TEST_F(RecordsetMoves, ALoopMayChangeEachRow) {
         files->Update();
         ASSERT_EQ((*files)("file size").Number(), size + 1);
     }
+    DBEngine::CommitTrans();
     const auto sum = open()->OpenRecordset("select sum([file size]) as total from Files");
     EXPECT_EQ((*sum)("total").Number(), 999.0 * 1000 / 2 + 1000);
 }
@@ -143,9 +145,11 @@ TEST_F(RecordsetMoves, ALoopMayChangeEachRow) {
 TEST_F(RecordsetMoves, ALoopMayDeleteRows) {
     addFiles("C1D1", 1000);
     const auto files = open()->OpenRecordset("Files");
+    DBEngine::BeginTrans();
     for (; !files->Eof(); files->MoveNext())
         if (static_cast<int>((*files)("file size").Number()) % 3 != 0)
             files->Delete();
+    DBEngine::CommitTrans();
     EXPECT_EQ(files->RecordCount(), 334);
     EXPECT_EQ(count("Files"), 334);
 }
@@ -153,6 +157,7 @@ TEST_F(RecordsetMoves, ALoopMayDeleteRows) {
 TEST_F(RecordsetMoves, ALoopSeesTheRowsThatItAddsItself) {
     addDiscs({1});
     const auto discs = open()->OpenRecordset("Discs");
+    DBEngine::BeginTrans();
     for (; !discs->Eof(); discs->MoveNext()) {
         const int64_t last = discs->RecordCount();
         if (last == 300)
@@ -161,6 +166,7 @@ TEST_F(RecordsetMoves, ALoopSeesTheRowsThatItAddsItself) {
         (*discs)("id number") = last + 1;
         discs->Update();
     }
+    DBEngine::CommitTrans();
     EXPECT_EQ(discs->RecordCount(), 300);
 }
 
@@ -249,7 +255,8 @@ TEST_F(RecordsetMoves, ABadCriterionLeavesPositionAndEdit) {
     discs->Edit();
     EXPECT_EQ(errorOf([&] { discs->FindFirst("[id number] like 'it's'"); }),
               number(ErrorNumber::SyntaxError));
-    EXPECT_EQ(errorOf([&] { discs->FindFirst("[colour] = 1"); }), number(ErrorNumber::UnknownField));
+    EXPECT_EQ(errorOf([&] { discs->FindFirst("[colour] = 1"); }),
+              number(ErrorNumber::UnknownField));
     EXPECT_TRUE(discs->EditInProgress());
     EXPECT_EQ((*discs)("id number").Text(), "5");
 }
@@ -302,11 +309,13 @@ TEST_F(RecordsetMoves, RowNumbersTellRowsApart) {
 
 TEST_F(RecordsetMoves, LongTextsAreReadOneAfterAnother) {
     const auto things = open()->OpenRecordset("Things");
+    DBEngine::BeginTrans();
     for (int i = 0; i < 20; ++i) {
         things->AddNew();
         (*things)("long text") = std::string(300'000, static_cast<char>('a' + i));
         things->Update();
     }
+    DBEngine::CommitTrans();
     char expected = 'a';
     for (things->MoveFirst(); !things->Eof(); things->MoveNext())
         ASSERT_EQ((*things)("long text").Text(), std::string(300'000, expected++));

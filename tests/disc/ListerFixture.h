@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/RuntimeError.h"
+#include "ImageHelp.h"
 #include "disc/Lister.h"
 #include "support/MemoryMedium.h"
 
@@ -38,19 +38,6 @@ protected:
             names.push_back(name);
         return names;
     }
-
-    // The error's number, 0 for none.
-    template <typename Statement>
-    static int errorOf(Statement statement) {
-        try {
-            statement();
-        } catch (const base::RuntimeError& error) {
-            return error.number();
-        }
-        return 0;
-    }
-
-    static constexpr int number(base::ErrorNumber error) { return static_cast<int>(error); }
 
     disc::DriveTable table{[] { return disc::Computer{}; }};
     disc::Lister lister{table};

@@ -1,5 +1,5 @@
+#include "ImageHelp.h"
 #include "ScratchFolder.h"
-#include "base/RuntimeError.h"
 #include "disc/DriveTable.h"
 #include "disc/FolderMedium.h"
 #include "support/MemoryMedium.h"
@@ -14,27 +14,14 @@ namespace discaro::disc {
 namespace {
 
 using base::ErrorNumber;
-using base::RuntimeError;
+using test::errorOf;
 using test::file;
 using test::folder;
 using test::MemoryMedium;
+using test::numberOf;
 using test::ScratchFolder;
 
 namespace fs = std::filesystem;
-
-template <typename Statement>
-int errorOf(Statement statement) {
-    try {
-        statement();
-    } catch (const RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
-
-constexpr int number(ErrorNumber error) {
-    return static_cast<int>(error);
-}
 
 std::unique_ptr<MemoryMedium> memoryDisc() {
     return std::make_unique<MemoryMedium>(folder("", {file("README.TXT", "hello")}));
@@ -109,7 +96,7 @@ TEST_F(DriveTableTest, AnEmptyDriveHasEmptyFactsAndItsType) {
     EXPECT_EQ(facts.totalMegabytes, 0);
     EXPECT_EQ(facts.freeMegabytes, 0);
     EXPECT_EQ(table.shownText('D'), "D:\\");
-    EXPECT_EQ(errorOf([&] { table.medium('D'); }), number(ErrorNumber::DriveNotReady));
+    EXPECT_EQ(errorOf([&] { table.medium('D'); }), numberOf(ErrorNumber::DriveNotReady));
 }
 
 TEST_F(DriveTableTest, AMountThatVanishedIsNotReady) {
@@ -119,16 +106,16 @@ TEST_F(DriveTableTest, AMountThatVanishedIsNotReady) {
     EXPECT_EQ(table.facts("D:").label, "IMAGE");
     fs::remove(point);
     EXPECT_EQ(table.facts("D:").label, "");
-    EXPECT_EQ(errorOf([&] { table.share('D'); }), number(ErrorNumber::DriveNotReady));
+    EXPECT_EQ(errorOf([&] { table.share('D'); }), numberOf(ErrorNumber::DriveNotReady));
 }
 
 TEST_F(DriveTableTest, AnUnknownDriveIsMissing) {
     const auto table = makeTable();
-    EXPECT_EQ(errorOf([&] { table.medium('Q'); }), number(ErrorNumber::PathMissing));
-    EXPECT_EQ(errorOf([&] { table.share('\0'); }), number(ErrorNumber::PathMissing));
-    EXPECT_EQ(errorOf([&] { table.facts("Q:"); }), number(ErrorNumber::PathMissing));
-    EXPECT_EQ(errorOf([&] { table.facts(""); }), number(ErrorNumber::PathMissing));
-    EXPECT_EQ(errorOf([&] { table.shownText('Q'); }), number(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { table.medium('Q'); }), numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { table.share('\0'); }), numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { table.facts("Q:"); }), numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { table.facts(""); }), numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { table.shownText('Q'); }), numberOf(ErrorNumber::PathMissing));
 }
 
 TEST_F(DriveTableTest, AMountedDiscIsReadAtItsMountPoint) {
@@ -218,15 +205,15 @@ TEST_F(DriveTableTest, WhatCannotBeAddedChangesNothing) {
     auto table = makeTable();
     ASSERT_EQ(::mkfifo((scratch.path() / "pipe").c_str(), 0600), 0);
     EXPECT_EQ(errorOf([&] { table.addImageOrFolder(scratch.path() / "nowhere"); }),
-              number(ErrorNumber::PathMissing));
-    EXPECT_EQ(errorOf([&] { table.addImageOrFolder(""); }), number(ErrorNumber::PathMissing));
+              numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { table.addImageOrFolder(""); }), numberOf(ErrorNumber::PathMissing));
     EXPECT_EQ(errorOf([&] { table.addImageOrFolder(scratch.path() / "pipe"); }),
-              number(ErrorNumber::FileSystemUnknown));
+              numberOf(ErrorNumber::FileSystemUnknown));
     EXPECT_EQ(errorOf([&] { table.addImageOrFolder("/dev/null"); }),
-              number(ErrorNumber::FileSystemUnknown));
+              numberOf(ErrorNumber::FileSystemUnknown));
     EXPECT_EQ(
         errorOf([&] { table.addImageOrFolder(scratch.write("no-image.iso", "not a disc image")); }),
-        number(ErrorNumber::FileSystemUnknown));
+        numberOf(ErrorNumber::FileSystemUnknown));
     EXPECT_EQ(table.letters(), "C");
 }
 
@@ -237,9 +224,10 @@ TEST_F(DriveTableTest, LettersEndAtZ) {
     for (char letter = 'E'; letter <= 'Z'; ++letter)
         EXPECT_EQ(table.addMedium(memoryDisc()), letter);
     EXPECT_EQ(table.letters(), "CDEFGHIJKLMNOPQRSTUVWXYZ");
-    EXPECT_EQ(errorOf([&] { table.addMedium(memoryDisc()); }), number(ErrorNumber::TooManyDrives));
+    EXPECT_EQ(errorOf([&] { table.addMedium(memoryDisc()); }),
+              numberOf(ErrorNumber::TooManyDrives));
     EXPECT_EQ(errorOf([&] { table.addImageOrFolder(scratch.makeFolder("more")); }),
-              number(ErrorNumber::TooManyDrives));
+              numberOf(ErrorNumber::TooManyDrives));
     EXPECT_EQ(table.addImageOrFolder(first), 'D');
 }
 

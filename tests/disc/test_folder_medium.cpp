@@ -1,5 +1,5 @@
+#include "ImageHelp.h"
 #include "ScratchFolder.h"
-#include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "disc/FolderMedium.h"
 
@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -19,19 +18,15 @@ namespace discaro::disc {
 namespace {
 
 using base::ErrorNumber;
-using base::RuntimeError;
+using test::errorOf;
+using test::namesOf;
+using test::numberOf;
 using test::ScratchFolder;
 using testing::ElementsAre;
 using testing::MatchesRegex;
 using testing::UnorderedElementsAre;
 
 namespace fs = std::filesystem;
-
-std::vector<std::string> namesOf(const std::vector<Entry>& entries) {
-    std::vector<std::string> names;
-    std::ranges::transform(entries, std::back_inserter(names), &Entry::name);
-    return names;
-}
 
 const Entry& entryOf(const std::vector<Entry>& entries, std::string_view raw) {
     const auto found =
@@ -48,23 +43,9 @@ std::string contentOf(const ByteSource& source) {
     return text;
 }
 
-template <typename Statement>
-int errorOf(Statement statement) {
-    try {
-        statement();
-    } catch (const RuntimeError& error) {
-        return error.number();
-    }
-    return 0;
-}
-
-constexpr int number(ErrorNumber error) {
-    return static_cast<int>(error);
-}
-
 class FolderMediumTest : public testing::Test {
 protected:
-    Listing listRoot() const { return medium.list(medium.root(), medium.root()); }
+    Listing listRoot() const { return test::rootOf(medium); }
     Listing listBelowRoot(const Entry& directory) const {
         return medium.list(medium.root(), directory.place);
     }
@@ -170,7 +151,7 @@ TEST_F(FolderMediumTest, SymbolicLinksAreFilesOfTheirOwn) {
     EXPECT_EQ(factsOf("to-file").size, 6u);
     EXPECT_EQ(factsOf("dangling").size, 12u);
     for (const auto* name : {"to-folder", "to-file", "dangling", "loop"})
-        EXPECT_EQ(errorOf([&] { openFile(name); }), number(ErrorNumber::ReadFailure)) << name;
+        EXPECT_EQ(errorOf([&] { openFile(name); }), numberOf(ErrorNumber::ReadFailure)) << name;
 }
 
 TEST_F(FolderMediumTest, PipesAndSocketsAreListedWithoutLengthAndNeverOpened) {
@@ -184,7 +165,7 @@ TEST_F(FolderMediumTest, PipesAndSocketsAreListedWithoutLengthAndNeverOpened) {
     EXPECT_THAT(namesOf(listRoot().files), UnorderedElementsAre("pipe", "socket"));
     for (const auto* name : {"pipe", "socket"}) {
         EXPECT_EQ(factsOf(name).size, 0u);
-        EXPECT_EQ(errorOf([&] { openFile(name); }), number(ErrorNumber::ReadFailure));
+        EXPECT_EQ(errorOf([&] { openFile(name); }), numberOf(ErrorNumber::ReadFailure));
     }
 }
 
@@ -226,11 +207,11 @@ TEST_F(FolderMediumTest, WhatIsGoneIsMissing) {
     fs::remove_all(folder.path() / "going");
     fs::remove(folder.path() / "gone.txt");
     EXPECT_EQ(errorOf([&] { listBelowRoot(listing.directories[0]); }),
-              number(ErrorNumber::PathMissing));
+              numberOf(ErrorNumber::PathMissing));
     EXPECT_EQ(errorOf([&] { medium.fileFacts(medium.root(), listing.files[0].place); }),
-              number(ErrorNumber::PathMissing));
+              numberOf(ErrorNumber::PathMissing));
     EXPECT_EQ(errorOf([&] { medium.open(medium.root(), listing.files[0].place); }),
-              number(ErrorNumber::PathMissing));
+              numberOf(ErrorNumber::PathMissing));
 }
 
 TEST_F(FolderMediumTest, ADirectoryThatBecameALinkIsMissing) {
@@ -240,7 +221,7 @@ TEST_F(FolderMediumTest, ADirectoryThatBecameALinkIsMissing) {
     fs::remove(folder.path() / "swapped");
     fs::create_directory_symlink("safe", folder.path() / "swapped");
     EXPECT_EQ(errorOf([&] { listBelowRoot(entryOf(listing.directories, "swapped")); }),
-              number(ErrorNumber::PathMissing));
+              numberOf(ErrorNumber::PathMissing));
 }
 
 TEST_F(FolderMediumTest, ADirectoryThatVanishesWhileItIsOpenIsEmpty) {
@@ -255,19 +236,19 @@ TEST_F(FolderMediumTest, ADirectoryThatVanishesWhileItIsOpenIsEmpty) {
 TEST_F(FolderMediumTest, ARootThatIsNotThereIsADriveThatIsNotReady) {
     const FolderMedium missing(folder.path() / "nowhere", FolderMedium::Use::Disc);
     EXPECT_EQ(errorOf([&] { missing.list(missing.root(), missing.root()); }),
-              number(ErrorNumber::DriveNotReady));
-    EXPECT_EQ(errorOf([&] { missing.facts(); }), number(ErrorNumber::DriveNotReady));
+              numberOf(ErrorNumber::DriveNotReady));
+    EXPECT_EQ(errorOf([&] { missing.facts(); }), numberOf(ErrorNumber::DriveNotReady));
     const FolderMedium noFolder(folder.write("file"), FolderMedium::Use::Disc);
     EXPECT_EQ(errorOf([&] { noFolder.list(noFolder.root(), noFolder.root()); }),
-              number(ErrorNumber::DriveNotReady));
+              numberOf(ErrorNumber::DriveNotReady));
 }
 
 TEST_F(FolderMediumTest, APlaceThatTheMediumNeverGaveIsMissing) {
     const Place strange{12345, 0, "name"};
     EXPECT_EQ(errorOf([&] { medium.list(medium.root(), strange); }),
-              number(ErrorNumber::PathMissing));
+              numberOf(ErrorNumber::PathMissing));
     EXPECT_EQ(errorOf([&] { medium.fileFacts(medium.root(), strange); }),
-              number(ErrorNumber::PathMissing));
+              numberOf(ErrorNumber::PathMissing));
 }
 
 TEST_F(FolderMediumTest, TreesDeeperThanAPathMayBeLongAreWalkedToTheEnd) {

@@ -281,6 +281,34 @@ TEST(IsoHostile, EveryCutOfAnImageIsHarmless) {
     }
 }
 
+TEST(IsoHostile, EveryDamagedByteOfTheStructuresIsHarmless) {
+    auto joliet =
+        jolietIso({isoDirectory(ucs2("Folder"), 22), isoFile(ucs2("File.txt"), 30, 3000)});
+    joliet.directory(22, 21, {isoFile(ucs2("Inner"), 32, 100)});
+    auto rockRidge =
+        rockRidgeIso({isoFile("A.;1", 30, 9, susp::name("a", 1) + susp::continuation(33, 0, 9)),
+                      isoFile("D", 0, 0, susp::name("deep") + susp::childLink(22))});
+    rockRidge.directory(22, 20, {isoFile("IN.;1", 31, 5, susp::modified({99, 1, 1, 1, 1, 1, 1}))});
+    rockRidge.put(33, susp::name("rest"));
+    for (const auto& whole : {joliet.image(), rockRidge.image()})
+        for (size_t at = 0; at < whole.size(); ++at)
+            for (const char value : {'\0', '\x7F', '\xFF'}) {
+                if (whole[at] == '\0' && at % 7 != 0)
+                    continue;
+                auto damaged = whole;
+                damaged[at] = value;
+                const auto error = errorOf([&] {
+                    const auto medium = openBytes(std::move(damaged));
+                    for (const auto& entry : walk(*medium, 2000).entries)
+                        if (!entry.isDirectory && entry.facts.size < 100000)
+                            base::skipErrors([&] { contentOf(*medium, entry); });
+                });
+                EXPECT_TRUE(!error || error == numberOf(ErrorNumber::FileSystemUnknown) ||
+                            error == numberOf(ErrorNumber::FileSystemUnsupported))
+                    << at;
+            }
+}
+
 TEST(IsoHostile, ARootThatIsNoDirectoryIsNoFileSystem) {
     auto builder = plainIso({});
     builder.put(20, std::string(2048, '\0'));

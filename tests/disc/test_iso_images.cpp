@@ -4,6 +4,7 @@
 #include "disc/CueSheet.h"
 #include "disc/TrackBytes.h"
 #include "support/IsoBuilder.h"
+#include "support/RawImage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

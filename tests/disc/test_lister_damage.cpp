@@ -11,9 +11,11 @@ namespace {
 
 using base::ErrorNumber;
 using test::Asked;
+using test::errorOf;
 using test::file;
 using test::folder;
 using test::MemoryNode;
+using test::numberOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
@@ -50,7 +52,7 @@ TEST_F(ListerDamage, DoesNotKeepTheFilesFromBeingEnumerated) {
     insert(folder("", {folder("HALF", {file("readable.txt")}).withDamage("bad")}));
     lister.setPath("D:\\HALF");
     EXPECT_EQ(lister.firstFile("D:\\HALF"), "readable.txt");
-    EXPECT_EQ(takenNumber(), number(ErrorNumber::DirectoryDamaged));
+    EXPECT_EQ(takenNumber(), numberOf(ErrorNumber::DirectoryDamaged));
     EXPECT_EQ(lister.nextFile(), "");
 }
 
@@ -63,7 +65,7 @@ TEST_F(ListerDamage, OfAnUnreadableDirectoryIsItsErrorAndItIsEmpty) {
     EXPECT_EQ(lister.listCount(), 0);
     lister.setFilePath(lister.path());
     EXPECT_EQ(lister.fileCount(), 0);
-    EXPECT_EQ(takenNumber(), number(ErrorNumber::ReadFailure));
+    EXPECT_EQ(takenNumber(), numberOf(ErrorNumber::ReadFailure));
     EXPECT_EQ(takenNumber(), 0);
     EXPECT_EQ(lister.firstFile("D:\\BAD"), "");
     lister.setPath(lister.list(-2));
@@ -76,7 +78,7 @@ TEST_F(ListerDamage, IsToldOnEachVisitThatReadsTheDirectory) {
     insert(folder("", {folder("BAD").withFailure(ErrorNumber::ReadFailure), folder("NEXT")}));
     for (int visit = 0; visit < 3; ++visit) {
         lister.setPath("D:\\BAD");
-        EXPECT_EQ(takenNumber(), number(ErrorNumber::ReadFailure));
+        EXPECT_EQ(takenNumber(), numberOf(ErrorNumber::ReadFailure));
         EXPECT_EQ(takenNumber(), 0);
         lister.setPath("D:\\NEXT");
     }
@@ -85,7 +87,7 @@ TEST_F(ListerDamage, IsToldOnEachVisitThatReadsTheDirectory) {
 TEST_F(ListerDamage, IsNotToldAgainOnTheWayUp) {
     insert(folder("", {folder("HALF", {folder("SUB")}).withDamage("bad")}));
     lister.setPath("D:\\HALF");
-    EXPECT_EQ(takenNumber(), number(ErrorNumber::DirectoryDamaged));
+    EXPECT_EQ(takenNumber(), numberOf(ErrorNumber::DirectoryDamaged));
     lister.setPath("D:\\HALF\\SUB");
     lister.setPath("D:\\HALF");
     EXPECT_EQ(takenNumber(), 0);
@@ -97,13 +99,13 @@ TEST_F(ListerDamage, ThatNobodyTookWaitsForTheWayUp) {
     lister.setPath("D:\\SUB");
     EXPECT_EQ(takenNumber(), 0);
     lister.setPath("D:\\");
-    EXPECT_EQ(takenNumber(), number(ErrorNumber::DirectoryDamaged));
+    EXPECT_EQ(takenNumber(), numberOf(ErrorNumber::DirectoryDamaged));
 }
 
 TEST_F(ListerDamage, OfTheRootsReadingIsThrownAndARetrySucceeds) {
     auto& medium = insert(folder("", {folder("SUB")}));
     medium.failOn(Asked::List, 1);
-    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\"); }), number(ErrorNumber::ReadFailure));
+    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\"); }), numberOf(ErrorNumber::ReadFailure));
     EXPECT_EQ(lister.path(), "");
     lister.setPath("D:\\");
     EXPECT_THAT(directories(), ElementsAre("D:\\SUB"));
@@ -117,11 +119,11 @@ TEST_F(ListerDamage, OfALoopEndsTheWay) {
     lister.setPath("D:\\A\\B\\BACK");
     EXPECT_EQ(lister.path(), "D:\\A\\B\\BACK");
     EXPECT_EQ(lister.listCount(), 0);
-    EXPECT_EQ(takenNumber(), number(ErrorNumber::DirectoryLoop));
+    EXPECT_EQ(takenNumber(), numberOf(ErrorNumber::DirectoryLoop));
     lister.setPath("D:\\SELF");
     EXPECT_EQ(lister.listCount(), 0);
-    EXPECT_EQ(takenNumber(), number(ErrorNumber::DirectoryLoop));
-    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\SELF\\A"); }), number(ErrorNumber::PathMissing));
+    EXPECT_EQ(takenNumber(), numberOf(ErrorNumber::DirectoryLoop));
+    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\SELF\\A"); }), numberOf(ErrorNumber::PathMissing));
 }
 
 TEST_F(ListerDamage, OfTooManyLevelsEndsTheWay) {
@@ -140,12 +142,26 @@ TEST_F(ListerDamage, OfTooManyLevelsEndsTheWay) {
         ++levels;
     }
     EXPECT_EQ(levels, Lister::kMostLevels + 1);
-    EXPECT_EQ(takenNumber(), number(ErrorNumber::DirectoryDamaged));
+    EXPECT_EQ(takenNumber(), numberOf(ErrorNumber::DirectoryDamaged));
     lister.setPath(lister.list(-2));
     EXPECT_EQ(lister.listCount(), 1);
     while (lister.path() != "D:\\")
         lister.setPath(lister.list(-2));
     EXPECT_EQ(lister.listCount(), 1);
+}
+
+TEST_F(ListerDamage, OfAPathThatGrowsTooLongEndsTheWay) {
+    const std::string name(250, 'n');
+    MemoryNode deepest = folder(name);
+    for (size_t level = 0; level * name.size() < 2 * Lister::kLongestPath; ++level)
+        deepest = folder(name, {std::move(deepest)});
+    insert(folder("", {std::move(deepest)}));
+    lister.setPath("D:\\");
+    while (lister.listCount() > 0)
+        lister.setPath(lister.list(0));
+    EXPECT_EQ(takenNumber(), static_cast<int>(ErrorNumber::DirectoryDamaged));
+    EXPECT_GT(lister.path().size(), Lister::kLongestPath);
+    EXPECT_LT(lister.path().size(), Lister::kLongestPath + 2 * name.size());
 }
 
 TEST_F(ListerDamage, OfADiscThatVanishesLeavesAWalkThatEnds) {
@@ -159,7 +175,7 @@ TEST_F(ListerDamage, OfADiscThatVanishesLeavesAWalkThatEnds) {
     int visited = 0;
     const std::function<void()> walk = [&] {
         ++visited;
-        damaged += takenNumber() == number(ErrorNumber::DriveNotReady) ? 1 : 0;
+        damaged += takenNumber() == numberOf(ErrorNumber::DriveNotReady) ? 1 : 0;
         for (int i = 0; i < lister.listCount(); ++i) {
             lister.setPath(lister.list(i));
             walk();
@@ -181,7 +197,7 @@ TEST_F(ListerDamage, OfADirectoryThatVanishesIsToldInItsPlace) {
     std::filesystem::remove(scratch.path() / "GOING");
     lister.setPath(lister.list(0));
     EXPECT_EQ(lister.path(), "D:\\GOING");
-    EXPECT_EQ(takenNumber(), number(ErrorNumber::PathMissing));
+    EXPECT_EQ(takenNumber(), numberOf(ErrorNumber::PathMissing));
     lister.setPath("D:\\STAYS");
     EXPECT_EQ(takenNumber(), 0);
 }
@@ -190,9 +206,10 @@ TEST_F(ListerDamage, OfAFilesFactsIsThrownTwiceByEachFunctionThenTheyAreZero) {
     insert(folder("", {file("BAD").withFailure(ErrorNumber::ReadFailure), file("GOOD", "four")}));
     const std::string path = "D:\\" + lister.firstFile("D:");
     for (int i = 0; i < Lister::kMostFailures; ++i) {
-        EXPECT_EQ(errorOf([&] { lister.fileLength(path); }), number(ErrorNumber::ReadFailure));
-        EXPECT_EQ(errorOf([&] { lister.fileTime(path); }), number(ErrorNumber::ReadFailure));
-        EXPECT_EQ(errorOf([&] { lister.fileAttributes(path); }), number(ErrorNumber::ReadFailure));
+        EXPECT_EQ(errorOf([&] { lister.fileLength(path); }), numberOf(ErrorNumber::ReadFailure));
+        EXPECT_EQ(errorOf([&] { lister.fileTime(path); }), numberOf(ErrorNumber::ReadFailure));
+        EXPECT_EQ(errorOf([&] { lister.fileAttributes(path); }),
+                  numberOf(ErrorNumber::ReadFailure));
     }
     for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(lister.fileLength(path), 0u);
@@ -201,26 +218,26 @@ TEST_F(ListerDamage, OfAFilesFactsIsThrownTwiceByEachFunctionThenTheyAreZero) {
     }
     EXPECT_EQ(lister.nextFile(), "GOOD");
     EXPECT_EQ(lister.fileLength("D:\\GOOD"), 4u);
-    EXPECT_EQ(errorOf([&] { lister.fileLength(path); }), number(ErrorNumber::ReadFailure));
+    EXPECT_EQ(errorOf([&] { lister.fileLength(path); }), numberOf(ErrorNumber::ReadFailure));
 }
 
 TEST_F(ListerDamage, OfAFilesFactsThatPassesIsGoneOnTheNextTry) {
     auto& medium = insert(folder("", {file("FLAKY", "12345")}));
     medium.failOn(Asked::Facts, 1);
     lister.firstFile("D:");
-    EXPECT_EQ(errorOf([&] { lister.fileLength("D:\\FLAKY"); }), number(ErrorNumber::ReadFailure));
+    EXPECT_EQ(errorOf([&] { lister.fileLength("D:\\FLAKY"); }), numberOf(ErrorNumber::ReadFailure));
     EXPECT_EQ(lister.fileLength("D:\\FLAKY"), 5u);
 }
 
 TEST_F(ListerDamage, OfAFileIsThrownWhenItIsOpenedOrRead) {
     insert(folder("", {file("SHUT", "x").withOpenFailure(ErrorNumber::ReadFailure),
                        file("BROKEN", "12345678").withReadFailure(ErrorNumber::ReadFailure)}));
-    EXPECT_EQ(errorOf([&] { lister.openFile("D:\\SHUT"); }), number(ErrorNumber::ReadFailure));
+    EXPECT_EQ(errorOf([&] { lister.openFile("D:\\SHUT"); }), numberOf(ErrorNumber::ReadFailure));
     EXPECT_TRUE(lister.fileExists("D:\\SHUT"));
     const auto source = lister.openFile("D:\\BROKEN");
     std::array<std::byte, 4> buffer{};
     EXPECT_EQ(source->read(0, buffer), 4u);
-    EXPECT_EQ(errorOf([&] { source->read(4, buffer); }), number(ErrorNumber::ReadFailure));
+    EXPECT_EQ(errorOf([&] { source->read(4, buffer); }), numberOf(ErrorNumber::ReadFailure));
 }
 
 TEST_F(ListerDamage, OfADriveDoesNotMakeAFileExist) {
@@ -228,18 +245,18 @@ TEST_F(ListerDamage, OfADriveDoesNotMakeAFileExist) {
     medium.vanishAfter(0);
     EXPECT_FALSE(lister.fileExists("D:\\autorun.inf"));
     EXPECT_EQ(errorOf([&] { lister.openFile("D:\\autorun.inf"); }),
-              number(ErrorNumber::DriveNotReady));
+              numberOf(ErrorNumber::DriveNotReady));
     EXPECT_EQ(lister.firstFile("D:"), "");
-    EXPECT_EQ(errorOf([&] { lister.setFilePath("D:\\"); }), number(ErrorNumber::DriveNotReady));
+    EXPECT_EQ(errorOf([&] { lister.setFilePath("D:\\"); }), numberOf(ErrorNumber::DriveNotReady));
     EXPECT_EQ(lister.fileCount(), 0);
 }
 
 TEST_F(ListerDamage, OfACallbackLeavesTheMoveDone) {
     insert(folder("", {folder("SUB")}));
     lister.changed = [] { throw base::RuntimeError(ErrorNumber::ReadFailure); };
-    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\SUB"); }), number(ErrorNumber::ReadFailure));
+    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\SUB"); }), numberOf(ErrorNumber::ReadFailure));
     EXPECT_EQ(lister.path(), "D:\\SUB");
-    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\SUB"); }), 0);
+    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\SUB"); }), std::nullopt);
 }
 
 } // namespace

@@ -11,9 +11,11 @@ namespace {
 
 using base::ErrorNumber;
 using test::Asked;
+using test::errorOf;
 using test::file;
 using test::folder;
 using test::MemoryNode;
+using test::numberOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -65,7 +67,7 @@ TEST_F(ListerFiles, TheChosenDirectoryStaysWhenTheListerMoves) {
 TEST_F(ListerFiles, AChosenDirectoryThatIsNotThereThrowsAndChangesNothing) {
     lister.setFilePath("D:\\");
     for (const auto* path : {"D:\\NO", "X:\\", "", "nonsense"})
-        EXPECT_EQ(errorOf([&] { lister.setFilePath(path); }), number(ErrorNumber::PathMissing))
+        EXPECT_EQ(errorOf([&] { lister.setFilePath(path); }), numberOf(ErrorNumber::PathMissing))
             << path;
     EXPECT_EQ(lister.fileCount(), 3);
 }
@@ -122,7 +124,7 @@ TEST_F(ListerFiles, FactsOfOtherFilesAreFound) {
     EXPECT_EQ(lister.fileAttributes("d:\\.HIDDEN"), attribute::kReadOnly | attribute::kHidden);
     for (const auto* path : {"D:\\NO.TXT", "D:\\SETUP", "D:\\SETUP\\", "D:\\", "D:", "", "zeta.txt",
                              "X:\\zeta.txt", "D:zeta.txt"})
-        EXPECT_EQ(errorOf([&] { lister.fileLength(path); }), number(ErrorNumber::PathMissing))
+        EXPECT_EQ(errorOf([&] { lister.fileLength(path); }), numberOf(ErrorNumber::PathMissing))
             << path;
 }
 
@@ -146,8 +148,8 @@ TEST_F(ListerFiles, ExistWithoutRegardToCaseAndWithDoubledBackslashes) {
 TEST_F(ListerFiles, OpenWithoutRegardToCaseAndWithDoubledBackslashes) {
     EXPECT_EQ(contentOf(*lister.openFile("D:\\\\AUTORUN.INF")), "[autorun]");
     EXPECT_EQ(contentOf(*lister.openFile("D:\\setup\\\\SETUP.INI")), "ini");
-    EXPECT_EQ(errorOf([&] { lister.openFile("D:\\NO.INF"); }), number(ErrorNumber::PathMissing));
-    EXPECT_EQ(errorOf([&] { lister.openFile("D:\\SETUP"); }), number(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { lister.openFile("D:\\NO.INF"); }), numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { lister.openFile("D:\\SETUP"); }), numberOf(ErrorNumber::PathMissing));
 }
 
 TEST_F(ListerFiles, LookingUpAFileDoesNotMove) {

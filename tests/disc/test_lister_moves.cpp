@@ -12,9 +12,11 @@ namespace {
 
 using base::ErrorNumber;
 using test::Asked;
+using test::errorOf;
 using test::file;
 using test::folder;
 using test::MemoryNode;
+using test::numberOf;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -73,7 +75,8 @@ TEST_F(ListerMoves, OtherIndexesAreOutOfRange) {
     insert(sample());
     lister.setPath("D:\\");
     for (const int index : {-3, -1, 3, 1000})
-        EXPECT_EQ(errorOf([&] { lister.list(index); }), number(ErrorNumber::InvalidValue)) << index;
+        EXPECT_EQ(errorOf([&] { lister.list(index); }), numberOf(ErrorNumber::InvalidValue))
+            << index;
 }
 
 TEST_F(ListerMoves, TheOrderIsWithoutRegardToCaseAndTiesAreByText) {
@@ -124,7 +127,8 @@ TEST_F(ListerMoves, APathThatIsNotThereThrowsAndStays) {
     for (const auto* path :
          {"D:\\NOTHING", "D:\\BIN\\NO\\DEEPER", "D:\\README.TXT", "E:\\", "", "D", "BIN", "\\BIN",
           "D:BIN", "D:/BIN", "DD:\\", ":\\", "D:\\BIN\\..", "D:\\."}) {
-        EXPECT_EQ(errorOf([&] { lister.setPath(path); }), number(ErrorNumber::PathMissing)) << path;
+        EXPECT_EQ(errorOf([&] { lister.setPath(path); }), numberOf(ErrorNumber::PathMissing))
+            << path;
         EXPECT_EQ(lister.path(), "D:\\BIN");
         EXPECT_EQ(lister.listCount(), 2);
     }
@@ -135,7 +139,7 @@ TEST_F(ListerMoves, ADriveThatIsNotReadyThrowsAndStays) {
     auto& second = insert(sample());
     second.vanishAfter(0);
     lister.setPath("D:\\BIN");
-    EXPECT_EQ(errorOf([&] { lister.setPath("E:\\"); }), number(ErrorNumber::DriveNotReady));
+    EXPECT_EQ(errorOf([&] { lister.setPath("E:\\"); }), numberOf(ErrorNumber::DriveNotReady));
     EXPECT_EQ(lister.path(), "D:\\BIN");
     EXPECT_EQ(lister.list(0), "D:\\BIN\\ALPHA");
 }
@@ -163,7 +167,7 @@ TEST_F(ListerMoves, ChangesAreToldAfterTheMoveAndOnlyWhenThePathDiffers) {
     lister.setPath(lister.list(1));
     lister.setPath(lister.list(-2));
     lister.setPath(lister.list(-2));
-    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\NO"); }), number(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { lister.setPath("D:\\NO"); }), numberOf(ErrorNumber::PathMissing));
     EXPECT_THAT(told, ElementsAre("D:\\ 3", "D:\\BIN 2", "D:\\ 3"));
 }
 

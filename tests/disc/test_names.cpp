@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "base/Text.h"
 #include "disc/Names.h"
+
+#include <gtest/gtest.h>
 
 using namespace std::string_view_literals;
 
@@ -16,11 +16,16 @@ TEST(Names, OrdinaryNamesAreShownAsTheyAre) {
 
 TEST(Names, Utf8NamesKeepTheirBytesDecomposedOnesToo) {
     EXPECT_EQ(shownName("Übung 漢字 🎵"), "Übung 漢字 🎵");
-    EXPECT_EQ(shownName("U\xCC\x88" "bung"), "U\xCC\x88" "bung");
+    EXPECT_EQ(shownName("U\xCC\x88"
+                        "bung"),
+              "U\xCC\x88"
+              "bung");
 }
 
 TEST(Names, BytesThatAreNotUtf8ReadAsWindows1252) {
-    EXPECT_EQ(shownName("\xDC" "bung \x80"), "Übung €");
+    EXPECT_EQ(shownName("\xDC"
+                        "bung \x80"),
+              "Übung €");
 }
 
 TEST(Names, EveryByteValueGivesValidUtf8WithoutABackslash) {

@@ -488,7 +488,6 @@ TEST(UdfHostile, OtherBlockSizesAndUnknownPartitionsAreToldPlainly) {
 }
 
 TEST(UdfHostile, EveryCutOfAnImageIsHarmless) {
-    const auto image = packetWritten(true).image() + withMetadata().image();
     for (const auto& whole :
          {udfSide().image(), packetWritten(true).image(), withMetadata().image()})
         for (size_t length = 16 * 2048; length < whole.size(); length += 1021)

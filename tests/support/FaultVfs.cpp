@@ -86,33 +86,41 @@ int FaultVfs::Layer::operate() {
     return fault == Fault::DiskFull ? SQLITE_FULL : SQLITE_IOERR_WRITE;
 }
 
-FaultVfs::FaultVfs() : m_layer(std::make_unique<Layer>()) {
+FaultVfs::FaultVfs()
+    : m_layer(std::make_unique<Layer>()) {
     using Self = Layer;
     m_layer->real = sqlite3_vfs_find(nullptr);
     m_layer->vfs = *m_layer->real;
     m_layer->vfs.zName = "discaro-fault";
     m_layer->vfs.pAppData = m_layer.get();
     m_layer->vfs.szOsFile = static_cast<int>(sizeof(File)) + m_layer->real->szOsFile;
-    m_layer->methods = {1, close, read,
-                        [](sqlite3_file* file, const void* from, int bytes, sqlite3_int64 at) {
-                            const int code = static_cast<Self*>(own(file)->layer)->operate();
-                            return code != SQLITE_OK
-                                       ? code
-                                       : real(file)->pMethods->xWrite(real(file), from, bytes, at);
-                        },
-                        [](sqlite3_file* file, sqlite3_int64 size) {
-                            const int code = static_cast<Self*>(own(file)->layer)->operate();
-                            return code != SQLITE_OK
-                                       ? code
-                                       : real(file)->pMethods->xTruncate(real(file), size);
-                        },
-                        [](sqlite3_file* file, int flags) {
-                            const int code = static_cast<Self*>(own(file)->layer)->operate();
-                            return code != SQLITE_OK ? code
-                                                     : real(file)->pMethods->xSync(real(file), flags);
-                        },
-                        fileSize, lock, unlock, checkReservedLock, fileControl, sectorSize,
-                        deviceCharacteristics, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr};
+    m_layer->methods = {
+        1,
+        close,
+        read,
+        [](sqlite3_file* file, const void* from, int bytes, sqlite3_int64 at) {
+            const int code = static_cast<Self*>(own(file)->layer)->operate();
+            return code != SQLITE_OK ? code
+                                     : real(file)->pMethods->xWrite(real(file), from, bytes, at);
+        },
+        [](sqlite3_file* file, sqlite3_int64 size) {
+            const int code = static_cast<Self*>(own(file)->layer)->operate();
+            return code != SQLITE_OK ? code : real(file)->pMethods->xTruncate(real(file), size);
+        },
+        [](sqlite3_file* file, int) { return static_cast<Self*>(own(file)->layer)->operate(); },
+        fileSize,
+        lock,
+        unlock,
+        checkReservedLock,
+        fileControl,
+        sectorSize,
+        deviceCharacteristics,
+        nullptr,
+        nullptr,
+        nullptr,
+        nullptr,
+        nullptr,
+        nullptr};
     m_layer->vfs.xOpen = [](sqlite3_vfs* vfs, const char* path, sqlite3_file* file, int flags,
                             int* flagsOut) {
         auto* layer = static_cast<Self*>(vfs->pAppData);

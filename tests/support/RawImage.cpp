@@ -1,3 +1,5 @@
+#include "support/RawImage.h"
+
 #include "support/IsoBuilder.h"
 
 namespace discaro::test {

@@ -6,7 +6,7 @@
 
 namespace discaro::test {
 
-std::string quoted(const std::filesystem::path& path) {
+std::string shellWord(const std::filesystem::path& path) {
     std::string word = "'";
     for (const char c : path.string())
         word += c == '\'' ? std::string("'\\''") : std::string(1, c);
@@ -14,7 +14,8 @@ std::string quoted(const std::filesystem::path& path) {
 }
 
 std::string runTool(const std::string& command, const std::filesystem::path& folder) {
-    const auto whole = "cd " + quoted(folder) + " && { " + command + "; } 2>tool-errors";
+    const auto whole =
+        "cd " + shellWord(folder) + " && timeout 120 sh -c " + shellWord(command) + " 2>/dev/null";
     std::FILE* pipe = ::popen(whole.c_str(), "r");
     if (pipe == nullptr)
         throw std::runtime_error("no shell");

@@ -5,11 +5,11 @@
 
 namespace discaro::test {
 
-// Runs a shell command in a folder and returns what it prints on its standard output. Throws std::runtime_error, with
-// what it printed on its standard error, when it fails.
+// Runs a shell command in a folder and returns what it prints on its standard output. Throws std::runtime_error when it
+// fails or takes longer than two minutes.
 std::string runTool(const std::string& command, const std::filesystem::path& folder = ".");
 
 // A file name as one word of a shell command.
-std::string quoted(const std::filesystem::path& path);
+std::string shellWord(const std::filesystem::path& path);
 
 } // namespace discaro::test

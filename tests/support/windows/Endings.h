@@ -5,13 +5,14 @@
 
 namespace discaro::test {
 
-// What is thrown in the place of the program's end. It is no std::exception, so nothing but the test takes it.
+// What is thrown in the place of the program's end. It is no std::exception, so nothing but the
+// test takes it.
 struct ProgramEnded {
     int exitCode;
 };
 
-// While it lives, the program's end throws ProgramEnded. Only for events that a test sends itself: an exception must
-// not pass through the event loop.
+// While it lives, the program's end throws ProgramEnded. Only for events that a test sends itself:
+// an exception must not pass through the event loop.
 class ThrowingEnd {
 public:
     ThrowingEnd()

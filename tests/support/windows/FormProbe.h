@@ -2,16 +2,18 @@
 
 #include "kit/Form.h"
 
+#include <QtTest/QTest>
+
 #include <gtest/gtest.h>
+
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include <QtTest/QTest>
-
 namespace discaro::test {
 
-// A control of a window by the name of its table, "Command1(3)". The test ends when there is none of that class.
+// A control of a window by the name of its table, "Command1(3)". The test ends when there is none
+// of that class.
 template <typename T>
 T& control(const kit::Form& form, const char* name) {
     auto* found = form.findChild<T*>(QString::fromLatin1(name));

@@ -3,15 +3,16 @@
 #include "kit/TextBox.h"
 #include "kit/TrayIcon.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
-#include <sstream>
-
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QProgressBar>
 #include <QtWidgets/QTabWidget>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 
 namespace discaro::test {
 
@@ -19,7 +20,12 @@ namespace {
 
 QString quoted(const QString& text) {
     QString shown = text;
-    return '"' + shown.replace('\\', "\\\\").replace('\r', "\\r").replace('\n', "\\n").replace('"', "\\\"") + '"';
+    return '"' +
+           shown.replace('\\', "\\\\")
+               .replace('\r', "\\r")
+               .replace('\n', "\\n")
+               .replace('"', "\\\"") +
+           '"';
 }
 
 QString className(const QObject& object) {
@@ -27,7 +33,11 @@ QString className(const QObject& object) {
 }
 
 QString place(const QRect& place) {
-    return QString("%1,%2 %3x%4").arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
+    return QString("%1,%2 %3x%4")
+        .arg(place.x())
+        .arg(place.y())
+        .arg(place.width())
+        .arg(place.height());
 }
 
 QStringList itemsOf(const QComboBox& box) {
@@ -89,7 +99,9 @@ QString lineOf(const QWidget& widget, const kit::Form::Control& control, const k
 QString lineOf(const QObject& object) {
     QString line = QString("%1 %2").arg(object.objectName(), className(object));
     if (const auto* timer = qobject_cast<const kit::Timer*>(&object))
-        line += QString(" every %1 ms %2").arg(timer->interval()).arg(timer->isEnabled() ? "enabled" : "disabled");
+        line += QString(" every %1 ms %2")
+                    .arg(timer->interval())
+                    .arg(timer->isEnabled() ? "enabled" : "disabled");
     if (const auto* icon = qobject_cast<const kit::TrayIcon*>(&object))
         line += QString(" tip %1 %2 trueclick %3 flash %4 every %5 ms sound %6 %7")
                     .arg(quoted(icon->toolTipText()), icon->isEnabled() ? "enabled" : "disabled")
@@ -102,7 +114,8 @@ QString lineOf(const QObject& object) {
 }
 
 std::filesystem::path goldenFile(const kit::Form& form, const std::string& room) {
-    return std::filesystem::path(DISCARO_TESTS_FOLDER) / room / "golden" / (form.name().toStdString() + ".txt");
+    return std::filesystem::path(DISCARO_TESTS_FOLDER) / room / "golden" /
+           (form.name().toStdString() + ".txt");
 }
 
 std::string contentsOf(const std::filesystem::path& path) {
@@ -115,7 +128,10 @@ std::string contentsOf(const std::filesystem::path& path) {
 
 std::string describe(const kit::Form& form) {
     const QSize size = form.logicalSize();
-    QString text = QString("%1 %2 %3x%4\n").arg(form.name(), quoted(form.caption())).arg(size.width()).arg(size.height());
+    QString text = QString("%1 %2 %3x%4\n")
+                       .arg(form.name(), quoted(form.caption()))
+                       .arg(size.width())
+                       .arg(size.height());
     for (const auto& control : form.controls()) {
         const auto* widget = qobject_cast<const QWidget*>(control.object.data());
         text += (widget ? lineOf(*widget, control, form) : lineOf(*control.object)) + '\n';
@@ -131,7 +147,8 @@ void expectGolden(const kit::Form& form, const std::string& room) {
         std::ofstream(path, std::ios::binary) << describe(form);
         return;
     }
-    ASSERT_TRUE(std::filesystem::exists(path)) << path << " is missing; run with DISCARO_UPDATE_GOLDEN=1";
+    ASSERT_TRUE(std::filesystem::exists(path))
+        << path << " is missing; run with DISCARO_UPDATE_GOLDEN=1";
     EXPECT_EQ(describe(form), contentsOf(path));
 }
 

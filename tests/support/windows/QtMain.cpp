@@ -1,13 +1,14 @@
-// The main function of test programs with windows: an application on the offscreen platform, in the font that the
-// windows were drawn for, in which every warning of the window library fails the running test.
+// The main function of test programs with windows: an application on the offscreen platform, in the
+// font that the windows were drawn for, in which every warning of the window library fails the
+// running test.
 
 #include "kit/UnhandledErrors.h"
-
-#include <gtest/gtest.h>
 
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QFont>
 #include <QtGui/QIcon>
+
+#include <gtest/gtest.h>
 
 using namespace discaro;
 

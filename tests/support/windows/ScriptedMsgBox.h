@@ -6,8 +6,9 @@
 
 namespace discaro::test {
 
-// Answers questions in the order told, as long as it lives. A question that was not told, or is another than the next
-// told one, fails the test and is answered Cancel; one told and not asked fails it at the end.
+// Answers questions in the order told, as long as it lives. A question that was not told, or is
+// another than the next told one, fails the test and is answered Cancel; one told and not asked
+// fails it at the end.
 class ScriptedMsgBox {
 public:
     ScriptedMsgBox();
@@ -15,11 +16,12 @@ public:
     ScriptedMsgBox(const ScriptedMsgBox&) = delete;
     ScriptedMsgBox& operator=(const ScriptedMsgBox&) = delete;
 
-    ScriptedMsgBox& expect(const QString& text, kit::Buttons buttons, kit::Icon icon, const QString& title,
-                           kit::Answer answer = kit::Answer::Ok);
+    ScriptedMsgBox& expect(const QString& text, kit::Buttons buttons, kit::Icon icon,
+                           const QString& title, kit::Answer answer = kit::Answer::Ok);
 
     // The same for a box whose text the engine words.
-    ScriptedMsgBox& expectTitled(const QString& title, kit::Icon icon, kit::Buttons buttons = kit::Buttons::Ok,
+    ScriptedMsgBox& expectTitled(const QString& title, kit::Icon icon,
+                                 kit::Buttons buttons = kit::Buttons::Ok,
                                  kit::Answer answer = kit::Answer::Ok);
 
     // What was asked last.

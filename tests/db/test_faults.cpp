@@ -1,0 +1,244 @@
+#include "db/RawDatabase.h"
+#include "db/Shelf.h"
+#include "db/Store.h"
+#include "support/FaultVfs.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <iterator>
+
+namespace discaro::db::test {
+namespace {
+
+using base::ErrorNumber;
+using discaro::test::FaultVfs;
+using testing::AnyOf;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace fs = std::filesystem;
+
+class Faults : public Shelf {
+protected:
+    Faults() {
+        addDisc(1, "old");
+        addDirectories({"C1D1"});
+        addFiles("C1D1", 150);
+        fs::copy_file(path(), untouched());
+        Connection::useFileLayer(FaultVfs::name());
+    }
+    ~Faults() override { Connection::useFileLayer({}); }
+
+    fs::path untouched() const { return folder() / "untouched"; }
+    void putBack() const {
+        fs::copy_file(untouched(), path(), fs::copy_options::overwrite_existing);
+    }
+
+    std::unique_ptr<DataSource> source() const {
+        auto opened = std::make_unique<DataSource>();
+        opened->SetDatabaseName(path());
+        opened->SetRecordSource("Discs");
+        opened->Refresh();
+        // So small a cache that changed pages reach the file before the commit.
+        opened->Database()->store()->connection().execute("PRAGMA cache_size=3");
+        return opened;
+    }
+
+    // A transaction with every kind of write.
+    static void writeAll(DataSource& discs) {
+        Recordset& rows = discs.Recordset();
+        rows.AddNew();
+        rows("id number") = 2;
+        rows.Update();
+        rows.Edit();
+        rows("prefered name") = "new";
+        rows.Update();
+        const auto files = discs.Database()->OpenRecordset("Files");
+        for (int i = 0; i < 60; ++i) {
+            files->AddNew();
+            files->Fields("directory number") = "C2D1";
+            files->Fields("file name") = std::string(40, static_cast<char>('a' + i % 26));
+            files->Update();
+        }
+        discs.Database()->Execute("delete * from Directories");
+    }
+
+    // Seen through SQLite alone, after what the journal restores.
+    std::string state() const {
+        RawDatabase raw(path(), FaultVfs::name());
+        EXPECT_EQ(raw.text("PRAGMA integrity_check"), "ok");
+        return raw.text(
+            "SELECT (SELECT group_concat(\"id number\" || \"prefered name\") FROM Discs"
+            " WHERE \"prefered name\" IS NOT NULL) || ' ' || (SELECT count(*) FROM Discs)"
+            " || ' ' || (SELECT count(*) FROM Directories) || ' ' ||"
+            " (SELECT count(*) FROM Files)");
+    }
+
+    // Runs the transaction with a fault at an operation; true when it committed.
+    bool transact(FaultVfs& layer, int operation, FaultVfs::Fault fault, bool lasting) const {
+        const auto discs = source();
+        layer.failAt(operation, fault, lasting);
+        const bool committed = base::skipErrors([&] {
+            DBEngine::BeginTrans();
+            writeAll(*discs);
+            DBEngine::CommitTrans();
+        });
+        m_operations = layer.operations();
+        return committed;
+    }
+
+    static constexpr const char* kBefore = "1old 1 1 150";
+    static constexpr const char* kAfter = "1new 2 0 60";
+
+    mutable int m_operations = 0;
+};
+
+TEST_F(Faults, AFailureAtAnyPointCommitsAllOrNothing) {
+    FaultVfs layer;
+    ASSERT_TRUE(transact(layer, INT_MAX, FaultVfs::Fault::DiskFull, true));
+    ASSERT_EQ(state(), kAfter);
+    const int operations = m_operations;
+    ASSERT_GT(operations, 50);
+    for (const auto fault : {FaultVfs::Fault::DiskFull, FaultVfs::Fault::WriteError})
+        for (const bool lasting : {true, false})
+            for (int at = 0; at < operations; ++at) {
+                putBack();
+                const bool committed = transact(layer, at, fault, lasting);
+                layer.heal();
+                ASSERT_FALSE(DBEngine::InTransaction());
+                ASSERT_EQ(state(), committed ? kAfter : kBefore) << "operation " << at;
+            }
+}
+
+TEST_F(Faults, AProcessThatDiesAtAnyPointLeavesAllOrNothing) {
+    FaultVfs layer;
+    ASSERT_TRUE(transact(layer, INT_MAX, FaultVfs::Fault::Death, true));
+    const int operations = m_operations;
+    int committedAnyway = 0;
+    for (int at = 0; at < operations; ++at) {
+        putBack();
+        const pid_t child = ::fork();
+        if (child == 0) {
+            transact(layer, at, FaultVfs::Fault::Death, true);
+            ::_exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(::waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "operation " << at;
+        EXPECT_EQ(count("Discs"), state() == kAfter ? 2 : 1);
+        ASSERT_THAT(state(), AnyOf(kBefore, kAfter)) << "operation " << at;
+        committedAnyway += state() == kAfter ? 1 : 0;
+        EXPECT_THAT(listing(), ElementsAre("shelf.db", "untouched"));
+    }
+    EXPECT_LE(committedAnyway, 1);
+}
+
+class LostTransactions : public Faults {
+protected:
+    LostTransactions()
+        : m_discs(source()) {}
+
+    Recordset& rows() { return m_discs->Recordset(); }
+
+    int errorOfAdding(int number) {
+        return errorOf([&] {
+            rows().AddNew();
+            rows()("id number") = number;
+            rows().Update();
+        });
+    }
+
+    // Writes until the full disk shows.
+    int fillDisk() {
+        m_layer.failAt(0, FaultVfs::Fault::DiskFull);
+        const int error = errorOf([&] { writeAll(*m_discs); });
+        m_layer.heal();
+        return error;
+    }
+
+    FaultVfs m_layer;
+    std::unique_ptr<DataSource> m_discs;
+};
+
+TEST_F(LostTransactions, EveryFurtherWriteFailsUntilTheCommitThatFailsToo) {
+    DBEngine::BeginTrans();
+    EXPECT_EQ(errorOfAdding(7), 0);
+    EXPECT_EQ(fillDisk(), number(ErrorNumber::DiskFull));
+    EXPECT_TRUE(DBEngine::InTransaction());
+    EXPECT_EQ(rows().RecordCount(), 1);
+    const int lost = number(ErrorNumber::TransactionLost);
+    EXPECT_EQ(errorOfAdding(8), lost);
+    EXPECT_EQ(errorOf([&] { m_discs->Database()->Execute("delete * from Discs"); }), lost);
+    EXPECT_EQ(errorOf([&] { rows().Delete(); }), lost);
+    EXPECT_EQ(errorOf([] { DBEngine::BeginTrans(); }), number(ErrorNumber::TransactionOpen));
+    EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), lost);
+    EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::NoTransaction));
+    EXPECT_EQ(errorOfAdding(9), 0);
+    EXPECT_EQ(rows().RecordCount(), 2);
+}
+
+TEST_F(LostTransactions, ClosingTheDataSourcesEndsIt) {
+    DBEngine::BeginTrans();
+    EXPECT_EQ(fillDisk(), number(ErrorNumber::DiskFull));
+    m_discs->Close();
+    EXPECT_FALSE(DBEngine::InTransaction());
+    m_discs = source();
+    EXPECT_EQ(errorOfAdding(8), 0);
+}
+
+TEST_F(LostTransactions, SoDoesAnUndoingBySqliteItself) {
+    DBEngine::BeginTrans();
+    EXPECT_EQ(errorOfAdding(7), 0);
+    m_discs->Database()->store()->connection().execute("ROLLBACK");
+    EXPECT_EQ(errorOfAdding(8), number(ErrorNumber::TransactionLost));
+    EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::TransactionLost));
+    EXPECT_EQ(rows().RecordCount(), 1);
+}
+
+TEST_F(LostTransactions, ACommitNoticesAnUndoingBySqliteItself) {
+    DBEngine::BeginTrans();
+    EXPECT_EQ(errorOfAdding(7), 0);
+    m_discs->Database()->store()->connection().execute("ROLLBACK");
+    EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::TransactionLost));
+    EXPECT_FALSE(DBEngine::InTransaction());
+}
+
+TEST_F(LostTransactions, AFailingCommitCommitsNothingAndSaysSo) {
+    m_discs->Database()->store()->connection().execute("PRAGMA cache_size=-2000");
+    DBEngine::BeginTrans();
+    EXPECT_EQ(errorOfAdding(7), 0);
+    m_layer.failAt(1, FaultVfs::Fault::DiskFull);
+    EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::DiskFull));
+    m_layer.heal();
+    EXPECT_TRUE(m_layer.operations() == 0);
+    EXPECT_FALSE(DBEngine::InTransaction());
+    EXPECT_EQ(rows().RecordCount(), 1);
+    EXPECT_EQ(errorOfAdding(8), 0);
+}
+
+TEST_F(LostTransactions, AWriteErrorOutsideATransactionUndoesThatWriteAlone) {
+    EXPECT_EQ(errorOfAdding(7), 0);
+    m_layer.failAt(2, FaultVfs::Fault::WriteError);
+    EXPECT_EQ(errorOfAdding(8), number(ErrorNumber::StorageFailure));
+    m_layer.heal();
+    EXPECT_EQ(rows().RecordCount(), 2);
+    rows().Update();
+    EXPECT_EQ(rows().RecordCount(), 3);
+}
+
+TEST_F(LostTransactions, ACreationOnAFullDiskLeavesNothing) {
+    m_discs->Close();
+    for (int at = 0; at < 12; ++at) {
+        m_layer.failAt(at, FaultVfs::Fault::DiskFull);
+        EXPECT_EQ(errorOf([&] { make("new.db"); }), number(ErrorNumber::DiskFull)) << at;
+        m_layer.heal();
+        ASSERT_THAT(listing(), ElementsAre("shelf.db", "untouched")) << at;
+    }
+}
+
+} // namespace
+} // namespace discaro::db::test

@@ -1,0 +1,78 @@
+#include "db/FieldNames.h"
+#include "db/RowSource.h"
+#include "db/Shelf.h"
+#include "db/StatementCache.h"
+#include "db/Store.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace discaro::db::test {
+namespace {
+
+using base::ErrorNumber;
+using testing::ElementsAre;
+
+TEST(Placeholders, AreCountedOnFromAnOffset) {
+    EXPECT_EQ(renumbered("a=?1 AND b=?12", 3), "a=?4 AND b=?15");
+    EXPECT_EQ(renumbered("a=?1", 0), "a=?1");
+    EXPECT_EQ(renumbered("\"what?1\"=?1", 1), "\"what?1\"=?2");
+    EXPECT_EQ(renumbered("", 5), "");
+}
+
+TEST(FieldNames, FindsEveryNameInAnyCapitals) {
+    TableDef table{"t", {}};
+    for (size_t i = 0; i < FieldNames::kMaxFields; ++i)
+        table.fields.push_back({"Field number " + std::to_string(i), FieldType::Text});
+    const FieldNames names(table);
+    for (size_t i = 0; i < table.fields.size(); ++i)
+        EXPECT_EQ(names.find("fIELD NUMBER " + std::to_string(i)), static_cast<int>(i));
+    EXPECT_EQ(names.find("field number"), -1);
+    EXPECT_EQ(names.find("field number 64"), -1);
+    EXPECT_EQ(names.find("Field\x0enumber 1"), -1);
+}
+
+TEST(FieldNames, OfTwoEqualNamesTheFirstIsFound) {
+    const TableDef table{"t", {{"Size", FieldType::Double}, {"size", FieldType::Text}}};
+    EXPECT_EQ(FieldNames(table).find("SIZE"), 0);
+}
+
+class StoreStatements : public Shelf {};
+
+TEST_F(StoreStatements, OfTheCacheTheOneUnusedLongestGoes) {
+    const auto database = open();
+    StatementCache cache(database->store()->connection().handle(), 2);
+    const auto first = cache.get("SELECT 1");
+    cache.get("SELECT 2");
+    EXPECT_EQ(cache.get("SELECT 1"), first);
+    cache.get("SELECT 3");
+    EXPECT_THAT(cache.texts(), ElementsAre("SELECT 3", "SELECT 1"));
+    EXPECT_TRUE(first->step());
+    EXPECT_EQ(first->integer(0), 1);
+}
+
+TEST_F(StoreStatements, OneStatementAtATimeIsPrepared) {
+    const auto database = open();
+    Store& store = *database->store();
+    EXPECT_EQ(errorOf([&] { store.prepare("SELECT 1; SELECT 2"); }),
+              number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf([&] { store.prepare(""); }), number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf([&] { store.prepare("SELECT nothing FROM nowhere"); }),
+              number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf([&] { store.prepare("SELECT 1; "); }), 0);
+}
+
+TEST_F(StoreStatements, NamesAreQuoted) {
+    EXPECT_EQ(quotedName("a \"b\""), "\"a \"\"b\"\"\"");
+}
+
+TEST_F(StoreStatements, ManyFieldsInOneQueryAreRefused) {
+    std::string text = "select whole";
+    for (int i = 0; i < 64; ++i)
+        text += ", whole";
+    EXPECT_EQ(errorOf([&] { open()->OpenRecordset(text + " from Things"); }),
+              number(ErrorNumber::SyntaxError));
+}
+
+} // namespace
+} // namespace discaro::db::test
