@@ -51,5 +51,5 @@ function(discaro_tests name)
   target_link_libraries(test_${name} PRIVATE ${ARGN} discaro_test_support GTest::gtest GTest::gmock)
   gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT 300 ENVIRONMENT
-    "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0")
+    "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions='${CMAKE_SOURCE_DIR}/tests/support/lsan.supp':print_suppressions=0")
 endfunction()

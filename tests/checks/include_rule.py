@@ -21,8 +21,9 @@ LOWER_ROOMS = {
 SUBSYSTEMS = {
     "app", "catalogue", "scanner", "explorer", "search", "programs", "workshop", "dirsim", "about",
 }
-# Wires the program together, so it may include everything.
+# Puts the program together, so it may include everything; the windows, though, in one file alone.
 WIRING = "program"
+WIRING_FILE = "Wiring"
 
 # What subsystems share, though they do not include each other.
 SHARED_HEADERS = {
@@ -166,7 +167,8 @@ def room_fault(tree, path, room, windowless, header):
     """What is wrong with including a header of the project, if anything."""
     other = header.split("/")[0]
     if room == WIRING:
-        return None
+        wired = path.stem == WIRING_FILE or Path(header).stem not in WINDOWS
+        return None if wired else f'"{header}": only {WIRING_FILE}.cpp includes windows'
     if other == room:
         return own_room_fault(tree, path, windowless, header)
     if room in LOWER_ROOMS:
@@ -210,18 +212,21 @@ LINK_LIBRARIES = {
 }
 
 
-def room_linked(link):
-    return re.sub(r"_(core|shared|windows)$", "", link.removeprefix("discaro_"))
+def room_linked(targets, link):
+    """The room of a target of ours; an alias is named after its room."""
+    name = link.removeprefix("discaro_")
+    rooms = [target.room for target in targets if target.name == name]
+    return rooms[0] if rooms else re.sub(r"_(core|shared)$", "", name)
 
 
-def link_fault(target, link):
+def link_fault(targets, target, link):
     if link in LINK_LIBRARIES:
         return None if target.room in LINK_LIBRARIES[link] else "is not for this room"
     if link.startswith("Qt6::"):
         return None if target.room in WITH_WINDOWS else "is not for this room"
     if not link.startswith("discaro_"):
         return "belongs to no library that the project uses"
-    other = room_linked(link)
+    other = room_linked(targets, link)
     if target.room in LOWER_ROOMS:
         allowed = LOWER_ROOMS[target.room]
     else:
@@ -236,7 +241,7 @@ def link_faults(targets):
         for link in target.links:
             if link in ("PUBLIC", "PRIVATE", "INTERFACE"):
                 continue
-            fault = link_fault(target, link)
+            fault = link_fault(targets, target, link)
             if fault:
                 yield f"src/{target.room}/CMakeLists.txt: {target.name} links {link}, which {fault}"
 

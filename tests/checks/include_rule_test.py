@@ -20,7 +20,8 @@ class IncludeRule(SampleTree):
         self.include("src/db/Database.cpp", '"db/Database.h"', '"base/Text.h"', "<sqlite3.h>", "<string>")
         self.include("src/explorer/Listing.cpp", '"explorer/Listing.h"', '"db/Database.h"', '"catalogue/Names.h"')
         self.include("src/explorer/EXMain.cpp", "<QWidget>", '"kit/Form.h"', '"explorer/Listing.h"', '"app/Windows.h"')
-        self.include("src/program/main.cpp", '"explorer/EXMain.h"', '"search/Search.h"', "<QApplication>")
+        self.include("src/program/main.cpp", '"program/Wiring.h"', '"kit/MsgBox.h"', "<QApplication>")
+        self.include("src/program/Wiring.cpp", '"explorer/EXMain.h"', '"search/Search.h"')
         self.assertEqual(findings(self.root), [])
 
     def test_a_lower_room_does_not_look_up(self):
@@ -38,6 +39,10 @@ class IncludeRule(SampleTree):
     def test_windows_of_one_room_do_not_include_each_other(self):
         self.include("src/explorer/EXMain.cpp", '"explorer/EXFile.h"', '"explorer/EXMain.h"')
         self.assert_one(findings(self.root), "EXFile.h", "app/Windows.h")
+
+    def test_one_file_of_the_program_includes_windows(self):
+        self.include("src/program/main.cpp", '"explorer/EXMain.h"')
+        self.assert_one(findings(self.root), "only Wiring.cpp includes windows")
 
     def test_a_windowless_part_has_no_qt(self):
         self.include("src/explorer/Listing.h", "<QString>")
@@ -74,6 +79,12 @@ class IncludeRule(SampleTree):
     def test_a_target_that_links_too_much_is_told(self):
         self.write("src/db/CMakeLists.txt", "discaro_room(db discaro_base discaro_disc Qt6::Widgets)")
         self.assertEqual(len(findings(self.root)), 2)
+
+    def test_a_target_of_the_same_room_may_have_any_name(self):
+        core = "discaro_library(delete_cd_core SOURCES Deletion.cpp LINKS discaro_db)\n"
+        window = "discaro_library(delete_cd SOURCES DeleteCD.cpp LINKS discaro_kit discaro_delete_cd_core)\n"
+        self.write("src/catalogue/CMakeLists.txt", core + window)
+        self.assertEqual(findings(self.root), [])
 
     def test_an_include_in_a_comment_is_none(self):
         self.write("src/db/Database.cpp", '// #include "app/Module1.h"\n')
