@@ -43,7 +43,7 @@ bool isDrivePath(std::string_view path) {
 bool existsOnDrive(const std::string& path, const disc::DriveTable& drives) {
     disc::Lister lister(drives);
     const auto folder = path.substr(0, std::max<size_t>(path.rfind('\\'), 3));
-    if (!base::skipErrors([&] { lister.setFilePath(folder); }))
+    if (!base::skipErrors([&] { lister.setPath(folder); }))
         return true;
     return lister.fileExists(path);
 }

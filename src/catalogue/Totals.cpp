@@ -38,7 +38,7 @@ constexpr Total kTotals[] = {
 void writeTotal(db::Recordset& directories, db::Recordset& sums, const Total& total) {
     const db::Value own = directories.Fields(total.own).Value();
     const db::Value sum = sums.Fields(total.sum).Value();
-    if (differsFromOne(sum))
+    if (differsFromOne(sum) && !db::isNull(own))
         directories(total.total) = db::numberOf(sum) + db::numberOf(own);
     else
         directories(total.total) = own;
@@ -59,11 +59,12 @@ void writeMasterTotals(db::Recordset& master, const MasterTotals& totals) {
     master(masterTable::kRealCdRomsScanned) = totals.discs;
 }
 
-void rollUpCurrentDirectory(db::Database& catalogue, db::Recordset& directories) {
+void rollUpCurrentDirectory(db::Database* catalogue, db::Recordset& directories) {
     std::string number;
     skipErrors([&] { number = db::textOf(directories.Fields(directories::kIdNumber).Value()); });
-    decltype(catalogue.OpenRecordset({})) sums;
-    skipErrors([&] { sums = catalogue.OpenRecordset(subtreeQuery(number)); });
+    std::unique_ptr<db::Recordset> sums;
+    if (catalogue != nullptr)
+        skipErrors([&] { sums = catalogue->OpenRecordset(subtreeQuery(number)); });
     skipErrors([&] { directories.Edit(); });
     for (const Total& total : kTotals)
         if (sums)

@@ -22,7 +22,7 @@ void writeMasterTotals(db::Recordset& master, const MasterTotals& totals);
 
 // Gives the current row of a recordset over Directories its subtree totals: what stands directly in it plus one
 // aggregate query over all directories beneath it, and saves the row. A sum of exactly 1 is left out, as is none.
-// Each statement that fails is passed over.
-void rollUpCurrentDirectory(db::Database& catalogue, db::Recordset& directories);
+// Each statement that fails is passed over; without a catalogue the query is one of them.
+void rollUpCurrentDirectory(db::Database* catalogue, db::Recordset& directories);
 
 } // namespace discaro::catalogue

@@ -190,6 +190,17 @@ Lister::LevelPtr Lister::readLevel(const Chain& above, const Entry& entry) {
     return level;
 }
 
+void Lister::reread() {
+    const std::string path = m_path;
+    Chain before = std::exchange(m_chain, {});
+    try {
+        setPath(path);
+    } catch (...) {
+        m_chain = std::move(before);
+        throw;
+    }
+}
+
 int Lister::listCount() const {
     return m_chain.empty() ? 0 : static_cast<int>(m_chain.back()->listing.directories.size());
 }

@@ -30,7 +30,7 @@ namespace discaro::disc {
 // Every function may be called again after it threw, and nothing has changed by then.
 class Lister {
 public:
-    static constexpr size_t kMostLevels = 4000;
+    static constexpr size_t kMostLevels = 250;
     static constexpr size_t kLongestPath = 32767; // bytes; every row beneath would carry it once more
 
     explicit Lister(const DriveTable& drives);
@@ -43,6 +43,9 @@ public:
     // read of it; takeDamage() tells. Throws base::RuntimeError: PathMissing when the path or the drive isn't there,
     // else what reading the root gave (DriveNotReady, FileSystemUnsupported ...).
     void setPath(std::string_view drivePath);
+
+    // Reads the current directory and those above it anew. Throws as setPath does and keeps what it had then.
+    void reread();
 
     // Empty before the first setPath.
     const std::string& path() const { return m_path; }

@@ -23,8 +23,8 @@ void readAutorun(disc::Lister& lister, const disc::DriveTable& drives, const std
     disc::readTextLines(*file, disc::kTextLimit, [&](std::string_view text) { line(std::string(text)); });
 }
 
-std::string readSetupName(disc::Lister& lister, const std::string& directory) {
-    const auto file = lister.openFile(directory + "\\setup.ini");
+std::string readSetupName(disc::Lister& lister, const std::string& path) {
+    const auto file = lister.openFile(path);
     const auto name = disc::privateProfileString(*file, "Startup", "AppName", "", kBufferLength);
     if (name.copied == 0)
         return {};

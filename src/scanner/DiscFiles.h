@@ -13,8 +13,8 @@ namespace discaro::scanner {
 void readAutorun(disc::Lister& lister, const disc::DriveTable& drives, const std::string& root,
                  const std::function<void(const std::string& line)>& line);
 
-// The application name that the directory's setup.ini gives (section "Startup", key "AppName"), at most 49
+// The application name that a setup.ini gives (section "Startup", key "AppName"), at most 49
 // characters, trimmed of blanks; empty when there is none. Throws base::RuntimeError where it can't be read.
-std::string readSetupName(disc::Lister& lister, const std::string& directory);
+std::string readSetupName(disc::Lister& lister, const std::string& path);
 
 } // namespace discaro::scanner

@@ -1,5 +1,7 @@
 #include "scanner/ErrorHandling.h"
 
+#include <utility>
+
 #include "app/Module1.h"
 #include "scanner/Texts.h"
 
@@ -12,13 +14,36 @@ ErrorDesk::Next ErrorDesk::handle(const base::RuntimeError& error, const ErrorHa
     if (handler.looksForConversion && error.is(base::ErrorNumber::DataTypeConversion))
         AskStopOnError();
     const bool file = handler.place == ErrorHandler::Place::File;
-    m_log.append(kLineEnd).append(kLineEnd).append(error.description());
-    m_log.append(file ? " in File :- " : " in Directory :- ").append(m_placeName(handler.place));
+    log(error.description() + (file ? " in File :- " : " in Directory :- ") + m_placeName(handler.place));
+    if (error.is(base::ErrorNumber::TransactionLost)) {
+        giveUp(error.description());
+        return Next::EndOfProcedure;
+    }
     if (m_options.ErrorAction == "ignore")
         return Next::Statement;
     AskStopOnError();
-    return handler.afterPrompt == ErrorHandler::AfterPrompt::RunAgain ? Next::SameStatement
-                                                                      : Next::EndOfProcedure;
+    if (handler.afterPrompt == ErrorHandler::AfterPrompt::EndProcedure)
+        return Next::EndOfProcedure;
+    return app::Module1::ScanCancelled == 1 ? Next::Statement : Next::SameStatement;
+}
+
+void ErrorDesk::log(const std::string& entry) {
+    if (m_log.size() + entry.size() > kLongestLog)
+        ++m_unlogged;
+    else
+        m_log.append(kLineEnd).append(kLineEnd).append(entry);
+}
+
+std::string ErrorDesk::ErrorLog() const {
+    if (m_unlogged == 0)
+        return m_log;
+    return m_log + std::string(kLineEnd) + std::string(kLineEnd) + std::to_string(m_unlogged) + " more errors";
+}
+
+void ErrorDesk::giveUp(const std::string& reason) {
+    app::Module1::ScanCancelled = 1;
+    if (!std::exchange(m_gaveUp, true))
+        m_watcher.scanNotSaved(reason);
 }
 
 void ErrorDesk::AskStopOnError() {

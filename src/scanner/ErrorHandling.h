@@ -26,6 +26,9 @@ inline constexpr ErrorHandler kCaptureFileHandler{false, ErrorHandler::Place::Fi
                                                   ErrorHandler::AfterPrompt::EndProcedure};
 inline constexpr ErrorHandler kCaptureFileMinimalHandler{true, ErrorHandler::Place::File,
                                                          ErrorHandler::AfterPrompt::EndProcedure};
+// A damaged directory is told at the first look at its files.
+inline constexpr ErrorHandler kDamagedDirectoryHandler{true, ErrorHandler::Place::Directory,
+                                                       ErrorHandler::AfterPrompt::RunAgain};
 inline constexpr ErrorHandler kScanDirectoryHandler{true, ErrorHandler::Place::Directory,
                                                     ErrorHandler::AfterPrompt::EndProcedure};
 inline constexpr ErrorHandler kCompleteDirectoryHandler{false, ErrorHandler::Place::Directory,
@@ -41,20 +44,28 @@ public:
     using PlaceName = std::function<std::string(ErrorHandler::Place)>;
     ErrorDesk(const ScanOptions& options, ScanWatcher& watcher, PlaceName placeName);
 
-    // Logs the error, asks as the handler and the error action say, and tells where the procedure goes on.
+    // A stop that the user has asked for is not held up by running a statement again. Logs the error, asks as the handler and the error action say, and tells where the procedure goes on.
     Next handle(const base::RuntimeError& error, const ErrorHandler& handler);
+
+    // Ends the scan because the catalogue takes no more of it; the user is told once.
+    void giveUp(const std::string& reason);
 
     // Asks whether to stop; a yes sets the shared flag and lets pending events run.
     void AskStopOnError();
 
-    // For each error: two line ends, the description, the place.
-    const std::string& ErrorLog() const { return m_log; }
+    // For each error: two line ends, the description, the place. Beyond kLongestLog bytes errors are only counted.
+    static constexpr size_t kLongestLog = size_t{4} << 20;
+    std::string ErrorLog() const;
 
 private:
     const ScanOptions& m_options;
     ScanWatcher& m_watcher;
     PlaceName m_placeName;
+    void log(const std::string& entry);
+
     std::string m_log;
+    size_t m_unlogged = 0;
+    bool m_gaveUp = false;
 };
 
 // Runs one statement of a procedure under its handler. Returns false when the procedure ends here.

@@ -136,6 +136,11 @@ void ScanDisplay::scanFinished() {
     m_form.Command1(7).setFocus();
 }
 
+void ScanDisplay::scanNotSaved(const std::string& reason) {
+    kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" + kit::qt(reason),
+                kit::Buttons::Ok, kit::Icon::Critical, "Error during Scan", &m_form);
+}
+
 void ScanDisplay::scanStopped() {
     m_form.Unload();
     kit::yield();

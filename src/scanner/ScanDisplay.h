@@ -32,6 +32,7 @@ public:
     void clockStopped() override;
     void beep() override;
     void scanFinished() override;
+    void scanNotSaved(const std::string& reason) override;
     void scanStopped() override;
 
 private:

@@ -33,6 +33,7 @@ void ScanEngine::run() {
     const std::string start = m_lister.path();
     skipErrors([&] { ClaimDiscNumber(); });
     skipErrors([&] { AddDriveRow(); });
+    skipErrors([&] { m_lister.reread(); });
     DirectoryId = "C" + std::to_string(DiscNumber) + "D1";
     ScanDirectory();
     if (stopIfCancelled())
@@ -56,8 +57,13 @@ void ScanEngine::finish() {
     skipErrors([&] { m_watcher.clockStopped(); });
     m_watcher.yield();
     m_watcher.beep();
-    skipErrors([] { db::DBEngine::CommitTrans(); });
-    skipErrors([&] { m_watcher.scanFinished(); });
+    try {
+        db::DBEngine::CommitTrans();
+        m_watcher.scanFinished();
+    } catch (const base::RuntimeError& error) {
+        m_desk.giveUp(error.description());
+        m_watcher.scanStopped();
+    }
 }
 
 bool ScanEngine::stopIfCancelled() {
@@ -104,7 +110,20 @@ void ScanEngine::AddDriveRow() {
     skipErrors([&] { disc(drive::kPreferedName) = m_request.preferredName; });
     skipErrors([&] { disc(drive::kComments) = initialComments(m_request.options, m_request.comments); });
     skipErrors([&] { ReadAutorun(facts.root); });
-    skipErrors([&] { m_data.discs.UpdateRecord(); });
+    skipErrors([&] { saveDriveRow(); });
+}
+
+// Without the disc's row nothing of the disc can be kept. A number that a free one has overtaken is the usual reason.
+void ScanEngine::saveDriveRow() {
+    try {
+        m_data.discs.UpdateRecord();
+    } catch (const base::RuntimeError& error) {
+        const bool taken = error.is(base::ErrorNumber::RuleViolated);
+        m_desk.giveUp(taken ? "The CD-ROM number " + std::to_string(DiscNumber) +
+                                  " is in use already. Choose \"any free number\" in the options."
+                            : error.description());
+        throw;
+    }
 }
 
 // The lines read before a failure stay.
@@ -149,11 +168,11 @@ void ScanEngine::RollUpTotals() {
     skipErrors([&] {
         m_watcher.totalsBarSized(directories.RecordCount() - directories.AbsolutePosition());
     });
-    while (!directories.Eof()) {
+    while (directories.IsOpen() && !directories.Eof()) {
         if (cancelled())
             return;
         skipErrors([&] { m_watcher.advanceTotalsBar(); });
-        catalogue::rollUpCurrentDirectory(*app::Module1::CatalogueDb, directories);
+        catalogue::rollUpCurrentDirectory(app::Module1::CatalogueDb.get(), directories);
         if (!skipErrors([&] { directories.MoveNext(); }))
             break;
     }

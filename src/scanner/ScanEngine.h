@@ -44,13 +44,14 @@ public:
     void run();
 
     const std::string& DirectoryNumber() const { return DirectoryId; }
-    const std::string& ErrorLog() const { return m_desk.ErrorLog(); }
+    std::string ErrorLog() const { return m_desk.ErrorLog(); }
 
 private:
     // The steps before the walk
     void ClaimDiscNumber();
     int64_t freeDiscNumber();
     void AddDriveRow();
+    void saveDriveRow();
     void ReadAutorun(const std::string& root);
 
     // The walk

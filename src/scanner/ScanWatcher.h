@@ -45,6 +45,9 @@ public:
     virtual void beep() {}
     virtual void scanFinished() {}
 
+    // The catalogue refused the scan as a whole and stands as before; the scan stops.
+    virtual void scanNotSaved(const std::string& /*reason*/) {}
+
     // The scan was stopped: the window closes and the main menu comes back. The transaction ends with the window's
     // data sources.
     virtual void scanStopped() {}

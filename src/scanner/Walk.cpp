@@ -71,13 +71,12 @@ void ScanEngine::ScanFiles() {
     CurrentDirectoryBase = m_lister.path();
     if (CurrentDirectoryBase.ends_with('\\'))
         CurrentDirectoryBase.pop_back();
+    runStatement(m_desk, kDamagedDirectoryHandler, [&] {
+        if (const auto damage = m_lister.takeDamage())
+            throw *damage;
+    });
     const bool goesOn = runStatements(
-        m_desk, kScanFilesHandler,
-        [&] {
-            if (const auto damage = m_lister.takeDamage())
-                throw *damage;
-        },
-        [&] { CurrentFileName = m_lister.firstFile(m_lister.path()); }, [&] { m_watcher.yield(); });
+        m_desk, kScanFilesHandler, [&] { CurrentFileName = m_lister.firstFile(m_lister.path()); }, [&] { m_watcher.yield(); });
     while (goesOn && !CurrentFileName.empty() && !cancelled())
         if (!captureOneFile())
             return;
@@ -120,7 +119,11 @@ void ScanEngine::CompleteDirectoryRow() {
     if (name.empty())
         name = path;
     runStatements(
-        m_desk, kCompleteDirectoryHandler, [&] { directory.MoveLast(); }, [&] { directory.Edit(); },
+        m_desk, kCompleteDirectoryHandler,
+        [&] {
+            directory.MoveLast();
+            directory.Edit();
+        },
         [&] { directory(directories::kParentId) = parent; },
         [&] { directory(directories::kDirectoryPath) = path; }, [&] { m_watcher.yield(); },
         [&] { directory(directories::kNumberOfFiles) = m_lister.fileCount(); },
@@ -212,7 +215,7 @@ bool ScanEngine::captureResources() {
 void ScanEngine::ReadSetupIni() {
     std::string name;
     if (base::lowerAscii(CurrentFileName) == "setup.ini")
-        skipErrors([&] { name = readSetupName(m_lister, m_lister.path()); });
+        skipErrors([&] { name = readSetupName(m_lister, CurrentFilePath); });
     SetupAppName = name;
 }
 

@@ -48,6 +48,7 @@ void TestWatcher::totalsFinished() { log.emplace_back("totals finished"); }
 void TestWatcher::clockStopped() { log.emplace_back("clock stopped"); }
 void TestWatcher::beep() { log.emplace_back("beep"); }
 void TestWatcher::scanFinished() { log.emplace_back("finished"); }
+void TestWatcher::scanNotSaved(const std::string& reason) { log.push_back("not saved: " + reason); }
 void TestWatcher::scanStopped() {
     log.emplace_back("stopped");
     if (whenStopped)

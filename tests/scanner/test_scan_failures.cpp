@@ -73,7 +73,8 @@ TEST_P(Handlers, PromptLogAndGoOnAsTold) {
     });
     const base::RuntimeError error(told.conversion ? base::ErrorNumber::DataTypeConversion
                                                    : base::ErrorNumber::ReadFailure);
-    EXPECT_EQ(desk.handle(error, *told.handler), told.next);
+    const bool stops = told.stop && told.prompts > 0;
+    EXPECT_EQ(desk.handle(error, *told.handler), stops && told.next == kAgain ? kOn : told.next);
     EXPECT_EQ(watcher.prompts, told.prompts);
     EXPECT_EQ(app::Module1::ScanCancelled, told.stop && told.prompts > 0 ? 1 : 0);
     EXPECT_EQ(watcher.yields, told.stop ? told.prompts : 0) << "a yes lets pending events run";
@@ -141,7 +142,8 @@ TEST(FailingDisc, ADamagedDirectoryIsLoggedAndTheRestIsScanned) {
                            folder("WHOLE", {file("FINE")})}));
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.column("files", "file name"), (std::vector<std::string>{"SEEN", "FINE"}));
-    EXPECT_NE(rig.errorLog.find("record 3 runs over the end"), std::string::npos);
+    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe directory is damaged: record 3 runs over the end in Directory :- " +
+                                rig.root + "BROKEN");
 }
 
 TEST(FailingDisc, ADirectoryThatCannotBeListedIsEmptyAndLogged) {
@@ -192,6 +194,67 @@ TEST(FailingDisc, ABarThatRefusesAValueIsAnErrorOfTheFile) {
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.count("files"), 1);
     EXPECT_NE(rig.errorLog.find(" in File :- A.TXT"), std::string::npos);
+}
+
+TEST(FailingDisc, AnExecutableThatNeverOpensEndsWithTheUsersOk) {
+    ScanRig rig;
+    rig.insert(folder("", {file("P.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure), file("Q")}));
+    rig.watcher.answers = {false, false, true};
+    rig.scan(action("cancel", "all"));
+    EXPECT_EQ(rig.watcher.prompts, 3) << "the statement runs again until the user stops";
+    EXPECT_EQ(rig.watcher.log.back(), "stopped");
+    EXPECT_EQ(rig.count("files"), 0);
+}
+
+TEST(FailingDisc, TheLogHasABound) {
+    std::vector<MemoryNode> files;
+    for (int i = 0; i < 40000; ++i)
+        files.push_back(file(std::string(200, 'n') + std::to_string(i)).withFailure(ErrorNumber::ReadFailure));
+    ScanRig rig;
+    rig.insert(folder("", files));
+    rig.scan(action("ignore"));
+    EXPECT_LT(rig.errorLog.size(), scanner::ErrorDesk::kLongestLog + 100);
+    EXPECT_TRUE(rig.errorLog.ends_with(" more errors"));
+    EXPECT_TRUE(rig.field("drive", {}, "Comments").ends_with(" more errors"));
+}
+
+TEST(FailingDisc, TheWalkReadsTheRootAnewAfterTheQuickScan) {
+    ScanRig rig;
+    auto& medium = rig.insert(folder("", {folder("S")}));
+    rig.scan();
+    EXPECT_EQ(medium.listed(), (std::vector<std::string>{"\\", "\\S", "\\", "\\", "\\S"}))
+        << "quick scan, the look for autorun.inf, walk";
+}
+
+// ---- A catalogue that refuses
+
+TEST(RefusingCatalogue, ANumberThatAFreeOneOvertookEndsTheScanWithAMessage) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A")}));
+    auto options = action("ignore");
+    options.UseFreeNumber = "true";
+    rig.scan(options);
+    rig.scan(action("ignore"));
+    EXPECT_EQ(rig.watcher.log.back(), "stopped");
+    EXPECT_EQ(rig.watcher.log[rig.watcher.log.size() - 2],
+              "not saved: The CD-ROM number 1 is in use already. Choose \"any free number\" in the options.");
+    EXPECT_EQ(rig.count("drive"), 1);
+    EXPECT_EQ(rig.field("drive", {}, "Comments"), "Scanned with basic details ignoring all errors.\r\n")
+        << "the other disc's comments stay";
+}
+
+TEST(RefusingCatalogue, OneThatIsGoneAtTheTotalsDoesNotCrash) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A"), folder("S", {file("B"), file("C")})}));
+    const auto path = app::Module1::cataloguePath();
+    const auto away = path.parent_path() / "away.mde";
+    rig.watcher.atYield = [&](int number) {
+        if (number == 5)
+            std::filesystem::rename(path, away);
+    };
+    rig.scan();
+    EXPECT_EQ(rig.watcher.log.back(), "finished");
+    std::filesystem::rename(away, path);
 }
 
 // ---- Stops
