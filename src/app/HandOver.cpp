@@ -38,9 +38,13 @@ void showReturnWindow() {
         Windows::Show("EXMain");
 }
 
-void jumpToExplorer() {
+void showLoading() {
     Windows::Show("Loading");
     letLoadingPaint();
+}
+
+void jumpToExplorer() {
+    showLoading();
     Windows::Show("EXMain");
     auto* explorer = Windows::Find("EXMain");
     if (auto* delayedLoad = explorer ? explorer->timer("Timer2") : nullptr)

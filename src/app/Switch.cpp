@@ -34,8 +34,8 @@ const QColor kHoverGround(230, 233, 250);
 
 // The window behind an entry; Exit has none.
 const char* windowOf(int index) {
-    static constexpr const char* kWindows[kEntries] = {"Scanform", "DeleteCD", "EXMain", "Search",
-                                                       "Workshop", "About",    "",       "Programs"};
+    static constexpr const char* kWindows[kEntries] = {
+        "Scanform", "DeleteCD", "EXMain", "Search", "Workshop", "About", "", "Programs"};
     return kWindows[index];
 }
 
@@ -100,8 +100,7 @@ void Switch::openWindow(int index) {
 void Switch::showAbout() {
     if (!Windows::Exists("About"))
         return;
-    Windows::Show("Loading");
-    kit::yield();
+    showLoading();
     Module1::ReturnTo = "switch";
     Windows::Show("About", Modality::Modal);
 }
@@ -131,7 +130,8 @@ void Switch::Image1_MouseDown(QPoint position) {
 void Switch::Image1_MouseMove(QPoint position) {
     if (!Dragging)
         return;
-    move(x() + position.x() - static_cast<int>(DragX), y() + position.y() - static_cast<int>(DragY));
+    move(x() + position.x() - static_cast<int>(DragX),
+         y() + position.y() - static_cast<int>(DragY));
     kit::yield();
 }
 

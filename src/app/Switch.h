@@ -10,8 +10,9 @@
 
 namespace discaro::app {
 
-// The main menu: a round window with eight entries. Entries that need a disc in the catalogue are disabled while it
-// has none; an entry whose window is not part of the program is disabled from the start.
+// The main menu: a round window with eight entries. Entries that need a disc in the catalogue are
+// disabled while it has none; an entry whose window is not part of the program is disabled from the
+// start.
 //
 // Keys: Tab and the arrow keys go through the entries, Enter and Space choose.
 class Switch : public kit::Form {
@@ -19,13 +20,13 @@ class Switch : public kit::Form {
 public:
     Switch();
 
-    kit::Picture* Image1 = nullptr;        // the face; drags the window
-    kit::ControlArray<kit::Label> Label1;  // the entries
-    kit::Label* Label2 = nullptr;          // holds the hover colour
-    kit::Button* Command1 = nullptr;       // minimises
-    kit::Panel* Picture1 = nullptr;        // room of the marquee
-    kit::Marquee* AXMarquee1 = nullptr;    // the program's name
-    kit::Timer* Timer1 = nullptr;          // looks once whether there are discs
+    kit::Picture* Image1 = nullptr;       // the face; drags the window
+    kit::ControlArray<kit::Label> Label1; // the entries
+    kit::Label* Label2 = nullptr;         // holds the hover colour
+    kit::Button* Command1 = nullptr;      // minimises
+    kit::Panel* Picture1 = nullptr;       // room of the marquee
+    kit::Marquee* AXMarquee1 = nullptr;   // the program's name
+    kit::Timer* Timer1 = nullptr;         // looks once whether there are discs
     kit::TrayIcon* TrayIcon1 = nullptr;
     db::DataSource Data1; // Drive
 

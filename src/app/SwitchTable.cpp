@@ -1,5 +1,4 @@
 #include "app/Switch.h"
-
 #include "kit/Colour.h"
 
 // The controls of the main menu: member, name, place, text, handler.
@@ -16,12 +15,13 @@ const QColor kDisabledColour(112, 114, 150);
 const QColor kFocusMark(214, 220, 255);
 const QColor kMarqueeColour(196, 202, 255);
 
-// Four entries above the hub and four below it, centred on the disc.
-constexpr int kEntryLeft = 108;
-constexpr int kEntryWidth = 264;
-constexpr int kEntryHeight = 27;
-constexpr int kUpperTop = 78;
-constexpr int kLowerTop = 294;
+// Four entries above the hub and four below it, centred on the disc; the outermost are shorter, as
+// the disc is.
+constexpr int kWide = 288;
+constexpr int kNarrow = 228;
+constexpr int kEntryHeight = 26;
+constexpr int kUpperTop = 80;
+constexpr int kLowerTop = 296;
 
 void makeEntry(kit::Label& label) {
     label.setForeColour(kit::colourOf(kRestingColour));
@@ -31,11 +31,12 @@ void makeEntry(kit::Label& label) {
 }
 
 void makeSmallAndRound(kit::Button& button) {
-    button.setStyleSheet("QPushButton { color: #d6dcff; background: #20254c; border: 1px solid #6a70c8;"
-                         " border-radius: 6px; padding: 0px; }"
-                         "QPushButton:hover { background: #343b78; }"
-                         "QPushButton:pressed { background: #12152e; }"
-                         "QPushButton:focus { border: 2px solid #d6dcff; }");
+    button.setStyleSheet(
+        "QPushButton { color: #d6dcff; background: #20254c; border: 1px solid #6a70c8;"
+        " border-radius: 6px; padding: 0px; }"
+        "QPushButton:hover { background: #343b78; }"
+        "QPushButton:pressed { background: #12152e; }"
+        "QPushButton:focus { border: 2px solid #d6dcff; }");
 }
 
 void dressMarquee(kit::Marquee& marquee) {
@@ -51,16 +52,14 @@ void dressTrayIcon(kit::TrayIcon& icon) {
     icon.setFlashEnabled(true);
 }
 
-auto entry(int index, int top, const char* text, void (Switch::*click)(int), void (Switch::*hover)(int)) {
+auto entry(int index, int width, int top, const char* text) {
     return control(&Switch::Label1, "Label1", index)
-        .at(kEntryLeft, top, kEntryWidth, kEntryHeight)
+        .at((kSide - width) / 2, top, width, kEntryHeight)
         .text(text)
-        .size(1.2)
+        .size(1.25)
         .bold()
         .align(Qt::AlignCenter)
-        .set(makeEntry)
-        .click(click)
-        .when(&kit::Label::MouseMove, hover);
+        .set(makeEntry);
 }
 
 } // namespace
@@ -72,19 +71,35 @@ const kit::FormTable<Switch> Switch::kTable{
         .when(&kit::Picture::MouseDown, &Switch::Image1_MouseDown)
         .when(&kit::Picture::MouseMove, &Switch::Image1_MouseMove)
         .when(&kit::Picture::MouseUp, &Switch::Image1_MouseUp),
-    entry(0, kUpperTop, "Scan a new CD-ROM", &Switch::Label1_Click, &Switch::Label1_MouseMove),
-    entry(1, kUpperTop + kEntryHeight, "Delete an Existing CD-ROM Entry", &Switch::Label1_Click,
-          &Switch::Label1_MouseMove),
-    entry(2, kUpperTop + 2 * kEntryHeight, "Explore", &Switch::Label1_Click, &Switch::Label1_MouseMove),
-    entry(3, kUpperTop + 3 * kEntryHeight, "Search the Database", &Switch::Label1_Click,
-          &Switch::Label1_MouseMove),
-    entry(7, kLowerTop, "Program Explorer", &Switch::Label1_Click, &Switch::Label1_MouseMove),
-    entry(4, kLowerTop + kEntryHeight, "Database Workshop", &Switch::Label1_Click, &Switch::Label1_MouseMove),
-    entry(5, kLowerTop + 2 * kEntryHeight, "About", &Switch::Label1_Click, &Switch::Label1_MouseMove),
-    entry(6, kLowerTop + 3 * kEntryHeight, "Exit", &Switch::Label1_Click, &Switch::Label1_MouseMove),
-    control(&Switch::Label2, "Label2").at(0, 0, 60, 20).text("Label2").hidden().set([](kit::Label& label) {
-        label.setForeColour(kit::colourOf(kHoverColour));
-    }),
+    entry(0, kNarrow, kUpperTop, "Scan a new CD-ROM")
+        .click(&Switch::Label1_Click)
+        .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
+    entry(1, kWide, kUpperTop + kEntryHeight, "Delete an Existing CD-ROM Entry")
+        .click(&Switch::Label1_Click)
+        .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
+    entry(2, kWide, kUpperTop + 2 * kEntryHeight, "Explore")
+        .click(&Switch::Label1_Click)
+        .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
+    entry(3, kWide, kUpperTop + 3 * kEntryHeight, "Search the Database")
+        .click(&Switch::Label1_Click)
+        .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
+    entry(7, kWide, kLowerTop, "Program Explorer")
+        .click(&Switch::Label1_Click)
+        .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
+    entry(4, kWide, kLowerTop + kEntryHeight, "Database Workshop")
+        .click(&Switch::Label1_Click)
+        .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
+    entry(5, kWide, kLowerTop + 2 * kEntryHeight, "About")
+        .click(&Switch::Label1_Click)
+        .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
+    entry(6, kNarrow, kLowerTop + 3 * kEntryHeight, "Exit")
+        .click(&Switch::Label1_Click)
+        .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
+    control(&Switch::Label2, "Label2")
+        .at(0, 0, 60, 20)
+        .text("Label2")
+        .hidden()
+        .set([](kit::Label& label) { label.setForeColour(kit::colourOf(kHoverColour)); }),
     control(&Switch::Command1, "Command1")
         .at(227, 44, 26, 20)
         .text("_")
@@ -106,7 +121,10 @@ const kit::FormTable<Switch> Switch::kTable{
 };
 
 Switch::Switch()
-    : Form({.name = "Switch", .caption = "Discaro", .size = {kSide, kSide}, .border = Border::None}) {
+    : Form({.name = "Switch",
+            .caption = "Discaro",
+            .size = {kSide, kSide},
+            .border = Border::None}) {
     setAttribute(Qt::WA_TranslucentBackground);
     kTable.build(*this);
 }

@@ -2,10 +2,10 @@
 
 #include "kit/Ground.h"
 
+#include <QtCore/QPointer>
+
 #include <map>
 #include <utility>
-
-#include <QtCore/QPointer>
 
 namespace discaro::app::Windows {
 
@@ -22,7 +22,8 @@ Registry& registry() {
     return instance;
 }
 
-// A handler may be between one window and the next: only the event loop can tell that none will come.
+// A handler may be between one window and the next: only the event loop can tell that none will
+// come.
 void checkForEnd() {
     kit::atGround([] {
         const Registry& all = registry();

@@ -179,7 +179,8 @@ std::vector<std::string> schemaStatements() {
     statements.push_back(createIndex("INDEX", kFiles, files::kFileName));
     // Triggers and not foreign keys: those cost a look-up in every insert, 12 % of a scan's inserts, and work only
     // for programs that switch them on.
-    statements.push_back(cascade(kDrive, drive::kIdNumber, kDirectories, directories::kDriveIdNumber));
+    statements.push_back(
+        cascade(kDrive, drive::kIdNumber, kDirectories, directories::kDriveIdNumber));
     statements.push_back(
         cascade(kDirectories, directories::kIdNumber, kFiles, files::kDirectoryNumber));
     statements.push_back("INSERT INTO " + name(kMasterTable) +

@@ -1,8 +1,8 @@
 #include "kit/Beep.h"
 
-#include <utility>
-
 #include <QtWidgets/QApplication>
+
+#include <utility>
 
 namespace discaro::kit {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <array>
-
 #include <QtGui/QPainter>
+
+#include <array>
 
 namespace discaro::kit {
 
@@ -20,8 +20,9 @@ using BlendBands = std::array<Channels, kBlendBands>;
 // Three channels drawn at random, from a generator seeded by the clock.
 Channels randomChannels();
 
-// The colours of the 256 bands of a vertical blend, top first. Each channel moves from start towards end by a 256th of
-// their difference before every band, so the last band has exactly the end colour.
+// The colours of the 256 bands of a vertical blend, top first. Each channel moves from start
+// towards end by a 256th of their difference before every band, so the last band has exactly the
+// end colour.
 BlendBands blendBands(const Channels& start, const Channels& end);
 
 // Paints the bands over a rectangle, each over a 256th of its height, without gaps.

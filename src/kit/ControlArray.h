@@ -8,8 +8,8 @@
 
 namespace discaro::kit {
 
-// The controls of one name, told apart by an index: Command1(0), Command1(3). Indexes may have gaps. The elements
-// belong to their window; the array only finds them.
+// The controls of one name, told apart by an index: Command1(0), Command1(3). Indexes may have
+// gaps. The elements belong to their window; the array only finds them.
 template <typename T>
 class ControlArray {
 public:
@@ -28,8 +28,9 @@ public:
 
     // The index of an element, -1 for a control of another name.
     int indexOf(const T* element) const {
-        const auto place = std::find_if(m_elements.begin(), m_elements.end(),
-                                        [element](const auto& entry) { return entry.second == element; });
+        const auto place =
+            std::find_if(m_elements.begin(), m_elements.end(),
+                         [element](const auto& entry) { return entry.second == element; });
         return place == m_elements.end() ? -1 : place->first;
     }
 

@@ -6,14 +6,22 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QLineEdit>
+#include <QtWidgets/QStyle>
 
 namespace discaro::kit {
 
 namespace {
 
-void drawPill(QWidget& widget, const QPen& pen, const QBrush& brush) {
-    const QRectF place = QRectF(widget.rect()).adjusted(1.5, 1.5, -1.5, -1.5);
-    QPainter painter(&widget);
+// As high as the label, and as wide as its text with round ends beside it.
+void drawPill(QLabel& label, const QPen& pen, const QBrush& brush) {
+    const QRect text =
+        label.style()->itemTextRect(label.fontMetrics(), label.contentsRect(),
+                                    static_cast<int>(label.alignment()), true, label.text());
+    const int ends = label.height() / 2 + 2;
+    const QRectF room = QRectF(label.rect()).adjusted(1.5, 1.5, -1.5, -1.5);
+    const QRectF place =
+        room.intersected(QRectF(text.left() - ends, 0, text.width() + 2 * ends, label.height()));
+    QPainter painter(&label);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(pen);
     painter.setBrush(brush);
@@ -97,9 +105,22 @@ void Label::focusOutEvent(QFocusEvent* event) {
 void Label::paintEvent(QPaintEvent* event) {
     if (m_ground.isValid())
         drawPill(*this, Qt::NoPen, m_ground);
-    QLabel::paintEvent(event);
-    if (isEntry() && hasFocus())
+    if (!isEntry()) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    drawEntry();
+    if (hasFocus())
         drawPill(*this, QPen(m_focusMark, 1.5), Qt::NoBrush);
+}
+
+// The base class would treat a label with a focus as a text to edit, with colours of its own while
+// it is disabled.
+void Label::drawEntry() {
+    QPainter painter(this);
+    const int wrapping = wordWrap() ? Qt::TextWordWrap : Qt::TextSingleLine;
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()) | wrapping,
+                          palette(), isEnabled(), text(), foregroundRole());
 }
 
 // Enter presses the button that has the focus, as Space does.
@@ -180,7 +201,8 @@ void Tabs::setPages(const QStringList& captions) {
 QWidget& Tabs::page(int index) const {
     QWidget* found = widget(index);
     if (!found)
-        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "no page " + std::to_string(index));
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue,
+                                 "no page " + std::to_string(index));
     return *found;
 }
 

@@ -9,8 +9,8 @@
 #include <QtWidgets/QRadioButton>
 #include <QtWidgets/QTabWidget>
 
-// The simple controls that windows are made of. Each raises `Click` (and where it has a value, `Change`), which the
-// form table connects to handlers.
+// The simple controls that windows are made of. Each raises `Click` (and where it has a value,
+// `Change`), which the form table connects to handlers.
 namespace discaro::kit {
 
 // Plain text that wraps. It is never read as markup, so names may hold any character.
@@ -20,7 +20,8 @@ public:
     explicit Label(QWidget* parent = nullptr);
 
     QColor foreColour() const;
-    // The resting colour. The colour while disabled is the palette's until setDisabledColour gives one.
+    // The resting colour. The colour while disabled is the palette's until setDisabledColour gives
+    // one.
     void setForeColour(const QColor& colour);
     void setDisabledColour(const QColor& colour);
 
@@ -28,8 +29,8 @@ public:
     void setGround(const QColor& colour);
     QColor ground() const { return m_ground; }
 
-    // An entry to choose: it takes the focus by Tab, answers Enter and Space with a click, marks the focus with a
-    // frame in the given colour, and is told to screen readers as a button.
+    // An entry to choose: it takes the focus by Tab, answers Enter and Space with a click, marks
+    // the focus with a frame in the given colour, and is told to screen readers as a button.
     void makeEntry(const QColor& focusMark);
     bool isEntry() const { return m_focusMark.isValid(); }
 
@@ -48,6 +49,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void drawEntry();
+
     bool m_pressed = false;
     QColor m_focusMark;
     QColor m_ground;
@@ -62,7 +65,8 @@ signals:
     void Click();
 };
 
-// Click is raised by every change of the value, whoever makes it: a handler that sets the box is entered again.
+// Click is raised by every change of the value, whoever makes it: a handler that sets the box is
+// entered again.
 class CheckBox : public QCheckBox {
     Q_OBJECT
 public:
@@ -75,7 +79,8 @@ signals:
     void Click();
 };
 
-// One of several in the same container. Click is raised when it becomes the chosen one, whoever chooses it.
+// One of several in the same container. Click is raised when it becomes the chosen one, whoever
+// chooses it.
 class OptionButton : public QRadioButton {
     Q_OBJECT
 public:
@@ -88,15 +93,16 @@ signals:
     void Click();
 };
 
-// Click is raised when an item is chosen, by the user (also the same again) or by the program; Change when the text
-// shown is another than before.
+// Click is raised when an item is chosen, by the user (also the same again) or by the program;
+// Change when the text shown is another than before.
 class ComboBox : public QComboBox {
     Q_OBJECT
 public:
     explicit ComboBox(QWidget* parent = nullptr);
 
     QString text() const { return currentText(); }
-    // Selects the item of that text; the text of an editable box may be any. Returns whether it is now shown.
+    // Selects the item of that text; the text of an editable box may be any. Returns whether it is
+    // now shown.
     bool setText(const QString& text);
     int listIndex() const { return currentIndex(); }
     void setListIndex(int index) { setCurrentIndex(index); }

@@ -4,10 +4,6 @@
 #include "kit/TrayIcon.h"
 #include "kit/Yield.h"
 
-#include <algorithm>
-#include <cmath>
-#include <utility>
-
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtGui/QCloseEvent>
@@ -15,6 +11,10 @@
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
 
 namespace discaro::kit {
 
@@ -48,7 +48,8 @@ QFont sizedFont(const QFont& font, const QFont& base, double factor) {
 double fontScale(const QFont& font) {
     const QFontMetricsF metrics(font);
     const double height = metrics.height() / kReferenceHeight;
-    const double width = metrics.horizontalAdvance(QString::fromLatin1(kMeasured)) / kReferenceWidth;
+    const double width =
+        metrics.horizontalAdvance(QString::fromLatin1(kMeasured)) / kReferenceWidth;
     // Whole twentieths: fonts of nearly the reference's size keep the places exact.
     return std::max(1.0, std::round(std::max(height, width) * 20.0) / 20.0);
 }
@@ -166,7 +167,8 @@ Form::State Form::state() const {
 
 void Form::setState(State state) {
     const bool minimised = state == State::Minimised;
-    setWindowState(minimised ? windowState() | Qt::WindowMinimized : windowState() & ~Qt::WindowMinimized);
+    setWindowState(minimised ? windowState() | Qt::WindowMinimized
+                             : windowState() & ~Qt::WindowMinimized);
 }
 
 Timer* Form::timer(const char* timerName) const {

@@ -2,26 +2,29 @@
 
 #include "kit/Timer.h"
 
-#include <functional>
-#include <vector>
-
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
+
+#include <functional>
+#include <vector>
 
 namespace discaro::kit {
 
 // Base class of every window. A window is made, loaded, shown, and at its end unloaded:
 //
-//   Load     runs Form_Load, once. Show loads first. When Form_Load fails the window is gone, without Form_Unload.
-//   Unload   runs Form_Unload, once; then the window hides, its timers stop and its tray icons go, what was given to
-//            atUnload is released, and Unloaded is emitted (the registry of windows listens). Closing by the frame
-//            is an unload.
+//   Load     runs Form_Load, once. Show loads first. When Form_Load fails the window is gone,
+//            without Form_Unload.
+//   Unload   runs Form_Unload, once; then the window hides, its timers stop and its tray icons go,
+//            what was given to atUnload is released, and Unloaded is emitted (the registry of
+//            windows listens). Closing by the frame is an unload.
 //
-// An unloaded window stays a valid object until no handler of any window is on the stack, so that a handler that
-// yielded can go on using its members; then it is destroyed by itself. Handlers declared in the form table no longer
-// run from the moment of unloading on. A window is always made with `new`, and nobody deletes it.
+// An unloaded window stays a valid object until no handler of any window is on the stack, so that a
+// handler that yielded can go on using its members; then it is destroyed by itself. Handlers
+// declared in the form table no longer run from the moment of unloading on. A window is always made
+// with `new`, and nobody deletes it.
 //
-// Places are told in logical pixels for the reference font. They grow with the font in use: `scale` is the factor.
+// Places are told in logical pixels for the reference font. They grow with the font in use: `scale`
+// is the factor.
 class Form : public QWidget {
     Q_OBJECT
 public:
@@ -72,8 +75,9 @@ public:
 
     // Whether its first painting is done.
     bool isPainted() const { return m_painted; }
-    // Yields until it is painted, for at most a tenth of a second: a window just shown on a real screen has to hear
-    // from the window system first. A window that is not visible is not waited for.
+    // Yields until it is painted, for at most a tenth of a second: a window just shown on a real
+    // screen has to hear from the window system first. A window that is not visible is not waited
+    // for.
     void awaitPainting();
 
     // How much larger than the reference the font is; never below 1.
@@ -96,7 +100,8 @@ protected:
     virtual void Form_Load() {}
     virtual void Form_Unload() {}
 
-    // Something to give back when the window is unloaded, such as an open data source; the last given goes first.
+    // Something to give back when the window is unloaded, such as an open data source; the last
+    // given goes first.
     void atUnload(std::function<void()> release);
 
     bool event(QEvent* event) override;
@@ -123,10 +128,12 @@ private:
     bool m_centred = false;
 };
 
-// How much larger than the reference font a font is, in height or width, whichever is more; never below 1.
+// How much larger than the reference font a font is, in height or width, whichever is more; never
+// below 1.
 double fontScale(const QFont& font);
 
-// Destroys the windows that have been unloaded; for the end of the application and of a test, when no handler runs.
+// Destroys the windows that have been unloaded; for the end of the application and of a test, when
+// no handler runs.
 void destroyUnloadedWindows();
 
 } // namespace discaro::kit

@@ -75,8 +75,9 @@ public:
         return *this;
     }
 
-    // The container that the control stands in, declared in a row above; the window when none is told. A container
-    // with pages takes the page's index, an element of a control array its own index first.
+    // The container that the control stands in, declared in a row above; the window when none is
+    // told. A container with pages takes the page's index, an element of a control array its own
+    // index first.
     template <SeenControl P>
     Row& in(P* Window::*parent) {
         m_parent = [parent](Window& window) -> QWidget* { return window.*parent; };
@@ -89,7 +90,9 @@ public:
     }
     template <SeenControl P>
     Row& in(ControlArray<P> Window::*parents, int index) {
-        m_parent = [parents, index](Window& window) -> QWidget* { return &(window.*parents)(index); };
+        m_parent = [parents, index](Window& window) -> QWidget* {
+            return &(window.*parents)(index);
+        };
         return *this;
     }
     template <std::derived_from<Tabs> P>
@@ -141,71 +144,61 @@ public:
 
     // Makes a label name the control that stands beside it: its access letter leads there.
     template <SeenControl C>
-        requires std::derived_from<T, Label>
-    Row& labels(C* Window::*labelled) {
+    requires std::derived_from<T, Label> Row& labels(C* Window::*labelled) {
         m_labelled = [labelled](Window& window) -> QWidget* { return window.*labelled; };
         return *this;
     }
     template <SeenControl C>
-        requires std::derived_from<T, Label>
-    Row& labels(ControlArray<C> Window::*labelled, int index) {
-        m_labelled = [labelled, index](Window& window) -> QWidget* { return &(window.*labelled)(index); };
+    requires std::derived_from<T, Label> Row& labels(ControlArray<C> Window::*labelled, int index) {
+        m_labelled = [labelled, index](Window& window) -> QWidget* {
+            return &(window.*labelled)(index);
+        };
         return *this;
     }
 
-    Row& every(int milliseconds)
-        requires std::same_as<T, Timer>
-    {
+    Row& every(int milliseconds) requires std::same_as<T, Timer> {
         return set([milliseconds](T& timer) { timer.setInterval(milliseconds); });
     }
-    Row& enabled()
-        requires std::same_as<T, Timer>
-    {
+    Row& enabled() requires std::same_as<T, Timer> {
         return set([](T& timer) { timer.setEnabled(true); });
     }
-    Row& multiLine()
-        requires std::derived_from<T, TextBox>
-    {
+    Row& multiLine() requires std::derived_from<T, TextBox> {
         return set([](T& box) { box.setMultiLine(); });
     }
-    Row& readOnly()
-        requires std::derived_from<T, TextBox>
-    {
+    Row& readOnly() requires std::derived_from<T, TextBox> {
         return set([](T& box) { box.setReadOnly(true); });
     }
-    Row& ticked()
-        requires std::derived_from<T, CheckBox> || std::derived_from<T, OptionButton>
-    {
+    Row& ticked() requires std::derived_from<T, CheckBox> || std::derived_from<T, OptionButton> {
         return set([](T& button) { button.setValue(true); });
     }
-    Row& pages(const QStringList& captions)
-        requires std::derived_from<T, Tabs>
-    {
+    Row& pages(const QStringList& captions) requires std::derived_from<T, Tabs> {
         return set([captions](T& tabs) { tabs.setPages(captions); });
     }
     // A picture's resource, such as ":/pictures/face.svg".
-    Row& picture(const char* resource)
-        requires std::derived_from<T, Picture>
-    {
+    Row& picture(const char* resource) requires std::derived_from<T, Picture> {
         return set([resource](T& picture) { picture.setSource(QString::fromLatin1(resource)); });
     }
 
-    // Anything else that the class of the control has, run before its text is set and its handlers are connected.
+    // Anything else that the class of the control has, run before its text is set and its handlers
+    // are connected.
     Row& set(std::function<void(T&)> setting) {
         m_settings.push_back(std::move(setting));
         return *this;
     }
 
-    // Runs the window's handler whenever the control raises the signal. The handler takes as many of the signal's
-    // arguments as it likes; that of a control array takes the element's index before them, or nothing at all.
+    // Runs the window's handler whenever the control raises the signal. The handler takes as many
+    // of the signal's arguments as it likes; that of a control array takes the element's index
+    // before them, or nothing at all.
     template <typename Raiser, typename... Raised, typename... Taken>
-        requires std::derived_from<T, Raiser>
-    Row& when(void (Raiser::*signal)(Raised...), void (Window::*handler)(Taken...)) {
-        m_connections.push_back([signal, handler, index = m_facts.index](T& control, Window& window) {
-            QObject::connect(&control, signal, &window, [&window, handler, index](Raised... raised) {
-                if (!window.isUnloaded())
-                    run(window, handler, index, std::tuple<Raised...>(raised...));
-            });
+    requires std::derived_from<T, Raiser> Row& when(void (Raiser::*signal)(Raised...),
+                                                    void (Window::*handler)(Taken...)) {
+        m_connections.push_back([signal, handler, index = m_facts.index](T& control,
+                                                                         Window& window) {
+            QObject::connect(&control, signal, &window,
+                             [&window, handler, index](Raised... raised) {
+                                 if (!window.isUnloaded())
+                                     run(window, handler, index, std::tuple<Raised...>(raised...));
+                             });
         });
         return *this;
     }
@@ -218,8 +211,7 @@ public:
         return when(&T::Change, handler);
     }
     template <typename... Taken>
-        requires std::same_as<T, Timer>
-    Row& tick(void (Window::*handler)(Taken...)) {
+    requires std::same_as<T, Timer> Row& tick(void (Window::*handler)(Taken...)) {
         return when(&T::Tick, handler);
     }
 
@@ -309,7 +301,8 @@ Row<Window, T, false> control(T* Window::*member, const char* name) {
 // A row for one element of a control array.
 template <typename Window, typename T>
 Row<Window, T, true> control(ControlArray<T> Window::*member, const char* name, int index) {
-    return {name, index, [member, index](Window& window, T* made) { (window.*member).put(index, made); },
+    return {name, index,
+            [member, index](Window& window, T* made) { (window.*member).put(index, made); },
             [member, index](Window& window) { return &(window.*member)(index); }};
 }
 

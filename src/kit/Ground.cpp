@@ -3,12 +3,12 @@
 #include "kit/UnhandledErrors.h"
 #include "kit/Yield.h"
 
-#include <utility>
-#include <vector>
-
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QObject>
+
+#include <utility>
+#include <vector>
 
 namespace discaro::kit {
 
@@ -32,7 +32,8 @@ public:
     std::vector<std::function<void()>> actions;
 
 protected:
-    // A yield may have brought the event: then others are on the stack, and the next ground is waited for.
+    // A yield may have brought the event: then others are on the stack, and the next ground is
+    // waited for.
     bool event(QEvent* event) override {
         if (event->type() != QEvent::User)
             return QObject::event(event);

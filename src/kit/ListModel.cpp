@@ -1,10 +1,11 @@
 #include "kit/ListModel.h"
 
+#include "base/RuntimeError.h"
+#include "kit/CellText.h"
+#include "kit/Strings.h"
+
 #include <algorithm>
 #include <numeric>
-
-#include "base/RuntimeError.h"
-#include "kit/Strings.h"
 
 namespace discaro::kit {
 
@@ -16,7 +17,8 @@ const QString& ListItem::column(int number) const {
     return number > 0 && place < subItems.size() ? subItems[place] : kEmpty;
 }
 
-ListModel::ListModel(QObject* parent) : QAbstractTableModel(parent) {}
+ListModel::ListModel(QObject* parent)
+    : QAbstractTableModel(parent) {}
 
 void ListModel::setColumns(std::vector<ListColumn> columns) {
     beginResetModel();
@@ -24,13 +26,22 @@ void ListModel::setColumns(std::vector<ListColumn> columns) {
     endResetModel();
 }
 
+void ListModel::setPictures(Pictures pictures) {
+    m_pictures = std::move(pictures);
+    if (!m_order.empty())
+        emit dataChanged(index(0, 0), index(rowCount() - 1, 0), {Qt::DecorationRole});
+}
+
 void ListModel::add(ListItem item) {
     if (!item.key.isEmpty() && !m_keys.try_emplace(item.key, count()).second)
-        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "the key " + utf8(item.key) + " is in use");
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue,
+                                 "the key " + utf8(item.key) + " is in use");
     m_items.push_back(std::move(item));
 }
 
 void ListModel::clear() {
+    if (m_items.empty())
+        return;
     beginResetModel();
     m_items.clear();
     m_order.clear();
@@ -41,18 +52,22 @@ void ListModel::clear() {
 void ListModel::flush() {
     if (m_order.size() == m_items.size())
         return;
-    beginResetModel();
     const auto first = static_cast<int>(m_order.size());
+    beginInsertRows({}, first, count() - 1);
     m_order.resize(m_items.size());
     std::iota(m_order.begin() + first, m_order.end(), first);
-    if (m_sorted)
+    const bool all = first == 0;
+    if (all && m_sorted)
         arrange();
-    endResetModel();
+    endInsertRows();
+    if (!all && m_sorted)
+        sortNow();
 }
 
 const ListItem& ListModel::item(int place) const {
     if (place < 0 || place >= count())
-        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "no row " + std::to_string(place));
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue,
+                                 "no row " + std::to_string(place));
     const auto at = static_cast<size_t>(place);
     return m_items[at < m_order.size() ? static_cast<size_t>(m_order[at]) : at];
 }
@@ -80,31 +95,41 @@ void ListModel::setSorted(bool sorted) {
     sortNow();
 }
 
-// Keeps the selection on the rows that it is on.
 void ListModel::sortNow() {
     flush();
-    if (!m_sorted)
+    if (!m_sorted || m_order.empty())
         return;
-    emit layoutAboutToBeChanged();
+    emit layoutAboutToBeChanged({}, VerticalSortHint);
     const std::vector<int> before = m_order;
     arrange();
+    movePersistent(before);
+    emit layoutChanged({}, VerticalSortHint);
+}
+
+// The selection and the current row stay on the rows that they are on.
+void ListModel::movePersistent(const std::vector<int>& before) {
     std::vector<int> placeNow(m_order.size());
     for (size_t place = 0; place < m_order.size(); ++place)
         placeNow[static_cast<size_t>(m_order[place])] = static_cast<int>(place);
-    QModelIndexList moved;
     const QModelIndexList kept = persistentIndexList();
-    for (const QModelIndex& old : kept)
-        moved << index(placeNow[static_cast<size_t>(before[static_cast<size_t>(old.row())])], old.column());
+    QModelIndexList moved;
+    moved.reserve(kept.size());
+    for (const QModelIndex& old : kept) {
+        const int item = before[static_cast<size_t>(old.row())];
+        moved << index(placeNow[static_cast<size_t>(item)], old.column());
+    }
     changePersistentIndexList(kept, moved);
-    emit layoutChanged();
 }
 
 void ListModel::arrange() {
     std::vector<QString> folded(m_items.size());
-    std::ranges::transform(m_items, folded.begin(),
-                           [this](const ListItem& item) { return item.column(m_sortKey).toCaseFolded(); });
+    std::ranges::transform(m_items, folded.begin(), [this](const ListItem& item) {
+        return item.column(m_sortKey).toCaseFolded();
+    });
     std::iota(m_order.begin(), m_order.end(), 0);
-    const auto textOf = [&](int place) -> const QString& { return folded[static_cast<size_t>(place)]; };
+    const auto textOf = [&](int item) -> const QString& {
+        return folded[static_cast<size_t>(item)];
+    };
     if (m_sortOrder == Qt::AscendingOrder)
         std::ranges::stable_sort(m_order, [&](int a, int b) { return textOf(a) < textOf(b); });
     else
@@ -120,30 +145,31 @@ int ListModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
-    if (!index.isValid())
+    if (!index.isValid() || index.row() >= rowCount())
         return {};
     const ListItem& shown = item(index.row());
+    const auto column = static_cast<size_t>(index.column());
     switch (role) {
     case Qt::DisplayRole:
-        // Line ends would make rows of several lines; the properties show such texts whole.
-        return QString(shown.column(index.column())).replace('\r', QString()).replace('\n', ' ');
+        return oneLine(shown.column(index.column()));
     case Qt::ToolTipRole:
-        return shown.column(index.column());
+        return tipText(shown.column(index.column()));
     case Qt::DecorationRole:
-        return index.column() == 0 && m_pictures && !shown.icon.isEmpty() ? m_pictures(shown.icon) : QVariant();
+        return column == 0 && m_pictures && !shown.icon.isEmpty() ? m_pictures(shown.icon)
+                                                                  : QVariant();
     case Qt::TextAlignmentRole:
-        if (static_cast<size_t>(index.column()) < m_columns.size())
-            return QVariant(m_columns[static_cast<size_t>(index.column())].alignment | Qt::AlignVCenter);
-        return {};
+        return column < m_columns.size() ? QVariant(m_columns[column].alignment | Qt::AlignVCenter)
+                                         : QVariant();
     case Qt::AccessibleTextRole:
-        return index.column() == 0 ? spokenRow(shown) : shown.column(index.column());
+        return column == 0 ? spokenRow(shown) : oneLine(shown.column(index.column()));
     default:
         return {};
     }
 }
 
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || section < 0 || static_cast<size_t>(section) >= m_columns.size())
+    const bool told = section >= 0 && static_cast<size_t>(section) < m_columns.size();
+    if (orientation != Qt::Horizontal || !told)
         return {};
     const ListColumn& column = m_columns[static_cast<size_t>(section)];
     if (role == Qt::DisplayRole)
@@ -155,11 +181,11 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
 
 // A row as one sentence: its text, then each seen column with its header.
 QString ListModel::spokenRow(const ListItem& item) const {
-    QString spoken = item.text;
+    QString spoken = oneLine(item.text).trimmed();
     for (size_t column = 1; column < m_columns.size(); ++column) {
         const QString& cell = item.column(static_cast<int>(column));
         if (m_columns[column].width > 0 && !cell.isEmpty())
-            spoken += ", " + m_columns[column].header + " " + cell;
+            spoken += QStringLiteral(", %1 %2").arg(m_columns[column].header, oneLine(cell));
     }
     return spoken;
 }

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <functional>
-#include <unordered_map>
-#include <vector>
-
 #include <QtCore/QAbstractTableModel>
 #include <QtCore/QString>
 #include <QtGui/QIcon>
+
+#include <functional>
+#include <unordered_map>
+#include <vector>
 
 namespace discaro::kit {
 
@@ -28,8 +28,12 @@ struct ListColumn {
     Qt::Alignment alignment = Qt::AlignLeft;
 };
 
-// The rows of a list and their order. Items are numbered from 0 in the order shown. While `sorted`, added rows take
-// their place by the text of the sort column, without regard to case; equal texts keep the order of adding.
+// The rows of a list and their order. Rows are numbered by their place from 0, in the order shown. While `sorted`,
+// rows stand in the order of their texts in the sort column, without regard to case, by code point; equal texts keep
+// the order of adding. Without it they keep the order that they have, and added rows come at the end.
+//
+// Added rows wait until `flush`, so that adding many is one change of the screen; count, item and placeOf know them at
+// once, behind the others.
 class ListModel : public QAbstractTableModel {
     Q_OBJECT
 public:
@@ -39,16 +43,17 @@ public:
 
     void setColumns(std::vector<ListColumn> columns);
     const std::vector<ListColumn>& columns() const { return m_columns; }
-    void setPictures(Pictures pictures) { m_pictures = std::move(pictures); }
+    void setPictures(Pictures pictures);
 
     // Throws base::RuntimeError InvalidValue when the key is in the list already.
     void add(ListItem item);
     void clear();
     int count() const { return static_cast<int>(m_items.size()); }
 
-    // Brings rows added since the last call before the user; adding many is one change of the screen.
+    // Takes the waiting rows in.
     void flush();
 
+    // Throws InvalidValue for a place outside the list.
     const ListItem& item(int place) const;
     // The place of a key, -1 when it is not there.
     int placeOf(const QString& key) const;
@@ -68,6 +73,7 @@ public:
 private:
     void sortNow();
     void arrange();
+    void movePersistent(const std::vector<int>& before);
     QString spokenRow(const ListItem& item) const;
 
     std::vector<ListColumn> m_columns;

@@ -1,11 +1,16 @@
 #include "kit/ListView.h"
 
+#include "base/RuntimeError.h"
+#include "kit/CellDelegate.h"
+#include "kit/WindowScale.h"
+
 #include <QtCore/QTimer>
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QHeaderView>
 
-#include "kit/Form.h"
+#include <algorithm>
+#include <utility>
 
 namespace discaro::kit {
 
@@ -14,10 +19,84 @@ namespace {
 constexpr int kLargeIcon = 32;
 constexpr int kSmallIcon = 16;
 
+// Room of an icon with its text, in lines of the font.
+constexpr int kLargeWidth = 7;
+constexpr int kLargeLines = 2;
+constexpr int kSmallWidth = 11;
+
+bool isEnter(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+} // namespace
+
+// What the views inside tell the list, after they have answered an event themselves.
+class ListViewEvents {
+public:
+    static void pressed(ListView& list, const QMouseEvent& event) { list.pressed(event); }
+    static void released(ListView& list, const QMouseEvent& event) { list.released(event); }
+    static void doubleClicked(ListView& list, const QMouseEvent& event) {
+        list.doubleClicked(event);
+    }
+    static bool keyChooses(ListView& list, const QKeyEvent& event) {
+        return list.keyChooses(event);
+    }
+    static int keyBegins(ListView& list) { return list.keyBegins(); }
+    static void keyDone(ListView& list, int itemBefore) { list.keyDone(itemBefore); }
+    static void menuKey(ListView& list) { list.menuKey(); }
+    static void search(ListView& list, const QString& keys) { list.search(keys); }
+};
+
+namespace {
+
+using Events = ListViewEvents;
+
+template <typename View>
+class InnerView : public View {
+public:
+    explicit InnerView(ListView& list)
+        : View(&list)
+        , m_list(list) {}
+
+    void keyboardSearch(const QString& keys) override { Events::search(m_list, keys); }
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override {
+        View::mousePressEvent(event);
+        Events::pressed(m_list, *event);
+    }
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        View::mouseReleaseEvent(event);
+        Events::released(m_list, *event);
+    }
+    void mouseDoubleClickEvent(QMouseEvent* event) override {
+        View::mouseDoubleClickEvent(event);
+        Events::doubleClicked(m_list, *event);
+    }
+    void keyPressEvent(QKeyEvent* event) override {
+        if (Events::keyChooses(m_list, *event))
+            return;
+        const int before = Events::keyBegins(m_list);
+        View::keyPressEvent(event);
+        Events::keyDone(m_list, before);
+    }
+    void contextMenuEvent(QContextMenuEvent* event) override {
+        if (event->reason() == QContextMenuEvent::Keyboard)
+            Events::menuKey(m_list);
+    }
+
+private:
+    ListView& m_list;
+};
+
 } // namespace
 
 ListView::ListView(QWidget* parent)
-    : QStackedWidget(parent), m_report(new QTreeView(this)), m_icons(new QListView(this)), m_selection(&m_model) {
+    : QStackedWidget(parent)
+    , m_selection(&m_model)
+    , m_report(new InnerView<QTreeView>(*this))
+    , m_icons(new InnerView<QListView>(*this)) {
+    setFocusPolicy(Qt::StrongFocus);
     m_report->setRootIsDecorated(false);
     m_report->setUniformRowHeights(true);
     m_report->setAllColumnsShowFocus(true);
@@ -26,32 +105,51 @@ ListView::ListView(QWidget* parent)
     m_report->header()->setHighlightSections(false);
     connect(m_report->header(), &QHeaderView::sectionClicked, this, &ListView::ColumnClick);
     m_icons->setUniformItemSizes(true);
-    m_icons->setResizeMode(QListView::Adjust);
-    m_icons->setMovement(QListView::Static);
     m_icons->setLayoutMode(QListView::Batched);
     prepare(*m_report);
     prepare(*m_icons);
-    connect(&m_selection, &QItemSelectionModel::currentChanged, this, &ListView::currentChanged);
-    setView(View::Report);
+    connect(&m_selection, &QItemSelectionModel::selectionChanged, this,
+            [this] { m_selectionMoved = true; });
+    attach(*m_report);
+    setCurrentWidget(m_report);
+    setFocusProxy(m_report);
+    layIcons();
+}
+
+// The views go before the model that they show.
+ListView::~ListView() {
+    delete m_report;
+    delete m_icons;
 }
 
 void ListView::prepare(QAbstractItemView& view) {
     addWidget(&view);
-    view.setModel(&m_model);
-    delete view.selectionModel();
-    view.setSelectionModel(&m_selection);
+    view.setItemDelegate(new CellDelegate(&view));
     view.setSelectionBehavior(QAbstractItemView::SelectRows);
     view.setSelectionMode(QAbstractItemView::SingleSelection);
     view.setEditTriggers(QAbstractItemView::NoEditTriggers);
-    view.setContextMenuPolicy(Qt::NoContextMenu);
     view.setTabKeyNavigation(false);
-    view.installEventFilter(this);
-    view.viewport()->installEventFilter(this);
-    connect(&view, &QAbstractItemView::activated, this, &ListView::DblClick);
+    view.setFrameShape(QFrame::StyledPanel);
 }
 
 QAbstractItemView& ListView::shown() const {
     return m_view == View::Report ? static_cast<QAbstractItemView&>(*m_report) : *m_icons;
+}
+
+// Only the view that is seen has the rows: the other one would lay them out, too.
+void ListView::attach(QAbstractItemView& view) {
+    const QItemSelectionModel* empty = view.selectionModel();
+    view.setModel(&m_model);
+    const QItemSelectionModel* own = view.selectionModel();
+    view.setSelectionModel(&m_selection);
+    delete empty;
+    delete own;
+    if (&view == m_report)
+        layColumns();
+}
+
+void ListView::detach(QAbstractItemView& view) {
+    view.setModel(nullptr);
 }
 
 void ListView::setColumns(std::vector<ListColumn> columns) {
@@ -60,13 +158,23 @@ void ListView::setColumns(std::vector<ListColumn> columns) {
 }
 
 void ListView::layColumns() {
-    const auto* form = qobject_cast<Form*>(window());
-    const double scale = form != nullptr ? form->scale() : 1.0;
     int number = 0;
     for (const ListColumn& column : m_model.columns()) {
         m_report->setColumnHidden(number, column.width == 0);
-        m_report->setColumnWidth(number++, static_cast<int>(column.width * scale));
+        m_report->setColumnWidth(number++, scaledLength(column.width));
     }
+}
+
+void ListView::layIcons() {
+    const bool large = m_view == View::LargeIcons;
+    const int icon = scaledLength(large ? kLargeIcon : kSmallIcon);
+    const int small = scaledLength(kSmallIcon);
+    m_report->setIconSize(QSize(small, small));
+    m_icons->setIconSize(QSize(icon, icon));
+    const int line = QFontMetrics(font()).height();
+    const QSize largeRoom(line * kLargeWidth, icon + (kLargeLines + 1) * line);
+    const QSize smallRoom(line * kSmallWidth, std::max(icon, line) + line / 3);
+    m_icons->setGridSize(large ? largeRoom : smallRoom);
 }
 
 void ListView::hideHeaders() {
@@ -79,26 +187,34 @@ void ListView::setMultiSelect() {
 }
 
 void ListView::setView(View view) {
-    m_view = view;
+    if (view == m_view)
+        return;
+    const bool focused = shown().hasFocus();
+    const bool wasReport = std::exchange(m_view, view) == View::Report;
     const bool large = view == View::LargeIcons;
     m_icons->setViewMode(large ? QListView::IconMode : QListView::ListMode);
     m_icons->setFlow(view == View::List ? QListView::TopToBottom : QListView::LeftToRight);
     m_icons->setWrapping(true);
     m_icons->setWordWrap(large);
-    m_icons->setIconSize(large ? QSize(kLargeIcon, kLargeIcon) : QSize(kSmallIcon, kSmallIcon));
+    m_icons->setResizeMode(QListView::Adjust);
     m_icons->setMovement(QListView::Static);
-    const QFontMetrics metrics(font());
-    const int line = metrics.height();
-    m_icons->setGridSize(large ? QSize(line * 6, kLargeIcon + 3 * line) : QSize(line * 11, line + 8));
+    layIcons();
+    if (wasReport != (view == View::Report)) {
+        detach(wasReport ? static_cast<QAbstractItemView&>(*m_report) : *m_icons);
+        attach(shown());
+    }
     setCurrentWidget(&shown());
     setFocusProxy(&shown());
+    nameViews();
+    if (focused)
+        shown().setFocus();
+    shown().scrollTo(m_selection.currentIndex());
 }
 
 void ListView::add(ListItem item) {
     m_model.add(std::move(item));
-    if (std::exchange(m_flushWanted, true))
-        return;
-    QTimer::singleShot(0, this, [this] { rows(); });
+    if (!std::exchange(m_flushWanted, true))
+        QTimer::singleShot(0, this, [this] { takeIn(); });
 }
 
 void ListView::clear() {
@@ -106,43 +222,136 @@ void ListView::clear() {
 }
 
 ListModel& ListView::rows() {
-    m_flushWanted = false;
-    m_model.flush();
+    takeIn();
     return m_model;
 }
 
-int ListView::selectedItem() const {
-    const QModelIndex current = m_selection.currentIndex();
-    return current.isValid() ? current.row() : -1;
+void ListView::takeIn() {
+    m_flushWanted = false;
+    m_model.flush();
+    if (!m_selection.currentIndex().isValid() && m_model.count() > 0)
+        m_selection.setCurrentIndex(m_model.index(0, 0), QItemSelectionModel::NoUpdate);
 }
 
-bool ListView::isSelected(int place) const {
+int ListView::selectedItem() {
+    takeIn();
+    return m_selection.currentIndex().row();
+}
+
+const ListItem& ListView::selectedRow() {
+    const int place = selectedItem();
+    if (place < 0)
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "the list has no row");
+    return m_model.item(place);
+}
+
+bool ListView::isSelected(int place) {
+    takeIn();
     return m_selection.isRowSelected(place, {});
 }
 
+std::vector<int> ListView::selectedPlaces() {
+    takeIn();
+    std::vector<int> places;
+    for (const QItemSelectionRange& range : m_selection.selection())
+        for (int place = range.top(); place <= range.bottom(); ++place)
+            places.push_back(place);
+    std::ranges::sort(places);
+    const auto doubles = std::ranges::unique(places);
+    places.erase(doubles.begin(), doubles.end());
+    return places;
+}
+
 void ListView::select(int place) {
-    m_selection.setCurrentIndex(rows().index(place, 0),
-                                QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    const QModelIndex index = rows().index(place, 0);
+    if (index.isValid())
+        m_selection.setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
+                                               QItemSelectionModel::Rows);
 }
 
 void ListView::ensureVisible(int place) {
     shown().scrollTo(rows().index(place, 0));
 }
 
-void ListView::currentChanged(const QModelIndex& current) {
-    if (current.isValid())
-        emit ItemClick(current.row());
+void ListView::pressed(const QMouseEvent& event) {
+    const QModelIndex index = shown().indexAt(event.position().toPoint());
+    if (index.isValid())
+        emit ItemClick(index.row());
+    if (event.button() == Qt::RightButton)
+        emit MenuWanted(event.globalPosition().toPoint());
 }
 
-// A click is told when the button goes up, wherever in the list it was, so that the selection stands by then.
-bool ListView::eventFilter(QObject* watched, QEvent* event) {
-    const bool handled = QStackedWidget::eventFilter(watched, event);
-    if (event->type() == QEvent::MouseButtonRelease && watched == shown().viewport() &&
-        static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton)
-        QTimer::singleShot(0, this, &ListView::Click);
-    if (event->type() == QEvent::ContextMenu && watched != &shown())
-        emit MenuWanted(static_cast<QContextMenuEvent*>(event)->globalPos());
-    return handled;
+// A click is told when the button goes up: by then the selection stands.
+void ListView::released(const QMouseEvent& event) {
+    if (event.button() == Qt::LeftButton)
+        emit Click();
+}
+
+void ListView::doubleClicked(const QMouseEvent& event) {
+    if (event.button() == Qt::LeftButton && shown().indexAt(event.position().toPoint()).isValid())
+        emit DblClick();
+}
+
+bool ListView::keyChooses(const QKeyEvent& event) {
+    if (!isEnter(event) || event.modifiers() & (Qt::ControlModifier | Qt::AltModifier))
+        return false;
+    if (selectedItem() >= 0)
+        emit DblClick();
+    return true;
+}
+
+int ListView::keyBegins() {
+    m_selectionMoved = false;
+    return selectedItem();
+}
+
+void ListView::keyDone(int itemBefore) {
+    const int item = selectedItem();
+    if (item >= 0 && item != itemBefore)
+        emit ItemClick(item);
+    if (m_selectionMoved && item >= 0)
+        emit Click();
+}
+
+void ListView::menuKey() {
+    const QRect row = shown().visualRect(m_selection.currentIndex());
+    const QRect seen = shown().viewport()->rect();
+    const QPoint below = row.isValid() ? row.bottomLeft() : QPoint();
+    const QPoint inside(std::clamp(below.x(), seen.left(), seen.right()),
+                        std::clamp(below.y(), seen.top(), seen.bottom()));
+    emit MenuWanted(shown().viewport()->mapToGlobal(inside));
+}
+
+void ListView::search(const QString& keys) {
+    const auto [beginning, fromNext] = m_typeAhead.typed(keys);
+    const int count = rows().count();
+    const int start = std::max(selectedItem(), 0) + (fromNext ? 1 : 0);
+    for (int step = 0; step < count; ++step) {
+        const int place = (start + step) % count;
+        if (!TypeAhead::fits(m_model.item(place).text, beginning))
+            continue;
+        select(place);
+        ensureVisible(place);
+        return;
+    }
+}
+
+void ListView::nameViews() {
+    shown().setAccessibleName(accessibleName());
+    shown().setAccessibleDescription(accessibleDescription());
+}
+
+void ListView::showEvent(QShowEvent* event) {
+    nameViews();
+    QStackedWidget::showEvent(event);
+}
+
+void ListView::changeEvent(QEvent* event) {
+    QStackedWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        layIcons();
+        layColumns();
+    }
 }
 
 } // namespace discaro::kit

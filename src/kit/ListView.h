@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kit/ListModel.h"
+#include "kit/TypeAhead.h"
 
 #include <QtWidgets/QListView>
 #include <QtWidgets/QStackedWidget>
@@ -9,17 +10,23 @@
 namespace discaro::kit {
 
 // A list of rows with pictures, shown as large icons, small icons, a list, or a report with columns.
+//
+// One row is the selected item: the one that the keyboard is on. It need not be among the rows that are selected, that
+// is, highlighted; a list that has just been filled has its first row for it and no row selected.
+//
+// Keys: arrows, typing a beginning, Enter as a double click, the menu key.
 class ListView : public QStackedWidget {
     Q_OBJECT
 public:
     enum class View { LargeIcons = 0, SmallIcons = 1, List = 2, Report = 3 };
 
     explicit ListView(QWidget* parent = nullptr);
+    ~ListView() override;
 
     void setColumns(std::vector<ListColumn> columns);
     void setPictures(ListModel::Pictures pictures) { m_model.setPictures(std::move(pictures)); }
     void hideHeaders();
-    // Ctrl and Shift choose several rows.
+    // Ctrl and Shift select several rows.
     void setMultiSelect();
 
     View view() const { return m_view; }
@@ -28,36 +35,63 @@ public:
     // Adding many rows is one change of the screen, at the next return to the event loop or look at the rows.
     void add(ListItem item);
     void clear();
+    // All rows, the waiting ones taken in.
     ListModel& rows();
+    const ListModel& model() const { return m_model; }
 
-    // Place of the current row, -1 when there is none.
-    int selectedItem() const;
-    bool isSelected(int place) const;
-    void select(int place); // and no other row
+    // Place of the selected item, -1 when the list is empty.
+    int selectedItem();
+    // The selected item; throws base::RuntimeError InvalidValue when the list is empty.
+    const ListItem& selectedRow();
+    bool isSelected(int place);
+    // The places of the rows that are selected, ascending.
+    std::vector<int> selectedPlaces();
+    // Selects one row, which becomes the selected item, and no other; a place outside the list does nothing.
+    void select(int place);
     void ensureVisible(int place);
 
+    // The view that shows the rows now.
+    QAbstractItemView& shown() const;
+
 signals:
+    // The user released the left button anywhere in the list, or selected other rows by keyboard.
     void Click();
     void DblClick();
-    void ItemClick(int place);      // a row became the current one, by mouse, keyboard or program
-    void ColumnClick(int column);   // from 0
+    void ItemClick(int place);      // the user clicked a row or went to it by keyboard
+    void ColumnClick(int column);   // a column's header, from 0
     void MenuWanted(QPoint global); // right button or menu key
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
-    QAbstractItemView& shown() const;
+    friend class ListViewEvents;
+
     void prepare(QAbstractItemView& view);
-    void currentChanged(const QModelIndex& current);
+    void attach(QAbstractItemView& view);
+    void detach(QAbstractItemView& view);
+    void takeIn();
     void layColumns();
+    void layIcons();
+    void nameViews();
+    void pressed(const QMouseEvent& event);
+    void released(const QMouseEvent& event);
+    void doubleClicked(const QMouseEvent& event);
+    bool keyChooses(const QKeyEvent& event);
+    int keyBegins();
+    void keyDone(int itemBefore);
+    void menuKey();
+    void search(const QString& keys);
 
     ListModel m_model;
+    QItemSelectionModel m_selection;
     QTreeView* m_report;
     QListView* m_icons;
-    QItemSelectionModel m_selection;
     View m_view = View::Report;
+    TypeAhead m_typeAhead;
     bool m_flushWanted = false;
+    bool m_selectionMoved = false;
 };
 
 } // namespace discaro::kit

@@ -6,8 +6,8 @@
 
 namespace discaro::kit {
 
-// A line of text that runs from right to left, over and over, in the colours of its palette. It moves only while it
-// can be seen.
+// A line of text that runs from right to left, over and over, in the colours of its palette. It
+// moves only while it can be seen.
 class Marquee : public QWidget {
     Q_OBJECT
 public:

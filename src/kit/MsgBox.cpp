@@ -1,10 +1,10 @@
 #include "kit/MsgBox.h"
 
-#include <utility>
-
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
+
+#include <utility>
 
 namespace discaro::kit {
 
@@ -63,7 +63,8 @@ Answer ask(const Question& question) {
 
 } // namespace
 
-Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& title, QWidget* parent) {
+Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& title,
+              QWidget* parent) {
     const Question question{text, buttons, icon, title, parent};
     return g_answerer ? g_answerer(question) : ask(question);
 }

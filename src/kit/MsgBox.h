@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
-
 #include <QtCore/QString>
 #include <QtWidgets/QWidget>
+
+#include <functional>
 
 namespace discaro::kit {
 
@@ -19,10 +19,11 @@ struct Question {
     QWidget* parent = nullptr;
 };
 
-// Shows a box and waits for its answer. The text is plain: it may hold names with any characters, and the user can
-// select and copy it. Closing the box or Escape is Cancel where there is one, else OK. Without a parent the box
-// belongs to the window in front.
-Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& title, QWidget* parent = nullptr);
+// Shows a box and waits for its answer. The text is plain: it may hold names with any characters,
+// and the user can select and copy it. Closing the box or Escape is Cancel where there is one, else
+// OK. Without a parent the box belongs to the window in front.
+Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& title,
+              QWidget* parent = nullptr);
 
 // Whoever answers questions: the screen, or a script of a test.
 using Answerer = std::function<Answer(const Question&)>;

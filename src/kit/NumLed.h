@@ -6,8 +6,8 @@
 
 namespace discaro::kit {
 
-// A display of lit segments for digits, blank, '+', '-' and ':'; other characters stay dark. It takes every caption
-// at once and paints some thirty times a second at most.
+// A display of lit segments for digits, blank, '+', '-' and ':'; other characters stay dark. It
+// takes every caption at once and paints some thirty times a second at most.
 class NumLed : public QWidget {
     Q_OBJECT
 public:

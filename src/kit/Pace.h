@@ -1,15 +1,15 @@
 #pragma once
 
-#include <functional>
-
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 
+#include <functional>
+
 namespace discaro::kit {
 
-// Lets a display follow a value that changes thousands of times a second: `changed` shows it at once when the last
-// showing is some thirtieth of a second ago, else soon.
+// Lets a display follow a value that changes thousands of times a second: `changed` shows it at
+// once when the last showing is some thirtieth of a second ago, else soon.
 class Pace : public QObject {
     Q_OBJECT
 public:

@@ -49,8 +49,9 @@ void Picture::paintEvent(QPaintEvent*) {
     } else if (!m_image.isNull()) {
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         const QSize fitted = m_image.size().scaled(size(), Qt::KeepAspectRatio);
-        painter.drawPixmap(QRect(QPoint((width() - fitted.width()) / 2, (height() - fitted.height()) / 2), fitted),
-                           m_image);
+        painter.drawPixmap(
+            QRect(QPoint((width() - fitted.width()) / 2, (height() - fitted.height()) / 2), fitted),
+            m_image);
     }
 }
 

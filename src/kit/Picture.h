@@ -1,14 +1,14 @@
 #pragma once
 
-#include <memory>
-
 #include <QtSvg/QSvgRenderer>
 #include <QtWidgets/QWidget>
 
+#include <memory>
+
 namespace discaro::kit {
 
-// A drawing from a resource or a ready image, fitted into its place and kept sharp at every scale. Its text, when it
-// has one, is what a screen reader says; a picture without one is decoration.
+// A drawing from a resource or a ready image, fitted into its place and kept sharp at every scale.
+// Its text, when it has one, is what a screen reader says; a picture without one is decoration.
 class Picture : public QWidget {
     Q_OBJECT
 public:

@@ -2,13 +2,14 @@
 
 #include "kit/Pace.h"
 
-#include <cstdint>
-
 #include <QtWidgets/QProgressBar>
+
+#include <cstdint>
 
 namespace discaro::kit {
 
-// A bar for a value between min and max. It takes every value at once and paints some thirty times a second at most.
+// A bar for a value between min and max. It takes every value at once and paints some thirty times
+// a second at most.
 class ProgressBar : public QProgressBar {
     Q_OBJECT
 public:
@@ -18,8 +19,8 @@ public:
     int64_t max() const { return m_max; }
     int64_t value() const { return m_value; }
 
-    // A value outside the new range is moved to its nearer end. All three throw base::RuntimeError InvalidValue and
-    // change nothing when max would lie below min, or the value outside the range.
+    // A value outside the new range is moved to its nearer end. All three throw base::RuntimeError
+    // InvalidValue and change nothing when max would lie below min, or the value outside the range.
     void setMin(int64_t min);
     void setMax(int64_t max);
     void setValue(int64_t value);

@@ -5,10 +5,10 @@
 #include "kit/NumLed.h"
 #include "kit/Picture.h"
 
-#include <algorithm>
-
 #include <QtGui/QTextDocument>
 #include <QtWidgets/QAccessibleWidget>
+
+#include <algorithm>
 
 namespace discaro::kit {
 
@@ -92,11 +92,13 @@ QString spokenForm(const QString& labelText) {
 }
 
 bool hasWords(const QString& text) {
-    return std::any_of(text.begin(), text.end(), [](QChar each) { return each.isLetterOrNumber(); });
+    return std::any_of(text.begin(), text.end(),
+                       [](QChar each) { return each.isLetterOrNumber(); });
 }
 
 QString plainToolTip(const QString& text) {
-    return Qt::mightBeRichText(text) ? text.toHtmlEscaped().prepend(QStringLiteral("<span>")) : text;
+    return Qt::mightBeRichText(text) ? text.toHtmlEscaped().prepend(QStringLiteral("<span>"))
+                                     : text;
 }
 
 } // namespace discaro::kit

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QtCore/QString>
+
 #include <string>
 #include <string_view>
-
-#include <QtCore/QString>
 
 namespace discaro::kit {
 

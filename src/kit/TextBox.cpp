@@ -1,13 +1,13 @@
 #include "kit/TextBox.h"
 
-#include <algorithm>
-#include <utility>
-
 #include <QtCore/QCoreApplication>
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
 
 namespace discaro::kit {
 
@@ -49,6 +49,7 @@ void TextBox::setMultiLine() {
     if (m_area)
         return;
     const QString spoken = m_line->accessibleName();
+    m_line->removeEventFilter(this);
     delete std::exchange(m_line, nullptr);
     m_area = new QPlainTextEdit(this);
     m_area->setTabChangesFocus(true);
@@ -132,8 +133,8 @@ bool TextBox::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
-// Keys that are sent to the box itself belong to its editor. What the editor has no use for comes back here and goes
-// on to the window.
+// Keys that are sent to the box itself belong to its editor. What the editor has no use for comes
+// back here and goes on to the window.
 void TextBox::keyPressEvent(QKeyEvent* event) {
     if (event == m_editorsKey)
         QWidget::keyPressEvent(event);

@@ -9,8 +9,8 @@ class QPlainTextEdit;
 
 namespace discaro::kit {
 
-// A box for text, with one line or with several. Plain text both ways: what was set is what `text` gives, except that
-// a box with one line ends at the first line end.
+// A box for text, with one line or with several. Plain text both ways: what was set is what `text`
+// gives, except that a box with one line ends at the first line end.
 class TextBox : public QWidget {
     Q_OBJECT
 public:
@@ -22,8 +22,8 @@ public:
 
     QString text() const;
     void setText(const QString& text);
-    // Like setText for texts that change faster than anyone can read: `text` gives the new one at once, the screen
-    // follows at its own pace.
+    // Like setText for texts that change faster than anyone can read: `text` gives the new one at
+    // once, the screen follows at its own pace.
     void showText(const QString& text);
 
     // The user can read and copy the text but not change it.
@@ -32,12 +32,15 @@ public:
     void setMaxLength(int characters); // one line only
     void selectAll();
 
-    // The widget inside that the user types into; it carries the accessible name and takes typed keys.
+    // The widget inside that the user types into; it carries the accessible name and takes typed
+    // keys.
     QWidget& editor() const;
 
 signals:
     void Change();
-    void Enter(); // the Enter key, before it does anything else; a box with several lines still takes its line end
+    // The Enter key, before it does anything else; a box with several lines still takes its line
+    // end.
+    void Enter();
     void GotFocus();
     void LostFocus();
     void Click();

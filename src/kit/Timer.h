@@ -6,10 +6,11 @@
 
 namespace discaro::kit {
 
-// A window's timer: while it is enabled it ticks every `interval` milliseconds. An interval of 0 never ticks. Enabling
-// an enabled timer changes nothing; a new interval starts counting anew. Its handler is never entered a second time
-// while it runs, whatever it yields to. A timer that ticks within 50 ms waits until its window, when that is shown, has
-// been painted. Unloading the window stops it for good.
+// A window's timer: while it is enabled it ticks every `interval` milliseconds. An interval of 0
+// never ticks. Enabling an enabled timer changes nothing; a new interval starts counting anew. Its
+// handler is never entered a second time while it runs, whatever it yields to. A timer that ticks
+// within 50 ms waits until its window, when that is shown, has been painted. Unloading the window
+// stops it for good.
 class Timer : public QObject {
     Q_OBJECT
 public:

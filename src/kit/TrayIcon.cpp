@@ -28,7 +28,8 @@ QIcon paleIcon(const QIcon& icon) {
 // A tray may come after the program on these platforms; on others it is there or never.
 bool mayHaveTray() {
     const QString platform = QGuiApplication::platformName();
-    return platform == "xcb" || platform.startsWith("wayland") || QSystemTrayIcon::isSystemTrayAvailable();
+    return platform == "xcb" || platform.startsWith("wayland") ||
+           QSystemTrayIcon::isSystemTrayAvailable();
 }
 
 } // namespace
@@ -108,7 +109,8 @@ void TrayIcon::show() {
 }
 
 void TrayIcon::activate(QSystemTrayIcon::ActivationReason reason) {
-    const bool second = m_lastClick.isValid() && m_lastClick.elapsed() < QApplication::doubleClickInterval();
+    const bool second =
+        m_lastClick.isValid() && m_lastClick.elapsed() < QApplication::doubleClickInterval();
     if (reason == QSystemTrayIcon::Trigger) {
         m_lastClick.start();
         raise(&TrayIcon::Restore);
@@ -121,7 +123,7 @@ void TrayIcon::activate(QSystemTrayIcon::ActivationReason reason) {
 
 void TrayIcon::raise(void (TrayIcon::*notification)()) {
     if (m_enabled && !m_left)
-        emit (this->*notification)();
+        emit(this->*notification)();
 }
 
 void TrayIcon::leave() {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <memory>
+#include "kit/Timer.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QObject>
@@ -8,19 +8,20 @@
 #include <QtWidgets/QMenu>
 #include <QtWidgets/QSystemTrayIcon>
 
-#include "kit/Timer.h"
+#include <memory>
 
 namespace discaro::kit {
 
 class Form;
 
-// A window's icon in the tray. It is there while `visible`, from the end of its window's load handler to its
-// unload. Where the desktop has
-// no tray all settings keep their values and nothing is shown.
+// A window's icon in the tray. It is there while `visible`, from the end of its window's load
+// handler to its unload. Where the desktop has no tray all settings keep their values and nothing
+// is shown.
 //
-// Gestures: a left click or double click on the icon raises Restore; a right click opens a menu with "Restore" and
-// "Minimize"; a middle click raises Minimise. While not `enabled` nothing is raised. With `trueClick` a double click
-// raises Restore once; without it each of its two clicks does.
+// Gestures: a left click or double click on the icon raises Restore; a right click opens a menu
+// with "Restore" and "Minimize"; a middle click raises Minimise. While not `enabled` nothing is
+// raised. With `trueClick` a double click raises Restore once; without it each of its two clicks
+// does.
 class TrayIcon : public QObject {
     Q_OBJECT
 public:

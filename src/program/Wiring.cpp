@@ -4,6 +4,7 @@
 #include "app/Searching.h"
 #include "app/Switch.h"
 #include "app/Windows.h"
+#include "catalogue/DeleteCD.h"
 #include "scanner/Scanform.h"
 
 namespace discaro::program {
@@ -22,6 +23,7 @@ void registerWindows() {
     add<app::Loading>("Loading");
     add<app::Searching>("Searching");
     add<scanner::Scanform>("Scanform");
+    add<catalogue::DeleteCD>("DeleteCD");
 }
 
 } // namespace discaro::program

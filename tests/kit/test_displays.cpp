@@ -1,11 +1,10 @@
-#include "kit/SampleTest.h"
-
 #include "base/RuntimeError.h"
 #include "kit/Marquee.h"
 #include "kit/NumLed.h"
 #include "kit/Pace.h"
 #include "kit/Picture.h"
 #include "kit/ProgressBar.h"
+#include "kit/SampleTest.h"
 #include "kit/Yield.h"
 
 #include <QtGui/QAccessible>
@@ -22,7 +21,8 @@ bool shows(QWidget& widget, const QColor& colour) {
         for (int x = 0; x < image.width(); ++x) {
             const QColor pixel = image.pixelColor(x, y);
             if (std::abs(pixel.red() - colour.red()) + std::abs(pixel.green() - colour.green()) +
-                    std::abs(pixel.blue() - colour.blue()) < 60)
+                    std::abs(pixel.blue() - colour.blue()) <
+                60)
                 return true;
         }
     return false;

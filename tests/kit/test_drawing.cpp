@@ -88,15 +88,15 @@ TEST(ColourBlend, PaintsEveryLineOfAWindowWhateverItsHeight) {
 
 TEST(Shape, AnEllipseOfTheRectanglesSizeIsACircle) {
     EXPECT_EQ(drawn(kit::roundRectRegion(1, 1, 9, 9, 8, 8), 10), "..........\n"
-                                                                  "...####...\n"
-                                                                  "..######..\n"
-                                                                  ".########.\n"
-                                                                  ".########.\n"
-                                                                  ".########.\n"
-                                                                  ".########.\n"
-                                                                  "..######..\n"
-                                                                  "...####...\n"
-                                                                  "..........\n");
+                                                                 "...####...\n"
+                                                                 "..######..\n"
+                                                                 ".########.\n"
+                                                                 ".########.\n"
+                                                                 ".########.\n"
+                                                                 ".########.\n"
+                                                                 "..######..\n"
+                                                                 "...####...\n"
+                                                                 "..........\n");
 }
 
 TEST(Shape, TheMenusCircleTouchesItsRectangleAndLeavesTheCorners) {
@@ -118,7 +118,7 @@ TEST(Shape, SmallCornersCutOnlyTheCorners) {
 }
 
 TEST(Shape, WithoutCornersIsTheRectangleAndWithoutRoomNothing) {
-    EXPECT_EQ(kit::roundRectRegion(0, 0, 5, 3, 0, 0), QRegion(0, 0, 5, 3));
+    EXPECT_TRUE(kit::roundRectRegion(0, 0, 5, 3, 0, 0).xored(QRegion(0, 0, 5, 3)).isEmpty());
     EXPECT_TRUE(kit::roundRectRegion(5, 5, 5, 9, 4, 4).isEmpty());
     EXPECT_TRUE(kit::roundRectRegion(9, 5, 5, 9, 4, 4).isEmpty());
 }

@@ -1,6 +1,5 @@
-#include "kit/SampleTest.h"
-
 #include "base/RuntimeError.h"
+#include "kit/SampleTest.h"
 #include "kit/UnhandledErrors.h"
 #include "kit/Yield.h"
 
@@ -17,10 +16,11 @@ class Endings : public SampleTest {
 protected:
     void SetUp() override { form->Show(); }
 
-    // Clicks the button whose handler fails, and gives the exit code of the end that follows.
+    // Presses the button whose handler fails, and gives the exit code of the end that follows. By
+    // key: an exception that passes through a mouse event leaks what the window library keeps there.
     int endOfClick() {
         try {
-            QTest::mouseClick(&form->Command1(0), Qt::LeftButton);
+            QTest::keyClick(&form->Command1(0), Qt::Key_Return);
         } catch (const ProgramEnded& ended) {
             return ended.exitCode;
         }
@@ -47,7 +47,8 @@ TEST_F(Endings, AnErrorThatNoHandlerTakesIsReportedAndEndsTheProgram) {
 }
 
 TEST_F(Endings, AnErrorOfTheLanguagesLibraryIsReportedToo) {
-    script.expect("Run-time error:\n\nno such thing", kit::Buttons::Ok, kit::Icon::Critical, "discaro-test");
+    script.expect("Run-time error:\n\nno such thing", kit::Buttons::Ok, kit::Icon::Critical,
+                  "discaro-test");
     QCoreApplication::setApplicationName("discaro-test");
     form->onCommand = [] { throw std::out_of_range("no such thing"); };
     EXPECT_EQ(endOfClick(), 1);

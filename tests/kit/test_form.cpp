@@ -1,6 +1,5 @@
-#include "kit/SampleTest.h"
-
 #include "base/RuntimeError.h"
+#include "kit/SampleTest.h"
 #include "kit/Yield.h"
 
 #include <QtCore/QTimer>

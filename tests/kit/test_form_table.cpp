@@ -1,5 +1,4 @@
 #include "kit/SampleTest.h"
-
 #include "support/windows/GoldenForm.h"
 
 #include <QtGui/QAccessible>
@@ -63,13 +62,12 @@ TEST_F(FormTable, HidesAndDisablesAsDeclared) {
 }
 
 TEST_F(FormTable, TheTabKeyFollowsTheRows) {
-    EXPECT_THAT(tabOrder(*form),
-                ElementsAre("Text1", "Text2(4)", "Command1(0)", "Command1(3)", "Check1", "Option1", "Option2",
-                            "Combo1", "SSTab1"));
+    EXPECT_THAT(tabOrder(*form), ElementsAre("Text1", "Text2(4)", "Command1(0)", "Command1(3)",
+                                             "Check1", "Option1", "Option2", "Combo1", "SSTab1"));
 }
 
 TEST_F(FormTable, EveryReachableControlCanBeSaid) {
-    EXPECT_THAT(speechless(*form), ElementsAre("SSTab1"));
+    EXPECT_THAT(speechless(*form), IsEmpty());
     EXPECT_EQ(spokenName(form->Text1->editor()), "Name");
     EXPECT_EQ(spokenName(form->Text2(4).editor()), "Remarks");
     EXPECT_EQ(spokenName(form->Command1(3)), "Minimize");
@@ -84,7 +82,7 @@ TEST_F(FormTable, TheAccessLetterOfALabelLeadsToItsControl) {
 }
 
 TEST_F(FormTable, AToolTipIsShownAsItStands) {
-    EXPECT_TRUE(form->Text1->toolTip().contains("&lt;name&gt;"));
+    EXPECT_TRUE(form->Text1->toolTip().contains("&lt;b&gt;name"));
     EXPECT_EQ(form->Command1(3).toolTip(), "Minimize");
 }
 

@@ -1,10 +1,10 @@
 #include "kit/SampleTest.h"
 
-#include <gtest/gtest-spi.h>
-
 #include <QtCore/QTimer>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMessageBox>
+
+#include <gtest/gtest-spi.h>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -35,7 +35,8 @@ TEST(MsgBox, ShowsTextTitleIconAndButtons) {
         EXPECT_EQ(box.icon(), QMessageBox::Warning);
         EXPECT_EQ(box.buttons().size(), 1);
     });
-    EXPECT_EQ(kit::MsgBox("You must enter a Preferred name.", kit::Buttons::Ok, kit::Icon::Exclamation, "Error"),
+    EXPECT_EQ(kit::MsgBox("You must enter a Preferred name.", kit::Buttons::Ok,
+                          kit::Icon::Exclamation, "Error"),
               kit::Answer::Ok);
 }
 
@@ -70,14 +71,16 @@ TEST(MsgBox, ItsTextCanBeSelected) {
 TEST(MsgBox, OkAndCancelAreTheAnswers) {
     for (const auto button : {QMessageBox::Ok, QMessageBox::Cancel}) {
         whenBoxIsUp([button](QMessageBox& box) { box.button(button)->click(); });
-        const auto answer = kit::MsgBox("text", kit::Buttons::OkCancel, kit::Icon::Question, "title");
+        const auto answer =
+            kit::MsgBox("text", kit::Buttons::OkCancel, kit::Icon::Question, "title");
         EXPECT_EQ(answer, button == QMessageBox::Ok ? kit::Answer::Ok : kit::Answer::Cancel);
     }
 }
 
 TEST(MsgBox, EscapeIsCancelWhereThereIsOne) {
     whenBoxIsUp([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    EXPECT_EQ(kit::MsgBox("text", kit::Buttons::OkCancel, kit::Icon::Question, "title"), kit::Answer::Cancel);
+    EXPECT_EQ(kit::MsgBox("text", kit::Buttons::OkCancel, kit::Icon::Question, "title"),
+              kit::Answer::Cancel);
     whenBoxIsUp([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     EXPECT_EQ(kit::MsgBox("text", kit::Buttons::Ok, kit::Icon::Question, "title"), kit::Answer::Ok);
 }
@@ -86,7 +89,8 @@ TEST(MsgBox, StandsOverTheWindowThatAsks) {
     auto* form = new SampleForm;
     form->Show();
     whenBoxIsUp([form](QMessageBox& box) {
-        EXPECT_LT((box.frameGeometry().center() - form->frameGeometry().center()).manhattanLength(), 40);
+        EXPECT_LT((box.frameGeometry().center() - form->frameGeometry().center()).manhattanLength(),
+                  40);
     });
     kit::MsgBox("text", kit::Buttons::Ok, kit::Icon::None, "title", form->Command1.begin()->second);
     form->Unload();
@@ -97,8 +101,10 @@ TEST(ScriptedMsgBox, AnswersInTheOrderTold) {
     ScriptedMsgBox script;
     script.expect("one", kit::Buttons::OkCancel, kit::Icon::Question, "t", kit::Answer::Cancel)
         .expect("two", kit::Buttons::OkCancel, kit::Icon::Question, "t", kit::Answer::Ok);
-    EXPECT_EQ(kit::MsgBox("one", kit::Buttons::OkCancel, kit::Icon::Question, "t"), kit::Answer::Cancel);
-    EXPECT_EQ(kit::MsgBox("two", kit::Buttons::OkCancel, kit::Icon::Question, "t"), kit::Answer::Ok);
+    EXPECT_EQ(kit::MsgBox("one", kit::Buttons::OkCancel, kit::Icon::Question, "t"),
+              kit::Answer::Cancel);
+    EXPECT_EQ(kit::MsgBox("two", kit::Buttons::OkCancel, kit::Icon::Question, "t"),
+              kit::Answer::Ok);
     EXPECT_EQ(script.asked(), 2);
 }
 

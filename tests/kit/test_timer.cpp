@@ -1,5 +1,4 @@
 #include "kit/SampleTest.h"
-
 #include "kit/Yield.h"
 
 using namespace discaro;

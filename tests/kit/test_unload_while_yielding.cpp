@@ -1,11 +1,10 @@
-// A window may be unloaded while one of its own handlers yields: the handler goes on with its members, and the window
-// is destroyed only when nobody uses it any more.
-
-#include "kit/SampleTest.h"
+// A window may be unloaded while one of its own handlers yields: the handler goes on with its
+// members, and the window is destroyed only when nobody uses it any more.
 
 #include "base/RuntimeError.h"
 #include "kit/Ground.h"
 #include "kit/MsgBox.h"
+#include "kit/SampleTest.h"
 #include "kit/Yield.h"
 
 #include <QtCore/QTimer>
@@ -63,7 +62,8 @@ TEST_F(UnloadWhileYielding, AHandlerInsideAHandlerGoesOnToo) {
     form->Show();
     click(form->Command1(0));
     ASSERT_TRUE(form);
-    EXPECT_THAT(form->heard, ElementsAre("load", "click 0", "click 3", "unload", "clicked 3", "clicked 0"));
+    EXPECT_THAT(form->heard,
+                ElementsAre("load", "click 0", "click 3", "unload", "clicked 3", "clicked 0"));
 }
 
 TEST_F(UnloadWhileYielding, ATimerThatUnloadsItsWindowReturnsSafely) {

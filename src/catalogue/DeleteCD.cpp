@@ -1,0 +1,104 @@
+#include "catalogue/DeleteCD.h"
+
+#include "app/HandOver.h"
+#include "app/Module1.h"
+#include "app/Windows.h"
+#include "base/RuntimeError.h"
+#include "catalogue/DiscDeletion.h"
+#include "catalogue/Names.h"
+#include "db/DBEngine.h"
+#include "kit/Beep.h"
+#include "kit/MsgBox.h"
+#include "kit/Strings.h"
+
+namespace discaro::catalogue {
+
+using kit::qt;
+
+void DeleteCD::Form_Load() {
+    openSource(Data1, "Drive");
+    openSource(Data2, "Master Table");
+    app::Windows::Unload("Loading");
+}
+
+void DeleteCD::openSource(db::DataSource& source, const char* table) {
+    source.SetDatabaseName(app::Module1::cataloguePath());
+    source.SetRecordSource(table);
+    source.Refresh();
+    atUnload([&source] { source.Close(); });
+}
+
+// With no disc left there is nothing to explore either.
+void DeleteCD::Form_Unload() {
+    if (Data1.Recordset().RecordCount() == 0)
+        app::Windows::Show("Switch");
+    else
+        app::showReturnWindow();
+}
+
+void DeleteCD::Timer1_Timer() {
+    ListView1->clear();
+    DriveInfo->clear();
+    db::Recordset& discs = Data1.Recordset();
+    if (discs.RecordCount() != 0) {
+        for (discs.MoveFirst(); !discs.Eof(); discs.MoveNext())
+            ListView1->add({.key = {},
+                            .text = qt(discs.Fields(drive::kPreferedName).Text()),
+                            .icon = "cdrom",
+                            .tag = qt(discs.Fields(drive::kIdNumber).Text()),
+                            .subItems = {}});
+        ListView1->select(0);
+        ListView1_ItemClick(0);
+    }
+    Timer1->setEnabled(false);
+}
+
+void DeleteCD::ListView1_ItemClick(int place) {
+    DriveInfo->clear();
+    base::skipErrors([&] {
+        const std::string number = kit::utf8(ListView1->rows().item(place).tag);
+        Data1.Recordset().FindFirst("[id number] like '" + number + "'");
+        for (const DiscFact& fact : discFacts(Data1.Recordset()))
+            DriveInfo->add({.key = {}, .text = qt(fact.text), .icon = qt(fact.icon), .tag = {}, .subItems = {qt(fact.value)}});
+    });
+}
+
+// Only the deletion itself hangs on the answer; all else follows either way, so a Cancel spares the disc and ends at
+// the commit that has no transaction.
+void DeleteCD::Command2_Click() {
+    db::Recordset& discs = Data1.Recordset();
+    if (discs.RecordCount() == 0) {
+        kit::Beep();
+        return;
+    }
+    const auto number = static_cast<int64_t>(discs.Fields(drive::kIdNumber).Number());
+    const auto question = deletionQuestion(discs.Fields(drive::kPreferedName).Text());
+    if (kit::MsgBox(qt(question), kit::Buttons::OkCancel, kit::Icon::Question, "Confim Deletion !!!", this) ==
+        kit::Answer::Ok)
+        deleteCurrentDisc(discs);
+    deleteTagsOfDisc(number);
+    RefreshMasterTotals(Data2);
+    db::DBEngine::CommitTrans();
+    Timer1->setEnabled(true);
+    kit::MsgBox("Deletion was successful. It is advised that you compact your database from the Database Workshop after "
+                "deleting any entries. This way your Database will take up less disk space and in some cases may run "
+                "faster.",
+                kit::Buttons::Ok, kit::Icon::Information, "Deletion Successful", this);
+}
+
+void DeleteCD::Command1_Click() {
+    Unload();
+}
+
+void DeleteCD::TrayIcon_Restore() {
+    setState(State::Normal);
+    Show();
+    TrayIcon1->setFlashEnabled(false);
+}
+
+void DeleteCD::TrayIcon_Minimise() {
+    setState(State::Minimised);
+    TrayIcon1->setFlashEnabled(true);
+}
+
+} // namespace discaro::catalogue

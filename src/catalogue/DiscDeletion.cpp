@@ -1,0 +1,70 @@
+#include "catalogue/DiscDeletion.h"
+
+#include "app/Module1.h"
+#include "catalogue/Names.h"
+#include "catalogue/Totals.h"
+#include "db/DBEngine.h"
+
+namespace discaro::catalogue {
+
+namespace {
+
+int64_t rowsOf(const char* table) {
+    const auto rows = app::Module1::CatalogueDb->OpenRecordset(table);
+    const int64_t count = rows->RecordCount();
+    rows->Close();
+    return count;
+}
+
+} // namespace
+
+std::vector<DiscFact> discFacts(db::Recordset& discs) {
+    const auto of = [&](std::string_view field) { return discs.Fields(field).Text(); };
+    return {
+        {"cdnum", "CD-ROM Number", of(drive::kIdNumber)},
+        {"pname", "Preferred Name", of(drive::kPreferedName)},
+        {"label", "Volume Label", of(drive::kVolumeName)},
+        {"snum", "Serial Number", of(drive::kSerialNumber)},
+        {"fsys", "File System", of(drive::kFileSystem)},
+        {"size", "Total Size", of(drive::kTotalSize) + " Mb"},
+        {"size", "Free Size", of(drive::kFreeSize) + " Mb"},
+        {"", "", ""},
+        {"comment", "Comments", of(drive::kComments)},
+        {"autrun", "Autorun", of(drive::kAutorun)},
+    };
+}
+
+std::string deletionQuestion(const std::string& preferredName) {
+    return "Are you sure you want to delete the '" + preferredName +
+           "' cd-rom entry from the database ? This will also delete all the Directory and File entries contained on "
+           "this CD-ROM.";
+}
+
+void deleteCurrentDisc(db::Recordset& discs) {
+    db::DBEngine::BeginTrans();
+    discs.Delete();
+    discs.MoveNext();
+    if (discs.Eof())
+        discs.MoveFirst();
+}
+
+void deleteTagsOfDisc(int64_t discNumber) {
+    app::Module1::OpenCatalogue();
+    app::Module1::CatalogueDb->Execute("DELETE * FROM [Prog Tag] WHERE [CD number] like " +
+                                       std::to_string(discNumber));
+    app::Module1::CatalogueDb->Close();
+}
+
+void RefreshMasterTotals(db::DataSource& master) {
+    app::Module1::OpenCatalogue();
+    master.Recordset().Edit();
+    const MasterTotals totals{.directories = rowsOf("directories"),
+                              .files = rowsOf("files"),
+                              .kilobytes = totalFileSize(*app::Module1::CatalogueDb),
+                              .discs = rowsOf("drive")};
+    writeMasterTotals(master.Recordset(), totals);
+    master.UpdateRecord();
+    app::Module1::CatalogueDb->Close();
+}
+
+} // namespace discaro::catalogue

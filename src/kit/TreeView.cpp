@@ -1,0 +1,226 @@
+#include "kit/TreeView.h"
+
+#include "kit/CellDelegate.h"
+#include "kit/Pace.h"
+#include "kit/WindowScale.h"
+
+#include <QtCore/QScopedValueRollback>
+#include <QtGui/QContextMenuEvent>
+#include <QtGui/QMouseEvent>
+#include <QtWidgets/QHeaderView>
+#include <QtWidgets/QScrollBar>
+
+#include <algorithm>
+
+namespace discaro::kit {
+
+namespace {
+
+constexpr int kIcon = 16;
+constexpr int kIndentation = 16;
+
+// So many expansions are shown one after the other; more are laid out together.
+constexpr size_t kFewExpansions = 4;
+
+// How many rows around those in sight tell how wide the tree is.
+constexpr int kWidthPrecision = 200;
+
+} // namespace
+
+TreeView::TreeView(QWidget* parent)
+    : QTreeView(parent) {
+    setModel(&m_nodes);
+    setItemDelegate(new CellDelegate(this));
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setEditTriggers(NoEditTriggers);
+    setExpandsOnDoubleClick(false);
+    setTabKeyNavigation(false);
+    header()->setStretchLastSection(false);
+    header()->setResizeContentsPrecision(kWidthPrecision);
+    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    layIcons();
+    m_later.setSingleShot(true);
+    connect(&m_later, &QTimer::timeout, this, &TreeView::flush);
+    connect(&m_nodes, &TreeModel::Waiting, this, &TreeView::later);
+    connect(&m_nodes, &TreeModel::Expand, this, &TreeView::Expand);
+    connect(&m_nodes, &TreeModel::Collapse, this, &TreeView::Collapse);
+    connect(this, &QTreeView::expanded, this,
+            [this](const QModelIndex& index) { noteExpanded(index, true); });
+    connect(this, &QTreeView::collapsed, this,
+            [this](const QModelIndex& index) { noteExpanded(index, false); });
+}
+
+// The view forgets the model before that goes.
+TreeView::~TreeView() {
+    m_quiet = true;
+    setModel(nullptr);
+}
+
+// ---- Bringing changes before the user
+
+void TreeView::later() {
+    if (m_later.isActive())
+        return;
+    const int64_t since = m_flushed.isValid() ? m_flushed.elapsed() : Pace::kMilliseconds;
+    m_later.start(static_cast<int>(std::max<int64_t>(0, Pace::kMilliseconds - since)));
+}
+
+void TreeView::flush() {
+    m_later.stop();
+    const int current = selectedNode();
+    const int scrolled = verticalScrollBar()->value();
+    const bool anew = m_nodes.flush();
+    const auto changes = m_nodes.takeExpansionChanges();
+    applyExpansions(anew ? m_nodes.expandedNodes() : changes);
+    if (anew && current != 0) {
+        setCurrent(current);
+        executeDelayedItemsLayout();
+        verticalScrollBar()->setValue(scrolled);
+    }
+    m_flushed.start();
+}
+
+void TreeView::applyExpansions(const std::vector<int>& nodes) {
+    const QScopedValueRollback quiet(m_quiet, true);
+    // While a layout is due the expansions are only noted, each at the same small cost.
+    if (nodes.size() > kFewExpansions)
+        scheduleDelayedItemsLayout();
+    for (const int node : nodes)
+        QTreeView::setExpanded(m_nodes.place(node), m_nodes.isExpanded(node));
+}
+
+void TreeView::noteExpanded(const QModelIndex& index, bool expanded) {
+    if (!m_quiet)
+        m_nodes.noteExpanded(m_nodes.nodeAt(index), expanded);
+}
+
+// ---- Selection
+
+int TreeView::selectedNode() const {
+    return m_nodes.nodeAt(currentIndex());
+}
+
+void TreeView::setCurrent(int node) {
+    const QScopedValueRollback quiet(m_quiet, true);
+    setCurrentIndex(m_nodes.place(node));
+}
+
+void TreeView::selectNode(int node) {
+    for (int above = m_nodes.parentOf(node); above != 0; above = m_nodes.parentOf(above))
+        m_nodes.setExpanded(above, true);
+    flush();
+    setCurrent(node);
+}
+
+void TreeView::ensureVisible(int node) {
+    for (int above = m_nodes.parentOf(node); above != 0; above = m_nodes.parentOf(above))
+        m_nodes.setExpanded(above, true);
+    flush();
+    const QScopedValueRollback quiet(m_quiet, true);
+    scrollTo(m_nodes.place(node));
+}
+
+void TreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTreeView::currentChanged(current, previous);
+    if (!m_quiet && !m_answering && current.isValid())
+        emit NodeClick(m_nodes.nodeAt(current));
+}
+
+// ---- What the user does
+
+void TreeView::mousePressEvent(QMouseEvent* event) {
+    {
+        const QScopedValueRollback answering(m_answering, true);
+        QTreeView::mousePressEvent(event);
+    }
+    const QPoint position = event->position().toPoint();
+    const QModelIndex pressed = indexAt(position);
+    // Beside the node stands the mark that expands it.
+    if (pressed.isValid() && pressed == currentIndex() && visualRect(pressed).contains(position))
+        emit NodeClick(m_nodes.nodeAt(pressed));
+    if (event->button() == Qt::RightButton)
+        emit MenuWanted(event->globalPosition().toPoint());
+}
+
+// Dragging goes through no nodes.
+void TreeView::mouseMoveEvent(QMouseEvent* event) {
+    if (event->buttons() == Qt::NoButton)
+        QTreeView::mouseMoveEvent(event);
+}
+
+void TreeView::mouseDoubleClickEvent(QMouseEvent* event) {
+    const QPoint position = event->position().toPoint();
+    const QModelIndex index = indexAt(position);
+    const bool onNode = index.isValid() && visualRect(index).contains(position);
+    if (event->button() != Qt::LeftButton || !onNode)
+        return QTreeView::mouseDoubleClickEvent(event);
+    const int node = m_nodes.nodeAt(index);
+    m_nodes.setExpanded(node, !m_nodes.isExpanded(node));
+    emit DblClick();
+}
+
+void TreeView::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (enter && selectedNode() != 0) {
+        emit DblClick();
+        return;
+    }
+    const int before = selectedNode();
+    {
+        const QScopedValueRollback answering(m_answering, true);
+        QTreeView::keyPressEvent(event);
+    }
+    const int node = selectedNode();
+    if (node != 0 && node != before)
+        emit NodeClick(node);
+}
+
+void TreeView::contextMenuEvent(QContextMenuEvent* event) {
+    if (event->reason() != QContextMenuEvent::Keyboard)
+        return;
+    const QRect node = visualRect(currentIndex());
+    const QRect seen = viewport()->rect();
+    const QPoint below = node.isValid() ? node.bottomLeft() : QPoint();
+    const QPoint inside(std::clamp(below.x(), seen.left(), seen.right()),
+                        std::clamp(below.y(), seen.top(), seen.bottom()));
+    emit MenuWanted(viewport()->mapToGlobal(inside));
+}
+
+void TreeView::keyboardSearch(const QString& keys) {
+    const auto [beginning, fromNext] = m_typeAhead.typed(keys);
+    const int current = selectedNode();
+    int node = current != 0 ? current : m_nodes.firstInSight();
+    if (fromNext && current != 0)
+        node = m_nodes.nextInSight(node);
+    for (int step = 0; step < m_nodes.count(); ++step) {
+        if (node == 0)
+            node = m_nodes.firstInSight();
+        if (TypeAhead::fits(m_nodes.text(node), beginning)) {
+            flush();
+            setCurrentIndex(m_nodes.place(node));
+            return;
+        }
+        node = m_nodes.nextInSight(node);
+    }
+}
+
+// The view takes its first node for the current one when the keyboard comes to it, which is nobody's click.
+void TreeView::focusInEvent(QFocusEvent* event) {
+    const QScopedValueRollback quiet(m_quiet, true);
+    QTreeView::focusInEvent(event);
+}
+
+void TreeView::layIcons() {
+    const int icon = scaledLength(kIcon);
+    setIconSize(QSize(icon, icon));
+    setIndentation(scaledLength(kIndentation));
+}
+
+void TreeView::changeEvent(QEvent* event) {
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        layIcons();
+}
+
+} // namespace discaro::kit

@@ -1,0 +1,410 @@
+#include "app/AppTest.h"
+#include "app/Switch.h"
+#include "base/RuntimeError.h"
+#include "kit/Colour.h"
+#include "kit/TrayIcon.h"
+#include "support/windows/GoldenForm.h"
+
+#include <QtCore/QTimer>
+
+#include <filesystem>
+
+using namespace discaro;
+using namespace discaro::test;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+namespace Windows = discaro::app::Windows;
+namespace Module1 = discaro::app::Module1;
+
+namespace {
+
+constexpr int kResting = 16744576;
+constexpr int kHover = 192;
+
+class Switch : public AppTest {
+protected:
+    // Shows the menu and waits until its timer has looked for discs.
+    app::Switch& open() {
+        Windows::Show("Switch");
+        auto& menu = window();
+        EXPECT_TRUE(waitFor([&] { return !menu.Timer1->isEnabled(); }));
+        return menu;
+    }
+
+    app::Switch& openWithDisc() {
+        addDisc();
+        return open();
+    }
+
+    static app::Switch& window() { return dynamic_cast<app::Switch&>(*Windows::Find("Switch")); }
+
+    static int colour(app::Switch& menu, int index) {
+        return kit::numberOf(menu.Label1(index).foreColour());
+    }
+};
+
+class CountedPaints : public QObject {
+public:
+    explicit CountedPaints(QWidget& widget) { widget.installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::Paint;
+        return false;
+    }
+};
+
+// The least contrast of a colour with any pixel of the face at the place of an entry.
+double leastContrast(app::Switch& menu, int index, const QColor& text) {
+    const QImage face = menu.Image1->grab().toImage();
+    const QRect place = menu.Label1(index).geometry();
+    double least = 21.0;
+    for (int y = place.top(); y <= place.bottom(); ++y)
+        for (int x = place.left(); x <= place.right(); ++x)
+            least = std::min(least, kit::contrast(text, face.pixelColor(x, y)));
+    return least;
+}
+
+} // namespace
+
+// ---- The window
+
+TEST_F(Switch, MatchesItsGoldenFile) {
+    expectGolden(openWithDisc(), "app");
+}
+
+TEST_F(Switch, IsABorderlessCircleOf480Pixels) {
+    auto& menu = open();
+    EXPECT_EQ(menu.size(), QSize(480, 480));
+    EXPECT_TRUE(menu.windowFlags() & Qt::FramelessWindowHint);
+    EXPECT_EQ(menu.mask().boundingRect(), QRect(2, 2, 477, 477));
+    EXPECT_FALSE(menu.mask().contains(QPoint(12, 12)));
+    EXPECT_TRUE(menu.mask().contains(QPoint(240, 240)));
+}
+
+TEST_F(Switch, ItsCircleGrowsWithTheFont) {
+    const LargerFont larger(1.5);
+    auto& menu = open();
+    EXPECT_EQ(menu.size(), QSize(menu.scaled(480), menu.scaled(480)));
+    EXPECT_EQ(menu.mask().boundingRect().right(), menu.scaled(479) - 1);
+    EXPECT_THAT(cutTexts(menu), IsEmpty());
+}
+
+TEST_F(Switch, EveryControlLiesInsideTheCircle) {
+    auto& menu = open();
+    for (const auto& control : menu.controls()) {
+        const auto* widget = qobject_cast<const QWidget*>(control.object.data());
+        if (!widget || !widget->isVisible() || widget == menu.Image1)
+            continue;
+        const QRect place(widget->mapTo(&menu, QPoint(0, 0)), widget->size());
+        for (const QPoint& corner :
+             {place.topLeft(), place.topRight(), place.bottomLeft(), place.bottomRight()})
+            EXPECT_TRUE(menu.mask().contains(corner)) << widget->objectName().toStdString();
+    }
+}
+
+TEST_F(Switch, NoTextIsCut) {
+    EXPECT_THAT(cutTexts(open()), IsEmpty());
+}
+
+TEST_F(Switch, EveryColourReadsWellWhereItStands) {
+    auto& menu = openWithDisc();
+    for (const auto& [index, label] : menu.Label1) {
+        EXPECT_GE(leastContrast(menu, index, label->foreColour()), 4.5) << index;
+        const QColor dimmed = label->palette().color(QPalette::Disabled, QPalette::WindowText);
+        EXPECT_GE(leastContrast(menu, index, dimmed), 3.0) << index;
+        EXPECT_LT(leastContrast(menu, index, dimmed),
+                  leastContrast(menu, index, label->foreColour()))
+            << index;
+    }
+    hover(menu.Label1(3));
+    EXPECT_GE(kit::contrast(menu.Label1(3).foreColour(), menu.Label1(3).ground()), 4.5);
+}
+
+TEST_F(Switch, ItsMarqueeScrollsTheNameOfTheProgram) {
+    auto& menu = open();
+    EXPECT_EQ(menu.AXMarquee1->text(), "Tavo         Discaro");
+    EXPECT_TRUE(menu.AXMarquee1->isMoving());
+}
+
+TEST_F(Switch, TheMinimiseButtonMinimises) {
+    auto& menu = open();
+    click(*menu.Command1);
+    EXPECT_EQ(menu.state(), kit::Form::State::Minimised);
+}
+
+// ---- Which entries are offered
+
+TEST_F(Switch, AnEmptyCatalogueOffersOnlyScanWorkshopAboutAndExit) {
+    auto& menu = open();
+    for (const auto& [index, label] : menu.Label1) {
+        const bool offered = index == 0 || index == 4 || index == 5 || index == 6;
+        EXPECT_EQ(label->isEnabled(), offered) << index;
+    }
+}
+
+TEST_F(Switch, ACatalogueWithADiscOffersEverything) {
+    auto& menu = openWithDisc();
+    for (const auto& [index, label] : menu.Label1)
+        EXPECT_TRUE(label->isEnabled()) << index;
+}
+
+TEST_F(Switch, AClickOnADisabledEntryDoesNothing) {
+    auto& menu = open();
+    for (const int index : {1, 2, 3, 7}) {
+        QTest::mouseClick(&menu.Label1(index), Qt::LeftButton);
+        QTest::keyClick(&menu.Label1(index), Qt::Key_Return);
+    }
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_TRUE(Windows::IsLoaded("Switch"));
+    EXPECT_EQ(Module1::ReturnTo, "");
+}
+
+TEST_F(Switch, AnEntryWhoseWindowIsNotPartOfTheProgramIsDisabledFromTheStart) {
+    addDisc();
+    Windows::Clear();
+    Windows::Register("Switch", [] { return new app::Switch; });
+    Windows::Register("Scanform", [this] { return new StubForm("Scanform", log); });
+    Windows::Load("Switch");
+    for (const auto& [index, label] : window().Label1)
+        EXPECT_EQ(label->isEnabled(), index == 0 || index == 6) << index;
+}
+
+TEST_F(Switch, TheEntriesComeBackAfterTheFirstScan) {
+    auto& menu = open();
+    EXPECT_FALSE(menu.Label1(2).isEnabled());
+    menu.Unload();
+    EXPECT_TRUE(openWithDisc().Label1(2).isEnabled());
+}
+
+TEST_F(Switch, AFailingRecordCountLeavesTheMenuFullyEnabled) {
+    addDisc();
+    Windows::Show("Switch");
+    auto& menu = window();
+    menu.Data1.Close();
+    EXPECT_TRUE(waitFor([&] { return !menu.Timer1->isEnabled(); }));
+    for (const auto& [index, label] : menu.Label1)
+        EXPECT_TRUE(label->isEnabled()) << index;
+}
+
+TEST_F(Switch, AMissingCatalogueIsAnErrorThatNobodyTakes) {
+    std::filesystem::remove(Module1::cataloguePath());
+    EXPECT_THROW(Windows::Show("Switch"), base::RuntimeError);
+    EXPECT_FALSE(Windows::IsLoaded("Switch"));
+}
+
+TEST_F(Switch, ClosesTheCatalogueWhenItIsUnloaded) {
+    auto& menu = open();
+    EXPECT_TRUE(menu.Data1.HasRecordset());
+    menu.Unload();
+    EXPECT_FALSE(menu.Data1.HasRecordset());
+}
+
+// ---- The entries
+
+TEST_F(Switch, EachEntryHandsOverToItsWindow) {
+    const std::pair<int, const char*> windows[] = {{0, "Scanform"}, {1, "DeleteCD"},
+                                                   {2, "EXMain"},   {3, "Search"},
+                                                   {4, "Workshop"}, {7, "Programs"}};
+    addDisc();
+    for (const auto& [index, name] : windows) {
+        Module1::ReturnTo.clear();
+        log.clear();
+        click(open().Label1(index));
+        EXPECT_THAT(log, ElementsAre(name + std::string(" load")));
+        EXPECT_TRUE(Windows::Find(name)->isVisible()) << name;
+        EXPECT_FALSE(Windows::IsLoaded("Switch")) << name;
+        EXPECT_FALSE(Windows::IsLoaded("Loading")) << name;
+        EXPECT_EQ(Module1::ReturnTo, "switch") << name;
+        Windows::Unload(name);
+    }
+}
+
+TEST_F(Switch, ScanClearsTheMarkOfACancelledScan) {
+    Module1::ScanCancelled = 1;
+    int atLoad = -1;
+    stub("Scanform", [&](kit::Form&) { atLoad = Module1::ScanCancelled; });
+    click(open().Label1(0));
+    EXPECT_EQ(atLoad, 0);
+}
+
+TEST_F(Switch, ExploreForgetsAnOldJump) {
+    Module1::JumpDisc = "12";
+    std::string atLoad = "none";
+    stub("EXMain", [&](kit::Form&) { atLoad = Module1::JumpDisc; });
+    click(openWithDisc().Label1(2));
+    EXPECT_EQ(atLoad, "");
+}
+
+TEST_F(Switch, AboutIsModalAndLeavesTheMenuLoaded) {
+    auto& menu = open();
+    stub("About", [](kit::Form& about) {
+        QTimer::singleShot(0, &about, [&about] {
+            EXPECT_TRUE(about.isModal());
+            about.Unload();
+        });
+    });
+    click(menu.Label1(5));
+    EXPECT_THAT(log, ElementsAre("About load", "About unload"));
+    EXPECT_EQ(Windows::Find("Switch"), &menu);
+    EXPECT_TRUE(menu.isVisible());
+    EXPECT_FALSE(Windows::IsLoaded("Loading"));
+    EXPECT_EQ(Module1::ReturnTo, "switch");
+}
+
+TEST_F(Switch, ExitEndsTheProgramAtOnceWithoutUnloading) {
+    const ThrowingEnd end;
+    Windows::Show("Search");
+    log.clear();
+    auto& menu = open();
+    try {
+        QTest::keyClick(&menu.Label1(6), Qt::Key_Return);
+        ADD_FAILURE() << "the program goes on";
+    } catch (const ProgramEnded& ended) {
+        EXPECT_EQ(ended.exitCode, 0);
+    }
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_TRUE(Windows::IsLoaded("Switch"));
+}
+
+TEST_F(Switch, AClickOnExitEndsTheProcess) {
+    EXPECT_EXIT(QTest::mouseClick(&open().Label1(6), Qt::LeftButton), ::testing::ExitedWithCode(0),
+                "");
+}
+
+// ---- Hovering
+
+TEST_F(Switch, EntriesRestInTheirColourUntilOneIsHovered) {
+    auto& menu = openWithDisc();
+    for (const auto& [index, label] : menu.Label1)
+        EXPECT_EQ(colour(menu, index), kResting) << index;
+    hover(menu.Label1(3));
+    EXPECT_EQ(colour(menu, 3), kHover);
+    EXPECT_EQ(colour(menu, 2), kResting);
+}
+
+TEST_F(Switch, HoveringAnotherEntryGivesTheFirstItsColourBack) {
+    auto& menu = openWithDisc();
+    hover(menu.Label1(3));
+    hover(menu.Label1(7));
+    EXPECT_EQ(colour(menu, 3), kResting);
+    EXPECT_EQ(colour(menu, 7), kHover);
+    EXPECT_FALSE(menu.Label1(3).ground().isValid());
+}
+
+TEST_F(Switch, TheLastHoveredEntryStaysRedWhenTheMouseLeavesIt) {
+    auto& menu = openWithDisc();
+    hover(menu.Label1(3));
+    hover(*menu.Image1);
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&menu.Label1(3), &leave);
+    EXPECT_EQ(colour(menu, 3), kHover);
+}
+
+TEST_F(Switch, MovingWithinOneEntryRepaintsNothing) {
+    auto& menu = openWithDisc();
+    hover(menu.Label1(3));
+    QCoreApplication::processEvents();
+    const CountedPaints paints(menu.Label1(3));
+    for (int more = 0; more < 5; ++more)
+        hover(menu.Label1(3));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(paints.count, 0);
+}
+
+TEST_F(Switch, TheHoverColourIsThatOfTheHiddenLabel) {
+    auto& menu = openWithDisc();
+    EXPECT_FALSE(menu.Label2->isVisible());
+    EXPECT_EQ(menu.Label2->text(), "Label2");
+    menu.Label2->setForeColour(QColor(1, 2, 3));
+    hover(menu.Label1(0));
+    EXPECT_EQ(menu.Label1(0).foreColour(), QColor(1, 2, 3));
+}
+
+TEST_F(Switch, ADisabledEntryIsNotHovered) {
+    auto& menu = open();
+    hover(menu.Label1(3));
+    EXPECT_EQ(colour(menu, 3), kResting);
+}
+
+// ---- Dragging
+
+TEST_F(Switch, IsDraggedByItsFaceWithAnyButton) {
+    for (const auto button : {Qt::LeftButton, Qt::RightButton}) {
+        auto& menu = open();
+        const QPoint before = menu.pos();
+        QTest::mousePress(menu.Image1, button, {}, QPoint(30, 200));
+        QTest::mouseMove(menu.Image1, QPoint(37, 190));
+        EXPECT_EQ(menu.pos(), before + QPoint(7, -10));
+        QTest::mouseRelease(menu.Image1, button, {}, QPoint(30, 200));
+        menu.Unload();
+    }
+}
+
+TEST_F(Switch, AMoveWithoutAPressDragsNothing) {
+    auto& menu = open();
+    const QPoint before = menu.pos();
+    QTest::mouseMove(menu.Image1, QPoint(37, 190));
+    EXPECT_EQ(menu.pos(), before);
+    QTest::mousePress(menu.Image1, Qt::LeftButton, {}, QPoint(30, 200));
+    QTest::mouseRelease(menu.Image1, Qt::LeftButton, {}, QPoint(30, 200));
+    QTest::mouseMove(menu.Image1, QPoint(60, 260));
+    EXPECT_EQ(menu.pos(), before);
+}
+
+// ---- The keyboard
+
+TEST_F(Switch, TheTabKeyGoesThroughTheEntriesAsTheyStand) {
+    EXPECT_THAT(tabOrder(openWithDisc()),
+                ElementsAre("Label1(0)", "Label1(1)", "Label1(2)", "Label1(3)", "Label1(7)",
+                            "Label1(4)", "Label1(5)", "Label1(6)", "Command1"));
+}
+
+TEST_F(Switch, ArrowKeysMoveAndPassDisabledEntries) {
+    auto& menu = open();
+    menu.activateWindow();
+    menu.Label1(0).setFocus();
+    ASSERT_TRUE(waitFor([&] { return menu.Label1(0).hasFocus(); }));
+    QTest::keyClick(&menu.Label1(0), Qt::Key_Down);
+    EXPECT_TRUE(menu.Label1(4).hasFocus());
+    QTest::keyClick(&menu.Label1(4), Qt::Key_Right);
+    EXPECT_TRUE(menu.Label1(5).hasFocus());
+    QTest::keyClick(&menu.Label1(5), Qt::Key_Up);
+    QTest::keyClick(&menu.Label1(4), Qt::Key_Left);
+    EXPECT_TRUE(menu.Label1(0).hasFocus());
+}
+
+TEST_F(Switch, EnterChoosesTheEntryWithTheFocus) {
+    auto& menu = openWithDisc();
+    QTest::keyClick(&menu.Label1(3), Qt::Key_Return);
+    EXPECT_THAT(log, ElementsAre("Search load"));
+}
+
+TEST_F(Switch, EverythingThatTheKeyboardReachesCanBeSaid) {
+    EXPECT_THAT(speechless(openWithDisc()), IsEmpty());
+}
+
+// ---- The tray icon
+
+TEST_F(Switch, ItsTrayIconFlashesForAsLongAsTheMenuIsUp) {
+    auto& icon = *open().TrayIcon1;
+    EXPECT_EQ(icon.toolTipText(), "Discaro");
+    EXPECT_TRUE(icon.isEnabled());
+    EXPECT_TRUE(icon.trueClick());
+    EXPECT_TRUE(icon.isVisible());
+    EXPECT_TRUE(icon.flashEnabled());
+    EXPECT_FALSE(icon.flashSound());
+    EXPECT_EQ(icon.flashInterval(), 1000);
+}
+
+TEST_F(Switch, TheTrayIconMinimisesAndRestoresAndGoesOnFlashing) {
+    auto& menu = open();
+    menu.TrayIcon1->activate(QSystemTrayIcon::MiddleClick);
+    EXPECT_EQ(menu.state(), kit::Form::State::Minimised);
+    EXPECT_TRUE(menu.TrayIcon1->flashEnabled());
+    menu.TrayIcon1->activate(QSystemTrayIcon::Trigger);
+    EXPECT_EQ(menu.state(), kit::Form::State::Normal);
+    EXPECT_TRUE(menu.isVisible());
+    EXPECT_TRUE(menu.TrayIcon1->flashEnabled());
+}
