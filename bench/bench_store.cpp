@@ -1,14 +1,14 @@
 // The store's parts that a scan leans on, one by one: a file's row, a directory's subtree sum, a row's change.
-#include <filesystem>
-#include <memory>
-#include <string>
-
-#include <benchmark/benchmark.h>
-
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
 #include "db/DBEngine.h"
 #include "db/DataSource.h"
+
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
 
 using namespace discaro;
 namespace fields = catalogue::files;
@@ -89,10 +89,10 @@ void sumOfALeaf(benchmark::State& state) {
     int64_t number = 0;
     for (auto _ : state) {
         number = number % 10000 + 1;
-        auto sums = database->OpenRecordset(
-            "select sum(Size) As [Total size] , sum([number of files]) as Files , sum([number of subdirectories]) as "
-            "subs from directories where [id number] like 'C1D1S" +
-            std::to_string(number) + "S*'");
+        auto sums = database->OpenRecordset("select sum(Size) As [Total size] , sum([number of "
+                                            "files]) as Files , sum([number of subdirectories]) as "
+                                            "subs from directories where [id number] like 'C1D1S" +
+                                            std::to_string(number) + "S*'");
         benchmark::DoNotOptimize(sums->Fields("Files").Value());
     }
 }

@@ -1,18 +1,18 @@
 // floor_scan FOLDER DISC: the same input and output as a scan at basic detail with nothing around it: walk,
 // stat, and bare prepared inserts of the same rows, with the same tables and indexes, in one transaction.
-#include <ctime>
+#include "catalogue/EmptyCatalogue.h"
+
 #include <dirent.h>
 #include <fcntl.h>
-#include <iostream>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "catalogue/EmptyCatalogue.h"
+#include <ctime>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -86,7 +86,8 @@ void walk(int parentFolder, const char* entry, const std::string& number, const 
     addDirectory(number, parent, path, entry);
     std::vector<std::string> children;
     while (const dirent* item = readdir(listing)) {
-        if (item->d_name[0] == '.' && (item->d_name[1] == 0 || (item->d_name[1] == '.' && item->d_name[2] == 0)))
+        if (item->d_name[0] == '.' &&
+            (item->d_name[1] == 0 || (item->d_name[1] == '.' && item->d_name[2] == 0)))
             continue;
         if (item->d_type == DT_DIR)
             children.emplace_back(item->d_name);
@@ -111,10 +112,12 @@ int main(int argc, char** argv) {
     sqlite3_open(catalogue.c_str(), &g_connection);
     run("PRAGMA journal_mode=DELETE; PRAGMA synchronous=FULL; PRAGMA cache_size=-65536; BEGIN");
     run("INSERT INTO Drive(\"id number\", \"prefered name\") VALUES (1, 'Floor')");
-    g_directory = prepare("INSERT INTO Directories(\"drive id number\", \"Parent id\", \"id number\", \"directory name\","
+    g_directory = prepare("INSERT INTO Directories(\"drive id number\", \"Parent id\", \"id "
+                          "number\", \"directory name\","
                           " \"Directory Path\") VALUES (1, ?1, ?2, ?3, ?4)");
-    g_file = prepare("INSERT INTO Files(\"directory number\", \"file name\", \"file extension\", \"file size\","
-                     " Attributes, \"File date\", \"file time\") VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)");
+    g_file = prepare(
+        "INSERT INTO Files(\"directory number\", \"file name\", \"file extension\", \"file size\","
+        " Attributes, \"File date\", \"file time\") VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)");
     walk(AT_FDCWD, argv[2], "C1D1", "R", "D:");
     run("COMMIT");
     sqlite3_finalize(g_directory);

@@ -1,15 +1,15 @@
 // scan_once FOLDER DISC [DETAIL]: a whole scan without a window (quick scan, walk, totals, commit) of a folder or
 // disc image into the catalogue of a folder, which is made when it is missing. Prints the counts and the seconds of each stage.
-#include <chrono>
-#include <filesystem>
-#include <iostream>
-
 #include "app/Module1.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
 #include "disc/DriveTable.h"
 #include "scanner/QuickScan.h"
 #include "scanner/ScanEngine.h"
+
+#include <chrono>
+#include <filesystem>
+#include <iostream>
 
 using namespace discaro;
 
@@ -27,8 +27,8 @@ public:
     void totalsFinished() override { m_totals = secondsSince(m_start); }
     void scanFinished() override { m_end = secondsSince(m_start); }
     void print() const {
-        std::cout << "walk " << m_walk << " totals " << m_totals - m_walk << " commit " << m_end - m_totals
-                  << '\n';
+        std::cout << "walk " << m_walk << " totals " << m_totals - m_walk << " commit "
+                  << m_end - m_totals << '\n';
     }
 
 private:
@@ -71,12 +71,16 @@ int main(int argc, char** argv) {
     quick.countBelow([](const std::string&) { return true; });
     std::cout << quick.directories() << " directories, " << quick.files() << " files, quick scan "
               << secondsSince(start) << '\n';
-    scanner::ScanRequest request{.driveLetter = letter, .preferredName = "Bench", .comments = {},
-                                 .quickFiles = quick.files(), .options = {}};
+    scanner::ScanRequest request{.driveLetter = letter,
+                                 .preferredName = "Bench",
+                                 .comments = {},
+                                 .quickFiles = quick.files(),
+                                 .options = {}};
     if (argc > 3)
         request.options.DetailLevel = argv[3];
     Stages stages;
-    scanner::ScanEngine engine({master, discs, directories, files}, disc::driveTable(), lister, stages, request);
+    scanner::ScanEngine engine({master, discs, directories, files}, disc::driveTable(), lister,
+                               stages, request);
     engine.run();
     stages.print();
 }

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "db/Database.h"
+#include "disc/DriveTable.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
-
-#include "db/Database.h"
-#include "disc/DriveTable.h"
 
 // The shared module: the variables through which windows talk to each other, and the procedures that all of them
 // use. One window sets variables and shows the next, which reads them. Numbers in text variables are decimal.
@@ -17,14 +17,14 @@ namespace discaro::app::Module1 {
 // The open catalogue. OpenCatalogue replaces it; nobody has to close it.
 extern std::shared_ptr<db::Database> CatalogueDb;
 
-extern std::string ReturnTo;       // "switch" or "explore": what to show when a task window closes
-extern int16_t ScanCancelled;      // 1: the running scan is to stop
-extern std::string SelectedDisc;   // disc number for the disc properties
+extern std::string ReturnTo;     // "switch" or "explore": what to show when a task window closes
+extern int16_t ScanCancelled;    // 1: the running scan is to stop
+extern std::string SelectedDisc; // disc number for the disc properties
 extern std::string SelectedDirectory; // directory number for the properties windows
-extern std::string SelectedFile;   // file number for the file properties
-extern std::string JumpDisc;       // where the explorer is to open; "" means nowhere
-extern std::string JumpDirectory;  // directory to select after the jump
-extern std::string JumpFile;       // file to select after the jump
+extern std::string SelectedFile;      // file number for the file properties
+extern std::string JumpDisc;          // where the explorer is to open; "" means nowhere
+extern std::string JumpDirectory;     // directory to select after the jump
+extern std::string JumpFile;          // file to select after the jump
 
 // What is being tagged.
 extern std::string TagKey;           // "FILE", "DIR" or "CD" and the thing's number

@@ -1,12 +1,12 @@
 #include "app/SingleInstance.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <string>
-
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <string>
 
 namespace discaro::app {
 

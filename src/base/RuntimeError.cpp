@@ -57,6 +57,7 @@ std::string describe(ErrorNumber number, std::string_view detail) {
 } // namespace
 
 RuntimeError::RuntimeError(ErrorNumber number, std::string_view detail)
-    : m_number(static_cast<int>(number)), m_description(describe(number, detail)) {}
+    : m_number(static_cast<int>(number))
+    , m_description(describe(number, detail)) {}
 
 } // namespace discaro::base

@@ -1,12 +1,12 @@
 #include "base/Text.h"
 
+#include <utf8proc.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-
-#include <utf8proc.h>
 
 namespace discaro::base {
 
@@ -22,7 +22,8 @@ constexpr std::array<char16_t, 32> kWindows1252 = {
 
 void appendCodePoint(std::string& text, char32_t codePoint) {
     std::array<utf8proc_uint8_t, 4> buffer{};
-    const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(codePoint), buffer.data());
+    const auto length =
+        utf8proc_encode_char(static_cast<utf8proc_int32_t>(codePoint), buffer.data());
     text.append(reinterpret_cast<const char*>(buffer.data()), static_cast<size_t>(length));
 }
 
@@ -41,8 +42,8 @@ size_t safeLength(std::string_view text) {
     int run = 0;
     for (size_t at = 0; at < text.size();) {
         utf8proc_int32_t codePoint = 0;
-        const auto length =
-            utf8proc_iterate(bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
+        const auto length = utf8proc_iterate(
+            bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
         if (length <= 0)
             return text.size();
         run = utf8proc_get_property(codePoint)->combining_class == 0 ? 0 : run + 1;
@@ -55,8 +56,9 @@ size_t safeLength(std::string_view text) {
 
 std::string composedPiece(std::string_view text) {
     utf8proc_uint8_t* result = nullptr;
-    const auto length = utf8proc_map(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &result,
-                                     static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
+    const auto length =
+        utf8proc_map(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &result,
+                     static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
     const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(result, &std::free);
     if (length < 0)
         return std::string(text);
@@ -78,14 +80,15 @@ std::string lowered(std::string_view text) {
     result.reserve(text.size());
     for (size_t at = 0; at < text.size();) {
         utf8proc_int32_t codePoint = 0;
-        const auto length = utf8proc_iterate(bytesOf(text) + at,
-                                             static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
+        const auto length = utf8proc_iterate(
+            bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
         if (length <= 0) {
             result += text[at++];
             continue;
         }
         const auto lower = utf8proc_tolower(codePoint);
-        appendCodePoint(result, static_cast<char32_t>(codePoint >= 0x80 && lower < 0x80 ? codePoint : lower));
+        appendCodePoint(
+            result, static_cast<char32_t>(codePoint >= 0x80 && lower < 0x80 ? codePoint : lower));
         at += static_cast<size_t>(length);
     }
     return result;
@@ -126,8 +129,8 @@ bool isValidUtf8(std::string_view bytes) {
             continue;
         }
         utf8proc_int32_t codePoint = 0;
-        const auto length = utf8proc_iterate(bytesOf(bytes) + at,
-                                             static_cast<utf8proc_ssize_t>(bytes.size() - at), &codePoint);
+        const auto length = utf8proc_iterate(
+            bytesOf(bytes) + at, static_cast<utf8proc_ssize_t>(bytes.size() - at), &codePoint);
         if (length <= 0)
             return false;
         at += static_cast<size_t>(length);

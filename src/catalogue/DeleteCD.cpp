@@ -59,7 +59,11 @@ void DeleteCD::ListView1_ItemClick(int place) {
         const std::string number = kit::utf8(ListView1->rows().item(place).tag);
         Data1.Recordset().FindFirst("[id number] like '" + number + "'");
         for (const DiscFact& fact : discFacts(Data1.Recordset()))
-            DriveInfo->add({.key = {}, .text = qt(fact.text), .icon = qt(fact.icon), .tag = {}, .subItems = {qt(fact.value)}});
+            DriveInfo->add({.key = {},
+                            .text = qt(fact.text),
+                            .icon = qt(fact.icon),
+                            .tag = {},
+                            .subItems = {qt(fact.value)}});
     });
 }
 
@@ -73,15 +77,17 @@ void DeleteCD::Command2_Click() {
     }
     const auto number = static_cast<int64_t>(discs.Fields(drive::kIdNumber).Number());
     const auto question = deletionQuestion(discs.Fields(drive::kPreferedName).Text());
-    if (kit::MsgBox(qt(question), kit::Buttons::OkCancel, kit::Icon::Question, "Confim Deletion !!!", this) ==
-        kit::Answer::Ok)
+    if (kit::MsgBox(qt(question), kit::Buttons::OkCancel, kit::Icon::Question,
+                    "Confim Deletion !!!", this) == kit::Answer::Ok)
         deleteCurrentDisc(discs);
     deleteTagsOfDisc(number);
     RefreshMasterTotals(Data2);
     db::DBEngine::CommitTrans();
     Timer1->setEnabled(true);
-    kit::MsgBox("Deletion was successful. It is advised that you compact your database from the Database Workshop after "
-                "deleting any entries. This way your Database will take up less disk space and in some cases may run "
+    kit::MsgBox("Deletion was successful. It is advised that you compact your database from the "
+                "Database Workshop after "
+                "deleting any entries. This way your Database will take up less disk space and in "
+                "some cases may run "
                 "faster.",
                 kit::Buttons::Ok, kit::Icon::Information, "Deletion Successful", this);
 }

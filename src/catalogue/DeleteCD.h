@@ -14,13 +14,13 @@ class DeleteCD : public kit::Form {
 public:
     DeleteCD();
 
-    kit::Label* Label1 = nullptr;         // heading of the discs
-    kit::ListView* ListView1 = nullptr;   // the discs
-    kit::Label* Label2 = nullptr;         // heading of the details
-    kit::ListView* DriveInfo = nullptr;   // the selected disc's details
-    kit::Button* Command2 = nullptr;      // deletes the disc
-    kit::Button* Command1 = nullptr;      // leaves
-    kit::Timer* Timer1 = nullptr;         // fills the lists once
+    kit::Label* Label1 = nullptr;       // heading of the discs
+    kit::ListView* ListView1 = nullptr; // the discs
+    kit::Label* Label2 = nullptr;       // heading of the details
+    kit::ListView* DriveInfo = nullptr; // the selected disc's details
+    kit::Button* Command2 = nullptr;    // deletes the disc
+    kit::Button* Command1 = nullptr;    // leaves
+    kit::Timer* Timer1 = nullptr;       // fills the lists once
     kit::TrayIcon* TrayIcon1 = nullptr;
     kit::ImageList* ImageList1 = nullptr; // the disc's picture
     kit::ImageList* ImageList2 = nullptr; // pictures of the details

@@ -36,7 +36,8 @@ std::vector<DiscFact> discFacts(db::Recordset& discs) {
 
 std::string deletionQuestion(const std::string& preferredName) {
     return "Are you sure you want to delete the '" + preferredName +
-           "' cd-rom entry from the database ? This will also delete all the Directory and File entries contained on "
+           "' cd-rom entry from the database ? This will also delete all the Directory and File "
+           "entries contained on "
            "this CD-ROM.";
 }
 

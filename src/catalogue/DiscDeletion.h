@@ -1,11 +1,11 @@
 #pragma once
 
+#include "db/DataSource.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "db/DataSource.h"
 
 namespace discaro::catalogue {
 

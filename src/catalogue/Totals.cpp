@@ -1,10 +1,10 @@
 #include "catalogue/Totals.h"
 
-#include <memory>
-#include <string>
-
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
+
+#include <memory>
+#include <string>
 
 namespace discaro::catalogue {
 
@@ -18,7 +18,8 @@ bool differsFromOne(const db::Value& sum) {
 }
 
 std::string subtreeQuery(const std::string& directory) {
-    return "select sum(Size) As [Total size] , sum([number of files]) as Files , sum([number of subdirectories])"
+    return "select sum(Size) As [Total size] , sum([number of files]) as Files , sum([number of "
+           "subdirectories])"
            " as subs from directories where [id number] like '" +
            directory + "S*'";
 }

@@ -1,11 +1,11 @@
 #include "program/ApplicationFolder.h"
 
-#include <array>
-#include <cstdlib>
+#include "catalogue/EmptyCatalogue.h"
 
 #include <unistd.h>
 
-#include "catalogue/EmptyCatalogue.h"
+#include <array>
+#include <cstdlib>
 
 namespace discaro::program {
 
@@ -42,7 +42,8 @@ bool bringBackParked(const fs::path& folder) {
 
 fs::path findApplicationFolder(const fs::path& executableFolder) {
     std::error_code error;
-    if (fs::exists(executableFolder / kCatalogue, error) || access(executableFolder.c_str(), W_OK) == 0)
+    if (fs::exists(executableFolder / kCatalogue, error) ||
+        access(executableFolder.c_str(), W_OK) == 0)
         return executableFolder;
     return userDataFolder();
 }

@@ -1,8 +1,5 @@
-#include <exception>
-
-#include <QtGui/QIcon>
-
 #include "app/Main.h"
+
 #include "app/Module1.h"
 #include "app/SingleInstance.h"
 #include "app/Windows.h"
@@ -14,6 +11,10 @@
 #include "kit/UnhandledErrors.h"
 #include "program/ApplicationFolder.h"
 #include "program/Wiring.h"
+
+#include <QtGui/QIcon>
+
+#include <exception>
 
 using namespace discaro;
 
@@ -29,10 +30,12 @@ void prepareFolder() {
     const std::filesystem::path executable = QCoreApplication::applicationDirPath().toStdString();
     app::Module1::ApplicationPath = program::findApplicationFolder(executable);
     try {
-        program::prepareApplicationFolder(app::Module1::ApplicationPath, categoryTemplate(executable));
+        program::prepareApplicationFolder(app::Module1::ApplicationPath,
+                                          categoryTemplate(executable));
     } catch (const std::exception& error) {
-        kit::MsgBox(QString("The application folder can't be made ready.\n\n%1").arg(kit::qt(error.what())),
-                    kit::Buttons::Ok, kit::Icon::Critical, "Discaro");
+        kit::MsgBox(
+            QString("The application folder can't be made ready.\n\n%1").arg(kit::qt(error.what())),
+            kit::Buttons::Ok, kit::Icon::Critical, "Discaro");
         kit::EndProgram(1);
     }
 }

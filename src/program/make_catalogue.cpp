@@ -1,9 +1,9 @@
 // make_catalogue FOLDER [CATEGORIES]: makes an application folder ready as the program's own start does: an empty
 // catalogue where none stands, and the category list copied beside it. What is there is never overwritten.
+#include "program/ApplicationFolder.h"
+
 #include <exception>
 #include <iostream>
-
-#include "program/ApplicationFolder.h"
 
 int main(int argc, char** argv) {
     if (argc < 2 || argc > 3) {

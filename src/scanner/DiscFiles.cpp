@@ -20,7 +20,8 @@ void readAutorun(disc::Lister& lister, const disc::DriveTable& drives, const std
     if (!app::Module1::FileExists(path, drives))
         return;
     const auto file = lister.openFile(path);
-    disc::readTextLines(*file, disc::kTextLimit, [&](std::string_view text) { line(std::string(text)); });
+    disc::readTextLines(*file, disc::kTextLimit,
+                        [&](std::string_view text) { line(std::string(text)); });
 }
 
 std::string readSetupName(disc::Lister& lister, const std::string& path) {

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "disc/Lister.h"
+
 #include <functional>
 #include <string>
-
-#include "disc/Lister.h"
 
 namespace discaro::scanner {
 

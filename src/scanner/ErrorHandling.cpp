@@ -1,20 +1,23 @@
 #include "scanner/ErrorHandling.h"
 
-#include <utility>
-
 #include "app/Module1.h"
 #include "scanner/Texts.h"
+
+#include <utility>
 
 namespace discaro::scanner {
 
 ErrorDesk::ErrorDesk(const ScanOptions& options, ScanWatcher& watcher, PlaceName placeName)
-    : m_options(options), m_watcher(watcher), m_placeName(std::move(placeName)) {}
+    : m_options(options)
+    , m_watcher(watcher)
+    , m_placeName(std::move(placeName)) {}
 
 ErrorDesk::Next ErrorDesk::handle(const base::RuntimeError& error, const ErrorHandler& handler) {
     if (handler.looksForConversion && error.is(base::ErrorNumber::DataTypeConversion))
         AskStopOnError();
     const bool file = handler.place == ErrorHandler::Place::File;
-    log(error.description() + (file ? " in File :- " : " in Directory :- ") + m_placeName(handler.place));
+    log(error.description() + (file ? " in File :- " : " in Directory :- ") +
+        m_placeName(handler.place));
     if (error.is(base::ErrorNumber::TransactionLost)) {
         giveUp(error.description());
         return Next::EndOfProcedure;
@@ -37,7 +40,8 @@ void ErrorDesk::log(const std::string& entry) {
 std::string ErrorDesk::ErrorLog() const {
     if (m_unlogged == 0)
         return m_log;
-    return m_log + std::string(kLineEnd) + std::string(kLineEnd) + std::to_string(m_unlogged) + " more errors";
+    return m_log + std::string(kLineEnd) + std::string(kLineEnd) + std::to_string(m_unlogged) +
+           " more errors";
 }
 
 void ErrorDesk::giveUp(const std::string& reason) {

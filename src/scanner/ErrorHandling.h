@@ -1,12 +1,12 @@
 #pragma once
 
-#include <functional>
-#include <string>
-#include <string_view>
-
 #include "base/RuntimeError.h"
 #include "scanner/ScanOptions.h"
 #include "scanner/ScanWatcher.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
 
 namespace discaro::scanner {
 
@@ -77,9 +77,12 @@ bool runStatement(ErrorDesk& desk, const ErrorHandler& handler, Statement&& stat
             return true;
         } catch (const base::RuntimeError& error) {
             switch (desk.handle(error, handler)) {
-            case ErrorDesk::Next::Statement: return true;
-            case ErrorDesk::Next::SameStatement: break;
-            case ErrorDesk::Next::EndOfProcedure: return false;
+            case ErrorDesk::Next::Statement:
+                return true;
+            case ErrorDesk::Next::SameStatement:
+                break;
+            case ErrorDesk::Next::EndOfProcedure:
+                return false;
             }
         }
     }

@@ -1,9 +1,9 @@
 #include "scanner/FileCapture.h"
 
+#include "disc/Medium.h"
+
 #include <algorithm>
 #include <array>
-
-#include "disc/Medium.h"
 
 namespace discaro::scanner {
 
@@ -15,8 +15,8 @@ struct Letter {
 };
 
 constexpr std::array kLetters = {
-    Letter{disc::attribute::kArchive, 'A'},  Letter{disc::attribute::kHidden, 'H'},
-    Letter{disc::attribute::kReadOnly, 'R'}, Letter{disc::attribute::kSystem, 'S'},
+    Letter{disc::attribute::kArchive, 'A'},   Letter{disc::attribute::kHidden, 'H'},
+    Letter{disc::attribute::kReadOnly, 'R'},  Letter{disc::attribute::kSystem, 'S'},
     Letter{disc::attribute::kDirectory, 'D'},
 };
 
@@ -42,7 +42,8 @@ StampParts splitStamp(std::string_view text) {
     if (blank == std::string_view::npos)
         return {};
     const auto timeLength = std::min(blank + 1 + 2, text.size());
-    return {std::string(text.substr(0, blank)), std::string(text.substr(text.size() - timeLength)), true};
+    return {std::string(text.substr(0, blank)), std::string(text.substr(text.size() - timeLength)),
+            true};
 }
 
 } // namespace discaro::scanner

@@ -14,19 +14,22 @@ std::string fieldText(db::Recordset& discs, std::string_view field) {
 
 std::string nameMessage(db::Recordset& discs) {
     return "This Preferred name was used once before for CD-ROM number  '" +
-           fieldText(discs, drive::kIdNumber) + "' which has '" + fieldText(discs, drive::kVolumeName) +
+           fieldText(discs, drive::kIdNumber) + "' which has '" +
+           fieldText(discs, drive::kVolumeName) +
            "' as its Volume label. Please choose another name.";
 }
 
 std::string serialMessage(db::Recordset& discs) {
     return "The CD-ROM named  '" + fieldText(discs, drive::kPreferedName) +
-           "'  has the same serial number as this CD-ROM. You may have scanned it once before. Press Cancel to "
+           "'  has the same serial number as this CD-ROM. You may have scanned it once before. "
+           "Press Cancel to "
            "terminate this scan or press OK to ignore this fact and continue.";
 }
 
 } // namespace
 
-std::optional<std::string> duplicateNameMessage(db::Recordset& discs, const std::string& preferredName) {
+std::optional<std::string> duplicateNameMessage(db::Recordset& discs,
+                                                const std::string& preferredName) {
     if (discs.RecordCount() != 0)
         discs.MoveFirst();
     for (; !discs.Eof(); discs.MoveNext())
@@ -35,7 +38,8 @@ std::optional<std::string> duplicateNameMessage(db::Recordset& discs, const std:
     return std::nullopt;
 }
 
-bool duplicateSerialsPassed(db::Recordset& discs, const std::string& serial, const SerialQuestion& goOn) {
+bool duplicateSerialsPassed(db::Recordset& discs, const std::string& serial,
+                            const SerialQuestion& goOn) {
     if (discs.RecordCount() != 0)
         discs.MoveFirst();
     for (; !discs.Eof(); discs.MoveNext())

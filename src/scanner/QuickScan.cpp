@@ -37,7 +37,8 @@ bool QuickScan::countDirectory(const Progress& progress) {
 
 // A directory that is damaged is for the scan's log; a disc that is gone ends the count.
 void QuickScan::throwIfDiscIsGone() {
-    if (const auto damage = m_lister.takeDamage(); damage && damage->is(base::ErrorNumber::DriveNotReady))
+    if (const auto damage = m_lister.takeDamage();
+        damage && damage->is(base::ErrorNumber::DriveNotReady))
         throw *damage;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "disc/Lister.h"
+
 #include <functional>
 #include <string>
-
-#include "disc/Lister.h"
 
 namespace discaro::scanner {
 
@@ -14,7 +14,8 @@ public:
     // Returns whether to go on.
     using Progress = std::function<bool(const std::string& path)>;
 
-    explicit QuickScan(disc::Lister& lister) : m_lister(lister) {}
+    explicit QuickScan(disc::Lister& lister)
+        : m_lister(lister) {}
 
     // Moves to the drive's root and counts its files; both counts begin at 0.
     // Throws base::RuntimeError when the drive can't be read.

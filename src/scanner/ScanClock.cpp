@@ -1,9 +1,9 @@
 #include "scanner/ScanClock.h"
 
+#include "base/Number.h"
+
 #include <cmath>
 #include <cstdint>
-
-#include "base/Number.h"
 
 namespace discaro::scanner {
 

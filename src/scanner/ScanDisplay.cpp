@@ -31,8 +31,10 @@ void ScanDisplay::yield() {
 }
 
 bool ScanDisplay::askStopOnError() {
-    return kit::MsgBox("An error was found during the scan process. The scan operation will be stopped and the "
-                       "scanned enteries will be deleted. Press OK to proceed with deletion or press Cancel to "
+    return kit::MsgBox("An error was found during the scan process. The scan operation will be "
+                       "stopped and the "
+                       "scanned enteries will be deleted. Press OK to proceed with deletion or "
+                       "press Cancel to "
                        "ignore this error.",
                        kit::Buttons::OkCancel, kit::Icon::Critical, "Error during Scan",
                        &m_form) == kit::Answer::Ok;
@@ -130,14 +132,16 @@ void ScanDisplay::scanFinished() {
     m_form.TrayIcon1->setVisible(false);
     m_form.TrayIcon1->setFlashEnabled(false);
     m_form.TrayIcon2->setVisible(true);
-    m_form.Text5->setText("* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
+    m_form.Text5->setText(
+        "* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
     m_form.Command6->hide();
     m_form.Command5->show();
     m_form.Command1(7).setFocus();
 }
 
 void ScanDisplay::scanNotSaved(const std::string& reason) {
-    kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" + kit::qt(reason),
+    kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" +
+                    kit::qt(reason),
                 kit::Buttons::Ok, kit::Icon::Critical, "Error during Scan", &m_form);
 }
 

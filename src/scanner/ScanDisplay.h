@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QtCore/QString>
-
 #include "scanner/ScanWatcher.h"
+
+#include <QtCore/QString>
 
 namespace discaro::scanner {
 
@@ -11,7 +11,8 @@ class Scanform;
 // Shows a running scan on the scanning screen of its window.
 class ScanDisplay : public ScanWatcher {
 public:
-    explicit ScanDisplay(Scanform& form) : m_form(form) {}
+    explicit ScanDisplay(Scanform& form)
+        : m_form(form) {}
 
     void yield() override;
     bool askStopOnError() override;

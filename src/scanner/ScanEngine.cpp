@@ -22,8 +22,13 @@ constexpr int64_t kHighestFreeNumber = 1000000;
 
 ScanEngine::ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister,
                        ScanWatcher& watcher, ScanRequest request)
-    : m_data(sources), m_drives(drives), m_lister(lister), m_watcher(watcher), m_request(std::move(request)),
-      m_desk(m_request.options, watcher, [this](ErrorHandler::Place place) { return placeName(place); }) {}
+    : m_data(sources)
+    , m_drives(drives)
+    , m_lister(lister)
+    , m_watcher(watcher)
+    , m_request(std::move(request))
+    , m_desk(m_request.options, watcher,
+             [this](ErrorHandler::Place place) { return placeName(place); }) {}
 
 void ScanEngine::run() {
     db::DBEngine::BeginTrans();
@@ -88,7 +93,9 @@ void ScanEngine::ClaimDiscNumber() {
     if (free)
         DiscNumber = freeDiscNumber();
     else
-        DiscNumber = static_cast<int64_t>(db::numberOf(master.Fields(masterTable::kScannedCdRoms).Value())) + 1;
+        DiscNumber =
+            static_cast<int64_t>(db::numberOf(master.Fields(masterTable::kScannedCdRoms).Value())) +
+            1;
     master.Edit();
     if (!free)
         master(masterTable::kScannedCdRoms) = DiscNumber;
@@ -108,7 +115,8 @@ void ScanEngine::AddDriveRow() {
     skipErrors([&] { disc(drive::kTotalSize) = facts.totalMegabytes; });
     skipErrors([&] { disc(drive::kFreeSize) = facts.freeMegabytes; });
     skipErrors([&] { disc(drive::kPreferedName) = m_request.preferredName; });
-    skipErrors([&] { disc(drive::kComments) = initialComments(m_request.options, m_request.comments); });
+    skipErrors(
+        [&] { disc(drive::kComments) = initialComments(m_request.options, m_request.comments); });
     skipErrors([&] { ReadAutorun(facts.root); });
     skipErrors([&] { saveDriveRow(); });
 }
@@ -130,7 +138,8 @@ void ScanEngine::saveDriveRow() {
 void ScanEngine::ReadAutorun(const std::string& root) {
     std::string lines;
     skipErrors([&] {
-        readAutorun(m_lister, m_drives, root, [&](const std::string& line) { lines.append(kLineEnd).append(line); });
+        readAutorun(m_lister, m_drives, root,
+                    [&](const std::string& line) { lines.append(kLineEnd).append(line); });
     });
     if (!lines.empty())
         rows(m_data.discs)(drive::kAutorun) = lines;
@@ -140,10 +149,11 @@ void ScanEngine::UpdateMasterTotals() {
     app::Module1::OpenCatalogue();
     db::Recordset& master = rows(m_data.master);
     master.Edit();
-    catalogue::writeMasterTotals(master, {.directories = rows(m_data.directories).RecordCount(),
-                                          .files = rows(m_data.files).RecordCount(),
-                                          .kilobytes = catalogue::totalFileSize(*app::Module1::CatalogueDb),
-                                          .discs = rows(m_data.discs).RecordCount()});
+    catalogue::writeMasterTotals(master,
+                                 {.directories = rows(m_data.directories).RecordCount(),
+                                  .files = rows(m_data.files).RecordCount(),
+                                  .kilobytes = catalogue::totalFileSize(*app::Module1::CatalogueDb),
+                                  .discs = rows(m_data.discs).RecordCount()});
     m_data.master.UpdateRecord();
 }
 

@@ -1,14 +1,14 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-
 #include "db/DataSource.h"
 #include "disc/Lister.h"
 #include "disc/VersionResource.h"
 #include "scanner/ErrorHandling.h"
 #include "scanner/ScanOptions.h"
 #include "scanner/ScanWatcher.h"
+
+#include <cstdint>
+#include <string>
 
 namespace discaro::scanner {
 
@@ -35,8 +35,8 @@ struct ScanRequest {
 class ScanEngine {
 public:
     // The lister walks through the drives of the same table.
-    ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister, ScanWatcher& watcher,
-               ScanRequest request);
+    ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister,
+               ScanWatcher& watcher, ScanRequest request);
 
     // Runs the scan to its end, or to the stop that the user asked for; in both cases the watcher hears of it.
     // Throws base::RuntimeError only when no transaction can be begun: then nothing has happened. Failing statements
@@ -100,7 +100,7 @@ private:
     double DirectoriesVisited = 0;    // kept, shown nowhere
     double FilesDone = 0;
     double FilesLeft = 0;
-    std::string SetupAppName;             // goes into the directory's comments
+    std::string SetupAppName;            // goes into the directory's comments
     disc::FileResources m_fileResources; // of the file in hand, at full detail
 };
 

@@ -1,15 +1,5 @@
 #include "scanner/Scanform.h"
 
-#include <chrono>
-
-#include <QtCore/QMimeData>
-#include <QtCore/QScopedValueRollback>
-#include <QtCore/QTime>
-#include <QtGui/QDropEvent>
-#include <QtGui/QPainter>
-#include <QtWidgets/QFileDialog>
-#include <QtWidgets/QMenu>
-
 #include "app/HandOver.h"
 #include "app/Module1.h"
 #include "app/Windows.h"
@@ -21,6 +11,16 @@
 #include "kit/Yield.h"
 #include "scanner/NameChecks.h"
 #include "scanner/Texts.h"
+
+#include <QtCore/QMimeData>
+#include <QtCore/QScopedValueRollback>
+#include <QtCore/QTime>
+#include <QtGui/QDropEvent>
+#include <QtGui/QPainter>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QMenu>
+
+#include <chrono>
 
 namespace discaro::scanner {
 
@@ -154,11 +154,13 @@ void Scanform::Dir1_Change() {
 void Scanform::DiscImage_Click() {
     QMenu menu(this);
     menu.addAction("Image &File...", this, [this] {
-        addDisc(QFileDialog::getOpenFileName(this, "Read a disc image", {},
-                                             "Disc images (*.iso *.bin *.cue *.nrg *.img *.mdf);;All files (*)"));
+        addDisc(QFileDialog::getOpenFileName(
+            this, "Read a disc image", {},
+            "Disc images (*.iso *.bin *.cue *.nrg *.img *.mdf);;All files (*)"));
     });
-    menu.addAction("F&older...", this,
-                   [this] { addDisc(QFileDialog::getExistingDirectory(this, "Read a folder as a disc")); });
+    menu.addAction("F&older...", this, [this] {
+        addDisc(QFileDialog::getExistingDirectory(this, "Read a folder as a disc"));
+    });
     menu.exec(DiscImage->mapToGlobal(QPoint(0, DiscImage->height())));
 }
 
@@ -203,8 +205,10 @@ void Scanform::ShowWelcomePage() {
     Text1->setText(paragraphs(
         {"* The following screens will help you complete the task of scanning your CD-ROM.",
          "* If you wish to exit at any time just press cancel.",
-         "* If you want to go back to a certain screen to verify or change your enteries , use the Back button.",
-         "* You can choose the detail level and error action by pressing the Options button now."}));
+         "* If you want to go back to a certain screen to verify or change your enteries , use the "
+         "Back button.",
+         "* You can choose the detail level and error action by pressing the Options button "
+         "now."}));
     for (QWidget* hidden : {static_cast<QWidget*>(Text2), static_cast<QWidget*>(Label2),
                             static_cast<QWidget*>(Label3), static_cast<QWidget*>(Drive1),
                             static_cast<QWidget*>(DiscImage), static_cast<QWidget*>(Check1)})
@@ -215,11 +219,12 @@ void Scanform::ShowWelcomePage() {
 
 void Scanform::ShowNamePage() {
     showWholeText(false);
-    Text1->setText(paragraphs(
-        {"* Enter a name that you wish to identify your CD-ROM with. This name will be referred to as the "
-         "'Preferred Name' in the future.",
-         "* If you leave this entry empty , the volume label can be used instead.",
-         "* Also choose the drive you are going to scan."}));
+    Text1->setText(
+        paragraphs({"* Enter a name that you wish to identify your CD-ROM with. This name will be "
+                    "referred to as the "
+                    "'Preferred Name' in the future.",
+                    "* If you leave this entry empty , the volume label can be used instead.",
+                    "* Also choose the drive you are going to scan."}));
     Command4->hide();
     chooseDiscDrive();
     Check1->setValue(false);
@@ -278,8 +283,8 @@ void Scanform::runQuickScan() {
         if (whole)
             Text4->setText(qt(m_quickScan.text()));
     } catch (const base::RuntimeError&) {
-        say("An error was found during the Quickscan operation. The scan will be cancelled.", kit::Icon::Critical,
-            "Error during Quickscan", *this);
+        say("An error was found during the Quickscan operation. The scan will be cancelled.",
+            kit::Icon::Critical, "Error during Quickscan", *this);
         Unload();
         app::Windows::Show("Switch");
     }
@@ -300,19 +305,24 @@ void Scanform::ShowSettingsPage() {
 }
 
 void Scanform::ShowStartPage() {
-    Text5->setText(paragraphs(
-        {"* Your CD-ROM will now be scanned.",
-         "* This may take a lot of time.This depends on the number of files on your CD-ROM (the more files there are "
-         "in a directory , the more time it takes to scan this directory) and the speed of your drive.",
-         "* Press Start scan to begin , or Cancel to exit."}));
+    Text5->setText(paragraphs({"* Your CD-ROM will now be scanned.",
+                               "* This may take a lot of time.This depends on the number of files "
+                               "on your CD-ROM (the more files there are "
+                               "in a directory , the more time it takes to scan this directory) "
+                               "and the speed of your drive.",
+                               "* Press Start scan to begin , or Cancel to exit."}));
 }
 
 // ---- The buttons of the pages
 
 void Scanform::Command1_Click(int index) {
     switch (index) {
-    case 1: goBack(); break;
-    case 2: goNext(); break;
+    case 1:
+        goBack();
+        break;
+    case 2:
+        goNext();
+        break;
     case 3:
         Picture1->hide();
         Picture2->show();
@@ -321,28 +331,40 @@ void Scanform::Command1_Click(int index) {
         break;
     case 0:
     case 4:
-    case 7: closeAndReturn(); break;
-    default: break;
+    case 7:
+        closeAndReturn();
+        break;
+    default:
+        break;
     }
 }
 
 void Scanform::goBack() {
     switch (ScanPage) {
-    case 2: ShowWelcomePage(); break;
-    case 3: ShowNamePage(); break;
-    case 4: ShowCommentsPage(); break;
+    case 2:
+        ShowWelcomePage();
+        break;
+    case 3:
+        ShowNamePage();
+        break;
+    case 4:
+        ShowCommentsPage();
+        break;
     case 5:
         QuickScanDone = true;
         ShowCheckPage();
         break;
-    default: return;
+    default:
+        return;
     }
     --ScanPage;
 }
 
 void Scanform::goNext() {
     switch (ScanPage) {
-    case 1: ShowNamePage(); break;
+    case 1:
+        ShowNamePage();
+        break;
     case 2:
         if (!namePagePasses())
             return;
@@ -352,8 +374,11 @@ void Scanform::goNext() {
         QuickScanDone = false;
         ShowCheckPage();
         break;
-    case 4: ShowSettingsPage(); break;
-    default: return;
+    case 4:
+        ShowSettingsPage();
+        break;
+    default:
+        return;
     }
     ++ScanPage;
 }
@@ -374,10 +399,11 @@ bool Scanform::namePagePasses() {
         say(qt(*message), kit::Icon::Exclamation, "Duplicate Preferred Name", *this);
         return false;
     }
-    return duplicateSerialsPassed(Data2.Recordset(), DrvFact1.serial, [this](const std::string& text) {
-        return kit::MsgBox(qt(text), kit::Buttons::OkCancel, kit::Icon::Exclamation, "Duplicate Serial Number",
-                           this) == kit::Answer::Ok;
-    });
+    return duplicateSerialsPassed(
+        Data2.Recordset(), DrvFact1.serial, [this](const std::string& text) {
+            return kit::MsgBox(qt(text), kit::Buttons::OkCancel, kit::Icon::Exclamation,
+                               "Duplicate Serial Number", this) == kit::Answer::Ok;
+        });
 }
 
 void Scanform::Check1_Click() {
@@ -408,23 +434,53 @@ void Scanform::Check2_Click() {
     m_options.LogErrors = "true";
 }
 
-void Scanform::Option1_Click() { m_options.DetailLevel = "all"; }
-void Scanform::Option2_Click() { m_options.DetailLevel = "basic"; }
-void Scanform::Option3_Click() { m_options.DetailLevel = "minimal"; }
-void Scanform::Option4_Click() { m_options.ErrorAction = "ignore"; }
-void Scanform::Option5_Click() { m_options.ErrorAction = "cancel"; }
-void Scanform::Option6_Click() { m_options.UseFreeNumber = "true"; }
-void Scanform::Option7_Click() { m_options.UseFreeNumber.clear(); }
+void Scanform::Option1_Click() {
+    m_options.DetailLevel = "all";
+}
+void Scanform::Option2_Click() {
+    m_options.DetailLevel = "basic";
+}
+void Scanform::Option3_Click() {
+    m_options.DetailLevel = "minimal";
+}
+void Scanform::Option4_Click() {
+    m_options.ErrorAction = "ignore";
+}
+void Scanform::Option5_Click() {
+    m_options.ErrorAction = "cancel";
+}
+void Scanform::Option6_Click() {
+    m_options.UseFreeNumber = "true";
+}
+void Scanform::Option7_Click() {
+    m_options.UseFreeNumber.clear();
+}
 
 // A click on a caption is a click on its button.
-void Scanform::Label10_Click() { Option1->click(); }
-void Scanform::Label11_Click() { Option2->click(); }
-void Scanform::Label12_Click() { Option3->click(); }
-void Scanform::Label13_Click() { Option4->click(); }
-void Scanform::Label14_Click() { Option5->click(); }
-void Scanform::Label15_Click() { Check2->click(); }
-void Scanform::Label16_Click() { Option7->click(); }
-void Scanform::Label17_Click() { Option6->click(); }
+void Scanform::Label10_Click() {
+    Option1->click();
+}
+void Scanform::Label11_Click() {
+    Option2->click();
+}
+void Scanform::Label12_Click() {
+    Option3->click();
+}
+void Scanform::Label13_Click() {
+    Option4->click();
+}
+void Scanform::Label14_Click() {
+    Option5->click();
+}
+void Scanform::Label15_Click() {
+    Check2->click();
+}
+void Scanform::Label16_Click() {
+    Option7->click();
+}
+void Scanform::Label17_Click() {
+    Option6->click();
+}
 
 // ---- The scan
 
@@ -439,7 +495,8 @@ ScanRequest Scanform::request() {
 void Scanform::Command2_Click() {
     if (scanIsRunning())
         return;
-    m_engine = std::make_unique<ScanEngine>(ScanSources{Data1, Data2, Data3, Data4}, disc::driveTable(), Dir1, m_display, request());
+    m_engine = std::make_unique<ScanEngine>(ScanSources{Data1, Data2, Data3, Data4},
+                                            disc::driveTable(), Dir1, m_display, request());
     try {
         m_engine->run();
     } catch (const base::RuntimeError& error) {
@@ -450,7 +507,8 @@ void Scanform::Command2_Click() {
 
 void Scanform::Command6_Click() {
     const auto answer = kit::MsgBox(
-        "You have choosen to terminate the scan process. The scan operation will be stopped and the scanned enteries "
+        "You have choosen to terminate the scan process. The scan operation will be stopped and "
+        "the scanned enteries "
         "will be deleted. Press OK to proceed with deletion or press Cancel to continue.",
         kit::Buttons::OkCancel, kit::Icon::Critical, "Cancel Scan", this);
     if (answer != kit::Answer::Ok)
@@ -468,7 +526,8 @@ void Scanform::Command5_Click() {
 void Scanform::Timer1_Timer() {
     const auto state = Data1.Recordset().Fields(catalogue::masterTable::kScanError).Text();
     if (state == "error")
-        say("The last CD-ROM scan was not successfully terminated. This may cause your database to act wierdly. If "
+        say("The last CD-ROM scan was not successfully terminated. This may cause your database to "
+            "act wierdly. If "
             "this happens try repairing your database or restore it from the database workshop.",
             kit::Icon::Critical, "Error", *this);
     Timer1->setEnabled(false);
@@ -486,7 +545,8 @@ void Scanform::Timer2_Timer() {
     kit::yield();
     m_clock.carryMinute();
     kit::yield();
-    if (const auto remaining = m_clock.estimate(utf8(NumLED1(0).caption()), utf8(NumLED1(1).caption()))) {
+    if (const auto remaining =
+            m_clock.estimate(utf8(NumLED1(0).caption()), utf8(NumLED1(1).caption()))) {
         NumLED3->setCaption(qt(*remaining));
         kit::yield();
     }

@@ -1,8 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "db/DataSource.h"
 #include "disc/DriveTable.h"
 #include "disc/Lister.h"
@@ -15,6 +12,9 @@
 #include "scanner/ScanDisplay.h"
 #include "scanner/ScanEngine.h"
 #include "scanner/ScanOptions.h"
+
+#include <memory>
+#include <string>
 
 namespace discaro::scanner {
 
@@ -29,27 +29,28 @@ public:
     void addDisc(const QString& path);
 
     // The three screens, of which one shows
-    kit::Panel* Picture1 = nullptr; // the wizard's pages
-    kit::Panel* Picture2 = nullptr; // scanning
-    kit::Panel* Picture6 = nullptr; // options
-    kit::ControlArray<kit::Label> Label1;   // the heading and its shadow
-    kit::ControlArray<kit::Button> Command1; // 0 and 4 Cancel, 1 and 5 Back, 2 and 6 Next, 3 and 7 Finish
+    kit::Panel* Picture1 = nullptr;       // the wizard's pages
+    kit::Panel* Picture2 = nullptr;       // scanning
+    kit::Panel* Picture6 = nullptr;       // options
+    kit::ControlArray<kit::Label> Label1; // the heading and its shadow
+    kit::ControlArray<kit::Button>
+        Command1; // 0 and 4 Cancel, 1 and 5 Back, 2 and 6 Next, 3 and 7 Finish
 
     // The wizard's pages
-    kit::TextBox* Text1 = nullptr;      // what to do on this page
-    kit::Label* Label2 = nullptr;       // caption of the entry in use
-    kit::TextBox* Text2 = nullptr;      // preferred name
-    kit::TextBox* Text3 = nullptr;      // comments
-    kit::TextBox* Text4 = nullptr;      // the quick scan's results
-    kit::Label* Label3 = nullptr;       // "Drive Name"
-    kit::DriveList* Drive1 = nullptr;   // the drives
-    kit::Button* DiscImage = nullptr;   // reads an image file or a folder as a disc
-    kit::CheckBox* Check1 = nullptr;    // the volume label is the name
-    kit::Button* Command4 = nullptr;    // to the options
+    kit::TextBox* Text1 = nullptr;    // what to do on this page
+    kit::Label* Label2 = nullptr;     // caption of the entry in use
+    kit::TextBox* Text2 = nullptr;    // preferred name
+    kit::TextBox* Text3 = nullptr;    // comments
+    kit::TextBox* Text4 = nullptr;    // the quick scan's results
+    kit::Label* Label3 = nullptr;     // "Drive Name"
+    kit::DriveList* Drive1 = nullptr; // the drives
+    kit::Button* DiscImage = nullptr; // reads an image file or a folder as a disc
+    kit::CheckBox* Check1 = nullptr;  // the volume label is the name
+    kit::Button* Command4 = nullptr;  // to the options
 
     // The options
-    kit::Label* Label6 = nullptr;        // the screen's heading
-    kit::Tabs* SSTab1 = nullptr;         // details, errors, numbering
+    kit::Label* Label6 = nullptr;         // the screen's heading
+    kit::Tabs* SSTab1 = nullptr;          // details, errors, numbering
     kit::OptionButton* Option1 = nullptr; // all details
     kit::OptionButton* Option2 = nullptr; // basic details
     kit::OptionButton* Option3 = nullptr; // names only
@@ -81,7 +82,8 @@ public:
     kit::ControlArray<kit::Label> Label5;     // 0 the walk's line, 1 the totals' line
     kit::Label* Label4 = nullptr;             // "Directory"
     kit::TextBox* Text6 = nullptr;            // the directory in hand
-    kit::ProgressBar* ProgressBar1 = nullptr; // the whole scan in files; then the totals in directories
+    kit::ProgressBar* ProgressBar1 =
+        nullptr; // the whole scan in files; then the totals in directories
     kit::ProgressBar* ProgressBar2 = nullptr; // the files of the directory in hand
     kit::Button* Command2 = nullptr;          // starts the scan
     kit::Button* Command5 = nullptr;          // scans another disc

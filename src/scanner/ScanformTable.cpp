@@ -34,99 +34,358 @@ void shade(kit::Label& label) {
 }
 
 kit::Row<Scanform, kit::NumLed, true> counter(int index, const char* tip) {
-    return control(&Scanform::NumLED1, "NumLED1", index).at(24, 128, 190, 58).in(&Scanform::Picture2).tip(tip).hidden();
+    return control(&Scanform::NumLED1, "NumLED1", index)
+        .at(24, 128, 190, 58)
+        .in(&Scanform::Picture2)
+        .tip(tip)
+        .hidden();
 }
 
-kit::Row<Scanform, kit::Picture, true> stage(kit::ControlArray<kit::Picture> Scanform::*array, const char* name,
-                                             int index, int top, const char* resource) {
-    return control(array, name, index).at(236, top, 24, 24).in(&Scanform::Picture2).picture(resource);
+kit::Row<Scanform, kit::Picture, true> stage(kit::ControlArray<kit::Picture> Scanform::*array,
+                                             const char* name, int index, int top,
+                                             const char* resource) {
+    return control(array, name, index)
+        .at(236, top, 24, 24)
+        .in(&Scanform::Picture2)
+        .picture(resource);
 }
 
 } // namespace
 
 const kit::FormTable<Scanform> Scanform::kTable{
-    control(&Scanform::Label1, "Label1", 1).at(24 + kShadow, 14 + kShadow, 440, 40).text("Scan a new CD-ROM").size(1.7).bold().set(shade),
-    control(&Scanform::Label1, "Label1", 0).at(24, 14, 440, 40).text("Scan a new CD-ROM").size(1.7).bold().set(light),
+    control(&Scanform::Label1, "Label1", 1)
+        .at(24 + kShadow, 14 + kShadow, 440, 40)
+        .text("Scan a new CD-ROM")
+        .size(1.7)
+        .bold()
+        .set(shade),
+    control(&Scanform::Label1, "Label1", 0)
+        .at(24, 14, 440, 40)
+        .text("Scan a new CD-ROM")
+        .size(1.7)
+        .bold()
+        .set(light),
 
     // The wizard's pages
     control(&Scanform::Picture1, "Picture1").at(0, kPageTop, kWidth, kPageHeight),
-    control(&Scanform::Text1, "Text1").at(24, 16, 592, 128).in(&Scanform::Picture1).multiLine().readOnly().says("Instructions"),
-    control(&Scanform::Label2, "Label2").at(24, 154, 592, 20).in(&Scanform::Picture1).labels(&Scanform::Text2),
-    control(&Scanform::Text2, "Text2").at(24, 176, 592, 28).in(&Scanform::Picture1).says("Preferred Name"),
-    control(&Scanform::Text3, "Text3").at(24, 176, 592, 176).in(&Scanform::Picture1).multiLine().says("Comments").hidden(),
-    control(&Scanform::Text4, "Text4").at(24, 176, 592, 96).in(&Scanform::Picture1).multiLine().readOnly().says("Quick scan").hidden(),
-    control(&Scanform::Check1, "Check1").at(24, 210, 400, 26).in(&Scanform::Picture1).text("Use Volume Label as Preferred name").click(&Scanform::Check1_Click),
-    control(&Scanform::Label3, "Label3").at(24, 248, 592, 20).in(&Scanform::Picture1).text("Drive Name").labels(&Scanform::Drive1),
-    control(&Scanform::Drive1, "Drive1").at(24, 270, 444, 30).in(&Scanform::Picture1).change(&Scanform::Drive1_Change),
-    control(&Scanform::DiscImage, "DiscImage").at(480, 270, 136, 30).in(&Scanform::Picture1).text("Disc &Image...").tip("Read an image file or a folder as a disc").click(&Scanform::DiscImage_Click),
-    control(&Scanform::Command4, "Command4").at(24, kButtonTop, 110, kButtonHeight).in(&Scanform::Picture1).text("&Options").click(&Scanform::Command4_Click),
-    control(&Scanform::Command1, "Command1", 0).at(kButtonLeft[0], kButtonTop, kButtonWidth, kButtonHeight).in(&Scanform::Picture1).text("&Cancel").click(&Scanform::Command1_Click),
-    control(&Scanform::Command1, "Command1", 1).at(kButtonLeft[1], kButtonTop, kButtonWidth, kButtonHeight).in(&Scanform::Picture1).text("<<&Back").disabled().click(&Scanform::Command1_Click),
-    control(&Scanform::Command1, "Command1", 2).at(kButtonLeft[2], kButtonTop, kButtonWidth, kButtonHeight).in(&Scanform::Picture1).text("&Next>>").click(&Scanform::Command1_Click),
-    control(&Scanform::Command1, "Command1", 3).at(kButtonLeft[3], kButtonTop, kButtonWidth, kButtonHeight).in(&Scanform::Picture1).text("&Finish").disabled().click(&Scanform::Command1_Click),
+    control(&Scanform::Text1, "Text1")
+        .at(24, 16, 592, 128)
+        .in(&Scanform::Picture1)
+        .multiLine()
+        .readOnly()
+        .says("Instructions"),
+    control(&Scanform::Label2, "Label2")
+        .at(24, 154, 592, 20)
+        .in(&Scanform::Picture1)
+        .labels(&Scanform::Text2),
+    control(&Scanform::Text2, "Text2")
+        .at(24, 176, 592, 28)
+        .in(&Scanform::Picture1)
+        .says("Preferred Name"),
+    control(&Scanform::Text3, "Text3")
+        .at(24, 176, 592, 176)
+        .in(&Scanform::Picture1)
+        .multiLine()
+        .says("Comments")
+        .hidden(),
+    control(&Scanform::Text4, "Text4")
+        .at(24, 176, 592, 96)
+        .in(&Scanform::Picture1)
+        .multiLine()
+        .readOnly()
+        .says("Quick scan")
+        .hidden(),
+    control(&Scanform::Check1, "Check1")
+        .at(24, 210, 400, 26)
+        .in(&Scanform::Picture1)
+        .text("Use Volume Label as Preferred name")
+        .click(&Scanform::Check1_Click),
+    control(&Scanform::Label3, "Label3")
+        .at(24, 248, 592, 20)
+        .in(&Scanform::Picture1)
+        .text("Drive Name")
+        .labels(&Scanform::Drive1),
+    control(&Scanform::Drive1, "Drive1")
+        .at(24, 270, 444, 30)
+        .in(&Scanform::Picture1)
+        .change(&Scanform::Drive1_Change),
+    control(&Scanform::DiscImage, "DiscImage")
+        .at(480, 270, 136, 30)
+        .in(&Scanform::Picture1)
+        .text("Disc &Image...")
+        .tip("Read an image file or a folder as a disc")
+        .click(&Scanform::DiscImage_Click),
+    control(&Scanform::Command4, "Command4")
+        .at(24, kButtonTop, 110, kButtonHeight)
+        .in(&Scanform::Picture1)
+        .text("&Options")
+        .click(&Scanform::Command4_Click),
+    control(&Scanform::Command1, "Command1", 0)
+        .at(kButtonLeft[0], kButtonTop, kButtonWidth, kButtonHeight)
+        .in(&Scanform::Picture1)
+        .text("&Cancel")
+        .click(&Scanform::Command1_Click),
+    control(&Scanform::Command1, "Command1", 1)
+        .at(kButtonLeft[1], kButtonTop, kButtonWidth, kButtonHeight)
+        .in(&Scanform::Picture1)
+        .text("<<&Back")
+        .disabled()
+        .click(&Scanform::Command1_Click),
+    control(&Scanform::Command1, "Command1", 2)
+        .at(kButtonLeft[2], kButtonTop, kButtonWidth, kButtonHeight)
+        .in(&Scanform::Picture1)
+        .text("&Next>>")
+        .click(&Scanform::Command1_Click),
+    control(&Scanform::Command1, "Command1", 3)
+        .at(kButtonLeft[3], kButtonTop, kButtonWidth, kButtonHeight)
+        .in(&Scanform::Picture1)
+        .text("&Finish")
+        .disabled()
+        .click(&Scanform::Command1_Click),
 
     // The options
     control(&Scanform::Picture6, "Picture6").at(0, kPageTop, kWidth, kPageHeight).hidden(),
-    control(&Scanform::Label6, "Label6").at(24, 10, 592, 28).in(&Scanform::Picture6).text("Options").size(1.3).bold(),
-    control(&Scanform::SSTab1, "SSTab1").at(24, 44, 592, 312).in(&Scanform::Picture6).pages({"Scan Details", "Errors", "Numbering"}).says("Options"),
-    control(&Scanform::Option1, "Option1").at(20, 28, 24, 24).in(&Scanform::SSTab1, 0).tip("Slow").says("Scan all of the file details").click(&Scanform::Option1_Click),
-    control(&Scanform::Label10, "Label10").at(52, 24, 510, 60).in(&Scanform::SSTab1, 0).text("Scan all of the file details.(Name, size, extension, date, time, attributes, number of icons in file and the internal information.)").align(Qt::AlignTop | Qt::AlignLeft).click(&Scanform::Label10_Click),
-    control(&Scanform::Option2, "Option2").at(20, 104, 24, 24).in(&Scanform::SSTab1, 0).tip("Fast").says("Scan the basic file details only").ticked().click(&Scanform::Option2_Click),
-    control(&Scanform::Label11, "Label11").at(52, 100, 510, 44).in(&Scanform::SSTab1, 0).text("Scan the basic file details only. (Name, size, extension, date, time, attributes.)").align(Qt::AlignTop | Qt::AlignLeft).click(&Scanform::Label11_Click),
-    control(&Scanform::Option3, "Option3").at(20, 168, 24, 24).in(&Scanform::SSTab1, 0).tip("Very Fast").says("Scan minimal details").click(&Scanform::Option3_Click),
-    control(&Scanform::Label12, "Label12").at(52, 164, 510, 28).in(&Scanform::SSTab1, 0).text("Scan minimal details.(File name only.)").align(Qt::AlignTop | Qt::AlignLeft).click(&Scanform::Label12_Click),
-    control(&Scanform::Label7, "Label7").at(20, 20, 548, 44).in(&Scanform::SSTab1, 1).text("If an error is found during the scan process what would you like the program to do?").align(Qt::AlignTop | Qt::AlignLeft),
-    control(&Scanform::Option4, "Option4").at(20, 80, 24, 24).in(&Scanform::SSTab1, 1).says("Ignore the error and carry on scanning").ticked().click(&Scanform::Option4_Click),
-    control(&Scanform::Label13, "Label13").at(52, 76, 510, 28).in(&Scanform::SSTab1, 1).text("Ignore the error and carry on scanning.").align(Qt::AlignTop | Qt::AlignLeft).click(&Scanform::Label13_Click),
-    control(&Scanform::Option5, "Option5").at(20, 120, 24, 24).in(&Scanform::SSTab1, 1).says("Cancel the operation and delete the added entries").click(&Scanform::Option5_Click),
-    control(&Scanform::Label14, "Label14").at(52, 116, 510, 28).in(&Scanform::SSTab1, 1).text("Cancel the operation and delete the added entries.").align(Qt::AlignTop | Qt::AlignLeft).click(&Scanform::Label14_Click),
-    control(&Scanform::Check2, "Check2").at(20, 184, 24, 24).in(&Scanform::SSTab1, 1).says("Log the errors to the CD-ROM's Comments").ticked().click(&Scanform::Check2_Click),
-    control(&Scanform::Label15, "Label15").at(52, 180, 510, 28).in(&Scanform::SSTab1, 1).text("Log the errors to the CD-ROM's Comments").align(Qt::AlignTop | Qt::AlignLeft).click(&Scanform::Label15_Click),
-    control(&Scanform::Label8, "Label8").at(20, 20, 548, 44).in(&Scanform::SSTab1, 2).text("When giving a number to a new CD-ROM that will be scanned, would you prefer to use :-").align(Qt::AlignTop | Qt::AlignLeft),
-    control(&Scanform::Option7, "Option7").at(20, 80, 24, 24).in(&Scanform::SSTab1, 2).says("The next number in the list").ticked().click(&Scanform::Option7_Click),
-    control(&Scanform::Label16, "Label16").at(52, 76, 510, 28).in(&Scanform::SSTab1, 2).text("The next number in the list (Number of last CD-ROM + 1).").align(Qt::AlignTop | Qt::AlignLeft).click(&Scanform::Label16_Click),
-    control(&Scanform::Option6, "Option6").at(20, 120, 24, 24).in(&Scanform::SSTab1, 2).says("Any free number").click(&Scanform::Option6_Click),
-    control(&Scanform::Label17, "Label17").at(52, 116, 510, 28).in(&Scanform::SSTab1, 2).text("Any free number (Those of deleted CD-ROM enteries).").align(Qt::AlignTop | Qt::AlignLeft).click(&Scanform::Label17_Click),
-    control(&Scanform::Command3, "Command3").at(520, kButtonTop, kButtonWidth, kButtonHeight).in(&Scanform::Picture6).text("&OK").click(&Scanform::Command3_Click),
+    control(&Scanform::Label6, "Label6")
+        .at(24, 10, 592, 28)
+        .in(&Scanform::Picture6)
+        .text("Options")
+        .size(1.3)
+        .bold(),
+    control(&Scanform::SSTab1, "SSTab1")
+        .at(24, 44, 592, 312)
+        .in(&Scanform::Picture6)
+        .pages({"Scan Details", "Errors", "Numbering"})
+        .says("Options"),
+    control(&Scanform::Option1, "Option1")
+        .at(20, 28, 24, 24)
+        .in(&Scanform::SSTab1, 0)
+        .tip("Slow")
+        .says("Scan all of the file details")
+        .click(&Scanform::Option1_Click),
+    control(&Scanform::Label10, "Label10")
+        .at(52, 24, 510, 60)
+        .in(&Scanform::SSTab1, 0)
+        .text("Scan all of the file details.(Name, size, extension, date, time, attributes, number "
+              "of icons in file and the internal information.)")
+        .align(Qt::AlignTop | Qt::AlignLeft)
+        .click(&Scanform::Label10_Click),
+    control(&Scanform::Option2, "Option2")
+        .at(20, 104, 24, 24)
+        .in(&Scanform::SSTab1, 0)
+        .tip("Fast")
+        .says("Scan the basic file details only")
+        .ticked()
+        .click(&Scanform::Option2_Click),
+    control(&Scanform::Label11, "Label11")
+        .at(52, 100, 510, 44)
+        .in(&Scanform::SSTab1, 0)
+        .text("Scan the basic file details only. (Name, size, extension, date, time, attributes.)")
+        .align(Qt::AlignTop | Qt::AlignLeft)
+        .click(&Scanform::Label11_Click),
+    control(&Scanform::Option3, "Option3")
+        .at(20, 168, 24, 24)
+        .in(&Scanform::SSTab1, 0)
+        .tip("Very Fast")
+        .says("Scan minimal details")
+        .click(&Scanform::Option3_Click),
+    control(&Scanform::Label12, "Label12")
+        .at(52, 164, 510, 28)
+        .in(&Scanform::SSTab1, 0)
+        .text("Scan minimal details.(File name only.)")
+        .align(Qt::AlignTop | Qt::AlignLeft)
+        .click(&Scanform::Label12_Click),
+    control(&Scanform::Label7, "Label7")
+        .at(20, 20, 548, 44)
+        .in(&Scanform::SSTab1, 1)
+        .text("If an error is found during the scan process what would you like the program to do?")
+        .align(Qt::AlignTop | Qt::AlignLeft),
+    control(&Scanform::Option4, "Option4")
+        .at(20, 80, 24, 24)
+        .in(&Scanform::SSTab1, 1)
+        .says("Ignore the error and carry on scanning")
+        .ticked()
+        .click(&Scanform::Option4_Click),
+    control(&Scanform::Label13, "Label13")
+        .at(52, 76, 510, 28)
+        .in(&Scanform::SSTab1, 1)
+        .text("Ignore the error and carry on scanning.")
+        .align(Qt::AlignTop | Qt::AlignLeft)
+        .click(&Scanform::Label13_Click),
+    control(&Scanform::Option5, "Option5")
+        .at(20, 120, 24, 24)
+        .in(&Scanform::SSTab1, 1)
+        .says("Cancel the operation and delete the added entries")
+        .click(&Scanform::Option5_Click),
+    control(&Scanform::Label14, "Label14")
+        .at(52, 116, 510, 28)
+        .in(&Scanform::SSTab1, 1)
+        .text("Cancel the operation and delete the added entries.")
+        .align(Qt::AlignTop | Qt::AlignLeft)
+        .click(&Scanform::Label14_Click),
+    control(&Scanform::Check2, "Check2")
+        .at(20, 184, 24, 24)
+        .in(&Scanform::SSTab1, 1)
+        .says("Log the errors to the CD-ROM's Comments")
+        .ticked()
+        .click(&Scanform::Check2_Click),
+    control(&Scanform::Label15, "Label15")
+        .at(52, 180, 510, 28)
+        .in(&Scanform::SSTab1, 1)
+        .text("Log the errors to the CD-ROM's Comments")
+        .align(Qt::AlignTop | Qt::AlignLeft)
+        .click(&Scanform::Label15_Click),
+    control(&Scanform::Label8, "Label8")
+        .at(20, 20, 548, 44)
+        .in(&Scanform::SSTab1, 2)
+        .text(
+            "When giving a number to a new CD-ROM that will be scanned, would you prefer to use :-")
+        .align(Qt::AlignTop | Qt::AlignLeft),
+    control(&Scanform::Option7, "Option7")
+        .at(20, 80, 24, 24)
+        .in(&Scanform::SSTab1, 2)
+        .says("The next number in the list")
+        .ticked()
+        .click(&Scanform::Option7_Click),
+    control(&Scanform::Label16, "Label16")
+        .at(52, 76, 510, 28)
+        .in(&Scanform::SSTab1, 2)
+        .text("The next number in the list (Number of last CD-ROM + 1).")
+        .align(Qt::AlignTop | Qt::AlignLeft)
+        .click(&Scanform::Label16_Click),
+    control(&Scanform::Option6, "Option6")
+        .at(20, 120, 24, 24)
+        .in(&Scanform::SSTab1, 2)
+        .says("Any free number")
+        .click(&Scanform::Option6_Click),
+    control(&Scanform::Label17, "Label17")
+        .at(52, 116, 510, 28)
+        .in(&Scanform::SSTab1, 2)
+        .text("Any free number (Those of deleted CD-ROM enteries).")
+        .align(Qt::AlignTop | Qt::AlignLeft)
+        .click(&Scanform::Label17_Click),
+    control(&Scanform::Command3, "Command3")
+        .at(520, kButtonTop, kButtonWidth, kButtonHeight)
+        .in(&Scanform::Picture6)
+        .text("&OK")
+        .click(&Scanform::Command3_Click),
 
     // Scanning
     control(&Scanform::Picture2, "Picture2").at(0, kPageTop, kWidth, kPageHeight).hidden(),
-    control(&Scanform::Text5, "Text5").at(24, 12, 592, 104).in(&Scanform::Picture2).multiLine().readOnly().says("Instructions"),
+    control(&Scanform::Text5, "Text5")
+        .at(24, 12, 592, 104)
+        .in(&Scanform::Picture2)
+        .multiLine()
+        .readOnly()
+        .says("Instructions"),
     counter(0, "Click to see the decremental counter.").click(&Scanform::NumLED1_Click),
     counter(1, "Click to see the incremental counter.").click(&Scanform::NumLED1_Click),
     stage(&Scanform::Picture3, "Picture3", 0, 130, ":/scan/waiting.svg").text("Not started"),
     stage(&Scanform::Picture3, "Picture3", 1, 130, ":/scan/running.svg").text("Running").hidden(),
     stage(&Scanform::Picture3, "Picture3", 2, 130, ":/scan/finished.svg").text("Finished").hidden(),
-    control(&Scanform::Label5, "Label5", 0).at(268, 130, 142, 24).in(&Scanform::Picture2).text("Scanning CD-ROM"),
+    control(&Scanform::Label5, "Label5", 0)
+        .at(268, 130, 142, 24)
+        .in(&Scanform::Picture2)
+        .text("Scanning CD-ROM"),
     stage(&Scanform::Picture4, "Picture4", 0, 160, ":/scan/waiting.svg").text("Not started"),
     stage(&Scanform::Picture4, "Picture4", 1, 160, ":/scan/running.svg").text("Running").hidden(),
     stage(&Scanform::Picture4, "Picture4", 2, 160, ":/scan/finished.svg").text("Finished").hidden(),
     stage(&Scanform::Picture4, "Picture4", 3, 160, ":/scan/finished.svg").text("Finished").hidden(),
-    control(&Scanform::Label5, "Label5", 1).at(268, 160, 142, 24).in(&Scanform::Picture2).text("Calculating Totals"),
-    control(&Scanform::NumLED2, "NumLED2").at(426, 128, 190, 58).in(&Scanform::Picture2).tip("Click to see the approximate remaining time.").hidden().click(&Scanform::NumLED2_Click),
-    control(&Scanform::NumLED3, "NumLED3").at(426, 128, 190, 58).in(&Scanform::Picture2).tip("Click to see the elapsed time.").hidden().click(&Scanform::NumLED3_Click),
-    control(&Scanform::Label9, "Label9").at(426, 188, 190, 20).in(&Scanform::Picture2).text("Elapsed Time").align(Qt::AlignCenter).hidden(),
-    control(&Scanform::Label4, "Label4").at(24, 214, 380, 20).in(&Scanform::Picture2).text("Directory").labels(&Scanform::Text6),
+    control(&Scanform::Label5, "Label5", 1)
+        .at(268, 160, 142, 24)
+        .in(&Scanform::Picture2)
+        .text("Calculating Totals"),
+    control(&Scanform::NumLED2, "NumLED2")
+        .at(426, 128, 190, 58)
+        .in(&Scanform::Picture2)
+        .tip("Click to see the approximate remaining time.")
+        .hidden()
+        .click(&Scanform::NumLED2_Click),
+    control(&Scanform::NumLED3, "NumLED3")
+        .at(426, 128, 190, 58)
+        .in(&Scanform::Picture2)
+        .tip("Click to see the elapsed time.")
+        .hidden()
+        .click(&Scanform::NumLED3_Click),
+    control(&Scanform::Label9, "Label9")
+        .at(426, 188, 190, 20)
+        .in(&Scanform::Picture2)
+        .text("Elapsed Time")
+        .align(Qt::AlignCenter)
+        .hidden(),
+    control(&Scanform::Label4, "Label4")
+        .at(24, 214, 380, 20)
+        .in(&Scanform::Picture2)
+        .text("Directory")
+        .labels(&Scanform::Text6),
     control(&Scanform::Text6, "Text6").at(24, 236, 592, 28).in(&Scanform::Picture2).readOnly(),
-    control(&Scanform::ProgressBar1, "ProgressBar1").at(24, 280, 592, 24).in(&Scanform::Picture2).says("Whole CD-ROM"),
-    control(&Scanform::ProgressBar2, "ProgressBar2").at(24, 316, 592, 24).in(&Scanform::Picture2).says("Current directory"),
-    control(&Scanform::Command2, "Command2").at(24, kButtonTop, 160, kButtonHeight).in(&Scanform::Picture2).text("&Start Scanning").click(&Scanform::Command2_Click),
-    control(&Scanform::Command6, "Command6").at(24, kButtonTop, 160, kButtonHeight).in(&Scanform::Picture2).text("Cance&l Scanning").hidden().click(&Scanform::Command6_Click),
-    control(&Scanform::Command5, "Command5").at(24, kButtonTop, 176, kButtonHeight).in(&Scanform::Picture2).text("Scan &Another CD-ROM").hidden().click(&Scanform::Command5_Click),
-    control(&Scanform::Command1, "Command1", 4).at(kButtonLeft[0], kButtonTop, kButtonWidth, kButtonHeight).in(&Scanform::Picture2).text("&Cancel").click(&Scanform::Command1_Click),
-    control(&Scanform::Command1, "Command1", 5).at(kButtonLeft[1], kButtonTop, kButtonWidth, kButtonHeight).in(&Scanform::Picture2).text("<<&Back").disabled().click(&Scanform::Command1_Click),
-    control(&Scanform::Command1, "Command1", 6).at(kButtonLeft[2], kButtonTop, kButtonWidth, kButtonHeight).in(&Scanform::Picture2).text("&Next>>").disabled().click(&Scanform::Command1_Click),
-    control(&Scanform::Command1, "Command1", 7).at(kButtonLeft[3], kButtonTop, kButtonWidth, kButtonHeight).in(&Scanform::Picture2).text("&Finish").disabled().click(&Scanform::Command1_Click),
+    control(&Scanform::ProgressBar1, "ProgressBar1")
+        .at(24, 280, 592, 24)
+        .in(&Scanform::Picture2)
+        .says("Whole CD-ROM"),
+    control(&Scanform::ProgressBar2, "ProgressBar2")
+        .at(24, 316, 592, 24)
+        .in(&Scanform::Picture2)
+        .says("Current directory"),
+    control(&Scanform::Command2, "Command2")
+        .at(24, kButtonTop, 160, kButtonHeight)
+        .in(&Scanform::Picture2)
+        .text("&Start Scanning")
+        .click(&Scanform::Command2_Click),
+    control(&Scanform::Command6, "Command6")
+        .at(24, kButtonTop, 160, kButtonHeight)
+        .in(&Scanform::Picture2)
+        .text("Cance&l Scanning")
+        .hidden()
+        .click(&Scanform::Command6_Click),
+    control(&Scanform::Command5, "Command5")
+        .at(24, kButtonTop, 176, kButtonHeight)
+        .in(&Scanform::Picture2)
+        .text("Scan &Another CD-ROM")
+        .hidden()
+        .click(&Scanform::Command5_Click),
+    control(&Scanform::Command1, "Command1", 4)
+        .at(kButtonLeft[0], kButtonTop, kButtonWidth, kButtonHeight)
+        .in(&Scanform::Picture2)
+        .text("&Cancel")
+        .click(&Scanform::Command1_Click),
+    control(&Scanform::Command1, "Command1", 5)
+        .at(kButtonLeft[1], kButtonTop, kButtonWidth, kButtonHeight)
+        .in(&Scanform::Picture2)
+        .text("<<&Back")
+        .disabled()
+        .click(&Scanform::Command1_Click),
+    control(&Scanform::Command1, "Command1", 6)
+        .at(kButtonLeft[2], kButtonTop, kButtonWidth, kButtonHeight)
+        .in(&Scanform::Picture2)
+        .text("&Next>>")
+        .disabled()
+        .click(&Scanform::Command1_Click),
+    control(&Scanform::Command1, "Command1", 7)
+        .at(kButtonLeft[3], kButtonTop, kButtonWidth, kButtonHeight)
+        .in(&Scanform::Picture2)
+        .text("&Finish")
+        .disabled()
+        .click(&Scanform::Command1_Click),
 
     control(&Scanform::Timer1, "Timer1").every(1000).enabled().tick(&Scanform::Timer1_Timer),
     control(&Scanform::Timer2, "Timer2").every(1500).tick(&Scanform::Timer2_Timer),
-    control(&Scanform::TrayIcon1, "TrayIcon1").set([](kit::TrayIcon& icon) { icon.setVisible(false); }).when(&kit::TrayIcon::Restore, &Scanform::TrayIcon_Restore).when(&kit::TrayIcon::Minimise, &Scanform::TrayIcon_Minimise),
-    control(&Scanform::TrayIcon2, "TrayIcon2").set([](kit::TrayIcon& icon) { icon.setTrueClick(false); }).when(&kit::TrayIcon::Restore, &Scanform::TrayIcon_Restore).when(&kit::TrayIcon::Minimise, &Scanform::TrayIcon_Minimise),
+    control(&Scanform::TrayIcon1, "TrayIcon1")
+        .set([](kit::TrayIcon& icon) { icon.setVisible(false); })
+        .when(&kit::TrayIcon::Restore, &Scanform::TrayIcon_Restore)
+        .when(&kit::TrayIcon::Minimise, &Scanform::TrayIcon_Minimise),
+    control(&Scanform::TrayIcon2, "TrayIcon2")
+        .set([](kit::TrayIcon& icon) { icon.setTrueClick(false); })
+        .when(&kit::TrayIcon::Restore, &Scanform::TrayIcon_Restore)
+        .when(&kit::TrayIcon::Minimise, &Scanform::TrayIcon_Minimise),
 };
 
 Scanform::Scanform()
-    : Form({.name = "Scanform", .caption = "Discaro - Scan a new CD-ROM", .size = {kWidth, kPageTop + kPageHeight}}),
-      Dir1(disc::driveTable()), m_quickScan(Dir1), m_display(*this) {
+    : Form({.name = "Scanform",
+            .caption = "Discaro - Scan a new CD-ROM",
+            .size = {kWidth, kPageTop + kPageHeight}})
+    , Dir1(disc::driveTable())
+    , m_quickScan(Dir1)
+    , m_display(*this) {
     loadPictures();
     kTable.build(*this);
     setAcceptDrops(true);

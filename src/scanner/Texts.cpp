@@ -43,7 +43,8 @@ std::string directoryInHand(const disc::Lister& lister) {
 
 std::string settingsText(const ScanSettings& settings) {
     return settingsLine("* These are the final settings for your CD-ROM.") +
-           settingsLine("* To start scanning press Finish.") + settingsLine("* To exit press Cancel.") +
+           settingsLine("* To start scanning press Finish.") +
+           settingsLine("* To exit press Cancel.") +
            settingsEntry("Preferred Name:", settings.preferredName) +
            settingsEntry("Drive Name:", settings.driveName) +
            settingsEntry("Comments:", settings.comments) +

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-
 #include "disc/Lister.h"
 #include "scanner/ScanOptions.h"
+
+#include <string>
+#include <string_view>
 
 namespace discaro::scanner {
 

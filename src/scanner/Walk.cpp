@@ -31,7 +31,8 @@ void ScanEngine::ScanDirectory() {
 void ScanEngine::ScanSubdirectories() {
     const int count = m_lister.listCount();
     for (int i = 0; i < count; ++i) {
-        if (!runStatement(m_desk, kScanDirectoryHandler, [&] { m_lister.setPath(m_lister.list(i)); }))
+        if (!runStatement(m_desk, kScanDirectoryHandler,
+                          [&] { m_lister.setPath(m_lister.list(i)); }))
             return;
         DirectoryId.append("S").append(std::to_string(i + 1));
         m_watcher.yield();
@@ -76,7 +77,8 @@ void ScanEngine::ScanFiles() {
             throw *damage;
     });
     const bool goesOn = runStatements(
-        m_desk, kScanFilesHandler, [&] { CurrentFileName = m_lister.firstFile(m_lister.path()); }, [&] { m_watcher.yield(); });
+        m_desk, kScanFilesHandler, [&] { CurrentFileName = m_lister.firstFile(m_lister.path()); },
+        [&] { m_watcher.yield(); });
     while (goesOn && !CurrentFileName.empty() && !cancelled())
         if (!captureOneFile())
             return;
@@ -163,7 +165,8 @@ void ScanEngine::CaptureFile() {
                 file(files::kFileExtension) = extension;
         },
         [&] {
-            file(files::kFileSize) = static_cast<double>(m_lister.fileLength(CurrentFilePath)) / 1024;
+            file(files::kFileSize) =
+                static_cast<double>(m_lister.fileLength(CurrentFilePath)) / 1024;
         });
     if (!goesOn || !captureFacts())
         return;

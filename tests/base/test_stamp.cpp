@@ -1,10 +1,10 @@
-#include <cstdlib>
-#include <ctime>
+#include "base/RuntimeError.h"
+#include "base/Stamp.h"
 
 #include <gtest/gtest.h>
 
-#include "base/RuntimeError.h"
-#include "base/Stamp.h"
+#include <cstdlib>
+#include <ctime>
 
 using namespace discaro::base;
 
@@ -49,5 +49,6 @@ TEST(RuntimeErrorText, IsTheTablesTextWithTheDetailBehindIt) {
 TEST(SkipErrors, PassesOverARuntimeErrorOnly) {
     EXPECT_TRUE(skipErrors([] {}));
     EXPECT_FALSE(skipErrors([] { throw RuntimeError(ErrorNumber::ReadFailure); }));
-    EXPECT_THROW(skipErrors([] { throw std::logic_error("a mistake of the program"); }), std::logic_error);
+    EXPECT_THROW(skipErrors([] { throw std::logic_error("a mistake of the program"); }),
+                 std::logic_error);
 }

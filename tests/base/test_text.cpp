@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "base/Text.h"
+
+#include <gtest/gtest.h>
 
 using namespace discaro::base;
 
@@ -39,14 +39,16 @@ TEST(Text, Utf16OfBothByteOrdersIsDecoded) {
 }
 
 TEST(Text, ALoneSurrogateBecomesTheReplacementCharacterAndAnOddByteIsDropped) {
-    EXPECT_EQ(decodeUtf16Be(std::string_view("\xD8\x3D\0A\0", 5)), "\xEF\xBF\xBD" "A");
+    EXPECT_EQ(decodeUtf16Be(std::string_view("\xD8\x3D\0A\0", 5)), "\xEF\xBF\xBD"
+                                                                   "A");
     EXPECT_EQ(decodeUtf16Le(std::string_view("\x3D\xDC", 2)), "\xEF\xBF\xBD");
 }
 
 TEST(Text, FoldingPassesOverCaseInEveryScript) {
     EXPECT_TRUE(equalFolded("README.TXT", "readme.txt"));
     EXPECT_TRUE(equalFolded("\xC3\x84RGER", "\xC3\xA4rger"));
-    EXPECT_TRUE(equalFolded("\xD0\x9A\xD0\x9D\xD0\x98\xD0\x93\xD0\x90", "\xD0\xBA\xD0\xBD\xD0\xB8\xD0\xB3\xD0\xB0"));
+    EXPECT_TRUE(equalFolded("\xD0\x9A\xD0\x9D\xD0\x98\xD0\x93\xD0\x90",
+                            "\xD0\xBA\xD0\xBD\xD0\xB8\xD0\xB3\xD0\xB0"));
 }
 
 TEST(Text, ADecomposedLetterEqualsTheComposedOne) {
@@ -85,5 +87,8 @@ TEST(Text, OnlyBlanksAreTrimmed) {
 TEST(Text, AsciiNamesCompareWithoutRegardToCase) {
     EXPECT_TRUE(equalAscii("Drive ID Number", "drive id number"));
     EXPECT_FALSE(equalAscii("size", "size "));
-    EXPECT_EQ(lowerAscii("\xC3\x84" "B"), "\xC3\x84" "b");
+    EXPECT_EQ(lowerAscii("\xC3\x84"
+                         "B"),
+              "\xC3\x84"
+              "b");
 }

@@ -1,8 +1,3 @@
-#include <filesystem>
-
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
 #include "app/Loading.h"
 #include "app/Module1.h"
 #include "app/Switch.h"
@@ -16,6 +11,11 @@
 #include "support/windows/GoldenForm.h"
 #include "support/windows/ScriptedMsgBox.h"
 
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+
 using namespace discaro;
 using namespace discaro::test;
 using kit::Answer;
@@ -24,14 +24,16 @@ using kit::Icon;
 
 namespace {
 
-constexpr auto kDone =
-    "Deletion was successful. It is advised that you compact your database from the Database Workshop after deleting "
-    "any entries. This way your Database will take up less disk space and in some cases may run faster.";
+constexpr auto kDone = "Deletion was successful. It is advised that you compact your database from "
+                       "the Database Workshop after deleting "
+                       "any entries. This way your Database will take up less disk space and in "
+                       "some cases may run faster.";
 
 // Stands for the explorer: only that it is shown matters here.
 class EmptyWindow : public kit::Form {
 public:
-    EmptyWindow() : Form({.name = "EXMain", .caption = "", .size = {100, 100}}) {}
+    EmptyWindow()
+        : Form({.name = "EXMain", .caption = "", .size = {100, 100}}) {}
 };
 
 std::filesystem::path makeFolder() {
@@ -44,7 +46,8 @@ std::filesystem::path makeFolder() {
 // The window over a catalogue with as many discs as a test adds, each with one directory, one file and one tag.
 class DeleteWindow : public testing::Test {
 protected:
-    DeleteWindow() : m_folder(makeFolder()) {
+    DeleteWindow()
+        : m_folder(makeFolder()) {
         db::DBEngine::SetFormat(catalogue::catalogueFormat());
         app::Module1::ApplicationPath = m_folder;
         app::Module1::ReturnTo = "switch";
@@ -93,13 +96,18 @@ protected:
         ASSERT_TRUE(waitFor([this] { return !form->Timer1->isEnabled(); }));
     }
     QString question(const char* name) const {
-        return QString("Are you sure you want to delete the '%1' cd-rom entry from the database ? This will also delete "
+        return QString("Are you sure you want to delete the '%1' cd-rom entry from the database ? "
+                       "This will also delete "
                        "all the Directory and File entries contained on this CD-ROM.")
             .arg(name);
     }
-    void refill() { ASSERT_TRUE(waitFor([this] { return !form->Timer1->isEnabled(); })); }
+    void refill() {
+        ASSERT_TRUE(waitFor([this] { return !form->Timer1->isEnabled(); }));
+    }
     int64_t count(const char* table) const {
-        return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(table)->RecordCount();
+        return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
+            ->OpenRecordset(table)
+            ->RecordCount();
     }
     db::Value master(std::string_view field) const {
         return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
@@ -146,7 +154,8 @@ TEST_F(DeleteWindow, OkDeletesTheDiscWithAllThatBelongsToIt) {
     addDisc(2, "Two");
     open();
     emit form->ListView1->ItemClick(1);
-    box.expect(question("Two"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!", Answer::Ok);
+    box.expect(question("Two"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
+               Answer::Ok);
     box.expect(kDone, Buttons::Ok, Icon::Information, "Deletion Successful");
     click(*form->Command2);
     refill();
@@ -163,21 +172,24 @@ TEST_F(DeleteWindow, OkDeletesTheDiscWithAllThatBelongsToIt) {
 TEST_F(DeleteWindow, CancelSparesTheDiscDeletesItsTagsAndEndsTheProgram) {
     addDisc(1, "One");
     open();
-    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!", Answer::Cancel);
+    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
+               Answer::Cancel);
     box.expectTitled(QCoreApplication::applicationName(), Icon::Critical);
     const ThrowingEnd end;
     EXPECT_THROW(click(*form->Command2), ProgramEnded);
     EXPECT_TRUE(box.last().text.contains("There is no transaction to commit"));
     EXPECT_EQ(count("drive"), 1);
     EXPECT_EQ(count("[prog tag]"), 0);
-    EXPECT_EQ(db::numberOf(master("Total number of files")), 1) << "the totals were counted all the same";
+    EXPECT_EQ(db::numberOf(master("Total number of files")), 1)
+        << "the totals were counted all the same";
 }
 
 TEST_F(DeleteWindow, TheLastDiscLeavesEmptyListsAndNullSize) {
     addDisc(5, "Last");
     app::Module1::ReturnTo = "explore";
     open();
-    box.expect(question("Last"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!", Answer::Ok);
+    box.expect(question("Last"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
+               Answer::Ok);
     box.expect(kDone, Buttons::Ok, Icon::Information, "Deletion Successful");
     click(*form->Command2);
     refill();
@@ -204,7 +216,8 @@ TEST_F(DeleteWindow, DiscNumbersAreComparedWhole) {
     addDisc(1, "One");
     addDisc(12, "Twelve");
     open();
-    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!", Answer::Ok);
+    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
+               Answer::Ok);
     box.expect(kDone, Buttons::Ok, Icon::Information, "Deletion Successful");
     click(*form->Command2);
     EXPECT_EQ(count("[prog tag]"), 1);

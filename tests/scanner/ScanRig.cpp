@@ -1,15 +1,15 @@
 #include "scanner/ScanRig.h"
 
-#include <filesystem>
-
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
 #include "app/Module1.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "db/DBEngine.h"
 #include "disc/DriveTable.h"
 #include "scanner/QuickScan.h"
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
 
 namespace discaro::test {
 
@@ -38,17 +38,39 @@ void TestWatcher::advanceDiscBar(double) {
     if (atDiscBar)
         atDiscBar();
 }
-void TestWatcher::walkFinished() { log.emplace_back("walk finished"); }
-void TestWatcher::remainingTimeZero() { log.emplace_back("remaining time zero"); }
-void TestWatcher::cancelImpossible() { log.emplace_back("cancel impossible"); }
-void TestWatcher::totalsStarted() { log.emplace_back("totals started"); }
-void TestWatcher::totalsBarSized(int64_t directories) { totalsBarSize = directories; }
-void TestWatcher::advanceTotalsBar() { ++totalsSteps; }
-void TestWatcher::totalsFinished() { log.emplace_back("totals finished"); }
-void TestWatcher::clockStopped() { log.emplace_back("clock stopped"); }
-void TestWatcher::beep() { log.emplace_back("beep"); }
-void TestWatcher::scanFinished() { log.emplace_back("finished"); }
-void TestWatcher::scanNotSaved(const std::string& reason) { log.push_back("not saved: " + reason); }
+void TestWatcher::walkFinished() {
+    log.emplace_back("walk finished");
+}
+void TestWatcher::remainingTimeZero() {
+    log.emplace_back("remaining time zero");
+}
+void TestWatcher::cancelImpossible() {
+    log.emplace_back("cancel impossible");
+}
+void TestWatcher::totalsStarted() {
+    log.emplace_back("totals started");
+}
+void TestWatcher::totalsBarSized(int64_t directories) {
+    totalsBarSize = directories;
+}
+void TestWatcher::advanceTotalsBar() {
+    ++totalsSteps;
+}
+void TestWatcher::totalsFinished() {
+    log.emplace_back("totals finished");
+}
+void TestWatcher::clockStopped() {
+    log.emplace_back("clock stopped");
+}
+void TestWatcher::beep() {
+    log.emplace_back("beep");
+}
+void TestWatcher::scanFinished() {
+    log.emplace_back("finished");
+}
+void TestWatcher::scanNotSaved(const std::string& reason) {
+    log.push_back("not saved: " + reason);
+}
 void TestWatcher::scanStopped() {
     log.emplace_back("stopped");
     if (whenStopped)
@@ -76,7 +98,10 @@ std::string statement(const std::string& table, const std::string& condition) {
 
 } // namespace
 
-ScanRig::ScanRig() : drives([] { return disc::Computer{}; }), lister(drives), m_folder(makeFolder()) {
+ScanRig::ScanRig()
+    : drives([] { return disc::Computer{}; })
+    , lister(drives)
+    , m_folder(makeFolder()) {
     db::DBEngine::SetFormat(catalogue::catalogueFormat());
     app::Module1::ApplicationPath = m_folder;
     app::Module1::ScanCancelled = 0;
@@ -111,7 +136,8 @@ MemoryMedium& ScanRig::insert(MemoryNode node) {
     return inserted;
 }
 
-void ScanRig::scan(scanner::ScanOptions options, const std::string& name, const std::string& comments) {
+void ScanRig::scan(scanner::ScanOptions options, const std::string& name,
+                   const std::string& comments) {
     scanner::QuickScan quick(lister);
     quick.begin(letter);
     quick.countBelow([](const std::string&) { return true; });
@@ -131,7 +157,8 @@ int64_t ScanRig::count(const std::string& table) {
         ->RecordCount();
 }
 
-std::string ScanRig::field(const std::string& table, const std::string& condition, std::string_view field) {
+std::string ScanRig::field(const std::string& table, const std::string& condition,
+                           std::string_view field) {
     auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
                     ->OpenRecordset(statement(table, condition));
     if (rows->Eof()) {
@@ -141,7 +168,8 @@ std::string ScanRig::field(const std::string& table, const std::string& conditio
     return rows->Fields(field).Text();
 }
 
-bool ScanRig::isNull(const std::string& table, const std::string& condition, std::string_view field) {
+bool ScanRig::isNull(const std::string& table, const std::string& condition,
+                     std::string_view field) {
     auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
                     ->OpenRecordset(statement(table, condition));
     EXPECT_FALSE(rows->Eof()) << "no row of " << table << " with " << condition;

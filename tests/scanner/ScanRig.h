@@ -1,25 +1,27 @@
 #pragma once
 
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
-
 #include "db/DataSource.h"
 #include "disc/Lister.h"
 #include "scanner/ScanEngine.h"
 #include "support/MemoryMedium.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace discaro::test {
 
 // A watcher that answers prompts from a list and can act at the n-th yield.
 class TestWatcher : public scanner::ScanWatcher {
 public:
-    std::vector<bool> answers; // to the prompts, in order; true stops the scan; false when there are no more
+    std::vector<bool>
+        answers; // to the prompts, in order; true stops the scan; false when there are no more
     int prompts = 0;
     int yields = 0;
     std::function<void(int yieldNumber)> atYield;
-    std::vector<std::string> log; // what the display was told, in order, the counters and bars left out
+    std::vector<std::string>
+        log; // what the display was told, in order, the counters and bars left out
     std::vector<double> counters; // files done, then files left, for each file
     int64_t totalsBarSize = -1;
     int totalsSteps = 0;
@@ -70,7 +72,8 @@ public:
 
     int64_t count(const std::string& table);
     // The first row that the condition meets; fails the test when there is none.
-    std::string field(const std::string& table, const std::string& condition, std::string_view field);
+    std::string field(const std::string& table, const std::string& condition,
+                      std::string_view field);
     bool isNull(const std::string& table, const std::string& condition, std::string_view field);
     // One field of all rows that the condition meets, in the table's order.
     std::vector<std::string> column(const std::string& table, std::string_view field,
@@ -86,8 +89,8 @@ public:
     disc::Lister lister;
     TestWatcher watcher;
     char letter = 0;
-    std::string root;     // of the disc inserted last, such as "D:\"
-    std::string errorLog; // of the scan before
+    std::string root;       // of the disc inserted last, such as "D:\"
+    std::string errorLog;   // of the scan before
     double quickFiles = -1; // what the quick scan is made to have counted; -1 leaves its own count
 
 private:

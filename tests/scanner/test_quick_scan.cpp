@@ -1,10 +1,9 @@
-#include <gtest/gtest.h>
-
 #include "app/Module1.h"
 #include "scanner/NameChecks.h"
 #include "scanner/QuickScan.h"
 #include "scanner/ScanRig.h"
 
+#include <gtest/gtest.h>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -24,7 +23,8 @@ scanner::QuickScan counted(ScanRig& rig) {
 
 TEST(QuickScan, LeavesTheRootOutOfTheDirectoriesAndCountsItsFiles) {
     ScanRig rig;
-    rig.insert(folder("", {file("A"), folder("S", {file("B"), folder("T")}), folder("U", {file("C")})}));
+    rig.insert(
+        folder("", {file("A"), folder("S", {file("B"), folder("T")}), folder("U", {file("C")})}));
     const auto quick = counted(rig);
     EXPECT_EQ(quick.directories(), 3);
     EXPECT_EQ(quick.files(), 3);
@@ -110,7 +110,8 @@ TEST(NameChecks, AnEqualNameIsFoundWithItsNumberAndLabel) {
     rig.insert(folder(""));
     rig.scan({}, "Games");
     EXPECT_EQ(duplicateNameMessage(rig.discs.Recordset(), "Games"),
-              "This Preferred name was used once before for CD-ROM number  '1' which has 'MEMORY' as its Volume "
+              "This Preferred name was used once before for CD-ROM number  '1' which has 'MEMORY' "
+              "as its Volume "
               "label. Please choose another name.");
 }
 
@@ -137,14 +138,17 @@ TEST(NameChecks, EachDiscOfTheSerialIsAskedAboutUntilOneIsRefused) {
     rig.scan({}, "Two");
     rig.scan({}, "Three");
     std::vector<std::string> asked;
-    EXPECT_FALSE(duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567", [&](const std::string& text) {
-        asked.push_back(text);
-        return asked.size() < 2;
-    }));
+    EXPECT_FALSE(
+        duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567", [&](const std::string& text) {
+            asked.push_back(text);
+            return asked.size() < 2;
+        }));
     ASSERT_EQ(asked.size(), 2U);
-    EXPECT_EQ(asked[0], "The CD-ROM named  'One'  has the same serial number as this CD-ROM. You may have scanned "
-                        "it once before. Press Cancel to terminate this scan or press OK to ignore this fact and "
-                        "continue.");
+    EXPECT_EQ(
+        asked[0],
+        "The CD-ROM named  'One'  has the same serial number as this CD-ROM. You may have scanned "
+        "it once before. Press Cancel to terminate this scan or press OK to ignore this fact and "
+        "continue.");
     EXPECT_TRUE(duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567",
                                        [](const std::string&) { return true; }));
 }

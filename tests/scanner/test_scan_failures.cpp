@@ -1,9 +1,9 @@
-#include <gtest/gtest.h>
-
 #include "app/Module1.h"
 #include "base/RuntimeError.h"
 #include "scanner/ErrorHandling.h"
 #include "scanner/ScanRig.h"
+
+#include <gtest/gtest.h>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -13,7 +13,10 @@ using scanner::ErrorHandler;
 namespace {
 
 scanner::ScanOptions action(const char* errorAction, const char* detail = "basic") {
-    return {.DetailLevel = detail, .ErrorAction = errorAction, .LogErrors = "true", .UseFreeNumber = {}};
+    return {.DetailLevel = detail,
+            .ErrorAction = errorAction,
+            .LogErrors = "true",
+            .UseFreeNumber = {}};
 }
 
 // ---- The five handlers: each with a conversion error and another one, under both error actions, with both answers
@@ -51,9 +54,10 @@ std::vector<HandlerCase> handlerCases() {
         for (const bool conversion : {true, false})
             for (const bool stop : {true, false}) {
                 const int early = conversion && procedure.looks ? 1 : 0;
-                cases.push_back({procedure.name, procedure.handler, conversion, "ignore", stop, early, kOn});
                 cases.push_back(
-                    {procedure.name, procedure.handler, conversion, "cancel", stop, early + 1, procedure.after});
+                    {procedure.name, procedure.handler, conversion, "ignore", stop, early, kOn});
+                cases.push_back({procedure.name, procedure.handler, conversion, "cancel", stop,
+                                 early + 1, procedure.after});
             }
     return cases;
 }
@@ -85,15 +89,16 @@ TEST_P(Handlers, PromptLogAndGoOnAsTold) {
 
 INSTANTIATE_TEST_SUITE_P(All, Handlers, testing::ValuesIn(handlerCases()), [](const auto& row) {
     const HandlerCase& told = row.param;
-    return std::string(told.name) + (told.conversion ? "_Conversion_" : "_Other_") + told.errorAction +
-           (told.stop ? "_Ok" : "_Cancel");
+    return std::string(told.name) + (told.conversion ? "_Conversion_" : "_Other_") +
+           told.errorAction + (told.stop ? "_Ok" : "_Cancel");
 });
 
 // ---- Discs that fail under the walk
 
 TEST(FailingDisc, UnderIgnoreTheFailedFieldStaysEmptyAndTheRestOfTheRowIsSaved) {
     ScanRig rig;
-    rig.insert(folder("", {file("BAD.TXT").withFailure(ErrorNumber::ReadFailure), file("GOOD.TXT", "ok")}));
+    rig.insert(folder(
+        "", {file("BAD.TXT").withFailure(ErrorNumber::ReadFailure), file("GOOD.TXT", "ok")}));
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.column("files", "file name"), (std::vector<std::string>{"BAD.TXT", "GOOD.TXT"}));
     EXPECT_TRUE(rig.isNull("files", "[file name] = 'BAD.TXT'", "file size"));
@@ -119,7 +124,8 @@ TEST(FailingDisc, UnderCancelAFileWhoseCaptureEndsHasNoRowWhenTheUserGoesOn) {
     rig.scan(action("cancel"));
     EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"GOOD.TXT"});
     EXPECT_EQ(rig.watcher.prompts, 1);
-    EXPECT_EQ(rig.field("directories", {}, "Size"), "0.001953125") << "the walk itself had the length later";
+    EXPECT_EQ(rig.field("directories", {}, "Size"), "0.001953125")
+        << "the walk itself had the length later";
 }
 
 TEST(FailingDisc, UnderCancelOkOnTheVeryFirstFileLeavesTheCatalogueAsItWas) {
@@ -138,19 +144,23 @@ TEST(FailingDisc, UnderCancelOkOnTheVeryFirstFileLeavesTheCatalogueAsItWas) {
 
 TEST(FailingDisc, ADamagedDirectoryIsLoggedAndTheRestIsScanned) {
     ScanRig rig;
-    rig.insert(folder("", {folder("BROKEN", {file("SEEN")}).withDamage("record 3 runs over the end"),
-                           folder("WHOLE", {file("FINE")})}));
+    rig.insert(
+        folder("", {folder("BROKEN", {file("SEEN")}).withDamage("record 3 runs over the end"),
+                    folder("WHOLE", {file("FINE")})}));
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.column("files", "file name"), (std::vector<std::string>{"SEEN", "FINE"}));
-    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe directory is damaged: record 3 runs over the end in Directory :- " +
-                                rig.root + "BROKEN");
+    EXPECT_EQ(rig.errorLog,
+              "\r\n\r\nThe directory is damaged: record 3 runs over the end in Directory :- " +
+                  rig.root + "BROKEN");
 }
 
 TEST(FailingDisc, ADirectoryThatCannotBeListedIsEmptyAndLogged) {
     ScanRig rig;
-    rig.insert(folder("", {folder("DEAD", {file("LOST")}).withFailure(ErrorNumber::ReadFailure), file("F")}));
+    rig.insert(folder(
+        "", {folder("DEAD", {file("LOST")}).withFailure(ErrorNumber::ReadFailure), file("F")}));
     rig.scan(action("ignore"));
-    EXPECT_EQ(rig.column("directories", "directory name"), (std::vector<std::string>{rig.root, "DEAD"}));
+    EXPECT_EQ(rig.column("directories", "directory name"),
+              (std::vector<std::string>{rig.root, "DEAD"}));
     EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"F"});
     EXPECT_FALSE(rig.errorLog.empty());
 }
@@ -182,7 +192,8 @@ TEST(FailingDisc, ADiscThatVanishesMidwayEndsAsASuccessWithALog) {
 
 TEST(FailingDisc, AnUnreadableExecutableKeepsItsRowAtFullDetail) {
     ScanRig rig;
-    rig.insert(folder("", {file("P.EXE", "MZ and more").withReadFailure(ErrorNumber::ReadFailure)}));
+    rig.insert(
+        folder("", {file("P.EXE", "MZ and more").withReadFailure(ErrorNumber::ReadFailure)}));
     rig.scan(action("ignore", "all"));
     EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"P.EXE"});
 }
@@ -198,7 +209,8 @@ TEST(FailingDisc, ABarThatRefusesAValueIsAnErrorOfTheFile) {
 
 TEST(FailingDisc, AnExecutableThatNeverOpensEndsWithTheUsersOk) {
     ScanRig rig;
-    rig.insert(folder("", {file("P.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure), file("Q")}));
+    rig.insert(
+        folder("", {file("P.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure), file("Q")}));
     rig.watcher.answers = {false, false, true};
     rig.scan(action("cancel", "all"));
     EXPECT_EQ(rig.watcher.prompts, 3) << "the statement runs again until the user stops";
@@ -209,7 +221,8 @@ TEST(FailingDisc, AnExecutableThatNeverOpensEndsWithTheUsersOk) {
 TEST(FailingDisc, TheLogHasABound) {
     std::vector<MemoryNode> files;
     for (int i = 0; i < 40000; ++i)
-        files.push_back(file(std::string(200, 'n') + std::to_string(i)).withFailure(ErrorNumber::ReadFailure));
+        files.push_back(
+            file(std::string(200, 'n') + std::to_string(i)).withFailure(ErrorNumber::ReadFailure));
     ScanRig rig;
     rig.insert(folder("", files));
     rig.scan(action("ignore"));
@@ -237,9 +250,11 @@ TEST(RefusingCatalogue, ANumberThatAFreeOneOvertookEndsTheScanWithAMessage) {
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.watcher.log.back(), "stopped");
     EXPECT_EQ(rig.watcher.log[rig.watcher.log.size() - 2],
-              "not saved: The CD-ROM number 1 is in use already. Choose \"any free number\" in the options.");
+              "not saved: The CD-ROM number 1 is in use already. Choose \"any free number\" in the "
+              "options.");
     EXPECT_EQ(rig.count("drive"), 1);
-    EXPECT_EQ(rig.field("drive", {}, "Comments"), "Scanned with basic details ignoring all errors.\r\n")
+    EXPECT_EQ(rig.field("drive", {}, "Comments"),
+              "Scanned with basic details ignoring all errors.\r\n")
         << "the other disc's comments stay";
 }
 
@@ -262,7 +277,8 @@ TEST(RefusingCatalogue, OneThatIsGoneAtTheTotalsDoesNotCrash) {
 TEST(Stop, AtAnyYieldOfTheWalkNothingIsLeft) {
     for (int at = 1; at <= 25; ++at) {
         ScanRig rig;
-        rig.insert(folder("", {file("A"), folder("S", {file("B"), folder("T", {file("C")})}), folder("U")}));
+        rig.insert(folder(
+            "", {file("A"), folder("S", {file("B"), folder("T", {file("C")})}), folder("U")}));
         rig.watcher.atYield = [&](int number) {
             if (number == at)
                 app::Module1::ScanCancelled = 1;
@@ -271,7 +287,8 @@ TEST(Stop, AtAnyYieldOfTheWalkNothingIsLeft) {
         if (rig.watcher.log.back() == "finished")
             continue;
         EXPECT_EQ(rig.watcher.log.back(), "stopped") << "yield " << at;
-        EXPECT_EQ(rig.count("drive") + rig.count("directories") + rig.count("files"), 0) << "yield " << at;
+        EXPECT_EQ(rig.count("drive") + rig.count("directories") + rig.count("files"), 0)
+            << "yield " << at;
         EXPECT_EQ(rig.master("scanned cd-roms"), "0") << "yield " << at;
         EXPECT_EQ(rig.master("scan error"), "no error") << "yield " << at;
     }

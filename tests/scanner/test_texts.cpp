@@ -1,8 +1,8 @@
-#include <gtest/gtest.h>
-
 #include "scanner/FileCapture.h"
 #include "scanner/ScanClock.h"
 #include "scanner/Texts.h"
+
+#include <gtest/gtest.h>
 
 using namespace discaro;
 using namespace discaro::scanner;
@@ -36,8 +36,10 @@ TEST(StampSplit, GivesAnEightCharacterDateAndAnElevenCharacterTime) {
 }
 
 TEST(StampSplit, TakesTheLastPPlusTwoCharactersWhateverTheDatesLength) {
-    EXPECT_EQ(splitStamp("1/2/02 10:30:15 AM").time, ":30:15 AM") << "a six-character date cuts the time";
-    EXPECT_EQ(splitStamp("12/25/2002 1:02:03 AM").time, "02 1:02:03 AM") << "a longer one reaches into the date";
+    EXPECT_EQ(splitStamp("1/2/02 10:30:15 AM").time, ":30:15 AM")
+        << "a six-character date cuts the time";
+    EXPECT_EQ(splitStamp("12/25/2002 1:02:03 AM").time, "02 1:02:03 AM")
+        << "a longer one reaches into the date";
 }
 
 TEST(StampSplit, WithoutABlankBothStayUnset) {
@@ -47,8 +49,10 @@ TEST(StampSplit, WithoutABlankBothStayUnset) {
 
 TEST(ScanTexts, TheReportSentenceNamesDetailAndErrorAction) {
     EXPECT_EQ(reportSentence({}), "Scanned with basic details ignoring all errors.");
-    EXPECT_EQ(reportSentence({.DetailLevel = "all", .ErrorAction = "cancel", .LogErrors = {}, .UseFreeNumber = {}}),
-              "Scanned with all details not ignoring any errors.");
+    EXPECT_EQ(
+        reportSentence(
+            {.DetailLevel = "all", .ErrorAction = "cancel", .LogErrors = {}, .UseFreeNumber = {}}),
+        "Scanned with all details not ignoring any errors.");
 }
 
 TEST(ScanTexts, CommentsAreTheSentenceAloneOrWithTheUsersTextBelow) {
@@ -64,8 +68,10 @@ TEST(ScanTexts, TheSettingsStandOnFivePiecesAndTheCounts) {
                             .options = {},
                             .directories = 12,
                             .files = 3456}),
-              "* These are the final settings for your CD-ROM.\r\n\r\n* To start scanning press Finish.\r\n\r\n"
-              "* To exit press Cancel.\r\n\r\nPreferred Name:\r\n      Games 1\r\n\r\nDrive Name:\r\n      D:\\\r\n\r\n"
+              "* These are the final settings for your CD-ROM.\r\n\r\n* To start scanning press "
+              "Finish.\r\n\r\n"
+              "* To exit press Cancel.\r\n\r\nPreferred Name:\r\n      Games 1\r\n\r\nDrive "
+              "Name:\r\n      D:\\\r\n\r\n"
               "Comments:\r\n      two\r\nlines\r\n\r\n"
               "* This CD-ROM will be scanned with basic details ignoring all errors.\r\n\r\n"
               "* The CD-ROM contains :-\r\n   12 Directories\r\n   3456 Files");

@@ -1,13 +1,13 @@
 #include "scanner_window/WizardTest.h"
 
-#include <stdlib.h>
-
 #include "app/Loading.h"
 #include "app/Switch.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
 #include "db/DBEngine.h"
 #include "disc/DriveTable.h"
+
+#include <stdlib.h>
 
 namespace discaro::test {
 
@@ -37,7 +37,8 @@ public:
     disc::Listing list(const disc::Place& parent, const disc::Place& directory) const override {
         return m_disc->list(parent, directory);
     }
-    disc::FileFacts fileFacts(const disc::Place& directory, const disc::Place& file) const override {
+    disc::FileFacts fileFacts(const disc::Place& directory,
+                              const disc::Place& file) const override {
         return m_disc->fileFacts(directory, file);
     }
     std::unique_ptr<disc::ByteSource> open(const disc::Place& directory,
@@ -53,7 +54,8 @@ private:
 // Stands for the explorer: only that it is shown matters here.
 class EmptyWindow : public kit::Form {
 public:
-    EmptyWindow() : Form({.name = "EXMain", .caption = "", .size = {100, 100}}) {}
+    EmptyWindow()
+        : Form({.name = "EXMain", .caption = "", .size = {100, 100}}) {}
 };
 
 std::filesystem::path makeFolder() {
@@ -65,7 +67,8 @@ std::filesystem::path makeFolder() {
 
 } // namespace
 
-WizardTest::WizardTest() : m_folder(makeFolder()) {
+WizardTest::WizardTest()
+    : m_folder(makeFolder()) {
     db::DBEngine::SetFormat(catalogue::catalogueFormat());
     app::Module1::ApplicationPath = m_folder;
     app::Module1::ReturnTo = "switch";
@@ -76,7 +79,8 @@ WizardTest::WizardTest() : m_folder(makeFolder()) {
     app::Windows::Register("Loading", [] { return new app::Loading; });
     app::Windows::Register("EXMain", [] { return new EmptyWindow; });
     letter = TestDrive::the().letter();
-    insert(folder("", {file("README.TXT", "hello"), folder("BIN", {file("A.EXE"), file("B.DLL")})}));
+    insert(
+        folder("", {file("README.TXT", "hello"), folder("BIN", {file("A.EXE"), file("B.DLL")})}));
 }
 
 WizardTest::~WizardTest() {
@@ -123,7 +127,9 @@ kit::Button& WizardTest::button(int index) {
 }
 
 int64_t WizardTest::count(const char* table) const {
-    return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(table)->RecordCount();
+    return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
+        ->OpenRecordset(table)
+        ->RecordCount();
 }
 
 std::string WizardTest::field(const char* table, const char* name) const {

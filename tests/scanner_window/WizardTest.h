@@ -1,10 +1,5 @@
 #pragma once
 
-#include <filesystem>
-#include <memory>
-
-#include <gtest/gtest.h>
-
 #include "app/Module1.h"
 #include "app/Windows.h"
 #include "kit/UnhandledErrors.h"
@@ -13,6 +8,11 @@
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
 #include "support/windows/ScriptedMsgBox.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
 
 namespace discaro::test {
 

@@ -40,7 +40,8 @@ TEST_F(Options, TheDefaultsAreBasicIgnoreLogAndTheNextNumber) {
     EXPECT_TRUE(form->Option4->value());
     EXPECT_TRUE(form->Option7->value());
     EXPECT_TRUE(form->Check2->value());
-    EXPECT_NE(settings().find("scanned with basic details ignoring all errors."), std::string::npos);
+    EXPECT_NE(settings().find("scanned with basic details ignoring all errors."),
+              std::string::npos);
 }
 
 TEST_F(Options, EachDetailLevelIsTakenOver) {
@@ -53,7 +54,8 @@ TEST_F(Options, MinimalDetailAndCancelAreTakenOver) {
     open();
     form->Option3->click();
     form->Option5->click();
-    EXPECT_NE(settings().find("scanned with minimal details not ignoring any errors."), std::string::npos);
+    EXPECT_NE(settings().find("scanned with minimal details not ignoring any errors."),
+              std::string::npos);
 }
 
 TEST_F(Options, AClickOnACaptionIsAClickOnItsButton) {

@@ -1,10 +1,10 @@
-#include <QtGui/QDropEvent>
-#include <QtCore/QMimeData>
-#include <QtCore/QTemporaryFile>
-
 #include "disc/DriveTable.h"
 #include "scanner_window/WizardTest.h"
 #include "support/windows/GoldenForm.h"
+
+#include <QtCore/QMimeData>
+#include <QtCore/QTemporaryFile>
+#include <QtGui/QDropEvent>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -40,15 +40,18 @@ TEST_F(Pages, EveryControlOfTheKeyboardCanBeSpoken) {
 
 TEST_F(Pages, TheFirstPageShowsFourLinesAndTheOptionsButton) {
     open();
-    EXPECT_EQ(said(*form->Text1),
-              "* The following screens will help you complete the task of scanning your CD-ROM.\r\n\r\n"
-              "* If you wish to exit at any time just press cancel.\r\n\r\n"
-              "* If you want to go back to a certain screen to verify or change your enteries , use the Back "
-              "button.\r\n\r\n"
-              "* You can choose the detail level and error action by pressing the Options button now.");
-    for (QWidget* hidden : {static_cast<QWidget*>(form->Text2), static_cast<QWidget*>(form->Label2),
-                            static_cast<QWidget*>(form->Label3), static_cast<QWidget*>(form->Drive1),
-                            static_cast<QWidget*>(form->Check1)})
+    EXPECT_EQ(
+        said(*form->Text1),
+        "* The following screens will help you complete the task of scanning your CD-ROM.\r\n\r\n"
+        "* If you wish to exit at any time just press cancel.\r\n\r\n"
+        "* If you want to go back to a certain screen to verify or change your enteries , use the "
+        "Back "
+        "button.\r\n\r\n"
+        "* You can choose the detail level and error action by pressing the Options button now.");
+    for (QWidget* hidden :
+         {static_cast<QWidget*>(form->Text2), static_cast<QWidget*>(form->Label2),
+          static_cast<QWidget*>(form->Label3), static_cast<QWidget*>(form->Drive1),
+          static_cast<QWidget*>(form->Check1)})
         EXPECT_FALSE(hidden->isVisible()) << hidden->objectName().toStdString();
     EXPECT_TRUE(form->Command4->isVisible());
     EXPECT_FALSE(button(1).isEnabled());
@@ -115,7 +118,8 @@ TEST_F(Pages, ChoosingADiscDriveKeepsTheTypedName) {
 TEST_F(Pages, ADuplicateNameStopsOnPageTwo) {
     addDisc(7, "Disc", "AAAA-AAAA");
     goTo(2);
-    box.expect("This Preferred name was used once before for CD-ROM number  '7' which has 'LABEL' as its Volume label. "
+    box.expect("This Preferred name was used once before for CD-ROM number  '7' which has 'LABEL' "
+               "as its Volume label. "
                "Please choose another name.",
                Buttons::Ok, Icon::Exclamation, "Duplicate Preferred Name");
     next();
@@ -133,8 +137,10 @@ TEST_F(Pages, EachDiscOfTheSameSerialIsAskedAboutAndOkGoesOn) {
     addDisc(2, "Two", "0123-4567");
     goTo(2);
     for (const char* name : {"One", "Two"})
-        box.expect(QString("The CD-ROM named  '%1'  has the same serial number as this CD-ROM. You may have scanned "
-                           "it once before. Press Cancel to terminate this scan or press OK to ignore this fact and "
+        box.expect(QString("The CD-ROM named  '%1'  has the same serial number as this CD-ROM. You "
+                           "may have scanned "
+                           "it once before. Press Cancel to terminate this scan or press OK to "
+                           "ignore this fact and "
                            "continue.")
                        .arg(name),
                    Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number");
@@ -146,9 +152,11 @@ TEST_F(Pages, CancelAtASerialQuestionStaysOnPageTwo) {
     addDisc(1, "One", "0123-4567");
     addDisc(2, "Two", "0123-4567");
     goTo(2);
-    box.expect("The CD-ROM named  'One'  has the same serial number as this CD-ROM. You may have scanned it once "
-               "before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
-               Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number", Answer::Cancel);
+    box.expect(
+        "The CD-ROM named  'One'  has the same serial number as this CD-ROM. You may have scanned "
+        "it once "
+        "before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
+        Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number", Answer::Cancel);
     next();
     EXPECT_TRUE(form->Text2->isVisible());
 }
@@ -194,7 +202,8 @@ TEST_F(Pages, GoingBackToPageOneHidesTheEntries) {
 
 TEST_F(Pages, TheCheckPageCountsTheDisc) {
     goTo(4);
-    EXPECT_EQ(said(*form->Text1), "* The program will now quickly check your CD-ROM's information.");
+    EXPECT_EQ(said(*form->Text1),
+              "* The program will now quickly check your CD-ROM's information.");
     EXPECT_EQ(said(*form->Text4), "1 Directories\r\n3 Files");
     EXPECT_TRUE(button(0).isEnabled());
     EXPECT_FALSE(button(3).isEnabled());
@@ -227,8 +236,10 @@ TEST_F(Pages, TheSettingsPageShowsEverything) {
     next();
     const std::string drive = form->Drive1->text().toStdString();
     EXPECT_EQ(said(*form->Text1),
-              "* These are the final settings for your CD-ROM.\r\n\r\n* To start scanning press Finish.\r\n\r\n"
-              "* To exit press Cancel.\r\n\r\nPreferred Name:\r\n      My disc\r\n\r\nDrive Name:\r\n      " +
+              "* These are the final settings for your CD-ROM.\r\n\r\n* To start scanning press "
+              "Finish.\r\n\r\n"
+              "* To exit press Cancel.\r\n\r\nPreferred Name:\r\n      My disc\r\n\r\nDrive "
+              "Name:\r\n      " +
                   drive +
                   "\r\n\r\nComments:\r\n      from the shelf\r\n\r\n"
                   "* This CD-ROM will be scanned with basic details ignoring all errors.\r\n\r\n"
@@ -241,10 +252,12 @@ TEST_F(Pages, FinishLeadsToTheScanningScreenAndWritesNothing) {
     goToScanning();
     EXPECT_FALSE(form->Picture1->isVisible());
     EXPECT_TRUE(form->Picture2->isVisible());
-    EXPECT_EQ(said(*form->Text5),
-              "* Your CD-ROM will now be scanned.\r\n\r\n* This may take a lot of time.This depends on the number of "
-              "files on your CD-ROM (the more files there are in a directory , the more time it takes to scan this "
-              "directory) and the speed of your drive.\r\n\r\n* Press Start scan to begin , or Cancel to exit.");
+    EXPECT_EQ(said(*form->Text5), "* Your CD-ROM will now be scanned.\r\n\r\n* This may take a lot "
+                                  "of time.This depends on the number of "
+                                  "files on your CD-ROM (the more files there are in a directory , "
+                                  "the more time it takes to scan this "
+                                  "directory) and the speed of your drive.\r\n\r\n* Press Start "
+                                  "scan to begin , or Cancel to exit.");
     for (const int index : {5, 6, 7})
         EXPECT_FALSE(button(index).isEnabled()) << index;
     EXPECT_FALSE(form->Command5->isVisible());
@@ -257,8 +270,8 @@ TEST_F(Pages, AVanishedDiscEndsTheQuickScanAndShowsTheMenuWhateverReturnToSays) 
     goTo(3);
     app::Module1::ReturnTo = "explore";
     medium.vanishAfter(0);
-    box.expect("An error was found during the Quickscan operation. The scan will be cancelled.", Buttons::Ok,
-               Icon::Critical, "Error during Quickscan");
+    box.expect("An error was found during the Quickscan operation. The scan will be cancelled.",
+               Buttons::Ok, Icon::Critical, "Error during Quickscan");
     next();
     EXPECT_FALSE(isUp("Scanform"));
     EXPECT_TRUE(isUp("Switch"));

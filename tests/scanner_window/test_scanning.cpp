@@ -12,13 +12,16 @@ using kit::Icon;
 namespace {
 
 constexpr auto kCancelText =
-    "You have choosen to terminate the scan process. The scan operation will be stopped and the scanned enteries will "
+    "You have choosen to terminate the scan process. The scan operation will be stopped and the "
+    "scanned enteries will "
     "be deleted. Press OK to proceed with deletion or press Cancel to continue.";
 constexpr auto kErrorText =
-    "An error was found during the scan process. The scan operation will be stopped and the scanned enteries will be "
+    "An error was found during the scan process. The scan operation will be stopped and the "
+    "scanned enteries will be "
     "deleted. Press OK to proceed with deletion or press Cancel to ignore this error.";
 constexpr auto kUnfinishedText =
-    "The last CD-ROM scan was not successfully terminated. This may cause your database to act wierdly. If this "
+    "The last CD-ROM scan was not successfully terminated. This may cause your database to act "
+    "wierdly. If this "
     "happens try repairing your database or restore it from the database workshop.";
 
 class Scanning : public WizardTest {
@@ -192,9 +195,11 @@ TEST_F(Scanning, FinishReturnsAndAnotherScanOpensAFreshWizard) {
     form = qobject_cast<scanner::Scanform*>(app::Windows::Find("Scanform"));
     EXPECT_TRUE(form->Picture1->isVisible());
     EXPECT_EQ(form->caption(), "Discaro - Scan a new CD-ROM");
-    box.expect("The CD-ROM named  'Disc'  has the same serial number as this CD-ROM. You may have scanned it once "
-               "before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
-               Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number");
+    box.expect(
+        "The CD-ROM named  'Disc'  has the same serial number as this CD-ROM. You may have scanned "
+        "it once "
+        "before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
+        Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number");
     next();
     chooseTestDrive();
     typeInto(*form->Text2, "Disc again");
@@ -220,7 +225,8 @@ TEST_F(Scanning, AReadOnlyCatalogueIsToldBeforeAnythingHappens) {
 
 TEST_F(Scanning, AnUnfinishedScanIsToldOnceASecondAfterLoading) {
     {
-        auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset("master table");
+        auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
+                        ->OpenRecordset("master table");
         rows->Edit();
         (*rows)(catalogue::masterTable::kScanError) = "error";
         rows->Update();

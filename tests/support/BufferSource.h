@@ -34,7 +34,7 @@ public:
         m_bytesAsked += buffer.size();
         if (offset + buffer.size() > m_failure)
             throw base::RuntimeError(base::ErrorNumber::ReadFailure);
-        if (offset >= m_bytes.size())
+        if (offset >= m_bytes.size() || buffer.empty())
             return 0;
         const size_t count = std::min<size_t>(buffer.size(), m_bytes.size() - offset);
         std::memcpy(buffer.data(), m_bytes.data() + offset, count);

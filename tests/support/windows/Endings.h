@@ -3,6 +3,12 @@
 #include "kit/Beep.h"
 #include "kit/EndProgram.h"
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QEvent>
+
+#include <functional>
+#include <utility>
+
 namespace discaro::test {
 
 // What is thrown in the place of the program's end. It is no std::exception, so nothing but the
@@ -11,8 +17,9 @@ struct ProgramEnded {
     int exitCode;
 };
 
-// While it lives, the program's end throws ProgramEnded. Only for events that a test sends itself:
-// an exception must not pass through the event loop.
+// While it lives, the program's end throws ProgramEnded. What may end has to run by asHandler: an
+// exception that passes through the handling of keys or of the mouse leaks what the window library
+// holds there.
 class ThrowingEnd {
 public:
     ThrowingEnd()
@@ -24,6 +31,25 @@ public:
 private:
     std::function<void(int)> m_before;
 };
+
+// Runs a step as an event handler of the application.
+inline void asHandler(std::function<void()> step) {
+    class Receiver : public QObject {
+    public:
+        explicit Receiver(std::function<void()> run)
+            : m_step(std::move(run)) {}
+        bool event(QEvent*) override {
+            m_step();
+            return true;
+        }
+
+    private:
+        std::function<void()> m_step;
+    };
+    Receiver receiver(std::move(step));
+    QEvent event(QEvent::User);
+    QCoreApplication::sendEvent(&receiver, &event);
+}
 
 // Counts the beeps while it lives.
 class CountedBeeps {
