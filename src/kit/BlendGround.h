@@ -8,8 +8,8 @@
 
 namespace discaro::kit {
 
-// The background of a window that a timer blends anew between two random colours. Until the first change the window
-// has its usual one.
+// The background of a window that a timer blends anew between two random colours. Until the first
+// change the window has its usual one.
 class BlendGround {
 public:
     // Draws new colours and has the window painted again.

@@ -6,6 +6,8 @@
 #include "kit/TextBox.h"
 
 #include <QtCore/QSignalBlocker>
+#include <QtGui/QTextOption>
+#include <QtWidgets/QPlainTextEdit>
 
 #include <algorithm>
 #include <utility>
@@ -75,6 +77,28 @@ qsizetype placeInText(const QString& text, qsizetype formPlace) {
     return place;
 }
 
+// Finding the places where a text may be broken takes time with the square of the length of its
+// longest word. Texts from discs need not have words.
+bool hasEndlessWord(const QString& text) {
+    constexpr int kLongestWord = 5000;
+    int length = 0;
+    return std::any_of(text.begin(), text.end(), [&length](QChar each) {
+        length = each.isSpace() ? 0 : length + 1;
+        return length > kLongestWord;
+    });
+}
+
+// The box never holds an endless word while it breaks lines between words.
+void giveToArea(TextBox& box, const QString& text) {
+    auto& area = static_cast<QPlainTextEdit&>(box.editor());
+    const bool anywhere = hasEndlessWord(text);
+    if (anywhere)
+        area.setWordWrapMode(QTextOption::WrapAnywhere);
+    box.setText(text);
+    if (!anywhere)
+        area.setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+}
+
 qsizetype commonStart(const QString& left, const QString& right) {
     const auto* different =
         std::mismatch(left.begin(), left.end(), right.begin(), right.end()).first;
@@ -123,7 +147,10 @@ void BoundFields::bind(TextBox& box, std::string_view field) {
     binding.read = [&box] { return box.text(); };
     binding.give = [&box](const QString& text) {
         const QSignalBlocker quiet(&box);
-        box.setText(text);
+        if (box.isMultiLine())
+            giveToArea(box, text);
+        else
+            box.setText(text);
     };
     binding.notify = [&box] { emit box.Change(); };
     add(std::move(binding), field);
@@ -223,8 +250,8 @@ std::vector<QString> BoundFields::readRow(bool& onRow) const {
     return texts;
 }
 
-// Returns whether the control's text is another one now. A control that shows what it is to show already is left
-// alone, with its caret and its scroll position.
+// Returns whether the control's text is another one now. A control that shows what it is to show
+// already is left alone, with its caret and its scroll position.
 bool BoundFields::giveText(Binding& binding, const QString& text) {
     if (!binding.read) {
         binding.give(text);

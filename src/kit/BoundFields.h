@@ -16,18 +16,20 @@ namespace discaro::kit {
 class Label;
 class TextBox;
 
-// Ties controls to the fields of a data source. When a row becomes the source's current one, or the current one has
-// been saved, the controls show it; when the source saves a row (Recordset::Update, UpdateRecord), what has been
-// changed in the controls goes into the row's fields first. Moving to another row saves nothing and drops what was
-// typed.
+// Ties controls to the fields of a data source. When a row becomes the source's current one, or the
+// current one has been saved, the controls show it; when the source saves a row (Recordset::Update,
+// UpdateRecord), what has been changed in the controls goes into the row's fields first. Moving to
+// another row saves nothing and drops what was typed.
 //
-// A field shows as its text: null as no text, numbers as base::numberText writes them, Yes/No as "-1" and "0". A
-// control that still has the text it was given writes nothing, so that a null stays null and a text that a box can't
-// hold exactly stays as it is. Where a box was changed, what the user left alone in it stays exactly as it was stored,
-// line ends included. An emptied box writes "" into a text and null into any other field.
+// A field shows as its text: null as no text, numbers as base::numberText writes them, Yes/No as
+// "-1" and "0". A control that still has the text it was given writes nothing, so that a null stays
+// null and a text that a box can't hold exactly stays as it is. Where a box was changed, what the
+// user left alone in it stays exactly as it was stored, line ends included. An emptied box writes
+// "" into a text and null into any other field.
 //
-// Controls and data source live at least as long as this, or until detach. The controls are told in one piece: each
-// has its new text when the first of them raises Change. Errors of the store pass through to whoever moved or saved.
+// Controls and data source live at least as long as this, or until detach. The controls are told in
+// one piece: each has its new text when the first of them raises Change. Errors of the store pass
+// through to whoever moved or saved.
 class BoundFields : public QObject {
     Q_OBJECT
 public:
@@ -40,16 +42,18 @@ public:
     // Gives the field's text to a control and never writes.
     void show(std::string_view field, std::function<void(const QString&)> give);
 
-    // Takes over beforeUpdate and repositioned of the data source, which has a recordset, and shows its current row.
+    // Takes over beforeUpdate and repositioned of the data source, which has a recordset, and shows
+    // its current row.
     void attach(db::DataSource& source);
     void detach();
 
-    // The text, in UTF-8, that would be written for a bound control: the stored one where the control is untouched.
+    // The text, in UTF-8, that would be written for a bound control: the stored one where the
+    // control is untouched.
     std::string text(const QObject& control) const;
     bool isTouched(const QObject& control) const;
 
-    // As long as it lives the controls keep what they have, wherever the source moves. To save with the source standing
-    // on another row than the one the controls show throws RecordGone.
+    // As long as it lives the controls keep what they have, wherever the source moves. To save with
+    // the source standing on another row than the one the controls show throws RecordGone.
     class Hold {
     public:
         explicit Hold(BoundFields& fields)
@@ -67,8 +71,8 @@ public:
 signals:
     // The source has come to stand on a row. The controls do not show it yet.
     void Reposition();
-    // The controls show the current row, all of their Change notifications behind them. Also when there is no row:
-    // then they are empty.
+    // The controls show the current row, all of their Change notifications behind them. Also when
+    // there is no row: then they are empty.
     void Shown();
 
 private:
@@ -102,9 +106,10 @@ private:
     int m_holds = 0;
 };
 
-// The text to store when `stored` was edited in a box with several lines, which holds it in another form: all line ends
-// alike, no-break spaces as spaces. The beginning and the end that were left alone stay as they are stored; what is new
-// between them gets the line ends that the stored text has, a carriage return with a line feed where it has none.
+// The text to store when `stored` was edited in a box with several lines, which holds it in another
+// form: all line ends alike, no-break spaces as spaces. The beginning and the end that were left
+// alone stay as they are stored; what is new between them gets the line ends that the stored text
+// has, a carriage return with a line feed where it has none.
 QString mendedText(const QString& stored, const QString& edited);
 
 } // namespace discaro::kit

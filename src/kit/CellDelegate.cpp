@@ -1,7 +1,7 @@
 #include "kit/CellDelegate.h"
 
 #include <QtGui/QHelpEvent>
-#include <QtWidgets/QAbstractItemView>
+#include <QtWidgets/QListView>
 #include <QtWidgets/QToolTip>
 
 namespace discaro::kit {
@@ -14,12 +14,25 @@ bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     if (event->type() != QEvent::ToolTip)
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const QRect seen = view->visualRect(index).intersected(view->viewport()->rect());
-    const bool whole = sizeHint(option, index).width() <= seen.width();
+    const bool whole = QStyledItemDelegate::sizeHint(option, index).width() <= seen.width();
     const bool oneLine = !index.data(Qt::ToolTipRole).toString().contains(u'\n');
     if (!whole || !oneLine)
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     QToolTip::hideText();
     return true;
+}
+
+QSize CellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const QSize wanted = QStyledItemDelegate::sizeHint(option, index);
+    const auto* icons = qobject_cast<const QListView*>(option.widget);
+    return icons && icons->gridSize().isValid() ? wanted.boundedTo(icons->gridSize()) : wanted;
+}
+
+// Below a large picture a text stands in the middle, whatever the side of its column.
+void CellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (option->decorationPosition == QStyleOptionViewItem::Top)
+        option->displayAlignment = Qt::AlignHCenter | Qt::AlignTop;
 }
 
 } // namespace discaro::kit

@@ -1,6 +1,7 @@
 #include "kit/ImageList.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
 #include <QtCore/QHash>
 #include <QtGui/QIconEngine>
 #include <QtGui/QPainter>
@@ -97,9 +98,10 @@ QIcon pictureIcon(const QString& resource) {
     QHash<QString, QIcon>& known = knownPictures();
     auto place = known.find(resource);
     if (place == known.end()) {
-        const auto drawing = std::make_shared<Drawing>(resource);
-        place = known.insert(resource,
-                             drawing->isValid() ? QIcon(new DrawingEngine(drawing)) : QIcon());
+        const auto drawing =
+            QFile::exists(resource) ? std::make_shared<Drawing>(resource) : nullptr;
+        const bool drawn = drawing && drawing->isValid();
+        place = known.insert(resource, drawn ? QIcon(new DrawingEngine(drawing)) : QIcon());
     }
     return *place;
 }

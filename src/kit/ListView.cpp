@@ -22,7 +22,7 @@ constexpr int kSmallIcon = 16;
 // Room of an icon with its text, in lines of the font.
 constexpr int kLargeWidth = 7;
 constexpr int kLargeLines = 2;
-constexpr int kSmallWidth = 11;
+constexpr int kSmallWidth = 10;
 
 bool isEnter(const QKeyEvent& event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;

@@ -4,7 +4,8 @@
 
 namespace discaro::kit {
 
-// A panel with a ground of its own, like that of a tab page: text on it reads on whatever background the window has.
+// A panel with a ground of its own, like that of a tab page: text on it reads on whatever
+// background the window has.
 class Plate : public Panel {
     Q_OBJECT
 public:

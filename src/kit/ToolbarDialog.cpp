@@ -24,6 +24,13 @@ QListWidget* makeList(const char* name) {
     return list;
 }
 
+// Keeps a text in line with those that have a picture.
+QIcon emptyIcon(const QSize& size) {
+    QPixmap empty(size);
+    empty.fill(Qt::transparent);
+    return QIcon(empty);
+}
+
 QLabel* makeLabel(const QString& text, QListWidget* list) {
     auto* label = new QLabel(text);
     label->setBuddy(list);
@@ -99,6 +106,7 @@ QListWidgetItem* ToolbarDialog::entry(const QString& key) const {
     made->setData(Qt::UserRole, key);
     if (key == Toolbar::kSeparator) {
         made->setText(tr("Separator"));
+        made->setIcon(emptyIcon(present->iconSize()));
     } else {
         made->setText(m_toolbar.button(key).accessibleName());
         made->setIcon(m_toolbar.button(key).icon());

@@ -89,9 +89,11 @@ void TreeModel::setImage(int node, const QString& key) {
     changed(node, Qt::DecorationRole);
 }
 
+// Whoever takes the waiting changes in paints anew; a view looks long for the place of one node among many.
 void TreeModel::changed(int node, int role) {
+    const bool waiting = m_added || !m_toSort.empty() || !m_expansions.empty();
     const QModelIndex index = place(node);
-    if (index.isValid())
+    if (!waiting && index.isValid())
         emit dataChanged(index, index, {role});
 }
 

@@ -78,6 +78,7 @@ void TreeView::flush() {
         executeDelayedItemsLayout();
         verticalScrollBar()->setValue(scrolled);
     }
+    viewport()->update();
     m_flushed.start();
 }
 

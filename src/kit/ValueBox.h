@@ -4,9 +4,10 @@
 
 namespace discaro::kit {
 
-// A value that is shown and not changed: it looks like a label, and the user can reach it with the Tab key, select it
-// and copy it, and a screen reader reads it. The text stands on one line, cleaned as `oneLine` does. One that is too
-// long is shortened on the screen until the box has the focus, and its tool tip tells it whole.
+// A value that is shown and not changed: it looks like a label, and the user can reach it with the
+// Tab key, select it and copy it, and a screen reader reads it. The text stands on one line,
+// cleaned as `oneLine` does. One that is too long is shortened on the screen until the box has the
+// focus, and its tool tip tells it whole.
 class ValueBox : public TextBox {
     Q_OBJECT
 public:

@@ -5,6 +5,10 @@
 #include "app/Switch.h"
 #include "app/Windows.h"
 #include "catalogue/DeleteCD.h"
+#include "explorer/EXCDROM.h"
+#include "explorer/EXDir.h"
+#include "explorer/EXFile.h"
+#include "explorer/EXMain.h"
 #include "scanner/Scanform.h"
 
 namespace discaro::program {
@@ -24,6 +28,10 @@ void registerWindows() {
     add<app::Searching>("Searching");
     add<scanner::Scanform>("Scanform");
     add<catalogue::DeleteCD>("DeleteCD");
+    add<explorer::EXMain>("EXMain");
+    add<explorer::EXCDROM>("EXCDROM");
+    add<explorer::EXDir>("EXDir");
+    add<explorer::EXFile>("EXFile");
 }
 
 } // namespace discaro::program

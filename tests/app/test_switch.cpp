@@ -259,7 +259,7 @@ TEST_F(Switch, ExitEndsTheProgramAtOnceWithoutUnloading) {
     log.clear();
     auto& menu = open();
     try {
-        QTest::keyClick(&menu.Label1(6), Qt::Key_Return);
+        asHandler([&] { emit menu.Label1(6).Click(); });
         ADD_FAILURE() << "the program goes on";
     } catch (const ProgramEnded& ended) {
         EXPECT_EQ(ended.exitCode, 0);

@@ -7,6 +7,7 @@
 #include "kit/TextBox.h"
 
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QTextOption>
 #include <QtTest/QTest>
 #include <QtWidgets/QPlainTextEdit>
 
@@ -411,6 +412,27 @@ TEST_F(BoundFields, AHugeTextIsHeldAndAnEditToItWritten) {
     QTest::keyClicks(&editor(), "end");
     m_source.UpdateRecord();
     EXPECT_EQ(stored("long text"), db::Value(huge + "end"));
+}
+
+TEST_F(BoundFields, ATextOfOneEndlessWordIsBrokenAnywhere) {
+    const std::string endless(200'000, 'x');
+    store("long text", endless);
+    attach();
+    EXPECT_EQ(editor().wordWrapMode(), QTextOption::WrapAnywhere);
+    EXPECT_EQ(m_area.text(), qt(endless));
+    rows().MoveNext();
+    EXPECT_EQ(editor().wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
+    EXPECT_EQ(m_area.text(), "two");
+}
+
+TEST_F(BoundFields, ALabelsNewTextIsWrittenAsItIs) {
+    store("short text", text("a\nb"));
+    m_fields.bind(m_label, "short text");
+    m_fields.attach(m_source);
+    const QString changed = QString("a\nc") + QChar(QChar::Nbsp);
+    m_label.setText(changed);
+    m_source.UpdateRecord();
+    EXPECT_EQ(stored("short text"), text(changed.toUtf8().constData()));
 }
 
 TEST(MendedText, KeepsBothEndsAndPutsTheNewTextBetweenThem) {

@@ -20,7 +20,7 @@ protected:
     // key: an exception that passes through a mouse event leaks what the window library keeps there.
     int endOfClick() {
         try {
-            QTest::keyClick(&form->Command1(0), Qt::Key_Return);
+            asHandler([this] { emit form->Command1(0).Click(); });
         } catch (const ProgramEnded& ended) {
             return ended.exitCode;
         }
@@ -62,10 +62,8 @@ TEST_F(Endings, AnErrorInAHandlerThatRunsDuringAYieldEndsTheProgramThere) {
     form->onCommand = [&] {
         if (form->heard.back() == "click 3")
             throw error;
-        passedOver = base::skipErrors([&] {
-            QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
-            QCoreApplication::sendEvent(&form->Command1(3), &press);
-        });
+        passedOver =
+            base::skipErrors([&] { asHandler([this] { emit form->Command1(3).Click(); }); });
     };
     EXPECT_EQ(endOfClick(), 1);
 }

@@ -1,0 +1,139 @@
+#include "explorer/EXMain.h"
+
+#include "app/Module1.h"
+#include "app/Windows.h"
+#include "base/RuntimeError.h"
+#include "kit/Beep.h"
+#include "kit/Yield.h"
+
+#include <cmath>
+
+// Load, delayed load and unload of the explorer.
+namespace discaro::explorer {
+
+using base::skipErrors;
+
+namespace {
+
+constexpr int kTwips = 15; // in a logical pixel
+constexpr int kProgressPanel = 3;
+constexpr int kProgressMargin = 40; // twips
+
+// Menu items and toolbar buttons that only lead to another window.
+struct Way {
+    const char* window;
+    const char* item;
+    const char* button;
+};
+
+constexpr Way kWays[] = {
+    {"Search", "newsearsh", "Search"},          {"Scanform", "scannewcd", "Scan"},
+    {"DeleteCD", "Deletecdromentry", "Delete"}, {"Programs", "programsexplorer", "prog"},
+    {"Workshop", "dbaseworkshop", "Workshop"},  {"About", "aboutbox", "About"},
+};
+
+} // namespace
+
+void EXMain::Form_Load() {
+    skipErrors([this] { openSource(Data1, "drive"); });
+    kit::yield();
+    skipErrors([this] { openSource(Data2, "directories"); });
+    kit::yield();
+    Timer2->setEnabled(true);
+    FitProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
+    prgload->setValue(0);
+}
+
+void EXMain::openSource(db::DataSource& source, const char* table) {
+    atUnload([&source] { source.Close(); });
+    source.SetDatabaseName(app::Module1::cataloguePath());
+    source.SetRecordSource(table);
+    source.Refresh();
+}
+
+// An entry whose window is not part of the program leads nowhere.
+void EXMain::disableMissingWindows() {
+    for (const Way& way : kWays) {
+        const bool known = app::Windows::Exists(way.window);
+        MenuBar1->item(way.item).setEnabled(known);
+        Toolbar1->setButtonEnabled(way.button, known);
+    }
+}
+
+void EXMain::FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
+                            int marginTwips) {
+    if (ProgressParent)
+        return;
+    ProgressParent = bar.parentWidget();
+    bar.setParent(&statusBar);
+    bar.setStyleSheet("QProgressBar { border: none; background: transparent; }"
+                      "QProgressBar::chunk { background: palette(highlight); }");
+    const int margin = static_cast<int>(std::lround(static_cast<double>(marginTwips) / kTwips));
+    const QRect room = statusBar.panelPlace(panel);
+    place(bar,
+          QRect(room.left() + margin, margin, room.width() - 2 * margin, room.height() - margin));
+    statusBar.setAutoSize(panel, false);
+}
+
+void EXMain::Form_Unload() {
+    if (SkipMark == "skip") {
+        SkipMark.clear();
+        return;
+    }
+    if (ProgressParent)
+        prgload->setParent(ProgressParent);
+    app::Windows::Show("Switch");
+}
+
+void EXMain::Timer2_Timer() {
+    Timer2->setEnabled(false);
+    if (catalogueIsEmpty())
+        return leaveEmptyCatalogue();
+    skipErrors([] { app::Module1::OpenCatalogue(); });
+    addFirstNode();
+    lvwdb->rows().setSortOrder(Qt::AscendingOrder);
+    FillDiscList();
+    ViewMode = "file";
+    skipErrors([this] { tvwdb->selectNode(CurrentNode); });
+    app::Windows::Unload("Loading");
+    Combo1->setListIndex(0);
+    kit::yield();
+    if (isUnloaded())
+        return;
+    jumpToDirectory();
+    jumpToFile();
+    restoreToolbar();
+}
+
+bool EXMain::catalogueIsEmpty() {
+    bool empty = false;
+    skipErrors([&] { empty = Data1.Recordset().RecordCount() == 0; });
+    return empty;
+}
+
+db::Database& EXMain::catalogue() {
+    auto& handle = app::Module1::CatalogueDb;
+    if (!handle || !handle->IsOpen())
+        app::Module1::OpenCatalogue();
+    return *handle;
+}
+
+void EXMain::leaveEmptyCatalogue() {
+    kit::Beep();
+    Unload();
+    app::Windows::Show("Switch");
+    app::Windows::Unload("Loading");
+}
+
+void EXMain::TrayIcon1_Restore() {
+    setState(State::Normal);
+    Show();
+    TrayIcon1->setFlashEnabled(false);
+}
+
+void EXMain::TrayIcon1_Minimise() {
+    setState(State::Minimised);
+    TrayIcon1->setFlashEnabled(true);
+}
+
+} // namespace discaro::explorer

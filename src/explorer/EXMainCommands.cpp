@@ -1,0 +1,266 @@
+#include "app/HandOver.h"
+#include "app/Module1.h"
+#include "app/Windows.h"
+#include "base/RuntimeError.h"
+#include "base/Text.h"
+#include "explorer/EXMain.h"
+#include "explorer/ListingOrder.h"
+#include "explorer/ListingRows.h"
+#include "explorer/TagHandOver.h"
+#include "kit/Beep.h"
+#include "kit/Strings.h"
+#include "kit/Yield.h"
+
+#include <map>
+#include <string_view>
+
+// The command words of the explorer, and what it hands over to other windows.
+namespace discaro::explorer {
+
+using base::skipErrors;
+using kit::qt;
+using kit::utf8;
+namespace shared = app::Module1;
+namespace Windows = app::Windows;
+
+// One of the four looks of the listing.
+struct ViewChoice {
+    std::string_view word;
+    kit::ListView::View view;
+    const char* menuItem;
+    const char* popUpItem;
+    const char* button;
+};
+
+namespace {
+
+constexpr int kFirst = 1;
+
+using View = kit::ListView::View;
+
+constexpr ViewChoice kViews[] = {
+    {"large icons", View::LargeIcons, "listviewLargeIcons", "llarge", "Large Icons"},
+    {"small icons", View::SmallIcons, "listviewSmallIcons", "lsmall", "Small Icons"},
+    {"list view", View::List, "listviewListView", "llist", "List View"},
+    {"report view", View::Report, "listviewDetails", "ldetails", "Report View"},
+};
+
+// Where the user's own toolbar is kept.
+const QString kStoreKey = QStringLiteral("2");
+const QString kStoreSubkey = QStringLiteral("Software\\Quorlen\\Discaro");
+const QString kStoreValue = QStringLiteral("Toolbar Settings");
+
+} // namespace
+
+void EXMain::RunCommand(const std::string& given) {
+    static const std::map<std::string_view, void (EXMain::*)()> kCommands{
+        {"file view", &EXMain::showFiles},
+        {"info view", &EXMain::showInfo},
+        {"ascending", &EXMain::AscendingOrder_Click},
+        {"descending", &EXMain::DescendingOrder_Click},
+        {"exit", &EXMain::exitToMenu},
+        {"scan", &EXMain::scan},
+        {"delete", &EXMain::deleteDisc},
+        {"workshop", &EXMain::workshop},
+        {"prog", &EXMain::programs},
+        {"search", &EXMain::search},
+        {"about", &EXMain::about},
+        {"prop", &EXMain::prop},
+        {"tag", &EXMain::tag},
+    };
+    const std::string word = base::lowerAscii(given);
+    skipErrors([&] {
+        if (const auto command = kCommands.find(word); command != kCommands.end())
+            (this->*command->second)();
+        else if (const OrderKey* key = orderKeyOf(word))
+            orderBy(*key);
+        else
+            for (const ViewChoice& choice : kViews)
+                if (choice.word == word)
+                    showView(choice);
+    });
+}
+
+void EXMain::Toolbar1_ButtonClick(QString key) {
+    RunCommand(utf8(key));
+}
+
+// ---- Views
+
+void EXMain::showFiles() {
+    showPane(*lvwdb);
+    ViewMode = "file";
+    markMode(true);
+}
+
+void EXMain::showInfo() {
+    showPane(*Dirinfo);
+    ViewMode = "info";
+    markMode(false);
+}
+
+void EXMain::markMode(bool file) {
+    for (const char* item : {"listviewFileView", "lfile"})
+        MenuBar1->setMarked(item, file);
+    for (const char* item : {"listviewInfoView", "linfo"})
+        MenuBar1->setMarked(item, !file);
+    Toolbar1->setPressed(file ? "File View" : "Info View");
+}
+
+void EXMain::showView(const ViewChoice& choice) {
+    lvwdb->setView(choice.view);
+    for (const ViewChoice& each : kViews) {
+        MenuBar1->setMarked(each.menuItem, &each == &choice);
+        MenuBar1->setMarked(each.popUpItem, &each == &choice);
+    }
+    Toolbar1->setPressed(choice.button);
+}
+
+void EXMain::CustomizetheToolbar_Click() {
+    Toolbar1->Customize();
+    Toolbar1->SaveToolbar(kStoreKey, kStoreSubkey, kStoreValue);
+}
+
+void EXMain::restoreToolbar() {
+    Toolbar1->RestoreToolbar(kStoreKey, kStoreSubkey, kStoreValue);
+}
+
+// ---- Other windows
+
+void EXMain::exitToMenu() {
+    SkipMark = "don't skip";
+    Unload();
+}
+
+void EXMain::handOverTo(const char* window, const std::function<void()>& setVariables) {
+    if (!Windows::Exists(window))
+        return;
+    SkipMark = "skip";
+    app::handOver({.from = "EXMain", .to = window, .returnTo = "explore"}, setVariables);
+}
+
+void EXMain::scan() {
+    handOverTo("Scanform", [] { shared::ScanCancelled = 0; });
+}
+
+void EXMain::deleteDisc() {
+    handOverTo("DeleteCD");
+}
+
+void EXMain::workshop() {
+    handOverTo("Workshop");
+}
+
+void EXMain::programs() {
+    handOverTo("Programs");
+}
+
+void EXMain::search() {
+    app::handOver({.from = "EXMain", .to = "Search", .returnTo = "explore", .keepFrom = true});
+}
+
+void EXMain::about() {
+    kit::yield();
+    Windows::Show("About", Modality::Modal);
+}
+
+void EXMain::SimDir_Click() {
+    if (tvwdb->selectedNode() == kFirst) {
+        kit::Beep();
+        return;
+    }
+    simulateDirectory(Data2, utf8(Combo1->text()));
+    Windows::Show("DirSim", Modality::Modal);
+}
+
+// ---- Properties
+
+// What the control is for that the user is in. The panes of facts have a tag of their own.
+std::string EXMain::activeTag() const {
+    for (const QWidget* widget = focusWidget(); widget && widget != this;
+         widget = widget->parentWidget())
+        if (const QVariant tag = widget->property("Tag"); tag.isValid())
+            return utf8(tag.toString());
+    return {};
+}
+
+void EXMain::prop() {
+    const std::string active = activeTag();
+    if (active == "lvwdb")
+        propOfRow();
+    else if (active == "tvwdb")
+        tvwdb->selectedNode() == kFirst ? propOfDisc() : propOfNode();
+    else if (active == "driveinfo")
+        propOfDisc();
+}
+
+void EXMain::propInTree() {
+    tvwdb->setFocus();
+    RunCommand("prop");
+}
+
+void EXMain::propOfRow() {
+    const kit::ListItem row = lvwdb->selectedRow();
+    if (!isFileKey(utf8(row.key))) {
+        shared::SelectedDirectory = utf8(row.key);
+        return Windows::Show("EXDir", Modality::Modal);
+    }
+    shared::SelectedFile = utf8(row.tag);
+    skipErrors(
+        [this] { shared::SelectedDirectory = utf8(tvwdb->nodes().tag(tvwdb->selectedNode())); });
+    Windows::Show("EXFile", Modality::Modal);
+}
+
+void EXMain::propOfNode() {
+    skipErrors(
+        [this] { shared::SelectedDirectory = utf8(tvwdb->nodes().tag(tvwdb->selectedNode())); });
+    Windows::Show("EXDir", Modality::Modal);
+}
+
+void EXMain::propOfDisc() {
+    skipErrors([this] { shared::SelectedDisc = discNumber(); });
+    Windows::Show("EXCDROM", Modality::Modal);
+}
+
+// ---- Program tags
+
+void EXMain::tag() {
+    const std::string active = base::lowerAscii(activeTag());
+    if (active == "lvwdb")
+        tagRow();
+    else if (active == "tvwdb")
+        tagNode();
+    else if (active == "driveinfo")
+        tagDisc(Data1);
+    if (!isUnloaded())
+        Windows::Show("ProgTag", Modality::Modal);
+}
+
+void EXMain::tagInTree() {
+    tvwdb->setFocus();
+    RunCommand("tag");
+}
+
+void EXMain::tagNode() {
+    if (tvwdb->selectedNode() == kFirst)
+        tagDisc(Data1);
+    else
+        tagDirectory(Data1, Data2);
+}
+
+// A directory is tagged where it is listed; one that the tree does not have leaves the directory that is.
+void EXMain::tagRow() {
+    const kit::ListItem row = lvwdb->selectedRow();
+    if (isFileKey(utf8(row.key)))
+        return tagFile({.number = utf8(row.tag),
+                        .name = utf8(row.text),
+                        .size = utf8(row.column(kSizeColumn))},
+                       Data1, Data2);
+    skipErrors([&] {
+        if (goToListedDirectory(row))
+            kit::yield();
+    });
+    tagDirectory(Data1, Data2);
+}
+
+} // namespace discaro::explorer

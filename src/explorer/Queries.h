@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// The statements that the explorer runs. Numbers and keys stand in them as they are: a key with a quotation mark makes
+// a statement that the store refuses.
+namespace discaro::explorer {
+
+extern const std::string_view kDiscsQuery;
+// The root directory of every disc: only a root has a name of the form letter, colon, backslash. Names the catalogue
+// by its bare name, so it speaks of the file of that name in the current folder.
+extern const std::string_view kRootDirectoriesQuery;
+
+std::string discQuery(std::string_view discNumber);
+std::string discDirectoriesQuery(std::string_view discNumber);
+// The directories and the files directly in a directory.
+std::string subdirectoriesQuery(std::string_view directoryNumber);
+std::string filesQuery(std::string_view directoryNumber);
+
+// The criterion by which a data source finds the row of a disc or of a directory.
+std::string rowCondition(std::string_view number);
+
+} // namespace discaro::explorer

@@ -1,0 +1,133 @@
+#pragma once
+
+#include "app/Module1.h"
+#include "catalogue/EmptyCatalogue.h"
+#include "db/Connection.h"
+#include "db/DBEngine.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+// A catalogue for the tests of the explorer, with rows put in as they are told, also such as no scan would write.
+namespace discaro::test {
+
+struct DiscRow {
+    int number;
+    std::string name;
+    std::string label = "LABEL";
+    double totalSize = 650.25;
+    std::string comments = "Scanned.";
+};
+
+struct DirectoryRow {
+    std::string number; // "C1D1S2"; the parent's is this without the last "S" part, "R" for a root
+    std::string name;
+    std::optional<std::string> parent = {};
+    std::optional<int> disc = {}; // else as the number says
+    std::string path = {};        // "D:\" and the name when empty
+    int files = 0;
+    int subdirectories = 0;
+    double size = 0;
+    double totalSize = 0;
+    int totalFiles = 0;
+    int totalSubdirectories = 0;
+    std::string comments = {};
+};
+
+struct FileRow {
+    std::string directory;
+    std::string name;
+    std::string extension;
+    std::optional<double> size = 1.0;
+    std::string attributes = "RA";
+    std::string date = "04/28/99";
+    std::optional<int> icons = {};
+};
+
+inline std::string quotedText(std::string_view text) {
+    std::string quoted = "'";
+    for (const char c : text)
+        quoted.append(c == '\'' ? 2 : 1, c);
+    return quoted += '\'';
+}
+
+// Its folder is the application folder, and the current one, as long as it lives.
+class CatalogueRig {
+public:
+    CatalogueRig()
+        : m_before(std::filesystem::current_path()) {
+        std::string pattern = (std::filesystem::temp_directory_path() / "discaro-XXXXXX").string();
+        m_folder = ::mkdtemp(pattern.data());
+        std::filesystem::current_path(m_folder);
+        app::Module1::ApplicationPath = m_folder;
+        db::DBEngine::SetFormat(catalogue::catalogueFormat());
+        catalogue::createEmptyCatalogue(file());
+    }
+    ~CatalogueRig() {
+        app::Module1::CatalogueDb.reset();
+        std::filesystem::current_path(m_before);
+        std::filesystem::remove_all(m_folder);
+    }
+    CatalogueRig(const CatalogueRig&) = delete;
+    CatalogueRig& operator=(const CatalogueRig&) = delete;
+
+    std::filesystem::path file() const { return m_folder / "kvt.mde"; }
+    const std::filesystem::path& folder() const { return m_folder; }
+
+    // Statements of the storage engine, run by another program as it were.
+    void run(const std::string& sql) const {
+        db::Connection(file().string(), db::Connection::Mode::ReadWrite).execute(sql);
+    }
+    std::string text(const std::string& sql) const {
+        return db::Connection(file().string(), db::Connection::Mode::ReadOnly).text(sql);
+    }
+
+    void add(const DiscRow& disc) const {
+        run("INSERT INTO Drive(\"id number\", \"Drive letter\", \"volume name\", \"Serial "
+            "Number\", \"prefered name\","
+            " \"file system\", \"Total Size\", \"free size\", Comments) VALUES (" +
+            std::to_string(disc.number) + ", 'D:\\', " + quotedText(disc.label) +
+            ", '1A2B-3C4D', " + quotedText(disc.name) + ", 'CDFS', " +
+            std::to_string(disc.totalSize) + ", 0, " + quotedText(disc.comments) + ")");
+    }
+
+    void add(const DirectoryRow& row) const {
+        const auto cut = row.number.rfind('S');
+        const std::string above = cut == std::string::npos ? "R" : row.number.substr(0, cut);
+        const int disc = row.disc ? *row.disc : std::atoi(row.number.c_str() + 1);
+        const std::string path = row.path.empty() ? "D:\\" + row.name : row.path;
+        run("INSERT INTO Directories VALUES (" + std::to_string(disc) + ", " +
+            quotedText(row.parent.value_or(above)) + ", " + quotedText(row.number) + ", " +
+            quotedText(row.name) + ", " + quotedText(path) + ", " + std::to_string(row.files) +
+            ", " + std::to_string(row.subdirectories) + ", " + std::to_string(row.size) + ", " +
+            std::to_string(row.totalSize) + ", " + std::to_string(row.totalFiles) + ", " +
+            std::to_string(row.totalSubdirectories) + ", " + quotedText(row.comments) + ")");
+    }
+
+    void addRoot(int disc) const {
+        add(DirectoryRow{
+            .number = "C" + std::to_string(disc) + "D1", .name = "D:\\", .path = "D:\\"});
+    }
+
+    void add(const FileRow& row) const {
+        const auto number = [](const auto& value) {
+            return value ? std::to_string(*value) : std::string("NULL");
+        };
+        run("INSERT INTO Files(\"directory number\", \"file name\", \"file extension\", \"file "
+            "size\", Attributes,"
+            " \"File date\", \"number of icons\") VALUES (" +
+            quotedText(row.directory) + ", " + quotedText(row.name) + ", " +
+            quotedText(row.extension) + ", " + number(row.size) + ", " +
+            quotedText(row.attributes) + ", " + quotedText(row.date) + ", " + number(row.icons) +
+            ")");
+    }
+
+private:
+    std::filesystem::path m_before;
+    std::filesystem::path m_folder;
+};
+
+} // namespace discaro::test

@@ -1,0 +1,192 @@
+#include "base/RuntimeError.h"
+#include "kit/ListView.h"
+
+#include <QtTest/QSignalSpy>
+#include <QtTest/QTest>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace discaro::kit {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class ListViewTest : public testing::Test {
+protected:
+    ListViewTest() {
+        m_list.resize(400, 300);
+        m_list.setColumns({{"Name", 120}, {"Value", 120}});
+        m_list.setMultiSelect();
+        m_list.show();
+    }
+    void add(std::initializer_list<const char*> texts) {
+        for (const char* text : texts)
+            m_list.add({.key = {}, .text = text, .icon = {}, .tag = {}, .subItems = {"value"}});
+        m_list.rows();
+    }
+    void click(int place, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers keys = {}) {
+        QTest::mouseClick(m_list.shown().viewport(), button, keys, at(place));
+    }
+    QPoint at(int place) {
+        const QRect row = m_list.shown().visualRect(m_list.rows().index(place, 0));
+        return {row.left() + 8, row.center().y()};
+    }
+    void key(Qt::Key which, Qt::KeyboardModifiers with = {}) {
+        QTest::keyClick(&m_list.shown(), which, with);
+    }
+
+    ListView m_list;
+};
+
+} // namespace
+
+TEST_F(ListViewTest, AFilledListHasItsFirstRowForItemAndNoneSelected) {
+    EXPECT_EQ(m_list.selectedItem(), -1);
+    EXPECT_THROW(m_list.selectedRow(), base::RuntimeError);
+    add({"a", "b"});
+    EXPECT_EQ(m_list.selectedItem(), 0);
+    EXPECT_EQ(m_list.selectedRow().text, "a");
+    EXPECT_FALSE(m_list.isSelected(0));
+    EXPECT_THAT(m_list.selectedPlaces(), IsEmpty());
+    m_list.clear();
+    EXPECT_EQ(m_list.selectedItem(), -1);
+}
+
+TEST_F(ListViewTest, AddedRowsShowAtTheNextReturnToTheEventLoop) {
+    m_list.add({.key = {}, .text = "a", .icon = {}, .tag = {}, .subItems = {}});
+    EXPECT_EQ(m_list.model().rowCount(), 0);
+    QApplication::processEvents();
+    EXPECT_EQ(m_list.model().rowCount(), 1);
+}
+
+TEST_F(ListViewTest, AClickIsToldWhenTheSelectionStands) {
+    add({"a", "b", "c"});
+    std::vector<std::vector<int>> selected;
+    QObject::connect(&m_list, &ListView::Click,
+                     [&] { selected.push_back(m_list.selectedPlaces()); });
+    QSignalSpy items(&m_list, &ListView::ItemClick);
+    click(1);
+    click(2, Qt::LeftButton, Qt::ControlModifier);
+    click(2, Qt::LeftButton, Qt::ControlModifier);
+    QTest::mouseClick(m_list.shown().viewport(), Qt::LeftButton, {}, QPoint(20, 200));
+    EXPECT_THAT(selected,
+                ElementsAre(ElementsAre(1), ElementsAre(1, 2), ElementsAre(1), IsEmpty()));
+    EXPECT_EQ(items.size(), 3);
+    EXPECT_EQ(m_list.selectedItem(), 2) << "the item that the keyboard is on";
+}
+
+TEST_F(ListViewTest, TheProgramsSelectionTellsNothing) {
+    add({"a", "b"});
+    QSignalSpy clicks(&m_list, &ListView::Click);
+    QSignalSpy items(&m_list, &ListView::ItemClick);
+    m_list.select(1);
+    m_list.select(77);
+    EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{1});
+    EXPECT_TRUE(clicks.isEmpty());
+    EXPECT_TRUE(items.isEmpty());
+}
+
+TEST_F(ListViewTest, ArrowsTellClickAndItem) {
+    add({"a", "b", "c"});
+    QSignalSpy clicks(&m_list, &ListView::Click);
+    QSignalSpy items(&m_list, &ListView::ItemClick);
+    key(Qt::Key_Down);
+    EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{1});
+    key(Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_THAT(m_list.selectedPlaces(), ElementsAre(1, 2));
+    EXPECT_EQ(clicks.size(), 2);
+    EXPECT_EQ(items.size(), 2);
+    key(Qt::Key_Down);
+    EXPECT_EQ(items.size(), 2) << "there is nowhere to go";
+}
+
+TEST_F(ListViewTest, DoubleClicksAndEnterNeedARow) {
+    QSignalSpy chosen(&m_list, &ListView::DblClick);
+    key(Qt::Key_Return);
+    QTest::mouseDClick(m_list.shown().viewport(), Qt::LeftButton);
+    EXPECT_TRUE(chosen.isEmpty());
+    add({"a"});
+    QTest::mouseDClick(m_list.shown().viewport(), Qt::LeftButton, {}, at(0));
+    QTest::mouseDClick(m_list.shown().viewport(), Qt::RightButton, {}, at(0));
+    key(Qt::Key_Enter);
+    EXPECT_EQ(chosen.size(), 2);
+}
+
+TEST_F(ListViewTest, TheMenuComesByRightButtonAndByKey) {
+    add({"a", "b"});
+    QSignalSpy wanted(&m_list, &ListView::MenuWanted);
+    QTest::mousePress(m_list.shown().viewport(), Qt::RightButton, {}, at(1));
+    ASSERT_EQ(wanted.size(), 1);
+    EXPECT_EQ(wanted[0][0].toPoint(), m_list.shown().viewport()->mapToGlobal(at(1)));
+    EXPECT_EQ(m_list.selectedItem(), 1);
+    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, {}, {});
+    QApplication::sendEvent(m_list.shown().viewport(), &byKey);
+    QContextMenuEvent byMouse(QContextMenuEvent::Mouse, {}, {});
+    QApplication::sendEvent(m_list.shown().viewport(), &byMouse);
+    EXPECT_EQ(wanted.size(), 2);
+}
+
+TEST_F(ListViewTest, EveryLookHasTheSameRowsAndSelection) {
+    add({"a", "b", "c"});
+    m_list.select(2);
+    for (const auto view : {ListView::View::LargeIcons, ListView::View::SmallIcons,
+                            ListView::View::List, ListView::View::Report, ListView::View::List}) {
+        m_list.setView(view);
+        EXPECT_EQ(m_list.view(), view);
+        EXPECT_EQ(m_list.selectedItem(), 2);
+        EXPECT_TRUE(m_list.isSelected(2));
+        EXPECT_EQ(m_list.shown().model()->rowCount(), 3);
+        click(0);
+        EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{0});
+        m_list.select(2);
+    }
+}
+
+TEST_F(ListViewTest, TheFocusStaysWhenTheLookChanges) {
+    add({"a"});
+    m_list.setFocus();
+    m_list.setView(ListView::View::List);
+    EXPECT_EQ(m_list.window()->focusWidget(), &m_list.shown());
+}
+
+TEST_F(ListViewTest, TypingSkipsBlanksAndCase) {
+    add({" DOCS", "Apple", "data", "zebra"});
+    m_list.select(3);
+    key(Qt::Key_D);
+    EXPECT_EQ(m_list.selectedItem(), 0);
+    key(Qt::Key_D);
+    EXPECT_EQ(m_list.selectedItem(), 2) << "the same letter again goes on";
+}
+
+TEST_F(ListViewTest, TypingABeginningNarrowsDown) {
+    add({"alpha", "delta", "desk"});
+    QTest::keyClicks(&m_list.shown(), "des");
+    EXPECT_EQ(m_list.selectedItem(), 2);
+    QTest::keyClicks(&m_list.shown(), "!");
+    EXPECT_EQ(m_list.selectedItem(), 2);
+}
+
+TEST_F(ListViewTest, TheViewInsideSaysTheNameOfTheList) {
+    m_list.setAccessibleName("Files");
+    m_list.hide();
+    m_list.show();
+    EXPECT_EQ(m_list.shown().accessibleName(), "Files");
+    m_list.setView(ListView::View::List);
+    EXPECT_EQ(m_list.shown().accessibleName(), "Files");
+}
+
+TEST_F(ListViewTest, ColumnsOfNoWidthAreHiddenAlsoAfterAChangeOfLook) {
+    m_list.setColumns({{"Name", 120}, {"Sort", 0}, {"Value", 60}});
+    auto& report = static_cast<QTreeView&>(m_list.shown());
+    EXPECT_TRUE(report.isColumnHidden(1));
+    m_list.setView(ListView::View::List);
+    m_list.setView(ListView::View::Report);
+    EXPECT_TRUE(report.isColumnHidden(1));
+    EXPECT_EQ(report.columnWidth(2), 60);
+}
+
+} // namespace discaro::kit
