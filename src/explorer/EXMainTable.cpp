@@ -40,6 +40,12 @@ QStringList kindKeys() {
     return keys;
 }
 
+// A list that drops down with a scroll bar, however many discs there are: some styles would cover the screen.
+void dressDiscList(kit::ComboBox& discs) {
+    discs.setStyleSheet("QComboBox { combobox-popup: 0; }");
+    discs.setMaxVisibleItems(16);
+}
+
 void dressListing(kit::ListView& list) {
     constexpr auto kRightSide = Qt::AlignRight;
     list.setColumns({{"File Name", kListing},
@@ -130,6 +136,7 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .in(&EXMain::Picture1)
         .font("Arial")
         .says("CD-ROM")
+        .set(dressDiscList)
         .click(&EXMain::Combo1_Click),
     control(&EXMain::Label3, "Label3")
         .at(409, 0, 208, 25)
