@@ -222,7 +222,10 @@ EXMain::EXMain()
     MenuBar1->build(kMenus, *this);
     Toolbar1->setPictures(ImageList1->pictures());
     tvwdb->nodes().setPictures(ImageList1->pictures());
-    lvwdb->setPictures(ImageList4->pictures());
+    lvwdb->setPictures([this](const QString& key) {
+        const bool large = lvwdb->view() == kit::ListView::View::LargeIcons;
+        return (large ? ImageList3 : ImageList4)->icon(key);
+    });
     DriveInfo->setPictures(ImageList2->pictures());
     Dirinfo->setPictures(ImageList2->pictures());
     disableMissingWindows();
