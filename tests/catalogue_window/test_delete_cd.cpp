@@ -176,7 +176,7 @@ TEST_F(DeleteWindow, CancelSparesTheDiscDeletesItsTagsAndEndsTheProgram) {
                Answer::Cancel);
     box.expectTitled(QCoreApplication::applicationName(), Icon::Critical);
     const ThrowingEnd end;
-    EXPECT_THROW(click(*form->Command2), ProgramEnded);
+    EXPECT_THROW(asHandler([this] { emit form->Command2->Click(); }), ProgramEnded);
     EXPECT_TRUE(box.last().text.contains("There is no transaction to commit"));
     EXPECT_EQ(count("drive"), 1);
     EXPECT_EQ(count("[prog tag]"), 0);

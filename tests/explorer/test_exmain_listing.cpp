@@ -207,7 +207,7 @@ TEST_F(ExplorerListing, AClickIntoAnEmptyListingEndsTheProgram) {
                                                                  "the list has no row")
                                                   .description()),
                    kit::Buttons::Ok, kit::Icon::Critical, QCoreApplication::applicationName());
-    EXPECT_THROW(QTest::mouseClick(window.lvwdb->shown().viewport(), Qt::LeftButton), ProgramEnded);
+    EXPECT_THROW(asHandler([&window] { emit window.lvwdb->Click(); }), ProgramEnded);
     EXPECT_EQ(answers.asked(), 1);
 }
 
