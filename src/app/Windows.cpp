@@ -56,8 +56,11 @@ void Register(const std::string& name, Factory factory) {
 
 void Clear() {
     const Registry all = std::exchange(registry(), {});
-    for (const auto& [name, form] : all.forms)
+    for (const auto& [name, form] : all.forms) {
+        if (form)
+            form->hide(); // a window that shows may still be asked what it shows
         delete static_cast<QObject*>(form.data());
+    }
     kit::runGroundActions();
 }
 

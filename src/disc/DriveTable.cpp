@@ -51,6 +51,7 @@ struct DriveTable::Drive {
     ComputerDrive computer;
     fs::path addedPath;
     Version addedVersion;
+    uint64_t turn = 0; // the higher, the later it was added or asked for
     std::shared_ptr<const Medium> kept;
     std::weak_ptr<const Medium> shared;
     VolumeFacts disc; // of the one that is shared, when it can be changed for another
@@ -140,20 +141,33 @@ char DriveTable::addImageOrFolder(const fs::path& path) {
     const auto version = versionOf(whole);
     if (const char known = letterOf(whole); known != '\0') {
         auto& drive = driveOf(known);
+        drive.turn = ++m_turn;
         if (drive.isAdded() && drive.addedVersion != version) {
             drive.kept = openAdded(whole);
             drive.addedVersion = version;
         }
         return known;
     }
-    if (freeLetter() == '\0')
-        throw RuntimeError(ErrorNumber::TooManyDrives);
+    const char given = freeLetter() == '\0' ? oldestAdded() : '\0';
     auto drive = std::make_unique<Drive>();
     drive->computer.type = DriveType::CdRom;
+    drive->turn = ++m_turn;
     drive->addedPath = whole;
     drive->addedVersion = version;
     drive->kept = openAdded(whole);
+    if (given != '\0')
+        m_drives.erase(given);
     return add(std::move(drive));
+}
+
+char DriveTable::oldestAdded() const {
+    const auto rank = [](const auto& item) {
+        return std::pair(item.second->addedPath.empty(), item.second->turn);
+    };
+    const auto oldest = std::ranges::min_element(m_drives, {}, rank);
+    if (oldest == m_drives.end() || oldest->second->addedPath.empty())
+        throw RuntimeError(ErrorNumber::TooManyDrives);
+    return oldest->first;
 }
 
 char DriveTable::addMedium(std::unique_ptr<Medium> medium, DriveType type) {

@@ -3,6 +3,7 @@
 #include "disc/ComputerDrives.h"
 #include "disc/Medium.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -25,8 +26,9 @@ struct DriveFacts {
 
 // Gives each thing that can be read a drive letter. C: is the root file system; from D: on come, in order, the
 // computer's optical drives with or without a disc, other mounted ISO 9660 and UDF file systems, removable and
-// network mounts, and what the user adds. What has a letter keeps it until it is gone, and what the user added keeps
-// it for good. Z: is the last; what of the computer finds no letter is left out.
+// network mounts, and what the user adds. What has a letter keeps it until it is gone. What the user added keeps it as
+// long as there are others free; then the one that was added or asked for longest ago gives its letter to the next.
+// Z: is the last; what of the computer finds no letter is left out.
 //
 // A drive is named by its letter, in either case; where a text is taken, its first character counts. For one thread.
 class DriveTable {
@@ -49,8 +51,8 @@ public:
 
     // Makes a disc of a folder or of an image file and returns its letter. The same path again gives the same
     // letter, also that of an optical drive or mounted disc that the computer has there, and an image that has
-    // changed since is opened anew. Throws base::RuntimeError and adds nothing: PathMissing, TooManyDrives, and what
-    // openImage throws.
+    // changed since is opened anew. Throws base::RuntimeError and changes nothing: PathMissing, TooManyDrives when
+    // the computer's own drives have all letters, and what openImage throws.
     char addImageOrFolder(const std::filesystem::path& path);
 
     // Takes a medium that was made elsewhere. Throws TooManyDrives.
@@ -80,6 +82,7 @@ private:
     struct Drive;
 
     char freeLetter() const;
+    char oldestAdded() const;
     Drive& driveOf(char letter) const;
     void locate(Drive& drive) const;
     VolumeFacts lookAgain(Drive& drive) const;
@@ -88,6 +91,7 @@ private:
 
     std::function<Computer()> m_readComputer;
     std::map<char, std::unique_ptr<Drive>> m_drives;
+    uint64_t m_turn = 0; // counts what the user adds or asks for again
 };
 
 // The process's one table.

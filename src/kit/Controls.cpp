@@ -130,6 +130,21 @@ Button::Button(QWidget* parent)
     connect(this, &QPushButton::clicked, this, &Button::Click);
 }
 
+void Button::mousePressEvent(QMouseEvent* event) {
+    m_hadPress = true;
+    QPushButton::mousePressEvent(event);
+}
+
+void Button::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (m_hadPress)
+        QPushButton::mouseDoubleClickEvent(event);
+}
+
+void Button::hideEvent(QHideEvent* event) {
+    m_hadPress = false;
+    QPushButton::hideEvent(event);
+}
+
 CheckBox::CheckBox(QWidget* parent)
     : QCheckBox(parent) {
     connect(this, &QCheckBox::toggled, this, &CheckBox::Click);
@@ -174,6 +189,18 @@ void ComboBox::choose() {
 void ComboBox::showPopup() {
     m_clickIsDue = true;
     QComboBox::showPopup();
+}
+
+DriveList::DriveList(QWidget* parent)
+    : ComboBox(parent) {
+    setFocusPolicy(Qt::StrongFocus);
+}
+
+void DriveList::wheelEvent(QWheelEvent* event) {
+    if (hasFocus())
+        ComboBox::wheelEvent(event);
+    else
+        event->ignore();
 }
 
 Panel::Panel(QWidget* parent)

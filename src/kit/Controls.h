@@ -56,6 +56,8 @@ private:
     QColor m_ground;
 };
 
+// The second click of a double click that began on another control presses nothing: that control may have given way
+// to this one.
 class Button : public QPushButton {
     Q_OBJECT
 public:
@@ -63,6 +65,14 @@ public:
 
 signals:
     void Click();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    bool m_hadPress = false; // since it was shown
 };
 
 // Click is raised by every change of the value, whoever makes it: a handler that sets the box is
@@ -120,11 +130,15 @@ private:
     bool m_clickIsDue = false; // the list is open and nothing has been chosen from it
 };
 
-// The drives as their letters and names. The caller gives the items.
+// The drives as their letters and names. The caller gives the items. The wheel turns it only while it has the focus:
+// a choice of drive has effects, so passing over it must not make one.
 class DriveList : public ComboBox {
     Q_OBJECT
 public:
-    using ComboBox::ComboBox;
+    explicit DriveList(QWidget* parent = nullptr);
+
+protected:
+    void wheelEvent(QWheelEvent* event) override;
 };
 
 // A container of other controls, and a surface to click on.

@@ -10,6 +10,7 @@
 #include <concepts>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -259,6 +260,8 @@ private:
             control.setText(m_facts.text);
         else if constexpr (requires { control.setTitle(m_facts.text); })
             control.setTitle(m_facts.text);
+        else
+            throw std::logic_error("a control without a text was given one");
     }
 
     template <typename... Taken, typename... Raised>

@@ -127,6 +127,7 @@ void TrayIcon::raise(void (TrayIcon::*notification)()) {
 }
 
 void TrayIcon::leave() {
+    m_visible = false;
     m_left = true;
     m_flash.stopForGood();
     show();

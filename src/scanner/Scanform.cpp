@@ -16,11 +16,12 @@
 #include <QtCore/QScopedValueRollback>
 #include <QtCore/QTime>
 #include <QtGui/QDropEvent>
+#include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMenu>
 
-#include <chrono>
+#include <algorithm>
 
 namespace discaro::scanner {
 
@@ -41,17 +42,18 @@ QString paragraphs(std::initializer_list<const char*> lines) {
     return list.join("\r\n\r\n");
 }
 
-kit::Answer say(const QString& text, kit::Icon icon, const QString& title, Scanform& form) {
-    return kit::MsgBox(text, kit::Buttons::Ok, icon, title, &form);
-}
-
 } // namespace
+
+kit::Answer Scanform::say(const QString& text, kit::Icon icon, const QString& title) {
+    return kit::MsgBox(text, kit::Buttons::Ok, icon, title, this);
+}
 
 // ---- Load and leave
 
 void Scanform::Form_Load() {
     FormTitle = caption();
     openSources();
+    m_drives.refresh();
     loadDrives();
     Dir1.changed = [this] { Dir1_Change(); };
     ScanPage = 1;
@@ -84,12 +86,27 @@ void Scanform::closeAndReturn() {
 // The frame's close button stands for the screen's own way out.
 void Scanform::closeEvent(QCloseEvent* event) {
     event->ignore();
-    if (m_quickScanRuns || isUnloaded())
+    if (isUnloaded())
         return;
-    if (!scanIsRunning())
+    if (!scanIsRunning() && !m_quickScanRuns)
         closeAndReturn();
-    else if (Command6->isEnabled())
+    else if (scanIsRunning() && Command6->isEnabled())
         Command6_Click();
+    else
+        kit::Beep();
+}
+
+// Escape is the screen's way out, as far as it has one now.
+void Scanform::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Escape) {
+        Form::keyPressEvent(event);
+        return;
+    }
+    for (QPushButton* wayOut :
+         {static_cast<QPushButton*>(Command3), static_cast<QPushButton*>(Command6),
+          static_cast<QPushButton*>(&Command1(4)), static_cast<QPushButton*>(&Command1(0))})
+        if (wayOut->isVisible() && wayOut->isEnabled())
+            return wayOut->click();
 }
 
 bool Scanform::scanIsRunning() const {
@@ -98,11 +115,15 @@ bool Scanform::scanIsRunning() const {
 
 // ---- Drives
 
+// The drive in hand stays the chosen one, under the label of the disc that is in it now.
 void Scanform::loadDrives() {
     const QSignalBlocker quiet(Drive1);
+    const QString chosen = Drive1->text();
     Drive1->clear();
-    for (const char letter : disc::driveTable().letters())
-        Drive1->addItem(qt(disc::driveTable().shownText(letter)));
+    for (const char letter : m_drives.letters())
+        Drive1->addItem(qt(m_drives.shownText(letter)));
+    if (!chosen.isEmpty())
+        setDrive(utf8(chosen));
 }
 
 std::string Scanform::drive() const {
@@ -117,9 +138,9 @@ void Scanform::setDrive(const std::string& drive) {
 }
 
 void Scanform::chooseDiscDrive() {
-    for (const char letter : disc::driveTable().letters()) {
+    for (const char letter : m_drives.letters()) {
         const std::string root = rootPath(letter);
-        if (disc::driveTable().type(root) != disc::DriveType::CdRom)
+        if (m_drives.type(root) != disc::DriveType::CdRom)
             continue;
         setDrive(root);
         if (drive() == root)
@@ -129,7 +150,7 @@ void Scanform::chooseDiscDrive() {
 }
 
 void Scanform::giveFactsDrive() {
-    skipErrors([this] { DrvFact1 = disc::driveTable().facts(drive()); });
+    skipErrors([this] { DrvFact1 = m_drives.facts(drive()); });
 }
 
 void Scanform::Drive1_Change() {
@@ -138,7 +159,7 @@ void Scanform::Drive1_Change() {
     const bool disc = DrvFact1.type == disc::DriveType::CdRom;
     if (!disc) {
         kit::Beep();
-        say("You must choose a CD-ROM Drive", kit::Icon::None, "Error", *this);
+        say("You must choose a CD-ROM Drive", kit::Icon::None, "Error");
     }
     if (Check1->value())
         Text2->setText(qt(DrvFact1.label));
@@ -168,7 +189,7 @@ void Scanform::addDisc(const QString& path) {
     if (path.isEmpty())
         return;
     try {
-        const char letter = disc::driveTable().addImageOrFolder(path.toStdString());
+        const char letter = m_drives.addImageOrFolder(path.toStdString());
         const std::string chosen = rootPath(letter);
         loadDrives();
         {
@@ -179,17 +200,19 @@ void Scanform::addDisc(const QString& path) {
             goNext();
         setDrive(chosen);
     } catch (const base::RuntimeError& error) {
-        say(qt(error.description()), kit::Icon::Exclamation, "Error", *this);
+        say(qt(error.description()), kit::Icon::Exclamation, "Error");
     }
 }
 
 void Scanform::dragEnterEvent(QDragEnterEvent* event) {
-    const bool takesDiscs = Picture1->isVisible() && ScanPage <= 2 && event->mimeData()->hasUrls();
-    event->setAccepted(takesDiscs);
+    const auto urls = event->mimeData()->urls();
+    const bool discs = std::ranges::any_of(urls, &QUrl::isLocalFile);
+    event->setAccepted(discs && Picture1->isVisible() && ScanPage <= 2);
 }
 
 void Scanform::dropEvent(QDropEvent* event) {
-    event->acceptProposedAction();
+    event->setDropAction(Qt::CopyAction); // the file stays where it is
+    event->accept();
     for (const QUrl& url : event->mimeData()->urls())
         addDisc(url.toLocalFile());
 }
@@ -198,6 +221,7 @@ void Scanform::dropEvent(QDropEvent* event) {
 
 void Scanform::showWholeText(bool whole) {
     place(*Text1, whole ? kTextAlone : kTextAboveEntries);
+    Text1->raise(); // over the caption, which may stand empty on its ground
 }
 
 void Scanform::ShowWelcomePage() {
@@ -215,6 +239,7 @@ void Scanform::ShowWelcomePage() {
         hidden->hide();
     Command1(1).setEnabled(false);
     Command4->show();
+    Command1(2).setFocus();
 }
 
 void Scanform::ShowNamePage() {
@@ -226,6 +251,7 @@ void Scanform::ShowNamePage() {
                     "* If you leave this entry empty , the volume label can be used instead.",
                     "* Also choose the drive you are going to scan."}));
     Command4->hide();
+    loadDrives();
     chooseDiscDrive();
     Check1->setValue(false);
     Check1->show();
@@ -255,7 +281,10 @@ void Scanform::ShowCommentsPage() {
     Text3->setFocus();
 }
 
-void Scanform::ShowCheckPage() {
+// Returns whether the page could be entered.
+bool Scanform::ShowCheckPage() {
+    if (!QuickScanDone && !beginQuickScan())
+        return false;
     Text1->setText("* The program will now quickly check your CD-ROM's information.");
     showWholeText(false);
     Command1(3).setEnabled(false);
@@ -269,11 +298,26 @@ void Scanform::ShowCheckPage() {
     for (const int index : {0, 1, 2})
         Command1(index).setEnabled(true);
     Command1(2).setFocus();
+    return true;
+}
+
+// A disc of a kind that can't be read is told of, and the user may choose another. A drive without a disc ends the
+// program like any error that nobody expects.
+bool Scanform::beginQuickScan() {
+    try {
+        m_quickScan.begin(drive()[0]);
+        return true;
+    } catch (const base::RuntimeError& error) {
+        if (!error.is(base::ErrorNumber::FileSystemUnknown) &&
+            !error.is(base::ErrorNumber::FileSystemUnsupported))
+            throw;
+        say(qt(error.description()), kit::Icon::Exclamation, "Error");
+        return false;
+    }
 }
 
 void Scanform::runQuickScan() {
     const QScopedValueRollback running(m_quickScanRuns, true);
-    m_quickScan.begin(drive()[0]);
     try {
         const bool whole = m_quickScan.countBelow([this](const std::string& path) {
             Text4->showText(qt(path));
@@ -284,7 +328,7 @@ void Scanform::runQuickScan() {
             Text4->setText(qt(m_quickScan.text()));
     } catch (const base::RuntimeError&) {
         say("An error was found during the Quickscan operation. The scan will be cancelled.",
-            kit::Icon::Critical, "Error during Quickscan", *this);
+            kit::Icon::Critical, "Error during Quickscan");
         Unload();
         app::Windows::Show("Switch");
     }
@@ -372,7 +416,8 @@ void Scanform::goNext() {
         break;
     case 3:
         QuickScanDone = false;
-        ShowCheckPage();
+        if (!ShowCheckPage())
+            return;
         break;
     case 4:
         ShowSettingsPage();
@@ -386,17 +431,18 @@ void Scanform::goNext() {
 // The four checks of page 2, in order.
 bool Scanform::namePagePasses() {
     if (Text2->text().isEmpty()) {
-        say("You must enter a Preferred name.", kit::Icon::Exclamation, "Error", *this);
+        say("You must enter a Preferred name.", kit::Icon::Exclamation, "Error");
         Text2->setFocus();
         return false;
     }
+    giveFactsDrive();
     if (DrvFact1.type != disc::DriveType::CdRom) {
         kit::Beep();
-        say("You must choose a CD-ROM Drive", kit::Icon::Exclamation, "Error", *this);
+        say("You must choose a CD-ROM Drive", kit::Icon::Exclamation, "Error");
         return false;
     }
     if (const auto message = duplicateNameMessage(Data2.Recordset(), utf8(Text2->text()))) {
-        say(qt(*message), kit::Icon::Exclamation, "Duplicate Preferred Name", *this);
+        say(qt(*message), kit::Icon::Exclamation, "Duplicate Preferred Name");
         return false;
     }
     return duplicateSerialsPassed(
@@ -406,179 +452,14 @@ bool Scanform::namePagePasses() {
         });
 }
 
+void Scanform::Text2_Enter() {
+    Command1(2).click();
+}
+
+// The disc may have been changed since the drive was chosen.
 void Scanform::Check1_Click() {
+    giveFactsDrive();
     Text2->setText(Check1->value() ? qt(DrvFact1.label) : QString());
-}
-
-// ---- The options
-
-void Scanform::Command4_Click() {
-    Picture6->show();
-    Picture1->hide();
-    Picture2->hide();
-}
-
-void Scanform::Command3_Click() {
-    Picture6->hide();
-    Picture1->show();
-}
-
-// The box works against the usual way, and is meant to: a click on the ticked box means "false", every later one
-// ticks it, unticks it at once in a nested click, and means "true".
-void Scanform::Check2_Click() {
-    if (!Check2->value()) {
-        m_options.LogErrors = "false";
-        return;
-    }
-    Check2->setValue(false);
-    m_options.LogErrors = "true";
-}
-
-void Scanform::Option1_Click() {
-    m_options.DetailLevel = "all";
-}
-void Scanform::Option2_Click() {
-    m_options.DetailLevel = "basic";
-}
-void Scanform::Option3_Click() {
-    m_options.DetailLevel = "minimal";
-}
-void Scanform::Option4_Click() {
-    m_options.ErrorAction = "ignore";
-}
-void Scanform::Option5_Click() {
-    m_options.ErrorAction = "cancel";
-}
-void Scanform::Option6_Click() {
-    m_options.UseFreeNumber = "true";
-}
-void Scanform::Option7_Click() {
-    m_options.UseFreeNumber.clear();
-}
-
-// A click on a caption is a click on its button.
-void Scanform::Label10_Click() {
-    Option1->click();
-}
-void Scanform::Label11_Click() {
-    Option2->click();
-}
-void Scanform::Label12_Click() {
-    Option3->click();
-}
-void Scanform::Label13_Click() {
-    Option4->click();
-}
-void Scanform::Label14_Click() {
-    Option5->click();
-}
-void Scanform::Label15_Click() {
-    Check2->click();
-}
-void Scanform::Label16_Click() {
-    Option7->click();
-}
-void Scanform::Label17_Click() {
-    Option6->click();
-}
-
-// ---- The scan
-
-ScanRequest Scanform::request() {
-    return {.driveLetter = drive()[0],
-            .preferredName = utf8(Text2->text()),
-            .comments = utf8(Text3->text()),
-            .quickFiles = m_quickScan.files(),
-            .options = m_options};
-}
-
-void Scanform::Command2_Click() {
-    if (scanIsRunning())
-        return;
-    m_engine = std::make_unique<ScanEngine>(ScanSources{Data1, Data2, Data3, Data4},
-                                            disc::driveTable(), Dir1, m_display, request());
-    try {
-        m_engine->run();
-    } catch (const base::RuntimeError& error) {
-        say(qt(error.description()), kit::Icon::Critical, "Error", *this);
-    }
-    m_engine.reset();
-}
-
-void Scanform::Command6_Click() {
-    const auto answer = kit::MsgBox(
-        "You have choosen to terminate the scan process. The scan operation will be stopped and "
-        "the scanned enteries "
-        "will be deleted. Press OK to proceed with deletion or press Cancel to continue.",
-        kit::Buttons::OkCancel, kit::Icon::Critical, "Cancel Scan", this);
-    if (answer != kit::Answer::Ok)
-        return;
-    app::Module1::ScanCancelled = 1;
-    kit::yield();
-}
-
-void Scanform::Command5_Click() {
-    Unload();
-    kit::yield();
-    app::Windows::Show("Scanform");
-}
-
-void Scanform::Timer1_Timer() {
-    const auto state = Data1.Recordset().Fields(catalogue::masterTable::kScanError).Text();
-    if (state == "error")
-        say("The last CD-ROM scan was not successfully terminated. This may cause your database to "
-            "act wierdly. If "
-            "this happens try repairing your database or restore it from the database workshop.",
-            kit::Icon::Critical, "Error", *this);
-    Timer1->setEnabled(false);
-}
-
-// ---- The scanning screen
-
-void Scanform::startClock() {
-    m_clock.start();
-    Timer2->setEnabled(true);
-}
-
-void Scanform::Timer2_Timer() {
-    m_clock.tick(QTime::currentTime().second());
-    kit::yield();
-    m_clock.carryMinute();
-    kit::yield();
-    if (const auto remaining =
-            m_clock.estimate(utf8(NumLED1(0).caption()), utf8(NumLED1(1).caption()))) {
-        NumLED3->setCaption(qt(*remaining));
-        kit::yield();
-    }
-    NumLED2->setCaption(qt(m_clock.elapsed()));
-    kit::yield();
-}
-
-// Each counter gives way to its other side.
-void Scanform::NumLED1_Click(int index) {
-    NumLED1(1 - index).show();
-    NumLED1(index).hide();
-}
-
-void Scanform::NumLED2_Click() {
-    NumLED2->hide();
-    NumLED3->show();
-    Label9->setText("Remaining Time");
-}
-
-void Scanform::NumLED3_Click() {
-    NumLED3->hide();
-    NumLED2->show();
-    Label9->setText("Elapsed Time");
-}
-
-void Scanform::TrayIcon_Restore() {
-    setState(State::Normal);
-    Show();
-}
-
-void Scanform::TrayIcon_Minimise() {
-    setState(State::Minimised);
 }
 
 // A dark band with a soft edge behind the heading.

@@ -4,6 +4,7 @@
 #include "disc/DriveTable.h"
 #include "disc/Lister.h"
 #include "kit/FormTable.h"
+#include "kit/MsgBox.h"
 #include "kit/NumLed.h"
 #include "kit/ProgressBar.h"
 #include "kit/TrayIcon.h"
@@ -23,7 +24,8 @@ namespace discaro::scanner {
 class Scanform : public kit::Form {
     Q_OBJECT
 public:
-    Scanform();
+    // Over the drives of this table, which must outlive the window.
+    explicit Scanform(disc::DriveTable& drives = disc::driveTable());
 
     // Adds an image file or a folder as a drive and chooses it; tells why when it can't be read.
     void addDisc(const QString& path);
@@ -108,6 +110,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -138,6 +141,7 @@ private:
     void Label15_Click();
     void Label16_Click();
     void Label17_Click();
+    void Text2_Enter();
     void NumLED1_Click(int index);
     void NumLED2_Click();
     void NumLED3_Click();
@@ -150,7 +154,7 @@ private:
     void ShowWelcomePage();
     void ShowNamePage();
     void ShowCommentsPage();
-    void ShowCheckPage();
+    bool ShowCheckPage();
     void ShowSettingsPage();
     void ShowStartPage();
 
@@ -163,15 +167,18 @@ private:
     void goBack();
     void goNext();
     bool namePagePasses();
+    bool beginQuickScan();
     void runQuickScan();
     void closeAndReturn();
     bool scanIsRunning() const;
+    kit::Answer say(const QString& text, kit::Icon icon, const QString& title);
     ScanRequest request();
     void showWholeText(bool whole);
 
     int16_t ScanPage = 1;
     bool QuickScanDone = false;
     ScanOptions m_options;
+    disc::DriveTable& m_drives;
     disc::DriveFacts DrvFact1; // of the drive given last
     disc::Lister Dir1;         // lists directories and files of the drive in hand
     QuickScan m_quickScan;

@@ -33,6 +33,11 @@ void shade(kit::Label& label) {
     label.setForeColour(QColor(9, 24, 46));
 }
 
+// What is dropped on the window is a disc, wherever it falls.
+void takeNoDrops(kit::TextBox& box) {
+    box.editor().setAcceptDrops(false);
+}
+
 kit::Row<Scanform, kit::NumLed, true> counter(int index, const char* tip) {
     return control(&Scanform::NumLED1, "NumLED1", index)
         .at(24, 128, 190, 58)
@@ -81,12 +86,15 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Text2, "Text2")
         .at(24, 176, 592, 28)
         .in(&Scanform::Picture1)
-        .says("Preferred Name"),
+        .says("Preferred Name")
+        .set(takeNoDrops)
+        .when(&kit::TextBox::Enter, &Scanform::Text2_Enter),
     control(&Scanform::Text3, "Text3")
         .at(24, 176, 592, 176)
         .in(&Scanform::Picture1)
         .multiLine()
         .says("Comments")
+        .set(takeNoDrops)
         .hidden(),
     control(&Scanform::Text4, "Text4")
         .at(24, 176, 592, 96)
@@ -157,7 +165,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .pages({"Scan Details", "Errors", "Numbering"})
         .says("Options"),
     control(&Scanform::Option1, "Option1")
-        .at(20, 28, 24, 24)
+        .at(20, 19, 24, 24)
         .in(&Scanform::SSTab1, 0)
         .tip("Slow")
         .says("Scan all of the file details")
@@ -170,7 +178,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .align(Qt::AlignTop | Qt::AlignLeft)
         .click(&Scanform::Label10_Click),
     control(&Scanform::Option2, "Option2")
-        .at(20, 104, 24, 24)
+        .at(20, 95, 24, 24)
         .in(&Scanform::SSTab1, 0)
         .tip("Fast")
         .says("Scan the basic file details only")
@@ -183,7 +191,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .align(Qt::AlignTop | Qt::AlignLeft)
         .click(&Scanform::Label11_Click),
     control(&Scanform::Option3, "Option3")
-        .at(20, 168, 24, 24)
+        .at(20, 159, 24, 24)
         .in(&Scanform::SSTab1, 0)
         .tip("Very Fast")
         .says("Scan minimal details")
@@ -200,7 +208,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .text("If an error is found during the scan process what would you like the program to do?")
         .align(Qt::AlignTop | Qt::AlignLeft),
     control(&Scanform::Option4, "Option4")
-        .at(20, 80, 24, 24)
+        .at(20, 71, 24, 24)
         .in(&Scanform::SSTab1, 1)
         .says("Ignore the error and carry on scanning")
         .ticked()
@@ -212,7 +220,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .align(Qt::AlignTop | Qt::AlignLeft)
         .click(&Scanform::Label13_Click),
     control(&Scanform::Option5, "Option5")
-        .at(20, 120, 24, 24)
+        .at(20, 111, 24, 24)
         .in(&Scanform::SSTab1, 1)
         .says("Cancel the operation and delete the added entries")
         .click(&Scanform::Option5_Click),
@@ -223,7 +231,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .align(Qt::AlignTop | Qt::AlignLeft)
         .click(&Scanform::Label14_Click),
     control(&Scanform::Check2, "Check2")
-        .at(20, 184, 24, 24)
+        .at(20, 175, 24, 24)
         .in(&Scanform::SSTab1, 1)
         .says("Log the errors to the CD-ROM's Comments")
         .ticked()
@@ -241,7 +249,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
             "When giving a number to a new CD-ROM that will be scanned, would you prefer to use :-")
         .align(Qt::AlignTop | Qt::AlignLeft),
     control(&Scanform::Option7, "Option7")
-        .at(20, 80, 24, 24)
+        .at(20, 71, 24, 24)
         .in(&Scanform::SSTab1, 2)
         .says("The next number in the list")
         .ticked()
@@ -253,7 +261,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .align(Qt::AlignTop | Qt::AlignLeft)
         .click(&Scanform::Label16_Click),
     control(&Scanform::Option6, "Option6")
-        .at(20, 120, 24, 24)
+        .at(20, 111, 24, 24)
         .in(&Scanform::SSTab1, 2)
         .says("Any free number")
         .click(&Scanform::Option6_Click),
@@ -272,24 +280,24 @@ const kit::FormTable<Scanform> Scanform::kTable{
     // Scanning
     control(&Scanform::Picture2, "Picture2").at(0, kPageTop, kWidth, kPageHeight).hidden(),
     control(&Scanform::Text5, "Text5")
-        .at(24, 12, 592, 104)
+        .at(24, 10, 592, 114)
         .in(&Scanform::Picture2)
         .multiLine()
         .readOnly()
         .says("Instructions"),
     counter(0, "Click to see the decremental counter.").click(&Scanform::NumLED1_Click),
     counter(1, "Click to see the incremental counter.").click(&Scanform::NumLED1_Click),
-    stage(&Scanform::Picture3, "Picture3", 0, 130, ":/scan/waiting.svg").text("Not started"),
-    stage(&Scanform::Picture3, "Picture3", 1, 130, ":/scan/running.svg").text("Running").hidden(),
-    stage(&Scanform::Picture3, "Picture3", 2, 130, ":/scan/finished.svg").text("Finished").hidden(),
+    stage(&Scanform::Picture3, "Picture3", 0, 130, ":/scan/waiting.svg").says("Not started"),
+    stage(&Scanform::Picture3, "Picture3", 1, 130, ":/scan/running.svg").says("Running").hidden(),
+    stage(&Scanform::Picture3, "Picture3", 2, 130, ":/scan/finished.svg").says("Finished").hidden(),
     control(&Scanform::Label5, "Label5", 0)
         .at(268, 130, 142, 24)
         .in(&Scanform::Picture2)
         .text("Scanning CD-ROM"),
-    stage(&Scanform::Picture4, "Picture4", 0, 160, ":/scan/waiting.svg").text("Not started"),
-    stage(&Scanform::Picture4, "Picture4", 1, 160, ":/scan/running.svg").text("Running").hidden(),
-    stage(&Scanform::Picture4, "Picture4", 2, 160, ":/scan/finished.svg").text("Finished").hidden(),
-    stage(&Scanform::Picture4, "Picture4", 3, 160, ":/scan/finished.svg").text("Finished").hidden(),
+    stage(&Scanform::Picture4, "Picture4", 0, 160, ":/scan/waiting.svg").says("Not started"),
+    stage(&Scanform::Picture4, "Picture4", 1, 160, ":/scan/running.svg").says("Running").hidden(),
+    stage(&Scanform::Picture4, "Picture4", 2, 160, ":/scan/finished.svg").says("Finished").hidden(),
+    stage(&Scanform::Picture4, "Picture4", 3, 160, ":/scan/finished.svg").says("Finished").hidden(),
     control(&Scanform::Label5, "Label5", 1)
         .at(268, 160, 142, 24)
         .in(&Scanform::Picture2)
@@ -379,11 +387,12 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .when(&kit::TrayIcon::Minimise, &Scanform::TrayIcon_Minimise),
 };
 
-Scanform::Scanform()
+Scanform::Scanform(disc::DriveTable& drives)
     : Form({.name = "Scanform",
             .caption = "Discaro - Scan a new CD-ROM",
             .size = {kWidth, kPageTop + kPageHeight}})
-    , Dir1(disc::driveTable())
+    , m_drives(drives)
+    , Dir1(drives)
     , m_quickScan(Dir1)
     , m_display(*this) {
     loadPictures();

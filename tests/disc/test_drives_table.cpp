@@ -226,9 +226,28 @@ TEST_F(DriveTableTest, LettersEndAtZ) {
     EXPECT_EQ(table.letters(), "CDEFGHIJKLMNOPQRSTUVWXYZ");
     EXPECT_EQ(errorOf([&] { table.addMedium(memoryDisc()); }),
               numberOf(ErrorNumber::TooManyDrives));
-    EXPECT_EQ(errorOf([&] { table.addImageOrFolder(scratch.makeFolder("more")); }),
-              numberOf(ErrorNumber::TooManyDrives));
     EXPECT_EQ(table.addImageOrFolder(first), 'D');
+}
+
+TEST_F(DriveTableTest, WhenAllLettersAreGivenTheOneAskedForLongestAgoIsGivenAgain) {
+    auto table = makeTable();
+    for (char letter = 'D'; letter <= 'Z'; ++letter)
+        EXPECT_EQ(table.addImageOrFolder(scratch.makeFolder(std::string(1, letter))), letter);
+    EXPECT_EQ(table.addImageOrFolder(scratch.makeFolder("D")), 'D') << "known, and now the latest";
+    const auto held = table.share('E');
+    EXPECT_EQ(table.addImageOrFolder(scratch.makeFolder("MORE")), 'E');
+    EXPECT_EQ(table.facts("E:").label, "MORE");
+    EXPECT_EQ(held->facts().label, "E") << "who holds the old disc keeps it";
+    EXPECT_EQ(table.addImageOrFolder(scratch.makeFolder("STILL MORE")), 'F');
+}
+
+TEST_F(DriveTableTest, LettersOfTheComputersDrivesAreNotGivenAgain) {
+    for (int i = 0; i < 40; ++i)
+        addOpticalDrive("/dev/sr" + std::to_string(i));
+    auto table = makeTable();
+    EXPECT_EQ(errorOf([&] { table.addImageOrFolder(scratch.makeFolder("MORE")); }),
+              numberOf(ErrorNumber::TooManyDrives));
+    EXPECT_EQ(table.letters().size(), 24u);
 }
 
 TEST_F(DriveTableTest, DrivesOfTheComputerBeyondZAreLeftOut) {

@@ -13,44 +13,6 @@ namespace discaro::test {
 
 namespace {
 
-// The drive that all tests of a process share: a table of drives keeps what it was given.
-class TestDrive : public disc::Medium {
-public:
-    static TestDrive& the() {
-        static TestDrive* drive = [] {
-            auto made = std::make_unique<TestDrive>();
-            TestDrive* raw = made.get();
-            raw->m_letter = disc::driveTable().addMedium(std::move(made));
-            return raw;
-        }();
-        return *drive;
-    }
-
-    char letter() const { return m_letter; }
-    MemoryMedium& insert(MemoryNode root) {
-        m_disc = std::make_unique<MemoryMedium>(std::move(root));
-        return *m_disc;
-    }
-
-    disc::VolumeFacts facts() const override { return m_disc->facts(); }
-    disc::Place root() const override { return m_disc->root(); }
-    disc::Listing list(const disc::Place& parent, const disc::Place& directory) const override {
-        return m_disc->list(parent, directory);
-    }
-    disc::FileFacts fileFacts(const disc::Place& directory,
-                              const disc::Place& file) const override {
-        return m_disc->fileFacts(directory, file);
-    }
-    std::unique_ptr<disc::ByteSource> open(const disc::Place& directory,
-                                           const disc::Place& file) const override {
-        return m_disc->open(directory, file);
-    }
-
-private:
-    char m_letter = 0;
-    std::unique_ptr<MemoryMedium> m_disc = std::make_unique<MemoryMedium>(folder(""));
-};
-
 // Stands for the explorer: only that it is shown matters here.
 class EmptyWindow : public kit::Form {
 public:
@@ -68,18 +30,22 @@ std::filesystem::path makeFolder() {
 } // namespace
 
 WizardTest::WizardTest()
-    : m_folder(makeFolder()) {
+    : drives([] {
+        disc::Computer computer; // with a root file system and no drive
+        computer.mounts.push_back({"8:1", "/", "/", "ext4", "/dev/sda1", false});
+        return computer;
+    })
+    , m_folder(makeFolder()) {
     db::DBEngine::SetFormat(catalogue::catalogueFormat());
     app::Module1::ApplicationPath = m_folder;
     app::Module1::ReturnTo = "switch";
     app::Module1::ScanCancelled = 0;
     catalogue::createEmptyCatalogue(app::Module1::cataloguePath());
-    app::Windows::Register("Scanform", [] { return new scanner::Scanform; });
+    app::Windows::Register("Scanform", [this] { return new scanner::Scanform(drives); });
     app::Windows::Register("Switch", [] { return new app::Switch; });
     app::Windows::Register("Loading", [] { return new app::Loading; });
     app::Windows::Register("EXMain", [] { return new EmptyWindow; });
-    letter = TestDrive::the().letter();
-    insert(
+    letter = addDrive(
         folder("", {file("README.TXT", "hello"), folder("BIN", {file("A.EXE"), file("B.DLL")})}));
 }
 
@@ -89,8 +55,17 @@ WizardTest::~WizardTest() {
     std::filesystem::remove_all(m_folder);
 }
 
-MemoryMedium& WizardTest::insert(MemoryNode root) {
-    return TestDrive::the().insert(std::move(root));
+char WizardTest::addDrive(MemoryNode root) {
+    auto made = std::make_unique<ChangeableMedium>();
+    auto& drive = *made;
+    const char given = drives.addMedium(std::move(made));
+    m_discs[given] = &drive;
+    insert(std::move(root), given);
+    return given;
+}
+
+MemoryMedium& WizardTest::insert(MemoryNode root, char driveLetter) {
+    return m_discs.at(driveLetter == 0 ? letter : driveLetter)->insert(std::move(root));
 }
 
 void WizardTest::open() {
@@ -101,10 +76,10 @@ void WizardTest::open() {
 }
 
 void WizardTest::chooseTestDrive() {
-    auto& drives = control<kit::DriveList>(*form, "Drive1");
-    for (int i = 0; i < drives.count(); ++i)
-        if (drives.itemText(i).startsWith(QChar(letter)))
-            drives.setListIndex(i);
+    auto& list = control<kit::DriveList>(*form, "Drive1");
+    for (int i = 0; i < list.count(); ++i)
+        if (list.itemText(i).startsWith(QChar(letter)))
+            list.setListIndex(i);
 }
 
 void WizardTest::goTo(int page) {

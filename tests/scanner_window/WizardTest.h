@@ -12,9 +12,36 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <memory>
 
 namespace discaro::test {
+
+// A drive whose disc is changed by a test.
+class ChangeableMedium : public disc::Medium {
+public:
+    MemoryMedium& insert(MemoryNode root) {
+        m_disc = std::make_unique<MemoryMedium>(std::move(root));
+        return *m_disc;
+    }
+
+    disc::VolumeFacts facts() const override { return m_disc->facts(); }
+    disc::Place root() const override { return m_disc->root(); }
+    disc::Listing list(const disc::Place& parent, const disc::Place& directory) const override {
+        return m_disc->list(parent, directory);
+    }
+    disc::FileFacts fileFacts(const disc::Place& directory,
+                              const disc::Place& file) const override {
+        return m_disc->fileFacts(directory, file);
+    }
+    std::unique_ptr<disc::ByteSource> open(const disc::Place& directory,
+                                           const disc::Place& file) const override {
+        return m_disc->open(directory, file);
+    }
+
+private:
+    std::unique_ptr<MemoryMedium> m_disc = std::make_unique<MemoryMedium>(folder(""));
+};
 
 // The scan window over a catalogue of its own, with a disc in memory in a drive.
 class WizardTest : public testing::Test {
@@ -22,8 +49,10 @@ protected:
     WizardTest();
     ~WizardTest() override;
 
-    // Puts a disc into the tests' drive in the place of the one before.
-    MemoryMedium& insert(MemoryNode root);
+    // A disc drive more, with a disc in it; its letter.
+    char addDrive(MemoryNode root);
+    // Puts a disc into a drive, at first that of all tests, in the place of the one before.
+    MemoryMedium& insert(MemoryNode root, char driveLetter = 0);
 
     // Opens the wizard; it stands on page 1.
     void open();
@@ -48,9 +77,11 @@ protected:
     ScriptedMsgBox box;
     CountedBeeps beeps;
     scanner::Scanform* form = nullptr;
-    char letter = 0; // of the tests' drive
+    disc::DriveTable drives;
+    char letter = 0; // of the drive that all tests have
 
 private:
+    std::map<char, ChangeableMedium*> m_discs;
     std::filesystem::path m_folder;
 };
 

@@ -1,3 +1,5 @@
+#include "catalogue/Names.h"
+#include "db/DBEngine.h"
 #include "scanner_window/WizardTest.h"
 
 using namespace discaro;
@@ -11,6 +13,19 @@ protected:
     std::string settings() {
         goTo(5);
         return form->Text1->text().toStdString();
+    }
+    std::string numberOf(const std::string& name) {
+        return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
+            ->OpenRecordset("select * from drive where [prefered name] = '" + name + "'")
+            ->Fields(catalogue::drive::kIdNumber)
+            .Text();
+    }
+    void setScanned(int64_t number) {
+        auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
+                        ->OpenRecordset("master table");
+        rows->Edit();
+        (*rows)(catalogue::masterTable::kScannedCdRoms) = number;
+        rows->Update();
     }
     // The comments that the scan leaves, which tell whether errors were logged.
     std::string scannedComments() {
@@ -65,6 +80,61 @@ TEST_F(Options, AClickOnACaptionIsAClickOnItsButton) {
     emit form->Label17->Click();
     EXPECT_TRUE(form->Option6->value());
     EXPECT_TRUE(form->Option1->value()) << "the tabs' choices do not disturb each other";
+    emit form->Label11->Click();
+    EXPECT_TRUE(form->Option2->value());
+    emit form->Label12->Click();
+    EXPECT_TRUE(form->Option3->value());
+    emit form->Label14->Click();
+    EXPECT_TRUE(form->Option5->value());
+    emit form->Label13->Click();
+    EXPECT_TRUE(form->Option4->value());
+    emit form->Label16->Click();
+    EXPECT_TRUE(form->Option7->value());
+    emit form->Label15->Click();
+    EXPECT_FALSE(form->Check2->value());
+}
+
+TEST_F(Options, TheScreensFitAtAnyFontSize) {
+    for (const double factor : {1.0, 1.25, 1.5}) {
+        const LargerFont font(factor);
+        open();
+        click(*form->Command4);
+        for (int page = 0; page < 3; ++page) {
+            form->SSTab1->setCurrentIndex(page);
+            EXPECT_EQ(cutTexts(*form), std::vector<std::string>{}) << factor << ", " << page;
+        }
+        form->Unload();
+    }
+}
+
+TEST_F(Options, EscapeGoesBackToThePageAndTheButtonHasTheFocus) {
+    open();
+    click(*form->Command4);
+    QTest::keyClick(form->Command3, Qt::Key_Escape);
+    EXPECT_TRUE(form->Picture1->isVisible());
+    EXPECT_EQ(form->focusWidget(), form->Command4);
+}
+
+TEST_F(Options, TheNumberOfADeletedDiscIsTakenWhenAnyFreeOneIsWanted) {
+    addDisc(1, "One", "1111-1111");
+    addDisc(3, "Three", "3333-3333");
+    open();
+    form->Option6->click();
+    goToScanning();
+    click(*form->Command2);
+    EXPECT_EQ(numberOf("Disc"), "2");
+}
+
+TEST_F(Options, TheNextNumberIsTakenWhenTheChoiceWasTakenBack) {
+    addDisc(1, "One", "1111-1111");
+    addDisc(3, "Three", "3333-3333");
+    setScanned(3);
+    open();
+    form->Option6->click();
+    form->Option7->click();
+    goToScanning();
+    click(*form->Command2);
+    EXPECT_EQ(numberOf("Disc"), "4");
 }
 
 TEST_F(Options, AreNotKeptForTheNextWizard) {

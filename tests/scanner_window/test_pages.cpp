@@ -20,8 +20,6 @@ class Pages : public WizardTest {};
 
 TEST_F(Pages, TheWindowHasTheToldControls) {
     open();
-    const QSignalBlocker quiet(form->Drive1);
-    form->Drive1->clear(); // whatever drives this computer has
     expectGolden(*form, "scanner_window");
 }
 
@@ -180,9 +178,58 @@ TEST_F(Pages, ADiscWithoutALabelEmptiesTheNameAndNextAsksForOne) {
 }
 
 TEST_F(Pages, AnUnlabelledDriveReadsBackAsItsRootAndALabelledOneDoesNot) {
-    EXPECT_EQ(disc::driveTable().shownText(letter), std::string(1, letter) + ": [MEMORY]");
+    EXPECT_EQ(drives.shownText(letter), std::string(1, letter) + ": [MEMORY]");
     insert(folder("")).volume.label.clear();
-    EXPECT_EQ(disc::driveTable().shownText(letter), std::string(1, letter) + ":\\");
+    EXPECT_EQ(drives.shownText(letter), std::string(1, letter) + ":\\");
+}
+
+TEST_F(Pages, TheLoopEndsAtTheFirstDiscDriveThatReadsBackAsItsRoot) {
+    insert(folder("")).volume.label.clear();
+    addDrive(folder(""));
+    open();
+    next();
+    EXPECT_EQ(form->Drive1->text(), "D:\\");
+}
+
+TEST_F(Pages, WithSeveralLabelledDiscDrivesTheLastStaysChosen) {
+    addDrive(folder(""));
+    addDrive(folder(""));
+    open();
+    next();
+    EXPECT_EQ(form->Drive1->text(), "F: [MEMORY]");
+}
+
+TEST_F(Pages, ADriveThatIsNoDiscDriveNeverComesIntoTheLoop) {
+    drives.addMedium(std::make_unique<MemoryMedium>(folder("")), disc::DriveType::Removable);
+    open();
+    next();
+    EXPECT_EQ(form->Drive1->text(), "D: [MEMORY]");
+}
+
+TEST_F(Pages, GoingBackToTheNamePageChoosesTheDriveAnew) {
+    addDrive(folder(""));
+    goTo(3);
+    back();
+    EXPECT_EQ(form->Drive1->text(), "E: [MEMORY]");
+}
+
+TEST_F(Pages, TheTickTakesTheLabelOfTheDiscThatIsInTheDriveNow) {
+    goTo(2);
+    insert(folder("")).volume.label = "CHANGED";
+    form->Check1->click();
+    EXPECT_EQ(form->Text2->text(), "CHANGED");
+}
+
+TEST_F(Pages, WithTheTickADriveThatIsNoDiscDriveGivesItsLabelAsTheName) {
+    auto stick = std::make_unique<MemoryMedium>(folder(""));
+    stick->volume.label = "STICK";
+    drives.addMedium(std::move(stick), disc::DriveType::Removable);
+    goTo(2);
+    form->Check1->click();
+    box.expect("You must choose a CD-ROM Drive", Buttons::Ok, Icon::None, "Error");
+    form->Drive1->setListIndex(2);
+    EXPECT_EQ(form->Text2->text(), "STICK");
+    EXPECT_EQ(beeps.count(), 1);
 }
 
 TEST_F(Pages, GoingBackToPageTwoLosesTheName) {
@@ -224,6 +271,44 @@ TEST_F(Pages, GoingForwardAgainCountsAfresh) {
     back();
     next();
     EXPECT_EQ(said(*form->Text4), "1 Directories\r\n3 Files");
+    back();
+    insert(folder("", {file("ONE")}));
+    next();
+    EXPECT_EQ(said(*form->Text4), "0 Directories\r\n1 Files") << "the disc was changed meanwhile";
+}
+
+TEST_F(Pages, NeitherButtonLeavesThePageWhileTheQuickScanRuns) {
+    insert(folder("", {folder("A"), folder("B")}));
+    goTo(3);
+    int looks = 0;
+    QTimer::singleShot(0, form, [&] {
+        ++looks;
+        for (const int index : {0, 1, 2, 3})
+            EXPECT_FALSE(button(index).isEnabled()) << index;
+        form->close();
+        QTest::keyClick(form, Qt::Key_Escape);
+    });
+    next();
+    EXPECT_EQ(looks, 1);
+    EXPECT_TRUE(isUp("Scanform"));
+    EXPECT_EQ(beeps.count(), 1) << "the frame's button says that it can't";
+    EXPECT_EQ(said(*form->Text4), "2 Directories\r\n0 Files");
+}
+
+TEST_F(Pages, ADiscOfAnUnknownKindIsToldAndAnotherCanBeChosen) {
+    insert(folder("")).failOn(Asked::List, 1, ErrorNumber::FileSystemUnsupported, 1000);
+    goTo(3);
+    box.expectTitled("Error", Icon::Exclamation);
+    next();
+    EXPECT_TRUE(form->Text3->isVisible()) << "still on the page before";
+    EXPECT_TRUE(button(2).isEnabled());
+    letter = addDrive(folder("", {file("A")}));
+    back();
+    chooseTestDrive();
+    typeInto(*form->Text2, "Disc");
+    next();
+    next();
+    EXPECT_EQ(said(*form->Text4), "0 Directories\r\n1 Files");
 }
 
 TEST_F(Pages, TheSettingsPageShowsEverything) {
@@ -348,4 +433,66 @@ TEST_F(Pages, ADroppedFolderBecomesTheChosenDriveAndOpensPageTwo) {
     EXPECT_TRUE(form->Text2->isVisible());
     EXPECT_TRUE(form->Drive1->text().contains("[dropped]")) << form->Drive1->text().toStdString();
     EXPECT_EQ(box.asked(), 0);
+    EXPECT_EQ(drop.dropAction(), Qt::CopyAction) << "the folder stays where it is";
+}
+
+TEST_F(Pages, WhatIsNoFileOrComesTooLateIsNotTakenAsADisc) {
+    const auto accepted = [this](const char* url) {
+        QMimeData data;
+        data.setUrls({QUrl(url)});
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton,
+                              Qt::NoModifier);
+        QCoreApplication::sendEvent(form, &enter);
+        return enter.isAccepted();
+    };
+    open();
+    EXPECT_TRUE(accepted("file:///tmp/disc.iso"));
+    EXPECT_FALSE(accepted("http://localhost/disc.iso"));
+    EXPECT_FALSE(form->Text2->editor().acceptDrops()) << "the window takes it, not the name";
+    goTo(3);
+    EXPECT_FALSE(accepted("file:///tmp/disc.iso"));
+}
+
+// ---- The keyboard and the wheel
+
+TEST_F(Pages, TheTabKeyFollowsTheReadingOrder) {
+    goTo(2);
+    std::vector<std::string> reached;
+    for (const auto& name : tabOrder(*form))
+        if (control<QWidget>(*form, name.c_str()).isVisible())
+            reached.push_back(name);
+    EXPECT_EQ(reached, (std::vector<std::string>{"Text1", "Text2", "Check1", "Drive1", "DiscImage",
+                                                 "Command1(0)", "Command1(1)", "Command1(2)",
+                                                 "Command1(3)"}));
+}
+
+TEST_F(Pages, EnterLeadsOnAndEscapeOut) {
+    open();
+    EXPECT_EQ(form->focusWidget(), &button(2));
+    QTest::keyClick(&button(2), Qt::Key_Return);
+    chooseTestDrive();
+    typeInto(*form->Text2, "Disc");
+    QTest::keyClick(form->Text2, Qt::Key_Return);
+    EXPECT_TRUE(form->Text3->isVisible());
+    QTest::keyClick(form->Text3, Qt::Key_Escape);
+    EXPECT_FALSE(isUp("Scanform"));
+    EXPECT_TRUE(isUp("Switch"));
+}
+
+TEST_F(Pages, TheWheelTurnsTheDrivesOnlyWhenTheyHaveTheFocus) {
+    goTo(2);
+    const auto turn = [this] {
+        QWheelEvent wheel(QPointF(5, 5), form->Drive1->mapToGlobal(QPointF(5, 5)), QPoint(),
+                          QPoint(0, 120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(form->Drive1, &wheel);
+    };
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    form->Text2->setFocus();
+    turn();
+    EXPECT_EQ(form->Drive1->text(), "D: [MEMORY]");
+    form->Drive1->setFocus();
+    box.expect("You must choose a CD-ROM Drive", Buttons::Ok, Icon::None, "Error");
+    turn();
+    EXPECT_EQ(form->Drive1->text(), "C:\\");
 }

@@ -105,11 +105,99 @@ TEST_F(Scanning, ADiscWithoutFilesNeverUpdatesTheBars) {
     EXPECT_EQ(count("directories"), 1);
 }
 
+TEST_F(Scanning, TheTotalsCantBeCancelled) {
+    goToScanning();
+    int looks = 0;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, form, [&] {
+        if (!form->Picture4(1).isVisible())
+            return;
+        ++looks;
+        EXPECT_FALSE(form->Command6->isEnabled());
+        const bool countsDirectories = form->ProgressBar1->max() == 2;
+        EXPECT_EQ(form->ProgressBar1->toolTip().isEmpty(), countsDirectories);
+        form->close();
+        QTest::keyClick(form, Qt::Key_Escape);
+    });
+    watch.start(0);
+    click(*form->Command2);
+    EXPECT_GT(looks, 0);
+    EXPECT_TRUE(button(7).isEnabled());
+    EXPECT_EQ(box.asked(), 0);
+}
+
+TEST_F(Scanning, FilesThatWereNotCountedShowAMinusBeforeTheNumberToo) {
+    goToScanning();
+    insert(manyFiles());
+    form->ProgressBar1->setMax(100);
+    click(*form->Command2);
+    EXPECT_EQ(form->NumLED1(1).caption(), "-47-");
+    form->Timer2->setEnabled(false);
+}
+
+TEST_F(Scanning, TheDirectoryInHandIsShownWithItsFiles) {
+    goTo(2);
+    EXPECT_EQ(form->Text6->text(), QString(QChar(letter)) + ":\\     (1 File(s))");
+}
+
+TEST_F(Scanning, TheClockCountsOnItsTicks) {
+    goToScanning();
+    form->startClock();
+    EXPECT_EQ(form->Timer2->interval(), 1500);
+    emit form->Timer2->Tick();
+    EXPECT_EQ(form->NumLED2->caption(), "+00:00");
+    form->NumLED1(0).setCaption("0+");
+    emit form->Timer2->Tick();
+    EXPECT_EQ(form->NumLED3->caption(), "-00:00") << "before the first file";
+}
+
+TEST_F(Scanning, TheFirstOfTwoClicksOnStartCancelsNothing) {
+    goToScanning();
+    duringScan([this] { QTest::mouseDClick(form->Command6, Qt::LeftButton); });
+    click(*form->Command2);
+    EXPECT_EQ(box.asked(), 0);
+    EXPECT_TRUE(button(7).isEnabled());
+}
+
+TEST_F(Scanning, TheScreenFitsAtAnyFontSize) {
+    for (const double factor : {1.0, 1.25, 1.5}) {
+        const LargerFont font(factor);
+        goToScanning();
+        for (QWidget* late :
+             {static_cast<QWidget*>(&form->NumLED1(0)), static_cast<QWidget*>(form->NumLED2),
+              static_cast<QWidget*>(form->Label9), static_cast<QWidget*>(form->Command6)})
+            late->show();
+        EXPECT_EQ(cutTexts(*form), std::vector<std::string>{}) << factor;
+        form->Unload();
+        form = nullptr;
+    }
+}
+
+TEST_F(Scanning, BothTrayIconsLeaveWithTheWindow) {
+    open();
+    const QPointer<kit::TrayIcon> scanning = form->TrayIcon1;
+    const QPointer<kit::TrayIcon> idle = form->TrayIcon2;
+    scanning->setVisible(true);
+    form->Unload();
+    EXPECT_FALSE(scanning && scanning->isVisible());
+    EXPECT_FALSE(idle && idle->isVisible());
+}
+
+TEST_F(Scanning, AScanThatIsUnderwayIsNotTakenForOneThatFailed) {
+    goToScanning();
+    duringScan([this] { emit form->Timer1->Tick(); });
+    click(*form->Command2);
+    EXPECT_EQ(box.asked(), 0);
+    EXPECT_FALSE(form->Timer1->isEnabled());
+}
+
 TEST_F(Scanning, TheCountersGiveWayToTheirOtherSides) {
     scan();
+    form->NumLED1(0).setFocus();
     emit form->NumLED1(0).Click();
     EXPECT_FALSE(form->NumLED1(0).isVisible());
     EXPECT_TRUE(form->NumLED1(1).isVisible());
+    EXPECT_EQ(form->focusWidget(), &form->NumLED1(1));
     emit form->NumLED1(1).Click();
     EXPECT_TRUE(form->NumLED1(0).isVisible());
     emit form->NumLED2->Click();
@@ -252,4 +340,9 @@ TEST_F(Scanning, TheTrayNotificationsRestoreAndMinimise) {
     emit form->TrayIcon2->Restore();
     EXPECT_EQ(form->state(), kit::Form::State::Normal);
     EXPECT_FALSE(form->TrayIcon2->flashEnabled());
+    emit form->TrayIcon1->Minimise();
+    EXPECT_EQ(form->state(), kit::Form::State::Minimised);
+    emit form->TrayIcon1->Restore();
+    EXPECT_EQ(form->state(), kit::Form::State::Normal);
+    EXPECT_TRUE(form->isVisible());
 }

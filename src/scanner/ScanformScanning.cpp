@@ -1,0 +1,201 @@
+#include "app/Module1.h"
+#include "app/Windows.h"
+#include "base/RuntimeError.h"
+#include "catalogue/Names.h"
+#include "kit/MsgBox.h"
+#include "kit/Strings.h"
+#include "kit/Yield.h"
+#include "scanner/Scanform.h"
+
+#include <QtCore/QTime>
+
+// The options, and the screen of a scan with its buttons and clock.
+namespace discaro::scanner {
+
+using kit::qt;
+using kit::utf8;
+
+namespace {
+
+// The focus goes along, so that the next key press swaps them back.
+void giveWay(kit::NumLed& shown, kit::NumLed& other) {
+    other.show();
+    other.setFocus();
+    shown.hide();
+}
+
+} // namespace
+
+// ---- The options
+
+void Scanform::Command4_Click() {
+    Picture6->show();
+    Picture1->hide();
+    Picture2->hide();
+}
+
+void Scanform::Command3_Click() {
+    Picture6->hide();
+    Picture1->show();
+    Command4->setFocus();
+}
+
+// The box works against the usual way, and is meant to: a click on the ticked box means "false", every later one
+// ticks it, unticks it at once in a nested click, and means "true".
+void Scanform::Check2_Click() {
+    if (!Check2->value()) {
+        m_options.LogErrors = "false";
+        return;
+    }
+    Check2->setValue(false);
+    m_options.LogErrors = "true";
+}
+
+void Scanform::Option1_Click() {
+    m_options.DetailLevel = "all";
+}
+void Scanform::Option2_Click() {
+    m_options.DetailLevel = "basic";
+}
+void Scanform::Option3_Click() {
+    m_options.DetailLevel = "minimal";
+}
+void Scanform::Option4_Click() {
+    m_options.ErrorAction = "ignore";
+}
+void Scanform::Option5_Click() {
+    m_options.ErrorAction = "cancel";
+}
+void Scanform::Option6_Click() {
+    m_options.UseFreeNumber = "true";
+}
+void Scanform::Option7_Click() {
+    m_options.UseFreeNumber.clear();
+}
+
+// A click on a caption is a click on its button.
+void Scanform::Label10_Click() {
+    Option1->click();
+}
+void Scanform::Label11_Click() {
+    Option2->click();
+}
+void Scanform::Label12_Click() {
+    Option3->click();
+}
+void Scanform::Label13_Click() {
+    Option4->click();
+}
+void Scanform::Label14_Click() {
+    Option5->click();
+}
+void Scanform::Label15_Click() {
+    Check2->click();
+}
+void Scanform::Label16_Click() {
+    Option7->click();
+}
+void Scanform::Label17_Click() {
+    Option6->click();
+}
+
+// ---- The scan
+
+ScanRequest Scanform::request() {
+    return {.driveLetter = drive()[0],
+            .preferredName = utf8(Text2->text()),
+            .comments = utf8(Text3->text()),
+            .quickFiles = m_quickScan.files(),
+            .options = m_options};
+}
+
+void Scanform::Command2_Click() {
+    if (scanIsRunning())
+        return;
+    m_engine = std::make_unique<ScanEngine>(ScanSources{Data1, Data2, Data3, Data4}, m_drives, Dir1,
+                                            m_display, request());
+    try {
+        m_engine->run();
+    } catch (const base::RuntimeError& error) {
+        say(qt(error.description()), kit::Icon::Critical, "Error");
+    }
+    m_engine.reset();
+}
+
+void Scanform::Command6_Click() {
+    const auto answer = kit::MsgBox(
+        "You have choosen to terminate the scan process. The scan operation will be stopped and "
+        "the scanned enteries "
+        "will be deleted. Press OK to proceed with deletion or press Cancel to continue.",
+        kit::Buttons::OkCancel, kit::Icon::Critical, "Cancel Scan", this);
+    if (answer != kit::Answer::Ok)
+        return;
+    app::Module1::ScanCancelled = 1;
+    kit::yield();
+}
+
+void Scanform::Command5_Click() {
+    Unload();
+    kit::yield();
+    app::Windows::Show("Scanform");
+}
+
+// A scan that was started meanwhile has set the mark itself.
+void Scanform::Timer1_Timer() {
+    Timer1->setEnabled(false);
+    if (scanIsRunning())
+        return;
+    const auto state = Data1.Recordset().Fields(catalogue::masterTable::kScanError).Text();
+    if (state == "error")
+        say("The last CD-ROM scan was not successfully terminated. This may cause your database to "
+            "act wierdly. If "
+            "this happens try repairing your database or restore it from the database workshop.",
+            kit::Icon::Critical, "Error");
+}
+
+// ---- The scanning screen
+
+void Scanform::startClock() {
+    m_clock.start();
+    Timer2->setEnabled(true);
+}
+
+void Scanform::Timer2_Timer() {
+    m_clock.tick(QTime::currentTime().second());
+    kit::yield();
+    m_clock.carryMinute();
+    kit::yield();
+    if (const auto remaining =
+            m_clock.estimate(utf8(NumLED1(0).caption()), utf8(NumLED1(1).caption()))) {
+        NumLED3->setCaption(qt(*remaining));
+        kit::yield();
+    }
+    NumLED2->setCaption(qt(m_clock.elapsed()));
+    kit::yield();
+}
+
+// Each counter gives way to its other side.
+void Scanform::NumLED1_Click(int index) {
+    giveWay(NumLED1(index), NumLED1(1 - index));
+}
+
+void Scanform::NumLED2_Click() {
+    giveWay(*NumLED2, *NumLED3);
+    Label9->setText("Remaining Time");
+}
+
+void Scanform::NumLED3_Click() {
+    giveWay(*NumLED3, *NumLED2);
+    Label9->setText("Elapsed Time");
+}
+
+void Scanform::TrayIcon_Restore() {
+    setState(State::Normal);
+    Show();
+}
+
+void Scanform::TrayIcon_Minimise() {
+    setState(State::Minimised);
+}
+
+} // namespace discaro::scanner
