@@ -10,15 +10,23 @@
 
 namespace discaro::app {
 
-SingleInstance::SingleInstance(const std::filesystem::path& markFile)
-    : m_file(open(markFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)) {
-    if (m_file >= 0)
-        m_taken = flock(m_file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+SingleInstance::SingleInstance(const std::filesystem::path& markFile,
+                               const std::filesystem::path& folder)
+    : m_marks{open(markFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600),
+              open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)} {
+    for (const int mark : m_marks)
+        take(mark);
+}
+
+void SingleInstance::take(int mark) {
+    if (mark >= 0 && flock(mark, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+        m_taken = true;
 }
 
 SingleInstance::~SingleInstance() {
-    if (m_file >= 0)
-        close(m_file);
+    for (const int mark : m_marks)
+        if (mark >= 0)
+            close(mark);
 }
 
 std::filesystem::path SingleInstance::defaultMark() {

@@ -18,6 +18,9 @@ namespace discaro::app {
 class Switch : public kit::Form {
     Q_OBJECT
 public:
+    // Chooses an entry; an index that none has does nothing.
+    void Label1_Click(int index);
+
     Switch();
 
     kit::Picture* Image1 = nullptr;       // the face; drags the window
@@ -37,7 +40,6 @@ protected:
 private:
     static const kit::FormTable<Switch> kTable;
 
-    void Label1_Click(int index);
     void Label1_MouseMove(int index);
     void Image1_MouseDown(QPoint position);
     void Image1_MouseMove(QPoint position);

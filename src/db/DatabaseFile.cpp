@@ -7,7 +7,10 @@
 #include <stdio.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <fstream>
+#include <string_view>
 #include <system_error>
 
 namespace discaro::db {
@@ -119,6 +122,15 @@ void renameWithoutReplacing(const fs::path& from, const fs::path& to) {
         refuse(errno, to);
 }
 
+void setJournalAside(const fs::path& database) {
+    const fs::path journal = database.string() + "-journal";
+    for (int number = 1; isTaken(journal); ++number) {
+        const fs::path aside = journal.string() + "." + std::to_string(number);
+        if (!isTaken(aside))
+            renameWithoutReplacing(journal, aside);
+    }
+}
+
 } // namespace
 
 void createDatabaseFile(const fs::path& path, const FileFormat& format,
@@ -136,8 +148,24 @@ void createDatabaseFile(const fs::path& path, const FileFormat& format,
 
 void publishFile(const fs::path& finished, const fs::path& name) {
     Descriptor(finished, O_RDONLY | O_CLOEXEC).sync(finished);
+    if (!isTaken(name))
+        setJournalAside(name);
     renameWithoutReplacing(finished, name);
     syncFolder(name);
+}
+
+bool isDatabaseOf(const fs::path& path, const FileFormat& format) {
+    constexpr std::string_view kMagic("SQLite format 3\0", 16);
+    constexpr size_t kIdAt = 68;
+    std::array<char, kIdAt + 4> head{};
+    std::ifstream file(path, std::ios::binary);
+    if (!file.read(head.data(), head.size()))
+        return false;
+    uint32_t id = 0;
+    for (size_t i = kIdAt; i < head.size(); ++i)
+        id = id << 8U | static_cast<unsigned char>(head[i]);
+    return std::string_view(head.data(), kMagic.size()) == kMagic &&
+           id == static_cast<uint32_t>(format.applicationId);
 }
 
 } // namespace discaro::db

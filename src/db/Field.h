@@ -29,11 +29,11 @@ class Recordset;
 // the field then keeps what it had.
 //   Integer  takes whole numbers, other numbers rounded half to even, and numeric text; 64 bits
 //   Double   takes numbers and numeric text
-//   Text, LongText  take anything, as textOf writes it. Bytes that are not UTF-8 are read as text
-//   without a stated
-//            encoding; a NUL inside the text survives
-//   Boolean  takes true and false, numbers (not 0 is true), the texts "true" and "false" in any
-//   case Date     takes the text "YYYY-MM-DD" or "YYYY-MM-DD HH:MM:SS", an existing date
+//   Text, LongText
+//            take anything, as textOf writes it. Bytes that are not UTF-8 are read as text without a
+//            stated encoding; a NUL inside the text survives
+//   Boolean  takes true and false, numbers (not 0 is true), "true" and "false" in any case
+//   Date     takes the text "YYYY-MM-DD" or "YYYY-MM-DD HH:MM:SS", an existing date
 // Null is allowed everywhere. Numeric text is the whole text, blanks at both ends apart, with "."
 // as its point.
 class Field {

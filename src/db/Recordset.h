@@ -66,7 +66,8 @@ public:
     void Delete();
 
     // Each move drops an edit in progress. First and last of an empty set are Bof and Eof, which is
-    // no error. Beyond Eof, and before Bof, NoCurrentRecord. MoveLast reaches the row added last.
+    // no error. Beyond Eof, and before Bof, NoCurrentRecord. MoveLast reaches the row added last, as
+    // far as it meets the recordset's condition.
     void MoveFirst();
     void MoveLast();
     void MoveNext();

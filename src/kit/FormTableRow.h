@@ -6,6 +6,7 @@
 #include "kit/Picture.h"
 #include "kit/TextBox.h"
 #include "kit/Timer.h"
+#include "kit/UnhandledErrors.h"
 
 #include <concepts>
 #include <functional>
@@ -197,7 +198,7 @@ public:
                                                                          Window& window) {
             QObject::connect(&control, signal, &window,
                              [&window, handler, index](Raised... raised) {
-                                 if (!window.isUnloaded())
+                                 if (!window.isUnloaded() && !isEndingByError())
                                      run(window, handler, index, std::tuple<Raised...>(raised...));
                              });
         });

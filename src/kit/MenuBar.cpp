@@ -1,6 +1,7 @@
 #include "kit/MenuBar.h"
 
 #include "base/RuntimeError.h"
+#include "kit/UnhandledErrors.h"
 
 #include <QtGui/QShortcut>
 
@@ -56,7 +57,7 @@ void MenuBar::addItem(QMenu& menu, const MenuLine& line, Form& window) {
     made->setCheckable(line.takesMark);
     made->setChecked(line.isMarked);
     connect(made, &QAction::triggered, &window, [&window, run = line.run] {
-        if (!window.isUnloaded() && run)
+        if (!window.isUnloaded() && !isEndingByError() && run)
             run(window);
     });
 }

@@ -1,11 +1,15 @@
 #include "program/ApplicationFolder.h"
 
 #include "catalogue/EmptyCatalogue.h"
+#include "db/DatabaseFile.h"
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <compare>
 #include <cstdlib>
+#include <optional>
 
 namespace discaro::program {
 
@@ -27,25 +31,42 @@ fs::path userDataFolder() {
     return fs::path(home != nullptr ? home : "/") / ".local/share/Discaro";
 }
 
-bool bringBackParked(const fs::path& folder) {
+// A file that may be the catalogue. What is no catalogue to look at still comes before an empty one: it may be one that
+// is enciphered or damaged.
+struct Parked {
+    bool isCatalogue;
+    fs::file_time_type changed;
+    fs::path path;
+
+    auto operator<=>(const Parked&) const = default;
+};
+
+std::optional<Parked> parkedUnder(const fs::path& path) {
     std::error_code error;
-    for (const char* name : kParked) {
-        if (!fs::is_regular_file(folder / name, error) || fs::file_size(folder / name, error) == 0)
-            continue;
-        fs::rename(folder / name, folder / kCatalogue);
-        return true;
-    }
-    return false;
+    if (!fs::is_regular_file(path, error) || fs::file_size(path, error) == 0)
+        return std::nullopt;
+    return Parked{db::isDatabaseOf(path, catalogue::catalogueFormat()),
+                  fs::last_write_time(path, error), path};
+}
+
+bool bringBackParked(const fs::path& folder) {
+    std::optional<Parked> best;
+    for (const char* name : kParked)
+        best = std::max(best, parkedUnder(folder / name));
+    if (best)
+        db::publishFile(best->path, folder / kCatalogue);
+    return best.has_value();
 }
 
 } // namespace
 
 fs::path findApplicationFolder(const fs::path& executableFolder) {
     std::error_code error;
-    if (fs::exists(executableFolder / kCatalogue, error) ||
-        access(executableFolder.c_str(), W_OK) == 0)
+    if (access(executableFolder.c_str(), W_OK) == 0)
         return executableFolder;
-    return userDataFolder();
+    const fs::path own = userDataFolder();
+    const bool isShared = fs::exists(executableFolder / kCatalogue, error);
+    return isShared && !fs::exists(own / kCatalogue, error) ? executableFolder : own;
 }
 
 void prepareApplicationFolder(const fs::path& folder, const fs::path& categoryTemplate) {

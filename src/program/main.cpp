@@ -20,18 +20,15 @@ using namespace discaro;
 
 namespace {
 
-// The category list stands beside the executable, or where the installation put its data.
-std::filesystem::path categoryTemplate(const std::filesystem::path& executableFolder) {
-    const auto beside = executableFolder / "kvt.ini";
-    return std::filesystem::exists(beside) ? beside : executableFolder / "../share/discaro/kvt.ini";
+std::filesystem::path executableFolder() {
+    return QCoreApplication::applicationDirPath().toStdString();
 }
 
+// The category list that a new folder gets stands beside the executable.
 void prepareFolder() {
-    const std::filesystem::path executable = QCoreApplication::applicationDirPath().toStdString();
-    app::Module1::ApplicationPath = program::findApplicationFolder(executable);
     try {
         program::prepareApplicationFolder(app::Module1::ApplicationPath,
-                                          categoryTemplate(executable));
+                                          executableFolder() / "kvt.ini");
     } catch (const std::exception& error) {
         kit::MsgBox(
             QString("The application folder can't be made ready.\n\n%1").arg(kit::qt(error.what())),
@@ -51,7 +48,9 @@ int main(int argc, char** argv) {
     db::DBEngine::SetFormat(catalogue::catalogueFormat());
     program::registerWindows();
     app::Windows::setWhenNoneIsLeft([] { kit::EndProgram(); });
-    const app::SingleInstance instance;
+    app::Module1::ApplicationPath = program::findApplicationFolder(executableFolder());
+    const app::SingleInstance instance(app::SingleInstance::defaultMark(),
+                                       app::Module1::ApplicationPath);
     kit::reportingErrors([&] { app::Main(instance, prepareFolder); });
     return kit::Application::exec();
 }

@@ -44,6 +44,21 @@ TEST_F(Main, TheMarkIsFreeAgainWhenTheInstanceHasGone) {
     EXPECT_FALSE(app::SingleInstance(mark()).prevInstance());
 }
 
+TEST_F(Main, OneInstanceAFolderWhateverTheSurroundingsOfItsStart) {
+    const std::filesystem::path shared = folder.path().toStdString();
+    const app::SingleInstance first(mark(), shared);
+    EXPECT_FALSE(first.prevInstance());
+    const app::SingleInstance second(folder.filePath("another mark").toStdString(), shared);
+    EXPECT_TRUE(second.prevInstance());
+}
+
+TEST_F(Main, TheMarkOnAFolderLeavesNothingInIt) {
+    const auto own = std::filesystem::path(folder.path().toStdString()) / "own";
+    std::filesystem::create_directory(own);
+    { const app::SingleInstance instance({}, own); }
+    EXPECT_TRUE(std::filesystem::is_empty(own));
+}
+
 TEST_F(Main, WhereNoMarkCanBeMadeNobodyHasIt) {
     EXPECT_FALSE(app::SingleInstance(folder.filePath("none/mark").toStdString()).prevInstance());
 }

@@ -1,6 +1,7 @@
 #include "app/AppTest.h"
 #include "app/Switch.h"
 #include "base/RuntimeError.h"
+#include "db/DBEngine.h"
 #include "kit/Colour.h"
 #include "kit/TrayIcon.h"
 #include "support/windows/GoldenForm.h"
@@ -176,6 +177,26 @@ TEST_F(Switch, TheEntriesComeBackAfterTheFirstScan) {
     EXPECT_FALSE(menu.Label1(2).isEnabled());
     menu.Unload();
     EXPECT_TRUE(openWithDisc().Label1(2).isEnabled());
+}
+
+TEST_F(Switch, TheEntriesGoAwayAfterTheLastDiscHasBeenDeleted) {
+    EXPECT_TRUE(openWithDisc().Label1(2).isEnabled());
+    Windows::Unload("Switch");
+    db::DBEngine::OpenDatabase(Module1::cataloguePath())->Execute("delete from drive");
+    EXPECT_FALSE(open().Label1(2).isEnabled());
+}
+
+TEST_F(Switch, TheWorkshopOpensOverAnEmptyCatalogueToo) {
+    click(open().Label1(4));
+    EXPECT_THAT(log, ElementsAre("Workshop load"));
+}
+
+TEST_F(Switch, AnIndexThatNoEntryHasDoesNothing) {
+    auto& menu = open();
+    for (const int index : {-1, 8, 100})
+        menu.Label1_Click(index);
+    EXPECT_THAT(log, IsEmpty());
+    EXPECT_TRUE(Windows::IsLoaded("Switch"));
 }
 
 TEST_F(Switch, AFailingRecordCountLeavesTheMenuFullyEnabled) {

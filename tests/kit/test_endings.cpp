@@ -96,6 +96,22 @@ TEST_F(Endings, TimersRestWhileTheReportIsUp) {
     kit::setAnswerer(before);
 }
 
+TEST_F(Endings, DeclaredHandlersRestWhileTheReportIsUp) {
+    QCoreApplication::setApplicationName("discaro-test");
+    int runs = 0;
+    form->onCommand = [&] {
+        ++runs;
+        throw RuntimeError(ErrorNumber::DiskFull);
+    };
+    const auto before = kit::setAnswerer([this](const kit::Question&) {
+        emit form->Command1(0).Click();
+        return kit::Answer::Ok;
+    });
+    EXPECT_EQ(endOfClick(), 1);
+    kit::setAnswerer(before);
+    EXPECT_EQ(runs, 1);
+}
+
 TEST(EndProgram, EndsTheProcessAtOnceWithItsExitCode) {
     EXPECT_EXIT(kit::EndProgram(3), ::testing::ExitedWithCode(3), "");
 }

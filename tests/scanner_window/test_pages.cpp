@@ -18,7 +18,7 @@ class Pages : public WizardTest {};
 
 } // namespace
 
-TEST_F(Pages, TheWindowHasTheToldControls) {
+TEST_F(Pages, MatchesItsGoldenFile) {
     open();
     expectGolden(*form, "scanner_window");
 }
