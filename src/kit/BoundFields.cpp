@@ -6,8 +6,6 @@
 #include "kit/TextBox.h"
 
 #include <QtCore/QSignalBlocker>
-#include <QtGui/QTextOption>
-#include <QtWidgets/QPlainTextEdit>
 
 #include <algorithm>
 #include <utility>
@@ -77,28 +75,6 @@ qsizetype placeInText(const QString& text, qsizetype formPlace) {
     return place;
 }
 
-// Finding the places where a text may be broken takes time with the square of the length of its
-// longest word. Texts from discs need not have words.
-bool hasEndlessWord(const QString& text) {
-    constexpr int kLongestWord = 5000;
-    int length = 0;
-    return std::any_of(text.begin(), text.end(), [&length](QChar each) {
-        length = each.isSpace() ? 0 : length + 1;
-        return length > kLongestWord;
-    });
-}
-
-// The box never holds an endless word while it breaks lines between words.
-void giveToArea(TextBox& box, const QString& text) {
-    auto& area = static_cast<QPlainTextEdit&>(box.editor());
-    const bool anywhere = hasEndlessWord(text);
-    if (anywhere)
-        area.setWordWrapMode(QTextOption::WrapAnywhere);
-    box.setText(text);
-    if (!anywhere)
-        area.setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-}
-
 qsizetype commonStart(const QString& left, const QString& right) {
     const auto* different =
         std::mismatch(left.begin(), left.end(), right.begin(), right.end()).first;
@@ -147,10 +123,7 @@ void BoundFields::bind(TextBox& box, std::string_view field) {
     binding.read = [&box] { return box.text(); };
     binding.give = [&box](const QString& text) {
         const QSignalBlocker quiet(&box);
-        if (box.isMultiLine())
-            giveToArea(box, text);
-        else
-            box.setText(text);
+        box.setText(text);
     };
     binding.notify = [&box] { emit box.Change(); };
     add(std::move(binding), field);

@@ -2,6 +2,7 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtGui/QKeyEvent>
+#include <QtGui/QTextOption>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QVBoxLayout>
@@ -17,6 +18,27 @@ QString firstLine(const QString& text) {
     const auto isLineEnd = [](QChar each) { return each == u'\n' || each == u'\r'; };
     const auto* end = std::find_if(text.begin(), text.end(), isLineEnd);
     return text.left(end - text.begin());
+}
+
+// Finding the places where a text may be broken takes time with the square of the length of its
+// longest word. Texts from discs need not have words.
+bool hasEndlessWord(const QString& text) {
+    constexpr int kLongestWord = 5000;
+    int length = 0;
+    return std::any_of(text.begin(), text.end(), [&length](QChar each) {
+        length = each.isSpace() ? 0 : length + 1;
+        return length > kLongestWord;
+    });
+}
+
+// The area never holds an endless word while it breaks lines between words.
+void giveToArea(QPlainTextEdit& area, const QString& text) {
+    const bool anywhere = hasEndlessWord(text);
+    if (anywhere)
+        area.setWordWrapMode(QTextOption::WrapAnywhere);
+    area.setPlainText(text);
+    if (!anywhere)
+        area.setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
 bool isEnter(const QEvent& event) {
@@ -85,7 +107,7 @@ void TextBox::put(const QString& text) {
         return;
     }
     m_set = text;
-    m_area->setPlainText(text);
+    giveToArea(*m_area, text);
 }
 
 void TextBox::showText(const QString& text) {

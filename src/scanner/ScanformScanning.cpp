@@ -32,6 +32,7 @@ void Scanform::Command4_Click() {
     Picture6->show();
     Picture1->hide();
     Picture2->hide();
+    SSTab1->setFocus();
 }
 
 void Scanform::Command3_Click() {

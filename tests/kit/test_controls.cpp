@@ -3,6 +3,7 @@
 #include "kit/SampleTest.h"
 
 #include <QtGui/QAccessible>
+#include <QtWidgets/QPlainTextEdit>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -68,6 +69,22 @@ TEST_F(Controls, ChoosingTheSameItemOfAComboAgainClicksOnly) {
     emit form->Combo1->activated(0);
     form->Combo1->hidePopup();
     EXPECT_THAT(form->heard, ElementsAre("chosen ="));
+}
+
+// Without that, a megabyte without a blank takes minutes to lay out.
+TEST_F(Controls, AnEndlessWordIsBrokenAnywhere) {
+    kit::TextBox box;
+    box.setMultiLine();
+    const auto wrapping = [&box] {
+        return static_cast<const QPlainTextEdit&>(box.editor()).wordWrapMode();
+    };
+    box.setText("a few words");
+    EXPECT_EQ(wrapping(), QTextOption::WrapAtWordBoundaryOrAnywhere);
+    box.setText(QString(1'000'000, u'x'));
+    EXPECT_EQ(wrapping(), QTextOption::WrapAnywhere);
+    EXPECT_EQ(box.text().size(), 1'000'000);
+    box.setText("a few words");
+    EXPECT_EQ(wrapping(), QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
 TEST_F(Controls, AComboTakesOnlyItsOwnTexts) {
