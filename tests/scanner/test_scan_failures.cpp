@@ -108,6 +108,23 @@ TEST(FailingDisc, UnderIgnoreTheFailedFieldStaysEmptyAndTheRestOfTheRowIsSaved) 
     EXPECT_NE(rig.field("drive", {}, "Comments").find(" in File :- BAD.TXT"), std::string::npos);
 }
 
+TEST(FailingDisc, TheCommentsHoldTheReportTheUsersTextAndAnEntryForEachError) {
+    const auto bad = [](const char* name) {
+        return file(name, "lost").withFailure(ErrorNumber::ReadFailure);
+    };
+    ScanRig rig;
+    rig.insert(
+        folder("", {bad("BAD1.TXT"), file("GOOD.TXT", "ok"), folder("S", {bad("BAD2.TXT")})}));
+    rig.scan(action("ignore"), "Disc", "from a magazine");
+    // Length, stamp and attributes for the row, and the length once more for the directory's size.
+    std::string entries;
+    for (const char* name : {"BAD1.TXT", "BAD2.TXT"})
+        for (int i = 0; i < 4; ++i)
+            entries += std::string("\r\n\r\nThe disc could not be read. in File :- ") + name;
+    EXPECT_EQ(rig.field("drive", {}, "Comments"),
+              "Scanned with basic details ignoring all errors.\r\nfrom a magazine\r\n" + entries);
+}
+
 TEST(FailingDisc, WithoutLoggingTheReportIsKeptNowhere) {
     ScanRig rig;
     rig.insert(folder("", {file("BAD.TXT").withFailure(ErrorNumber::ReadFailure)}));
@@ -271,6 +288,52 @@ TEST(RefusingCatalogue, ANumberThatAFreeOneOvertookEndsTheScanWithAMessage) {
     EXPECT_EQ(rig.field("drive", {}, "Comments"),
               "Scanned with basic details ignoring all errors.\r\n")
         << "the other disc's comments stay";
+}
+
+TEST(RefusingCatalogue, ADiscWhoseDriveIsGoneIsNotScannedWithoutARowOfItsOwn) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A")}));
+    rig.scan();
+    scanner::ScanEngine engine(
+        {rig.masterSource, rig.discs, rig.directories, rig.files}, rig.drives, rig.lister,
+        rig.watcher,
+        {.driveLetter = 'X', .preferredName = {}, .comments = {}, .quickFiles = 0, .options = {}});
+    engine.run();
+    EXPECT_EQ(rig.watcher.log.back(), "stopped");
+    EXPECT_TRUE(rig.watcher.log[rig.watcher.log.size() - 2].starts_with(
+        "not saved: The path was not found"))
+        << rig.watcher.log[rig.watcher.log.size() - 2];
+    EXPECT_EQ(rig.count("drive"), 1);
+    EXPECT_EQ(rig.count("files"), 1);
+    EXPECT_EQ(rig.master("scanned cd-roms"), "1");
+}
+
+TEST(RefusingCatalogue, ADiscTableThatTakesNoRowEndsTheScan) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A")}));
+    rig.discs.SetReadOnly(true);
+    rig.discs.Refresh();
+    rig.scan();
+    EXPECT_EQ(rig.watcher.log.back(), "stopped");
+    EXPECT_EQ(
+        rig.watcher.log[rig.watcher.log.size() - 2],
+        "not saved: The operation is not supported for this object: the recordset is a snapshot");
+    EXPECT_EQ(rig.count("directories"), 0);
+}
+
+TEST(RefusingCatalogue, TheLogGoesIntoNoOtherDiscsComments) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A")}));
+    rig.scan(action("ignore"), "First");
+    const std::string before = rig.field("drive", "[id number] = 1", "Comments");
+    rig.insert(folder("", {file("B").withFailure(ErrorNumber::ReadFailure)}));
+    rig.watcher.atYield = [&](int) {
+        rig.discs.Recordset().FindFirst("[id number] = 2");
+        if (!rig.discs.Recordset().NoMatch())
+            rig.discs.Recordset().Delete();
+    };
+    rig.scan(action("ignore"), "Second");
+    EXPECT_EQ(rig.field("drive", {}, "Comments"), before);
 }
 
 TEST(RefusingCatalogue, OneThatIsGoneAtTheTotalsDoesNotCrash) {
