@@ -20,7 +20,8 @@ struct FileFormat;
 // with all its writes, whichever handle made them. So is it when the process ends in any way. When
 // a write fails because the disk is full or defective, the memory is out or the file is damaged,
 // the whole transaction is undone at once and counts as lost: every further write throws
-// TransactionLost, until CommitTrans throws it a last time or the data sources close.
+// TransactionLost, which tells that failure, until CommitTrans throws it a last time or the data
+// sources close.
 class DBEngine {
 public:
     DBEngine() = delete;

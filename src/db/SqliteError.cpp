@@ -1,5 +1,7 @@
 #include "db/SqliteError.h"
 
+#include "db/Engine.h"
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -57,8 +59,10 @@ void raise(sqlite3* connection, int code) {
     if (isOverflow(connection, code))
         throw base::RuntimeError(ErrorNumber::DataTypeConversion, "the sum is too large");
     const bool ofConnection = connection != nullptr && sqlite3_extended_errcode(connection) == code;
-    throw base::RuntimeError(errorNumberOf(code),
-                             ofConnection ? sqlite3_errmsg(connection) : sqlite3_errstr(code));
+    const base::RuntimeError error(errorNumberOf(code), ofConnection ? sqlite3_errmsg(connection)
+                                                                     : sqlite3_errstr(code));
+    Engine::instance().transaction().failureSeen(error);
+    throw error;
 }
 
 bool breaksTransaction(const base::RuntimeError& error) {

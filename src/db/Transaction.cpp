@@ -40,8 +40,9 @@ void Transaction::commit() {
         if (!store->connection().inTransaction())
             m_state = State::Lost;
     if (m_state == State::Lost) {
+        const RuntimeError error = lost();
         end();
-        throw RuntimeError(ErrorNumber::TransactionLost);
+        throw error;
     }
     commitAll();
 }
@@ -66,7 +67,7 @@ void Transaction::join(Store& store) {
     if (m_state == State::Open && takesPart(store) && !store.connection().inTransaction())
         lose();
     if (m_state == State::Lost)
-        throw RuntimeError(ErrorNumber::TransactionLost);
+        throw lost();
     if (takesPart(store))
         return;
     store.begin();
@@ -77,9 +78,19 @@ bool Transaction::takesPart(const Store& store) const {
     return std::ranges::any_of(m_stores, [&](const auto& each) { return each.get() == &store; });
 }
 
+RuntimeError Transaction::lost() const {
+    return RuntimeError(ErrorNumber::TransactionLost, m_cause);
+}
+
+void Transaction::failureSeen(const RuntimeError& error) {
+    if (m_state == State::Open && m_cause.empty() && breaksTransaction(error))
+        m_cause = error.description();
+}
+
 void Transaction::writeFailed(Store& store, const RuntimeError& error) {
     if (m_state != State::Open)
         return;
+    failureSeen(error);
     if (breaksTransaction(error) || (takesPart(store) && !store.connection().inTransaction()))
         lose();
 }
@@ -101,6 +112,7 @@ void Transaction::end() {
         store->rollback();
     m_stores.clear();
     m_owners.clear();
+    m_cause.clear();
     m_state = State::None;
 }
 

@@ -3,6 +3,7 @@
 #include "base/RuntimeError.h"
 
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace discaro::db {
@@ -22,8 +23,12 @@ public:
     void begin(const std::vector<std::shared_ptr<Store>>& stores,
                std::vector<const Database*> owners);
     void commit();
-    // Before each write: makes the file part of an open transaction. Throws TransactionLost.
+    // Before each write: makes the file part of an open transaction. Throws TransactionLost, whose detail tells
+    // what broke the transaction.
     void join(Store& store);
+    // Whenever a statement fails. The first failure of its kind is what a lost transaction was lost to, also when
+    // whoever ran the statement passed over it.
+    void failureSeen(const base::RuntimeError& error);
     // After a failed write.
     void writeFailed(Store& store, const base::RuntimeError& error);
     void handleClosed(const Database& handle);
@@ -33,8 +38,10 @@ private:
     void end();
     void commitAll();
     bool takesPart(const Store& store) const;
+    base::RuntimeError lost() const;
 
     State m_state = State::None;
+    std::string m_cause; // in words; empty when no statement has failed
     std::vector<std::shared_ptr<Store>> m_stores;
     std::vector<const Database*> m_owners;
 };

@@ -247,7 +247,6 @@ std::string Lister::firstFile(std::string_view directoryPath) {
 std::string Lister::nextFile() {
     auto& current = m_enumeration;
     current.facts.reset();
-    current.failures = {};
     if (current.level && current.next < current.level->listing.files.size())
         return current.level->listing.files[current.next++].name;
     current = {};
@@ -279,33 +278,25 @@ FileFacts Lister::readFacts(const Found& file) {
 }
 
 template <typename Value>
-Value Lister::fact(std::string_view path, Asker asker, Value FileFacts::*value) {
+Value Lister::fact(std::string_view path, Value FileFacts::*value) {
     if (!isEnumerated(path))
         return readFacts(find(path)).*value;
-    auto& current = m_enumeration;
-    try {
-        if (!current.facts)
-            current.facts = readFacts(find(path));
-        return (*current.facts).*value;
-    } catch (const RuntimeError&) {
-        auto& failures = current.failures[static_cast<size_t>(asker)];
-        if (failures == kMostFailures)
-            return {};
-        ++failures;
-        throw;
-    }
+    auto& facts = m_enumeration.facts;
+    if (!facts)
+        facts = readFacts(find(path));
+    return (*facts).*value;
 }
 
 uint64_t Lister::fileLength(std::string_view path) {
-    return fact(path, Asker::Length, &FileFacts::size);
+    return fact(path, &FileFacts::size);
 }
 
 std::time_t Lister::fileTime(std::string_view path) {
-    return fact(path, Asker::Time, &FileFacts::modified);
+    return fact(path, &FileFacts::modified);
 }
 
 unsigned Lister::fileAttributes(std::string_view path) {
-    return fact(path, Asker::Attributes, &FileFacts::attributes);
+    return fact(path, &FileFacts::attributes);
 }
 
 std::unique_ptr<ByteSource> Lister::openFile(std::string_view path) {

@@ -4,7 +4,6 @@
 #include "disc/DriveTable.h"
 #include "disc/Medium.h"
 
-#include <array>
 #include <cstdint>
 #include <ctime>
 #include <functional>
@@ -75,9 +74,7 @@ public:
 
     // A file's facts. The file that was enumerated last is at hand, also among several with the same name, and its
     // facts are read once for all three functions. Throws PathMissing, or what the medium gives when it can't read
-    // them. For the file enumerated last each function throws kMostFailures times, then answers 0, so that a caller
-    // who repeats what failed comes to an end.
-    static constexpr int kMostFailures = 2;
+    // them; a call after that tries to read them again.
     uint64_t fileLength(std::string_view path);
     std::time_t fileTime(std::string_view path);
     unsigned fileAttributes(std::string_view path);
@@ -101,7 +98,6 @@ private:
         std::string base; // the directory's path without a trailing backslash
         size_t next = 0;  // the file that is enumerated next
         std::optional<FileFacts> facts;
-        std::array<int, 3> failures{};
     };
 
     // A file that a path means.
@@ -109,8 +105,6 @@ private:
         LevelPtr level;
         size_t index;
     };
-
-    enum class Asker { Length, Time, Attributes };
 
     static std::string pathOf(const Chain& chain);
     static LevelPtr readLevel(const Chain& above, const Entry& entry);
@@ -124,7 +118,7 @@ private:
     bool isEnumerated(std::string_view path) const;
     Found find(std::string_view path) const;
     template <typename Value>
-    Value fact(std::string_view path, Asker asker, Value FileFacts::*value);
+    Value fact(std::string_view path, Value FileFacts::*value);
 
     const DriveTable& m_drives;
     Chain m_chain;

@@ -1,6 +1,5 @@
 #include "scanner/DiscFiles.h"
 
-#include "app/Module1.h"
 #include "base/Text.h"
 #include "disc/IniFile.h"
 #include "disc/TextLines.h"
@@ -14,14 +13,18 @@ constexpr int kBufferLength = 50;
 
 } // namespace
 
-void readAutorun(disc::Lister& lister, const disc::DriveTable& drives, const std::string& root,
+void readAutorun(disc::Lister& lister, const std::string& root,
                  const std::function<void(const std::string& line)>& line) {
     const std::string path = root + "autorun.inf";
-    if (!app::Module1::FileExists(path, drives))
+    if (!lister.fileExists(path))
         return;
     const auto file = lister.openFile(path);
     disc::readTextLines(*file, disc::kTextLimit,
                         [&](std::string_view text) { line(std::string(text)); });
+}
+
+std::string setupPath(const std::string& directory) {
+    return directory + "\\setup.ini";
 }
 
 std::string readSetupName(disc::Lister& lister, const std::string& path) {

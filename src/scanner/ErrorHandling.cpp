@@ -1,6 +1,7 @@
 #include "scanner/ErrorHandling.h"
 
 #include "app/Module1.h"
+#include "db/SqliteError.h"
 #include "scanner/Texts.h"
 
 #include <utility>
@@ -25,9 +26,12 @@ ErrorDesk::Next ErrorDesk::handle(const base::RuntimeError& error, const ErrorHa
     if (m_options.ErrorAction == "ignore")
         return Next::Statement;
     AskStopOnError();
+    const bool stops = app::Module1::ScanCancelled == 1;
+    if (stops && db::breaksTransaction(error))
+        giveUp(error.description());
     if (handler.afterPrompt == ErrorHandler::AfterPrompt::EndProcedure)
         return Next::EndOfProcedure;
-    return app::Module1::ScanCancelled == 1 ? Next::Statement : Next::SameStatement;
+    return stops ? Next::Statement : Next::SameStatement;
 }
 
 void ErrorDesk::log(const std::string& entry) {

@@ -44,10 +44,12 @@ public:
     using PlaceName = std::function<std::string(ErrorHandler::Place)>;
     ErrorDesk(const ScanOptions& options, ScanWatcher& watcher, PlaceName placeName);
 
-    // A stop that the user has asked for is not held up by running a statement again. Logs the error, asks as the handler and the error action say, and tells where the procedure goes on.
+    // Logs the error, asks as the handler and the error action say, and tells where the procedure goes on. A
+    // statement runs again for as long as it fails, and its error is logged and asked about each time, until the
+    // user wants the scan stopped. When it was the catalogue that failed, who stops the scan is told how.
     Next handle(const base::RuntimeError& error, const ErrorHandler& handler);
 
-    // Ends the scan because the catalogue takes no more of it; the user is told once.
+    // Ends the scan because the catalogue can't take it whole; the user is told the first reason.
     void giveUp(const std::string& reason);
 
     // Asks whether to stop; a yes sets the shared flag and lets pending events run.

@@ -73,11 +73,17 @@ void ScanDisplay::showCounters(double done, double left) {
 
 void ScanDisplay::advanceDiscBar(double done) {
     m_form.ProgressBar1->setValue(static_cast<int64_t>(done));
+}
+
+void ScanDisplay::showDiscBarTip() {
     showPercent(*m_form.ProgressBar1);
 }
 
 void ScanDisplay::advanceDirectoryBar() {
     m_form.ProgressBar2->setValue(m_form.ProgressBar2->value() + 1);
+}
+
+void ScanDisplay::showDirectoryBarTip() {
     showPercent(*m_form.ProgressBar2);
 }
 

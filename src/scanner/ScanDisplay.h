@@ -21,7 +21,9 @@ public:
     void directoryBarReset() override;
     void showCounters(double done, double left) override;
     void advanceDiscBar(double done) override;
+    void showDiscBarTip() override;
     void advanceDirectoryBar() override;
+    void showDirectoryBarTip() override;
     void showPercentage() override;
     void walkFinished() override;
     void remainingTimeZero() override;

@@ -37,8 +37,7 @@ void ScanEngine::run() {
     skipErrors([&] { m_watcher.scanStarted(m_request.quickFiles); });
     const std::string start = m_lister.path();
     skipErrors([&] { ClaimDiscNumber(); });
-    skipErrors([&] { AddDriveRow(); });
-    skipErrors([&] { m_lister.reread(); });
+    AddDriveRow();
     DirectoryId = "C" + std::to_string(DiscNumber) + "D1";
     ScanDirectory();
     if (stopIfCancelled())
@@ -103,8 +102,23 @@ void ScanEngine::ClaimDiscNumber() {
     m_data.master.UpdateRecord();
 }
 
+// Without the disc's row nothing of the disc can be kept. A number that a free one has overtaken is the usual reason.
 void ScanEngine::AddDriveRow() {
+    try {
+        fillDriveRow();
+        m_data.discs.UpdateRecord();
+    } catch (const base::RuntimeError& error) {
+        const bool taken = error.is(base::ErrorNumber::RuleViolated);
+        m_desk.giveUp(taken ? "The CD-ROM number " + std::to_string(DiscNumber) +
+                                  " is in use already. Choose \"any free number\" in the options."
+                            : error.description());
+    }
+}
+
+void ScanEngine::fillDriveRow() {
     const disc::DriveFacts facts = m_drives.facts(rootPath(m_request.driveLetter));
+    // Looking at the drive may have found another disc in it than the quick scan did.
+    skipErrors([&] { m_lister.reread(); });
     db::Recordset& disc = rows(m_data.discs);
     disc.AddNew();
     skipErrors([&] { disc(drive::kIdNumber) = DiscNumber; });
@@ -118,27 +132,13 @@ void ScanEngine::AddDriveRow() {
     skipErrors(
         [&] { disc(drive::kComments) = initialComments(m_request.options, m_request.comments); });
     skipErrors([&] { ReadAutorun(facts.root); });
-    skipErrors([&] { saveDriveRow(); });
-}
-
-// Without the disc's row nothing of the disc can be kept. A number that a free one has overtaken is the usual reason.
-void ScanEngine::saveDriveRow() {
-    try {
-        m_data.discs.UpdateRecord();
-    } catch (const base::RuntimeError& error) {
-        const bool taken = error.is(base::ErrorNumber::RuleViolated);
-        m_desk.giveUp(taken ? "The CD-ROM number " + std::to_string(DiscNumber) +
-                                  " is in use already. Choose \"any free number\" in the options."
-                            : error.description());
-        throw;
-    }
 }
 
 // The lines read before a failure stay.
 void ScanEngine::ReadAutorun(const std::string& root) {
     std::string lines;
     skipErrors([&] {
-        readAutorun(m_lister, m_drives, root,
+        readAutorun(m_lister, root,
                     [&](const std::string& line) { lines.append(kLineEnd).append(line); });
     });
     if (!lines.empty())
@@ -160,6 +160,8 @@ void ScanEngine::UpdateMasterTotals() {
 void ScanEngine::LogErrorsToComments() {
     db::Recordset& disc = rows(m_data.discs);
     disc.MoveLast();
+    if (db::numberOf(disc.Fields(drive::kIdNumber).Value()) != static_cast<double>(DiscNumber))
+        return;
     disc.Edit();
     disc(drive::kComments) =
         db::textOf(disc.Fields(drive::kComments).Value()).append(kLineEnd).append(ErrorLog());

@@ -51,7 +51,7 @@ private:
     void ClaimDiscNumber();
     int64_t freeDiscNumber();
     void AddDriveRow();
-    void saveDriveRow();
+    void fillDriveRow();
     void ReadAutorun(const std::string& root);
 
     // The walk

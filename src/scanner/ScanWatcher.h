@@ -25,10 +25,13 @@ public:
     virtual void directoryEntered(int64_t /*files*/) {}
     virtual void directoryBarReset() {}
 
-    // After each file, in this order.
+    // After each file, in this order. A bar's value and its tool tip are two statements: when the bar refuses one,
+    // the other is shown all the same.
     virtual void showCounters(double /*done*/, double /*left*/) {}
     virtual void advanceDiscBar(double /*done*/) {}
+    virtual void showDiscBarTip() {}
     virtual void advanceDirectoryBar() {}
+    virtual void showDirectoryBarTip() {}
     virtual void showPercentage() {}
 
     virtual void walkFinished() {}

@@ -106,7 +106,8 @@ void ScanEngine::showFileDone() {
     --FilesLeft;
     runStatements(
         m_desk, kScanFilesHandler, [&] { m_watcher.showCounters(FilesDone, FilesLeft); },
-        [&] { m_watcher.advanceDiscBar(FilesDone); }, [&] { m_watcher.advanceDirectoryBar(); },
+        [&] { m_watcher.advanceDiscBar(FilesDone); }, [&] { m_watcher.showDiscBarTip(); },
+        [&] { m_watcher.advanceDirectoryBar(); }, [&] { m_watcher.showDirectoryBarTip(); },
         [&] { m_watcher.showPercentage(); }, [&] { m_watcher.yield(); });
 }
 
@@ -121,11 +122,7 @@ void ScanEngine::CompleteDirectoryRow() {
     if (name.empty())
         name = path;
     runStatements(
-        m_desk, kCompleteDirectoryHandler,
-        [&] {
-            directory.MoveLast();
-            directory.Edit();
-        },
+        m_desk, kCompleteDirectoryHandler, [&] { directory.MoveLast(); }, [&] { directory.Edit(); },
         [&] { directory(directories::kParentId) = parent; },
         [&] { directory(directories::kDirectoryPath) = path; }, [&] { m_watcher.yield(); },
         [&] { directory(directories::kNumberOfFiles) = m_lister.fileCount(); },
@@ -218,7 +215,7 @@ bool ScanEngine::captureResources() {
 void ScanEngine::ReadSetupIni() {
     std::string name;
     if (base::lowerAscii(CurrentFileName) == "setup.ini")
-        skipErrors([&] { name = readSetupName(m_lister, CurrentFilePath); });
+        skipErrors([&] { name = readSetupName(m_lister, setupPath(m_lister.path())); });
     SetupAppName = name;
 }
 

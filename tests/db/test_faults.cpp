@@ -181,6 +181,28 @@ TEST_F(LostTransactions, EveryFurtherWriteFailsUntilTheCommitThatFailsToo) {
     EXPECT_EQ(rows().RecordCount(), 2);
 }
 
+TEST_F(LostTransactions, TellWhatTheyWereLostToUntilTheNextOneBegins) {
+    const auto described = [](const std::function<void()>& action) -> std::string {
+        try {
+            action();
+        } catch (const base::RuntimeError& error) {
+            return error.description();
+        }
+        return "nothing";
+    };
+    const std::string full = "The transaction was undone after an earlier failure: "
+                             "There is not enough space on the disk: database or disk is full";
+    DBEngine::BeginTrans();
+    EXPECT_EQ(fillDisk(), number(ErrorNumber::DiskFull));
+    EXPECT_EQ(described([&] { rows().Delete(); }), full);
+    EXPECT_EQ(described([] { DBEngine::CommitTrans(); }), full);
+    DBEngine::BeginTrans();
+    EXPECT_EQ(errorOfAdding(7), 0);
+    m_discs->Database()->store()->connection().execute("ROLLBACK");
+    EXPECT_EQ(described([] { DBEngine::CommitTrans(); }),
+              "The transaction was undone after an earlier failure.");
+}
+
 TEST_F(LostTransactions, ClosingTheDataSourcesEndsIt) {
     DBEngine::BeginTrans();
     EXPECT_EQ(fillDisk(), number(ErrorNumber::DiskFull));

@@ -37,6 +37,18 @@ void TestWatcher::showCounters(double done, double left) {
 void TestWatcher::advanceDiscBar(double) {
     if (atDiscBar)
         atDiscBar();
+    bars.emplace_back("disc");
+}
+void TestWatcher::showDiscBarTip() {
+    if (atDiscBarTip)
+        atDiscBarTip();
+    bars.emplace_back("disc tip");
+}
+void TestWatcher::advanceDirectoryBar() {
+    bars.emplace_back("directory");
+}
+void TestWatcher::showDirectoryBarTip() {
+    bars.emplace_back("directory tip");
 }
 void TestWatcher::walkFinished() {
     log.emplace_back("walk finished");
@@ -141,14 +153,16 @@ void ScanRig::scan(scanner::ScanOptions options, const std::string& name,
     scanner::QuickScan quick(lister);
     quick.begin(letter);
     quick.countBelow([](const std::string&) { return true; });
-    scanner::ScanEngine engine({masterSource, discs, directories, files}, drives, lister, watcher,
-                               {.driveLetter = letter,
-                                .preferredName = name,
-                                .comments = comments,
-                                .quickFiles = quickFiles < 0 ? quick.files() : quickFiles,
-                                .options = std::move(options)});
-    engine.run();
-    errorLog = engine.ErrorLog();
+    scanner::ScanEngine running({masterSource, discs, directories, files}, drives, lister, watcher,
+                                {.driveLetter = letter,
+                                 .preferredName = name,
+                                 .comments = comments,
+                                 .quickFiles = quickFiles < 0 ? quick.files() : quickFiles,
+                                 .options = std::move(options)});
+    engine = &running;
+    running.run();
+    errorLog = running.ErrorLog();
+    engine = nullptr;
 }
 
 int64_t ScanRig::count(const std::string& table) {

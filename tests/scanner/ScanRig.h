@@ -32,6 +32,9 @@ public:
     void directoryEntered(int64_t files) override;
     void showCounters(double done, double left) override;
     void advanceDiscBar(double done) override;
+    void showDiscBarTip() override;
+    void advanceDirectoryBar() override;
+    void showDirectoryBarTip() override;
     void walkFinished() override;
     void remainingTimeZero() override;
     void cancelImpossible() override;
@@ -46,7 +49,9 @@ public:
     void scanStopped() override;
 
     std::function<void()> whenStopped;
-    std::function<void()> atDiscBar; // may throw, as a bar does that refuses a value
+    std::function<void()> atDiscBar;    // may throw, as a bar does that refuses a value
+    std::function<void()> atDiscBarTip; // may throw too
+    std::vector<std::string> bars;      // what the bars were told without refusing it
 };
 
 // One row of a table as texts, by field name.
@@ -89,8 +94,9 @@ public:
     disc::Lister lister;
     TestWatcher watcher;
     char letter = 0;
-    std::string root;       // of the disc inserted last, such as "D:\"
-    std::string errorLog;   // of the scan before
+    std::string root;                            // of the disc inserted last, such as "D:\"
+    std::string errorLog;                        // of the scan before
+    const scanner::ScanEngine* engine = nullptr; // while a scan runs
     double quickFiles = -1; // what the quick scan is made to have counted; -1 leaves its own count
 
 private:

@@ -66,31 +66,31 @@ class Handlers : public testing::TestWithParam<HandlerCase> {};
 
 } // namespace
 
-TEST_P(Handlers, PromptLogAndGoOnAsTold) {
-    const HandlerCase& told = GetParam();
+TEST_P(Handlers, PromptLogAndGoOnAsTheHandlerSays) {
+    const HandlerCase& row = GetParam();
     app::Module1::ScanCancelled = 0;
     TestWatcher watcher;
-    watcher.answers.assign(2, told.stop);
-    const scanner::ScanOptions options = action(told.errorAction);
+    watcher.answers.assign(2, row.stop);
+    const scanner::ScanOptions options = action(row.errorAction);
     ErrorDesk desk(options, watcher, [](ErrorHandler::Place place) {
         return place == ErrorHandler::Place::File ? "A.TXT" : "D:\\DIR";
     });
-    const base::RuntimeError error(told.conversion ? base::ErrorNumber::DataTypeConversion
-                                                   : base::ErrorNumber::ReadFailure);
-    const bool stops = told.stop && told.prompts > 0;
-    EXPECT_EQ(desk.handle(error, *told.handler), stops && told.next == kAgain ? kOn : told.next);
-    EXPECT_EQ(watcher.prompts, told.prompts);
-    EXPECT_EQ(app::Module1::ScanCancelled, told.stop && told.prompts > 0 ? 1 : 0);
-    EXPECT_EQ(watcher.yields, told.stop ? told.prompts : 0) << "a yes lets pending events run";
-    const bool file = told.handler->place == ErrorHandler::Place::File;
+    const base::RuntimeError error(row.conversion ? base::ErrorNumber::DataTypeConversion
+                                                  : base::ErrorNumber::ReadFailure);
+    const bool stops = row.stop && row.prompts > 0;
+    EXPECT_EQ(desk.handle(error, *row.handler), stops && row.next == kAgain ? kOn : row.next);
+    EXPECT_EQ(watcher.prompts, row.prompts);
+    EXPECT_EQ(app::Module1::ScanCancelled, row.stop && row.prompts > 0 ? 1 : 0);
+    EXPECT_EQ(watcher.yields, row.stop ? row.prompts : 0) << "a yes lets pending events run";
+    const bool file = row.handler->place == ErrorHandler::Place::File;
     EXPECT_EQ(desk.ErrorLog(), "\r\n\r\n" + error.description() +
                                    (file ? " in File :- A.TXT" : " in Directory :- D:\\DIR"));
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Handlers, testing::ValuesIn(handlerCases()), [](const auto& row) {
-    const HandlerCase& told = row.param;
-    return std::string(told.name) + (told.conversion ? "_Conversion_" : "_Other_") +
-           told.errorAction + (told.stop ? "_Ok" : "_Cancel");
+INSTANTIATE_TEST_SUITE_P(All, Handlers, testing::ValuesIn(handlerCases()), [](const auto& param) {
+    const HandlerCase& row = param.param;
+    return std::string(row.name) + (row.conversion ? "_Conversion_" : "_Other_") + row.errorAction +
+           (row.stop ? "_Ok" : "_Cancel");
 });
 
 // ---- Discs that fail under the walk
@@ -106,6 +106,23 @@ TEST(FailingDisc, UnderIgnoreTheFailedFieldStaysEmptyAndTheRestOfTheRowIsSaved) 
     EXPECT_EQ(rig.watcher.prompts, 0);
     EXPECT_NE(rig.errorLog.find(" in File :- BAD.TXT"), std::string::npos);
     EXPECT_NE(rig.field("drive", {}, "Comments").find(" in File :- BAD.TXT"), std::string::npos);
+}
+
+TEST(FailingDisc, TheCommentsHoldTheReportTheUsersTextAndAnEntryForEachError) {
+    const auto bad = [](const char* name) {
+        return file(name, "lost").withFailure(ErrorNumber::ReadFailure);
+    };
+    ScanRig rig;
+    rig.insert(
+        folder("", {bad("BAD1.TXT"), file("GOOD.TXT", "ok"), folder("S", {bad("BAD2.TXT")})}));
+    rig.scan(action("ignore"), "Disc", "from a magazine");
+    // Length, stamp and attributes for the row, and the length once more for the directory's size.
+    std::string entries;
+    for (const char* name : {"BAD1.TXT", "BAD2.TXT"})
+        for (int i = 0; i < 4; ++i)
+            entries += std::string("\r\n\r\nThe disc could not be read. in File :- ") + name;
+    EXPECT_EQ(rig.field("drive", {}, "Comments"),
+              "Scanned with basic details ignoring all errors.\r\nfrom a magazine\r\n" + entries);
 }
 
 TEST(FailingDisc, WithoutLoggingTheReportIsKeptNowhere) {
@@ -204,7 +221,22 @@ TEST(FailingDisc, ABarThatRefusesAValueIsAnErrorOfTheFile) {
     rig.watcher.atDiscBar = [] { throw base::RuntimeError(base::ErrorNumber::InvalidValue); };
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.count("files"), 1);
-    EXPECT_NE(rig.errorLog.find(" in File :- A.TXT"), std::string::npos);
+    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe value is out of range. in File :- A.TXT");
+    EXPECT_EQ(rig.watcher.bars,
+              (std::vector<std::string>{"disc tip", "directory", "directory tip"}))
+        << "the other statements of the display run all the same";
+}
+
+TEST(FailingDisc, ABarAndItsTipThatBothRefuseAreTwoErrors) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A.TXT")}));
+    const auto refuse = [] { throw base::RuntimeError(base::ErrorNumber::InvalidValue); };
+    rig.watcher.atDiscBar = refuse;
+    rig.watcher.atDiscBarTip = refuse;
+    rig.scan(action("ignore"));
+    const std::string entry = "\r\n\r\nThe value is out of range. in File :- A.TXT";
+    EXPECT_EQ(rig.errorLog, entry + entry);
+    EXPECT_EQ(rig.watcher.bars, (std::vector<std::string>{"directory", "directory tip"}));
 }
 
 TEST(FailingDisc, AnExecutableThatNeverOpensEndsWithTheUsersOk) {
@@ -235,8 +267,8 @@ TEST(FailingDisc, TheWalkReadsTheRootAnewAfterTheQuickScan) {
     ScanRig rig;
     auto& medium = rig.insert(folder("", {folder("S")}));
     rig.scan();
-    EXPECT_EQ(medium.listed(), (std::vector<std::string>{"\\", "\\S", "\\", "\\", "\\S"}))
-        << "quick scan, the look for autorun.inf, walk";
+    EXPECT_EQ(medium.listed(), (std::vector<std::string>{"\\", "\\S", "\\", "\\S"}))
+        << "quick scan, walk; the look for autorun.inf needs no listing of its own";
 }
 
 // ---- A catalogue that refuses
@@ -256,6 +288,52 @@ TEST(RefusingCatalogue, ANumberThatAFreeOneOvertookEndsTheScanWithAMessage) {
     EXPECT_EQ(rig.field("drive", {}, "Comments"),
               "Scanned with basic details ignoring all errors.\r\n")
         << "the other disc's comments stay";
+}
+
+TEST(RefusingCatalogue, ADiscWhoseDriveIsGoneIsNotScannedWithoutARowOfItsOwn) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A")}));
+    rig.scan();
+    scanner::ScanEngine engine(
+        {rig.masterSource, rig.discs, rig.directories, rig.files}, rig.drives, rig.lister,
+        rig.watcher,
+        {.driveLetter = 'X', .preferredName = {}, .comments = {}, .quickFiles = 0, .options = {}});
+    engine.run();
+    EXPECT_EQ(rig.watcher.log.back(), "stopped");
+    EXPECT_TRUE(rig.watcher.log[rig.watcher.log.size() - 2].starts_with(
+        "not saved: The path was not found"))
+        << rig.watcher.log[rig.watcher.log.size() - 2];
+    EXPECT_EQ(rig.count("drive"), 1);
+    EXPECT_EQ(rig.count("files"), 1);
+    EXPECT_EQ(rig.master("scanned cd-roms"), "1");
+}
+
+TEST(RefusingCatalogue, ADiscTableThatTakesNoRowEndsTheScan) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A")}));
+    rig.discs.SetReadOnly(true);
+    rig.discs.Refresh();
+    rig.scan();
+    EXPECT_EQ(rig.watcher.log.back(), "stopped");
+    EXPECT_EQ(
+        rig.watcher.log[rig.watcher.log.size() - 2],
+        "not saved: The operation is not supported for this object: the recordset is a snapshot");
+    EXPECT_EQ(rig.count("directories"), 0);
+}
+
+TEST(RefusingCatalogue, TheLogGoesIntoNoOtherDiscsComments) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A")}));
+    rig.scan(action("ignore"), "First");
+    const std::string before = rig.field("drive", "[id number] = 1", "Comments");
+    rig.insert(folder("", {file("B").withFailure(ErrorNumber::ReadFailure)}));
+    rig.watcher.atYield = [&](int) {
+        rig.discs.Recordset().FindFirst("[id number] = 2");
+        if (!rig.discs.Recordset().NoMatch())
+            rig.discs.Recordset().Delete();
+    };
+    rig.scan(action("ignore"), "Second");
+    EXPECT_EQ(rig.field("drive", {}, "Comments"), before);
 }
 
 TEST(RefusingCatalogue, OneThatIsGoneAtTheTotalsDoesNotCrash) {

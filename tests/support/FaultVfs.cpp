@@ -4,7 +4,10 @@
 
 #include <climits>
 #include <csignal>
+#include <cstdint>
+#include <filesystem>
 #include <new>
+#include <system_error>
 
 namespace discaro::test {
 
@@ -17,8 +20,10 @@ struct FaultVfs::Layer {
     bool lasting = true;
     int operations = 0;
     bool failed = false;
+    int64_t space = INT64_MAX;
 
     int operate();
+    int resize(sqlite3_file* file, int64_t size);
 };
 
 namespace {
@@ -86,6 +91,21 @@ int FaultVfs::Layer::operate() {
     return fault == Fault::DiskFull ? SQLITE_FULL : SQLITE_IOERR_WRITE;
 }
 
+// Takes from the space what the file grows by, and gives back what it shrinks by.
+int FaultVfs::Layer::resize(sqlite3_file* file, int64_t size) {
+    if (space == INT64_MAX)
+        return SQLITE_OK;
+    sqlite3_int64 before = 0;
+    if (const int code = fileSize(file, &before); code != SQLITE_OK)
+        return code;
+    if (size - before > space) {
+        failed = true;
+        return SQLITE_FULL;
+    }
+    space -= size - before;
+    return SQLITE_OK;
+}
+
 FaultVfs::FaultVfs()
     : m_layer(std::make_unique<Layer>()) {
     using Self = Layer;
@@ -99,12 +119,20 @@ FaultVfs::FaultVfs()
         close,
         read,
         [](sqlite3_file* file, const void* from, int bytes, sqlite3_int64 at) {
-            const int code = static_cast<Self*>(own(file)->layer)->operate();
+            auto* self = static_cast<Self*>(own(file)->layer);
+            sqlite3_int64 size = 0;
+            fileSize(file, &size);
+            int code = self->operate();
+            if (code == SQLITE_OK && at + bytes > size)
+                code = self->resize(file, at + bytes);
             return code != SQLITE_OK ? code
                                      : real(file)->pMethods->xWrite(real(file), from, bytes, at);
         },
         [](sqlite3_file* file, sqlite3_int64 size) {
-            const int code = static_cast<Self*>(own(file)->layer)->operate();
+            auto* self = static_cast<Self*>(own(file)->layer);
+            int code = self->operate();
+            if (code == SQLITE_OK)
+                code = self->resize(file, size);
             return code != SQLITE_OK ? code : real(file)->pMethods->xTruncate(real(file), size);
         },
         [](sqlite3_file* file, int) { return static_cast<Self*>(own(file)->layer)->operate(); },
@@ -135,6 +163,10 @@ FaultVfs::FaultVfs()
     m_layer->vfs.xDelete = [](sqlite3_vfs* vfs, const char* path, int syncFolder) {
         auto* layer = static_cast<Self*>(vfs->pAppData);
         const int code = layer->operate();
+        std::error_code missing;
+        const auto size = std::filesystem::file_size(path, missing);
+        if (code == SQLITE_OK && !missing && layer->space != INT64_MAX)
+            layer->space += static_cast<int64_t>(size);
         return code != SQLITE_OK ? SQLITE_IOERR_DELETE
                                  : layer->real->xDelete(layer->real, path, syncFolder);
     };
@@ -151,6 +183,12 @@ void FaultVfs::failAt(int operation, Fault fault, bool lasting) {
     m_layer->lasting = lasting;
     m_layer->operations = 0;
     m_layer->failed = false;
+    m_layer->space = INT64_MAX;
+}
+
+void FaultVfs::limitSpace(int64_t bytes) {
+    heal();
+    m_layer->space = bytes;
 }
 
 void FaultVfs::heal() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -22,6 +23,8 @@ public:
 
     // Counts operations from 0 again; the one of that number fails, and with `lasting` all after it.
     void failAt(int operation, Fault fault, bool lasting = true);
+    // From now on files may grow by this many bytes together; beyond that the disk is full until some shrink or go.
+    void limitSpace(int64_t bytes);
     // Nothing fails any more.
     void heal();
     // Operations since failAt or heal.
