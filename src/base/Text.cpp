@@ -75,25 +75,6 @@ std::string composed(std::string_view text) {
     return result;
 }
 
-std::string lowered(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    for (size_t at = 0; at < text.size();) {
-        utf8proc_int32_t codePoint = 0;
-        const auto length = utf8proc_iterate(
-            bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
-        if (length <= 0) {
-            result += text[at++];
-            continue;
-        }
-        const auto lower = utf8proc_tolower(codePoint);
-        appendCodePoint(
-            result, static_cast<char32_t>(codePoint >= 0x80 && lower < 0x80 ? codePoint : lower));
-        at += static_cast<size_t>(length);
-    }
-    return result;
-}
-
 std::string decodeUtf16(std::string_view bytes, size_t highByte) {
     std::string result;
     result.reserve(bytes.size());
@@ -160,10 +141,29 @@ std::string decodeUtf16Be(std::string_view bytes) {
     return decodeUtf16(bytes, 0);
 }
 
+std::string lowerCase(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (size_t at = 0; at < text.size();) {
+        utf8proc_int32_t codePoint = 0;
+        const auto length = utf8proc_iterate(
+            bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
+        if (length <= 0) {
+            result += text[at++];
+            continue;
+        }
+        const auto lower = utf8proc_tolower(codePoint);
+        appendCodePoint(
+            result, static_cast<char32_t>(codePoint >= 0x80 && lower < 0x80 ? codePoint : lower));
+        at += static_cast<size_t>(length);
+    }
+    return result;
+}
+
 std::string foldedForComparison(std::string_view text) {
     if (isAscii(text))
         return lowerAscii(text);
-    return lowered(composed(text));
+    return lowerCase(composed(text));
 }
 
 int compareFolded(std::string_view left, std::string_view right) {

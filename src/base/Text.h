@@ -24,6 +24,10 @@ std::string decodeUnlabelled(std::string_view bytes);
 std::string decodeUtf16Le(std::string_view bytes);
 std::string decodeUtf16Be(std::string_view bytes);
 
+// Each character's simple lower case. A character outside ASCII never becomes an ASCII one; bytes that are not UTF-8
+// stay as they are.
+std::string lowerCase(std::string_view text);
+
 // The form in which texts are compared without regard to case: canonically composed, then each character's simple
 // lower case. A character outside ASCII never folds to an ASCII one (composition may still yield one). Bytes that
 // are not UTF-8 stay as they are.

@@ -2,8 +2,12 @@
 
 #include "db/LikeFunction.h"
 #include "db/SqliteError.h"
+#include "db/WaitOnce.h"
 
 #include <sqlite3.h>
+
+#include <algorithm>
+#include <array>
 
 namespace discaro::db {
 
@@ -19,6 +23,28 @@ std::string& fileLayer() {
 int& lockWait() {
     static int milliseconds = 2000;
     return milliseconds;
+}
+
+// Longer from time to time, as SQLite's own waits are.
+int pauseBefore(int attempt) {
+    static constexpr std::array kPauses = {1, 2, 5, 10, 15, 20, 25, 25, 25, 50, 50, 100};
+    return kPauses[std::min(static_cast<size_t>(attempt), kPauses.size() - 1)];
+}
+
+// Called while another program holds a lock; 0 gives up.
+int waitForLock(void* longest, int attempts) {
+    if (!WaitOnce::mayWait())
+        return 0;
+    int waited = 0;
+    for (int attempt = 0; attempt < attempts; ++attempt)
+        waited += pauseBefore(attempt);
+    const int left = *static_cast<const int*>(longest) - waited;
+    if (left <= 0) {
+        WaitOnce::waitedInVain();
+        return 0;
+    }
+    sqlite3_sleep(std::min(pauseBefore(attempts), left));
+    return 1;
 }
 
 void setOption(sqlite3* handle, int option, int value) {
@@ -39,7 +65,8 @@ void Connection::setLockWait(int milliseconds) {
     lockWait() = milliseconds;
 }
 
-Connection::Connection(const std::string& path, Mode mode) {
+Connection::Connection(const std::string& path, Mode mode)
+    : m_lockWait(lockWait()) {
     const int flags = SQLITE_OPEN_NOMUTEX |
                       (mode == Mode::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
     sqlite3* handle = nullptr;
@@ -56,7 +83,7 @@ Connection::~Connection() = default;
 void Connection::configure(Mode mode) {
     sqlite3* handle = m_handle.get();
     sqlite3_extended_result_codes(handle, 1);
-    sqlite3_busy_timeout(handle, lockWait());
+    sqlite3_busy_handler(handle, &waitForLock, &m_lockWait);
     sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, kLongestCell);
     setOption(handle, SQLITE_DBCONFIG_DEFENSIVE, 1);
     setOption(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0);

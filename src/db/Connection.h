@@ -45,7 +45,8 @@ public:
     // The SQLite file layer for files opened from now on, by its registered name; empty for the
     // default one.
     static void useFileLayer(std::string name);
-    // How long files opened from now on wait for another program's lock. 2000 ms unless set.
+    // How long files opened from now on wait for another program's lock. 2000 ms unless set. Within a WaitOnce they
+    // do so once in all.
     static void setLockWait(int milliseconds);
 
 private:
@@ -55,6 +56,7 @@ private:
 
     void configure(Mode mode);
 
+    int m_lockWait; // milliseconds
     std::unique_ptr<sqlite3, Closer> m_handle;
 };
 

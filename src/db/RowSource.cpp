@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace discaro::db {
 
@@ -100,31 +101,35 @@ void RowSource::emptyWindow(size_t rows) {
     m_window.clear(rows > 1 ? m_used : kAllFields);
 }
 
+// What was read before stays until there is something to put in its place.
 bool RowSource::fill(Statement& statement, size_t rows) {
-    emptyWindow(rows);
-    while (!m_window.full(rows) && statement.step())
-        m_window.append(statement);
-    if (m_window.size() == 0)
+    if (!statement.step())
         return false;
+    emptyWindow(rows);
+    do
+        m_window.append(statement);
+    while (!m_window.full(rows) && statement.step());
     m_windowState = m_query.table->changed;
     return true;
 }
 
 bool RowSource::fill(std::span<const int64_t> numbers) {
     const ReadSpan span(m_store);
-    emptyWindow(numbers.size());
+    bool any = false;
     for (const int64_t number : numbers) {
-        if (m_window.full(numbers.size()))
-            break;
         const StatementRun run(exactStatement());
         run->bind(1, number);
-        if (run->step())
-            m_window.append(*run);
+        if (!run->step())
+            continue;
+        if (!std::exchange(any, true))
+            emptyWindow(numbers.size());
+        m_window.append(*run);
+        if (m_window.full(numbers.size()))
+            break;
     }
-    if (m_window.size() == 0)
-        return false;
-    m_windowState = m_query.table->changed;
-    return true;
+    if (any)
+        m_windowState = m_query.table->changed;
+    return any;
 }
 
 const Cell& RowSource::cell(size_t field) {

@@ -94,8 +94,9 @@ protected:
     bool exists();
     // Steps to the next row of the window, if it has one that is still right.
     bool advanceInWindow();
-    // Fills the window anew from a bound statement with up to so many rows; false, with an empty window, for none. One
-    // row comes with all its fields, more with those that have been asked for so far.
+    // Fills the window anew from a bound statement with up to so many rows; false, with the window as it was, for
+    // none. An error at the first row leaves the window as it was, too. One row comes with all its fields, more with
+    // those that have been asked for so far.
     bool fill(Statement& statement, size_t rows);
     // The same by row numbers; rows that are gone are left out.
     bool fill(std::span<const int64_t> numbers);

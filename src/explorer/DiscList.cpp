@@ -3,6 +3,7 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
 #include "explorer/Queries.h"
+#include "explorer/UnlessLocked.h"
 
 namespace discaro::explorer {
 
@@ -12,7 +13,7 @@ std::vector<Disc> readDiscs(db::Database& catalogue) {
     std::vector<Disc> discs;
     base::skipErrors([&] {
         for (; !rows->Eof(); rows->MoveNext())
-            base::skipErrors([&] {
+            skipErrorsUnlessLocked([&] {
                 discs.push_back({(*rows)(kPreferedName).Text(), (*rows)(kIdNumber).Text()});
             });
     });

@@ -3,6 +3,7 @@
 #include "app/Module1.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
+#include "db/WaitOnce.h"
 #include "kit/Beep.h"
 #include "kit/Yield.h"
 
@@ -15,9 +16,11 @@ using base::skipErrors;
 
 namespace {
 
-constexpr int kTwips = 15; // in a logical pixel
 constexpr int kProgressPanel = 3;
-constexpr int kProgressMargin = 40; // twips
+
+// The margin of the progress bar is measured in twips: 15 of them make a logical pixel, so it is a little under 3.
+constexpr int kTwips = 15;
+constexpr int kProgressMargin = 40;
 
 // Menu items and toolbar buttons that only lead to another window.
 struct Way {
@@ -34,11 +37,18 @@ constexpr Way kWays[] = {
 
 } // namespace
 
+// Handlers that run in a yield wait for a locked catalogue by themselves.
+void EXMain::yield() {
+    const db::WaitOnce::Pause pause;
+    kit::yield();
+}
+
 void EXMain::Form_Load() {
+    const db::WaitOnce once;
     skipErrors([this] { openSource(Data1, "drive"); });
-    kit::yield();
+    yield();
     skipErrors([this] { openSource(Data2, "directories"); });
-    kit::yield();
+    yield();
     Timer2->setEnabled(true);
     FitProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
     prgload->setValue(0);
@@ -86,6 +96,7 @@ void EXMain::Form_Unload() {
 }
 
 void EXMain::Timer2_Timer() {
+    const db::WaitOnce once;
     Timer2->setEnabled(false);
     if (catalogueIsEmpty())
         return leaveEmptyCatalogue();
@@ -97,7 +108,7 @@ void EXMain::Timer2_Timer() {
     skipErrors([this] { tvwdb->selectNode(CurrentNode); });
     app::Windows::Unload("Loading");
     Combo1->setListIndex(0);
-    kit::yield();
+    yield();
     if (isUnloaded())
         return;
     jumpToDirectory();
@@ -111,14 +122,15 @@ bool EXMain::catalogueIsEmpty() {
     return empty;
 }
 
-db::Database& EXMain::catalogue() {
-    auto& handle = app::Module1::CatalogueDb;
+std::shared_ptr<db::Database> EXMain::catalogue() {
+    const auto& handle = app::Module1::CatalogueDb;
     if (!handle || !handle->IsOpen())
         app::Module1::OpenCatalogue();
-    return *handle;
+    return handle;
 }
 
 void EXMain::leaveEmptyCatalogue() {
+    const db::WaitOnce::Pause pause;
     kit::Beep();
     Unload();
     app::Windows::Show("Switch");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/HandOver.h"
 #include "db/DataSource.h"
 #include "kit/ElidedLabel.h"
 #include "kit/FormTable.h"
@@ -13,6 +14,7 @@
 #include "kit/TreeView.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -32,7 +34,8 @@ class EXMain : public kit::Form {
 public:
     EXMain();
 
-    // Carries out a command word, in any case; a word that is none does nothing. Failing statements are skipped.
+    // Carries out a command word, in any case; a word that is none does nothing. Failing statements are skipped, but
+    // a window that follows in the explorer's place and can't be loaded is reported as an unhandled error.
     void RunCommand(const std::string& word);
 
     kit::MenuBar* MenuBar1 = nullptr;     // menus and pop-ups
@@ -81,8 +84,10 @@ private:
     void openSource(db::DataSource& source, const char* table);
     void disableMissingWindows();
     bool catalogueIsEmpty();
-    // The shared handle, opened again if another window has closed it. Throws as OpenCatalogue does.
-    static db::Database& catalogue();
+    // The shared handle, opened again if another window has closed it. Whoever yields keeps it: another handler may
+    // put a new one in its place. Throws as OpenCatalogue does.
+    static std::shared_ptr<db::Database> catalogue();
+    static void yield();
     void leaveEmptyCatalogue();
 
     // The disc list and the tree
@@ -152,12 +157,15 @@ private:
     void deleteDisc();
     void workshop();
     void programs();
+    void leaveTo(const app::Move& move, const std::function<void()>& setVariables = {});
     void handOverTo(const char* window, const std::function<void()>& setVariables = {});
     void prop();
     void propOfRow();
     void propOfNode();
     void propOfDisc();
+    void propOfSelected();
     void tag();
+    void prepareTag(const std::string& active);
     void tagRow();
     void tagNode();
     std::string activeTag() const;

@@ -1,14 +1,15 @@
-#include "app/HandOver.h"
 #include "app/Module1.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "base/Text.h"
+#include "db/WaitOnce.h"
 #include "explorer/EXMain.h"
 #include "explorer/ListingOrder.h"
 #include "explorer/ListingRows.h"
 #include "explorer/TagHandOver.h"
 #include "kit/Beep.h"
 #include "kit/Strings.h"
+#include "kit/UnhandledErrors.h"
 #include "kit/Yield.h"
 
 #include <map>
@@ -127,16 +128,22 @@ void EXMain::restoreToolbar() {
 
 // ---- Other windows
 
+// The menu comes up from the unload. Were its error skipped, no window would be left, and nobody would know why.
 void EXMain::exitToMenu() {
     SkipMark = "don't skip";
-    Unload();
+    kit::reportingErrors([this] { Unload(); });
+}
+
+// The same for a window that follows: its error would leave nothing but the notice that it is loading.
+void EXMain::leaveTo(const app::Move& move, const std::function<void()>& setVariables) {
+    kit::reportingErrors([&] { app::handOver(move, setVariables); });
 }
 
 void EXMain::handOverTo(const char* window, const std::function<void()>& setVariables) {
     if (!Windows::Exists(window))
         return;
     SkipMark = "skip";
-    app::handOver({.from = "EXMain", .to = window, .returnTo = "explore"}, setVariables);
+    leaveTo({.from = "EXMain", .to = window, .returnTo = "explore"}, setVariables);
 }
 
 void EXMain::scan() {
@@ -156,7 +163,7 @@ void EXMain::programs() {
 }
 
 void EXMain::search() {
-    app::handOver({.from = "EXMain", .to = "Search", .returnTo = "explore", .keepFrom = true});
+    leaveTo({.from = "EXMain", .to = "Search", .returnTo = "explore", .keepFrom = true});
 }
 
 void EXMain::about() {
@@ -164,12 +171,17 @@ void EXMain::about() {
     Windows::Show("About", Modality::Modal);
 }
 
+// Without a selected node the data sources stand on something else.
 void EXMain::SimDir_Click() {
-    if (tvwdb->selectedNode() == kFirst) {
+    const int node = tvwdb->selectedNode();
+    if (node == kFirst)
         kit::Beep();
+    if (node == 0 || node == kFirst)
         return;
+    {
+        const db::WaitOnce once;
+        simulateDirectory(Data2, utf8(Combo1->text()));
     }
-    simulateDirectory(Data2, utf8(Combo1->text()));
     Windows::Show("DirSim", Modality::Modal);
 }
 
@@ -189,7 +201,7 @@ void EXMain::prop() {
     if (active == "lvwdb")
         propOfRow();
     else if (active == "tvwdb")
-        tvwdb->selectedNode() == kFirst ? propOfDisc() : propOfNode();
+        propOfSelected();
     else if (active == "driveinfo")
         propOfDisc();
 }
@@ -217,6 +229,14 @@ void EXMain::propOfNode() {
     Windows::Show("EXDir", Modality::Modal);
 }
 
+void EXMain::propOfSelected() {
+    const int node = tvwdb->selectedNode();
+    if (node == kFirst)
+        propOfDisc();
+    else if (node != 0)
+        propOfNode();
+}
+
 void EXMain::propOfDisc() {
     skipErrors([this] { shared::SelectedDisc = discNumber(); });
     Windows::Show("EXCDROM", Modality::Modal);
@@ -226,14 +246,22 @@ void EXMain::propOfDisc() {
 
 void EXMain::tag() {
     const std::string active = base::lowerAscii(activeTag());
+    if (active == "tvwdb" && tvwdb->selectedNode() == 0)
+        return;
+    prepareTag(active);
+    if (!isUnloaded())
+        Windows::Show("ProgTag", Modality::Modal);
+}
+
+// Tells the window that tags what there is to tag.
+void EXMain::prepareTag(const std::string& active) {
+    const db::WaitOnce once;
     if (active == "lvwdb")
         tagRow();
     else if (active == "tvwdb")
         tagNode();
     else if (active == "driveinfo")
         tagDisc(Data1);
-    if (!isUnloaded())
-        Windows::Show("ProgTag", Modality::Modal);
 }
 
 void EXMain::tagInTree() {
@@ -258,7 +286,7 @@ void EXMain::tagRow() {
                        Data1, Data2);
     skipErrors([&] {
         if (goToListedDirectory(row))
-            kit::yield();
+            yield();
     });
     tagDirectory(Data1, Data2);
 }

@@ -3,13 +3,17 @@
 #include "base/Number.h"
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
+#include "db/WaitOnce.h"
 #include "explorer/EXMain.h"
 #include "explorer/InfoRows.h"
 #include "explorer/ListingOrder.h"
 #include "explorer/ListingRows.h"
 #include "explorer/Queries.h"
 #include "explorer/StatusTexts.h"
+#include "explorer/UnlessLocked.h"
 #include "kit/Strings.h"
+
+#include <limits>
 
 // The listing, the panes, the status bar and the order of the explorer.
 namespace discaro::explorer {
@@ -24,6 +28,14 @@ namespace {
 constexpr int kFirst = 1;
 constexpr int kCountPanel = 1;
 constexpr int kSizePanel = 2;
+
+// A directory's number with wildcards can find all rows that there are. Nobody looks for them in one directory, and a
+// listing is read in one go.
+constexpr int64_t kMostOfOthers = 1000;
+
+int64_t mostRows(const std::string& directoryNumber) {
+    return findsOthers(directoryNumber) ? kMostOfOthers : std::numeric_limits<int64_t>::max();
+}
 
 bool isFile(const kit::ListItem& item) {
     return isFileKey(utf8(item.key));
@@ -73,6 +85,7 @@ void EXMain::showPane(kit::ListView& pane) {
 }
 
 void EXMain::ShowDiscInfo() {
+    const db::WaitOnce once;
     DriveInfo->clear();
     showPane(*DriveInfo);
     skipErrors([this] { Data1.Recordset().FindFirst(rowCondition(discNumber())); });
@@ -107,6 +120,7 @@ void EXMain::Dirinfo_MouseDown(QPoint global) {
 // ---- The listing
 
 void EXMain::ShowDirectory() {
+    const db::WaitOnce once;
     skipErrors([] { shared::OpenCatalogue(); });
     const int node = tvwdb->selectedNode();
     if (node == 0)
@@ -131,17 +145,20 @@ void EXMain::listDirectories(int node) {
     const kit::TreeModel& nodes = tvwdb->nodes();
     if (nodes.childCount(node) == 0)
         return;
-    const auto rows = catalogue().OpenRecordset(subdirectoriesQuery(utf8(nodes.key(node))));
-    for (; !rows->Eof(); rows->MoveNext())
-        skipErrors([&] { addRow(directoryRow(*rows, node)); });
+    const std::string key = utf8(nodes.key(node));
+    const auto rows = catalogue()->OpenRecordset(subdirectoriesQuery(key));
+    for (int64_t room = mostRows(key); room > 0 && !rows->Eof(); rows->MoveNext(), --room)
+        skipErrorsUnlessLocked([&] { addRow(directoryRow(*rows, node)); });
 }
 
 void EXMain::listFiles(int node) {
-    const auto rows = catalogue().OpenRecordset(filesQuery(utf8(tvwdb->nodes().key(node))));
+    const std::string key = utf8(tvwdb->nodes().key(node));
+    const auto rows = catalogue()->OpenRecordset(filesQuery(key));
     FileRows files(*rows);
-    for (; !rows->Eof(); rows->MoveNext()) {
-        skipErrors([&] { prgload->setValue(static_cast<int64_t>(rows->PercentPosition())); });
-        skipErrors([&] { addRow(files.row()); });
+    for (int64_t room = mostRows(key); room > 0 && !rows->Eof(); rows->MoveNext(), --room) {
+        skipErrorsUnlessLocked(
+            [&] { prgload->setValue(static_cast<int64_t>(rows->PercentPosition())); });
+        skipErrorsUnlessLocked([&] { addRow(files.row()); });
     }
 }
 

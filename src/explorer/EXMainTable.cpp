@@ -183,6 +183,7 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .set(tagged<kit::ListView>("driveinfo"))
         .hidden()
         .when(&kit::ListView::DblClick, &EXMain::DriveInfo_DblClick)
+        .when(&kit::ListView::DblClickBeside, &EXMain::DriveInfo_DblClick)
         .when(&kit::ListView::MenuWanted, &EXMain::DriveInfo_MouseDown),
     rightPane(&EXMain::Dirinfo, "Dirinfo")
         .says("Directory information")
@@ -190,6 +191,7 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .set(tagged<kit::ListView>("tvwdb"))
         .hidden()
         .when(&kit::ListView::DblClick, &EXMain::Dirinfo_DblClick)
+        .when(&kit::ListView::DblClickBeside, &EXMain::Dirinfo_DblClick)
         .when(&kit::ListView::MenuWanted, &EXMain::Dirinfo_MouseDown),
     control(&EXMain::ListView1, "ListView1").at(8, 80, 60, 40).in(&EXMain::ClientArea).hidden(),
     control(&EXMain::Command1, "Command1")

@@ -2,13 +2,13 @@
 #include "app/Windows.h"
 #include "base/Number.h"
 #include "base/RuntimeError.h"
+#include "db/WaitOnce.h"
 #include "explorer/DiscList.h"
 #include "explorer/EXMain.h"
 #include "explorer/NodeSearch.h"
 #include "explorer/Queries.h"
 #include "explorer/TreeBuild.h"
 #include "kit/Strings.h"
-#include "kit/Yield.h"
 
 #include <QtCore/QSignalBlocker>
 
@@ -56,11 +56,18 @@ private:
     QString m_image;
 };
 
-// The same with a yield after each row.
+// The same with a yield after each row, where the window may begin another tree or go.
 class YieldingSink : public NodeSink {
 public:
-    using NodeSink::NodeSink;
-    void rowDone() override { kit::yield(); }
+    YieldingSink(kit::TreeModel& nodes, kit::ProgressBar& progress, const QString& image,
+                 std::function<bool()> yield)
+        : NodeSink(nodes, progress, image)
+        , m_yield(std::move(yield)) {}
+
+    bool rowDone() override { return m_yield(); }
+
+private:
+    std::function<bool()> m_yield;
 };
 
 int64_t numberIn(const std::string& text) {
@@ -79,11 +86,12 @@ std::string EXMain::discNumber() const {
 }
 
 void EXMain::FillDiscList() {
+    const db::WaitOnce once;
     const QSignalBlocker quiet(Combo1);
     Combo1->clear();
     ListView1->clear();
     skipErrors([this] {
-        for (const Disc& disc : readDiscs(catalogue()))
+        for (const Disc& disc : readDiscs(*catalogue()))
             ListView1->add({.key = {},
                             .text = qt(disc.name),
                             .icon = {},
@@ -94,15 +102,17 @@ void EXMain::FillDiscList() {
     discs.setSorted(true);
     for (int place = 0; place < discs.count(); ++place) {
         const kit::ListItem& disc = discs.item(place);
-        Combo1->addItem(qt(discLine(utf8(disc.text), utf8(disc.tag))),
+        Combo1->addLine(qt(discLine(utf8(disc.text), utf8(disc.tag))),
                         static_cast<qlonglong>(numberIn(utf8(disc.tag))));
     }
     Combo1->setListIndex(-1);
 }
 
 void EXMain::Combo1_Click() {
+    const db::WaitOnce once;
+    const int build = m_builds + 1;
     Command1_Click();
-    if (isUnloaded())
+    if (overtaken(build))
         return;
     skipErrors([this] { tvwdb->selectNode(kFirst); });
     ShowDiscInfo();
@@ -113,7 +123,7 @@ void EXMain::Combo1_Click() {
 
 void EXMain::addFirstNode() {
     skipErrors([this] { CurrentNode = tvwdb->nodes().add({}, kFirstKey, "Root"); });
-    skipErrors([this] { tvwdb->nodes().setTag(CurrentNode, qt(catalogue().Name())); });
+    skipErrors([this] { tvwdb->nodes().setTag(CurrentNode, qt(catalogue()->Name())); });
 }
 
 void EXMain::ResetViews() {
@@ -123,18 +133,20 @@ void EXMain::ResetViews() {
 }
 
 void EXMain::Command1_Click() {
+    const db::WaitOnce once;
     Label2->setText({});
     ResetViews();
     skipErrors([this] { Label3->setText("CD-ROM Number : " + qt(discNumber())); });
     const int build = ++m_builds;
-    kit::yield();
+    yield();
     if (overtaken(build))
         return;
     jumpToDisc();
     if (overtaken(build))
         return;
     buildDiscTree();
-    setCaption(Combo1->text());
+    if (!overtaken(build))
+        setCaption(Combo1->currentText());
 }
 
 // Another choice of a disc, made in a yield or by a jump, has built the tree that this one would build.
@@ -157,8 +169,8 @@ void EXMain::jumpToDisc() {
 void EXMain::buildDiscTree() {
     const int build = m_builds;
     std::unique_ptr<db::Recordset> rows;
-    skipErrors([&] { rows = catalogue().OpenRecordset(discDirectoriesQuery(discNumber())); });
-    kit::yield();
+    skipErrors([&] { rows = catalogue()->OpenRecordset(discDirectoriesQuery(discNumber())); });
+    yield();
     if (overtaken(build))
         return;
     kit::TreeModel& nodes = tvwdb->nodes();
@@ -175,10 +187,11 @@ void EXMain::buildDiscTree() {
 }
 
 void EXMain::Showall_Click() {
+    const db::WaitOnce once;
     ResetViews();
     Label3->setText("All Contents");
     const int build = ++m_builds;
-    kit::yield();
+    yield();
     if (overtaken(build))
         return;
     buildAllContentsTree();
@@ -188,30 +201,38 @@ void EXMain::Showall_Click() {
 
 void EXMain::buildAllContentsTree() {
     const int build = m_builds;
+    std::shared_ptr<db::Database> handle;
     std::unique_ptr<db::Recordset> rows;
-    skipErrors([&] { rows = catalogue().OpenRecordset(kRootDirectoriesQuery); });
-    kit::yield();
+    skipErrors([&] { handle = catalogue(); });
+    skipErrors([&] { rows = handle ? handle->OpenRecordset(kRootDirectoriesQuery) : nullptr; });
+    yield();
     if (overtaken(build))
         return;
     kit::TreeModel& nodes = tvwdb->nodes();
     prgload->show();
     skipErrors([&] { nodes.setText(kFirst, "All CDs"); });
     skipErrors([&] { nodes.setImage(kFirst, kDisc); });
-    YieldingSink sink(nodes, *prgload, kDisc);
+    YieldingSink sink(nodes, *prgload, kDisc, [&] {
+        yield();
+        return !overtaken(build);
+    });
     if (rows)
-        buildAllContents(*rows, catalogue(), sink);
+        buildAllContents(*rows, *handle, sink);
+    if (overtaken(build))
+        return;
     prgload->hide();
     skipErrors([&] { nodes.setSorted(kFirst, true); });
     skipErrors([&] { nodes.setExpanded(kFirst, true); });
 }
 
 void EXMain::refreshall_Click() {
+    const db::WaitOnce once;
     {
         const QSignalBlocker quiet(Combo1);
         Combo1->clear();
     }
     ListView1->clear();
-    kit::yield();
+    yield();
     if (isUnloaded())
         return;
     skipErrors([] { shared::OpenCatalogue(); });
@@ -299,13 +320,9 @@ void EXMain::tvwdb_Collapse(int node) {
 }
 
 void EXMain::tvwdb_DblClick() {
-    const int node = tvwdb->selectedNode();
-    if (node == 0)
-        return;
-    if (node != kFirst)
-        return propOfNode();
-    propOfDisc();
-    if (!isUnloaded())
+    const bool first = tvwdb->selectedNode() == kFirst;
+    skipErrors([this] { propOfSelected(); });
+    if (first && !isUnloaded())
         skipErrors([this] { tvwdb->nodes().setExpanded(tvwdb->selectedNode(), true); });
 }
 

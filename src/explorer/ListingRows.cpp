@@ -46,7 +46,7 @@ std::string FileRows::extension(const std::string& fileName) {
     const size_t dot = fileName.rfind('.');
     if (dot != std::string::npos)
         m_foundExtension = fileName.substr(dot + 1);
-    return '.' + base::foldedForComparison(m_foundExtension);
+    return '.' + base::lowerCase(m_foundExtension);
 }
 
 ListingRow FileRows::row() {

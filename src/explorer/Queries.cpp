@@ -33,6 +33,10 @@ std::string filesQuery(std::string_view directoryNumber) {
     return "select * from files where [Directory Number] like " + quoted(directoryNumber);
 }
 
+bool findsOthers(std::string_view directoryNumber) {
+    return directoryNumber.find_first_of("*?#") != std::string_view::npos;
+}
+
 std::string rowCondition(std::string_view number) {
     return "[id number] like " + quoted(number);
 }

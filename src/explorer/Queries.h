@@ -18,6 +18,10 @@ std::string discDirectoriesQuery(std::string_view discNumber);
 std::string subdirectoriesQuery(std::string_view directoryNumber);
 std::string filesQuery(std::string_view directoryNumber);
 
+// Whether a directory's number finds the rows of other directories, too, because it has wildcards. No scan gives such a
+// one.
+bool findsOthers(std::string_view directoryNumber);
+
 // The criterion by which a data source finds the row of a disc or of a directory.
 std::string rowCondition(std::string_view number);
 

@@ -4,6 +4,7 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
 #include "explorer/Queries.h"
+#include "explorer/UnlessLocked.h"
 
 namespace discaro::explorer {
 
@@ -31,9 +32,10 @@ template <typename Row>
 void forEach(db::Recordset& rows, TreeSink& sink, Row row) {
     skipErrors([&] {
         for (; !rows.Eof(); rows.MoveNext()) {
-            skipErrors([&] { sink.progress(rows.PercentPosition()); });
-            skipErrors(row);
-            sink.rowDone();
+            skipErrorsUnlessLocked([&] { sink.progress(rows.PercentPosition()); });
+            skipErrorsUnlessLocked(row);
+            if (!sink.rowDone())
+                return;
         }
     });
 }
@@ -66,7 +68,7 @@ void buildAllContents(db::Recordset& roots, db::Database& catalogue, TreeSink& s
         const Fields fields(roots);
         forEach(roots, sink, [&] {
             TreeRow row;
-            skipErrors([&] { row.text = discName(catalogue, fields.disc); });
+            skipErrorsUnlessLocked([&] { row.text = discName(catalogue, fields.disc); });
             row.parent = fields.parent.Text();
             row.key = fields.number.Text();
             row.tag = row.key;

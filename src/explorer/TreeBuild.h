@@ -26,13 +26,13 @@ public:
     virtual void add(const TreeRow& row) = 0;
     // How far the rows have been read, 0 to 100; told before each.
     virtual void progress(double percent) = 0;
-    // The row is done.
-    virtual void rowDone() {}
+    // The row is done. False ends the build.
+    virtual bool rowDone() { return true; }
 };
 
 // All directories of one disc, each below its parent, in one pass over the rows. A directory whose parent is missing or
 // comes later is left out, and all below it with it. Nothing is thrown: a row that can't be read is left out, and the
-// build ends where the rows can't be moved through.
+// build ends where the rows can't be moved through, or when the catalogue is locked.
 void buildDisc(db::Recordset& directories, TreeSink& sink);
 
 // The root directory of every disc under the disc's name, below the first node. The rows are those of root

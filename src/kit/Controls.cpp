@@ -1,6 +1,7 @@
 #include "kit/Controls.h"
 
 #include "base/RuntimeError.h"
+#include "kit/CellText.h"
 
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
@@ -11,6 +12,8 @@
 namespace discaro::kit {
 
 namespace {
+
+constexpr int kWholeText = Qt::UserRole + 1;
 
 // As high as the label, and as wide as its text with round ends beside it.
 void drawPill(QLabel& label, const QPen& pen, const QBrush& brush) {
@@ -163,6 +166,16 @@ ComboBox::ComboBox(QWidget* parent)
     connect(this, &QComboBox::currentIndexChanged, this, &ComboBox::changeIndex);
     connect(this, &QComboBox::currentTextChanged, this, &ComboBox::Change);
     connect(this, &QComboBox::activated, this, &ComboBox::choose);
+}
+
+QString ComboBox::text() const {
+    const QVariant whole = currentData(kWholeText);
+    return whole.isValid() && !isEditable() ? whole.toString() : currentText();
+}
+
+void ComboBox::addLine(const QString& text, const QVariant& value) {
+    addItem(oneLine(text), value);
+    setItemData(count() - 1, text, kWholeText);
 }
 
 bool ComboBox::setText(const QString& text) {

@@ -110,7 +110,10 @@ class ComboBox : public QComboBox {
 public:
     explicit ComboBox(QWidget* parent = nullptr);
 
-    QString text() const { return currentText(); }
+    // What is chosen or typed; an item that was added as a line gives its whole text.
+    QString text() const;
+    // An item whose text may hold anything: the list shows it as one line.
+    void addLine(const QString& text, const QVariant& value = {});
     // Selects the item of that text; the text of an editable box may be any. Returns whether it is
     // now shown.
     bool setText(const QString& text);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace discaro::kit {
 
@@ -80,19 +81,20 @@ int ListModel::placeOf(const QString& key) const {
     return place == m_order.end() ? found->second : static_cast<int>(place - m_order.begin());
 }
 
+// Rows that are sorted already stay in order by themselves.
 void ListModel::setSortKey(int column) {
-    m_sortKey = column;
-    sortNow();
+    if (std::exchange(m_sortKey, column) != column)
+        sortNow();
 }
 
 void ListModel::setSortOrder(Qt::SortOrder order) {
-    m_sortOrder = order;
-    sortNow();
+    if (std::exchange(m_sortOrder, order) != order)
+        sortNow();
 }
 
 void ListModel::setSorted(bool sorted) {
-    m_sorted = sorted;
-    sortNow();
+    if (std::exchange(m_sorted, sorted) != sorted)
+        sortNow();
 }
 
 void ListModel::sortNow() {
@@ -168,8 +170,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    const bool told = section >= 0 && static_cast<size_t>(section) < m_columns.size();
-    if (orientation != Qt::Horizontal || !told)
+    const bool declared = section >= 0 && static_cast<size_t>(section) < m_columns.size();
+    if (orientation != Qt::Horizontal || !declared)
         return {};
     const ListColumn& column = m_columns[static_cast<size_t>(section)];
     if (role == Qt::DisplayRole)

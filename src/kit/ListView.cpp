@@ -144,16 +144,23 @@ void ListView::attach(QAbstractItemView& view) {
     view.setSelectionModel(&m_selection);
     delete empty;
     delete own;
-    if (&view == m_report)
-        layColumns();
+    if (&view != m_report)
+        return;
+    layColumns();
+    if (!m_header.isEmpty())
+        m_report->header()->restoreState(m_header);
 }
 
+// The header forgets its columns with the model, and with them what the user has made of them.
 void ListView::detach(QAbstractItemView& view) {
+    if (&view == m_report)
+        m_header = m_report->header()->saveState();
     view.setModel(nullptr);
 }
 
 void ListView::setColumns(std::vector<ListColumn> columns) {
     m_model.setColumns(std::move(columns));
+    m_header.clear();
     layColumns();
 }
 
@@ -274,6 +281,7 @@ void ListView::ensureVisible(int place) {
 }
 
 void ListView::pressed(const QMouseEvent& event) {
+    m_doubleClicked = false;
     const QModelIndex index = shown().indexAt(event.position().toPoint());
     if (index.isValid())
         emit ItemClick(index.row());
@@ -283,13 +291,18 @@ void ListView::pressed(const QMouseEvent& event) {
 
 // A click is told when the button goes up: by then the selection stands.
 void ListView::released(const QMouseEvent& event) {
-    if (event.button() == Qt::LeftButton)
+    if (event.button() == Qt::LeftButton && !std::exchange(m_doubleClicked, false))
         emit Click();
 }
 
 void ListView::doubleClicked(const QMouseEvent& event) {
-    if (event.button() == Qt::LeftButton && shown().indexAt(event.position().toPoint()).isValid())
+    if (event.button() != Qt::LeftButton)
+        return;
+    m_doubleClicked = true;
+    if (shown().indexAt(event.position().toPoint()).isValid())
         emit DblClick();
+    else
+        emit DblClickBeside();
 }
 
 bool ListView::keyChooses(const QKeyEvent& event) {
@@ -349,6 +362,7 @@ void ListView::showEvent(QShowEvent* event) {
 void ListView::changeEvent(QEvent* event) {
     QStackedWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
+        m_header.clear();
         layIcons();
         layColumns();
     }

@@ -54,9 +54,11 @@ public:
     QAbstractItemView& shown() const;
 
 signals:
-    // The user released the left button anywhere in the list, or selected other rows by keyboard.
+    // The user released the left button anywhere in the list, or selected other rows by keyboard. The release that
+    // ends a double click is none.
     void Click();
-    void DblClick();
+    void DblClick();                // on a row, or Enter
+    void DblClickBeside();          // where there is no row
     void ItemClick(int place);      // the user clicked a row or went to it by keyboard
     void ColumnClick(int column);   // a column's header, from 0
     void MenuWanted(QPoint global); // right button or menu key
@@ -92,6 +94,8 @@ private:
     TypeAhead m_typeAhead;
     bool m_flushWanted = false;
     bool m_selectionMoved = false;
+    bool m_doubleClicked = false; // the button is still down from a double click
+    QByteArray m_header;          // widths of the columns while another view is seen
 };
 
 } // namespace discaro::kit

@@ -258,10 +258,12 @@ void Toolbar::SaveToolbar(const QString& key, const QString& subkey, const QStri
 }
 
 bool Toolbar::RestoreToolbar(const QString& key, const QString& subkey, const QString& value) {
-    const QVariant kept = settingsOf(subkey).value(entryName(value, key));
-    if (!kept.isValid())
+    const QSettings settings = settingsOf(subkey);
+    const QString entry = entryName(value, key);
+    // A layout without buttons is kept as a value that counts as none.
+    if (!settings.contains(entry))
         return false;
-    setArrangement(kept.toStringList());
+    setArrangement(settings.value(entry).toStringList());
     return true;
 }
 

@@ -71,6 +71,14 @@ TEST(Text, BytesThatAreNotTextFoldToThemselves) {
     EXPECT_EQ(foldedForComparison("A\xFFZ"), "a\xFFz");
 }
 
+TEST(LowerCase, TouchesNothingButCapitals) {
+    EXPECT_EQ(lowerCase("README.TXT"), "readme.txt");
+    EXPECT_EQ(lowerCase("\u00C4\u0416"), "\u00E4\u0436");
+    EXPECT_EQ(lowerCase("U\u0308"), "u\u0308") << "not composed";
+    EXPECT_EQ(lowerCase("\u212A"), "\u212A") << "the sign for kelvin is no k";
+    EXPECT_EQ(lowerCase("A\xFFZ"), "a\xFFz");
+}
+
 TEST(Text, TheOrderIsThatOfTheFoldedForms) {
     EXPECT_LT(compareFolded("alpha", "BETA"), 0);
     EXPECT_GT(compareFolded("b", "A"), 0);

@@ -126,16 +126,26 @@ QPoint placeOf(kit::ListView& list, int place) {
 
 } // namespace
 
+// Press, release, double press, release. What is asked for by the first click may be gone at the last.
+void doubleClick(QWidget& surface, QPoint at) {
+    const auto send = [&surface, at](QEvent::Type type, Qt::MouseButtons held) {
+        QMouseEvent event(type, at, surface.mapToGlobal(at), Qt::LeftButton, held, {});
+        QApplication::sendEvent(&surface, &event);
+    };
+    send(QEvent::MouseButtonPress, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, Qt::NoButton);
+    send(QEvent::MouseButtonDblClick, Qt::LeftButton);
+    send(QEvent::MouseButtonRelease, Qt::NoButton);
+    kit::yield();
+}
+
 void clickNode(EXMain& window, const char* key) {
     QTest::mouseClick(window.tvwdb->viewport(), Qt::LeftButton, {}, placeOf(window, key));
     kit::yield();
 }
 
 void doubleClickNode(EXMain& window, const char* key) {
-    const QPoint place = placeOf(window, key);
-    QTest::mouseClick(window.tvwdb->viewport(), Qt::LeftButton, {}, place);
-    QTest::mouseDClick(window.tvwdb->viewport(), Qt::LeftButton, {}, place);
-    kit::yield();
+    doubleClick(*window.tvwdb->viewport(), placeOf(window, key));
 }
 
 void clickRow(kit::ListView& list, int place, Qt::KeyboardModifiers keys) {
@@ -144,10 +154,7 @@ void clickRow(kit::ListView& list, int place, Qt::KeyboardModifiers keys) {
 }
 
 void doubleClickRow(kit::ListView& list, int place) {
-    const QPoint at = placeOf(list, place);
-    QTest::mouseClick(list.shown().viewport(), Qt::LeftButton, {}, at);
-    QTest::mouseDClick(list.shown().viewport(), Qt::LeftButton, {}, at);
-    kit::yield();
+    doubleClick(*list.shown().viewport(), placeOf(list, place));
 }
 
 void choose(EXMain& window, const char* menuItem) {

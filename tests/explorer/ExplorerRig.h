@@ -66,6 +66,7 @@ private:
 // Widgets of the explorer, as a user drives them
 void clickNode(explorer::EXMain& window, const char* key);
 void doubleClickNode(explorer::EXMain& window, const char* key);
+void doubleClick(QWidget& surface, QPoint at);
 void clickRow(kit::ListView& list, int place, Qt::KeyboardModifiers keys = {});
 void doubleClickRow(kit::ListView& list, int place);
 void choose(explorer::EXMain& window, const char* menuItem);

@@ -334,4 +334,20 @@ TEST_F(ExplorerCommands, ACustomizedToolbarComesBack) {
     EXPECT_TRUE(again.Toolbar1->isPressed("Large Icons")) << "a button taken away keeps its state";
 }
 
+TEST_F(ExplorerCommands, AToolbarFromWhichAllWasRemovedStaysEmpty) {
+    EXMain& window = openOn("C1D1");
+    QTimer::singleShot(0, &window, [] {
+        auto* dialog = qobject_cast<kit::ToolbarDialog*>(QApplication::activeModalWidget());
+        ASSERT_NE(dialog, nullptr);
+        dialog->present->setCurrentRow(0);
+        while (dialog->present->count() > 0)
+            dialog->remove->click();
+        dialog->accept();
+    });
+    choose(window, "CustomizetheToolbar");
+    EXPECT_TRUE(window.Toolbar1->arrangement().isEmpty());
+    window.RunCommand("exit");
+    EXPECT_TRUE(rig.open().Toolbar1->arrangement().isEmpty());
+}
+
 } // namespace discaro::test

@@ -79,9 +79,9 @@ void expectFile(const char* name, const std::string& described) {
         std::ofstream(path, std::ios::binary) << described;
         return;
     }
-    std::ostringstream told;
-    told << std::ifstream(path, std::ios::binary).rdbuf();
-    EXPECT_EQ(described, told.str()) << path;
+    std::ostringstream kept;
+    kept << std::ifstream(path, std::ios::binary).rdbuf();
+    EXPECT_EQ(described, kept.str()) << path;
 }
 
 class ExplorerForm : public ExplorerTest {

@@ -94,6 +94,14 @@ TEST_F(ExplorerListing, ADoubleClickOnADirectoryWalksDown) {
     EXPECT_EQ(window.Label2->text(), "D:\\DOCS");
 }
 
+TEST_F(ExplorerListing, ADoubleClickOnAnEmptyDirectoryShowsItEmpty) {
+    EXMain& window = openOn("C1D1");
+    doubleClickRow(*window.lvwdb, 1);
+    EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C1D1S2"));
+    EXPECT_EQ(window.lvwdb->rows().count(), 0);
+    EXPECT_EQ(panel(window, 1), "0 File(s)");
+}
+
 TEST_F(ExplorerListing, ADoubleClickOnAFileShowsItsProperties) {
     EXMain& window = openOn("C1D1");
     doubleClickRow(*window.lvwdb, 2);
@@ -207,7 +215,14 @@ TEST_F(ExplorerListing, AClickIntoAnEmptyListingEndsTheProgram) {
                                                                  "the list has no row")
                                                   .description()),
                    kit::Buttons::Ok, kit::Icon::Critical, QCoreApplication::applicationName());
-    EXPECT_THROW(asHandler([&window] { emit window.lvwdb->Click(); }), ProgramEnded);
+    QWidget& room = *window.lvwdb->shown().viewport();
+    const QPoint at(20, 20);
+    QMouseEvent press(QEvent::MouseButtonPress, at, room.mapToGlobal(at), Qt::LeftButton,
+                      Qt::LeftButton, {});
+    QApplication::sendEvent(&room, &press);
+    QMouseEvent release(QEvent::MouseButtonRelease, at, room.mapToGlobal(at), Qt::LeftButton,
+                        Qt::NoButton, {});
+    EXPECT_THROW(asHandler([&] { QApplication::sendEvent(&room, &release); }), ProgramEnded);
     EXPECT_EQ(answers.asked(), 1);
 }
 
@@ -246,6 +261,25 @@ TEST_F(ExplorerListing, DoubleClicksOnFactsShowThePropertiesOfTheTree) {
     doubleClickRow(*window.DriveInfo, 1);
     EXPECT_THAT(rig.shown, Contains("EXCDROM"));
     EXPECT_EQ(shared::SelectedDisc, "1");
+}
+
+TEST_F(ExplorerListing, DoubleClicksBesideTheFactsAreForThePaneToo) {
+    EXMain& window = openOn("C1D1S1");
+    rig.shown.clear();
+    window.RunCommand("info view");
+    const auto doubleClickBelow = [](kit::ListView& pane) {
+        QWidget& room = *pane.shown().viewport();
+        doubleClick(room, QPoint(room.width() / 2, room.height() - 4));
+    };
+    doubleClickBelow(*window.Dirinfo);
+    EXPECT_EQ(window.focusWidget(), window.tvwdb);
+    clickNode(window, "R");
+    doubleClickBelow(*window.DriveInfo);
+    EXPECT_EQ(window.focusWidget(), window.tvwdb);
+    clickNode(window, "C1D1");
+    window.RunCommand("file view");
+    doubleClickBelow(*window.lvwdb);
+    EXPECT_THAT(rig.shown, ElementsAre("EXDir", "EXCDROM")) << "the listing has no row there";
 }
 
 TEST_F(ExplorerListing, FactsHavePopUpsOfTheirOwn) {
@@ -331,6 +365,45 @@ TEST_F(ExplorerListing, DatesSortByYearThenMonthThenDay) {
     EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre("12/31/98", "01/05/99", "02/01/99"));
 }
 
+TEST_F(ExplorerListing, DatesSortRightWithinACenturyOnly) {
+    for (const char* date : {"06/01/99", "03/02/01"})
+        rig.catalogue.add(
+            FileRow{.directory = "C1D1S2", .name = date, .extension = "", .date = date});
+    EXMain& window = openOn("C1D1S2");
+    window.RunCommand("filedate");
+    EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre("03/02/01", "06/01/99"));
+}
+
+TEST_F(ExplorerListing, ExtensionsInCapitalsKeepThemAndAreKnown) {
+    rig.catalogue.add(FileRow{.directory = "C1D1S2", .name = "GAME.EXE", .extension = ".EXE"});
+    EXMain& window = openOn("C1D1S2");
+    EXPECT_EQ(window.lvwdb->rows().item(0).icon, "exe");
+    EXPECT_EQ(window.lvwdb->rows().item(0).column(3), ".EXE File");
+}
+
+TEST_F(ExplorerListing, TheLookStaysFromOneDirectoryToTheNext) {
+    EXMain& window = openOn("C1D1");
+    window.RunCommand("small icons");
+    clickNode(window, "C1D1S1");
+    EXPECT_EQ(window.lvwdb->view(), kit::ListView::View::SmallIcons);
+    window.Combo1->setListIndex(0);
+    clickNode(window, "C2D1S1");
+    EXPECT_EQ(window.lvwdb->view(), kit::ListView::View::SmallIcons);
+    EXPECT_TRUE(window.Toolbar1->isPressed("Small Icons"));
+}
+
+TEST_F(ExplorerListing, TheUsersColumnWidthsStay) {
+    EXMain& window = openOn("C1D1");
+    header(window).resizeSection(1, 77);
+    clickNode(window, "C1D1S1");
+    EXPECT_EQ(header(window).sectionSize(1), 77);
+    window.RunCommand("large icons");
+    clickNode(window, "C1D1");
+    window.RunCommand("report view");
+    EXPECT_EQ(header(window).sectionSize(1), 77);
+    EXPECT_TRUE(header(window).isSectionHidden(2));
+}
+
 TEST_F(ExplorerListing, TheSelectionStaysOnItsFilesWhenTheyAreSorted) {
     EXMain& window = openOn("C1D1");
     clickRow(*window.lvwdb, 2);
@@ -373,6 +446,21 @@ TEST_F(ExplorerListing, SizesBeyondThirtyTwoBitsAreShownWhole) {
     EXPECT_EQ(columnOf(*window.Dirinfo, 1)[4], "5,000,000,000");
     clickRow(*window.lvwdb, 0);
     EXPECT_EQ(panel(window, 2), "File Size = 8589934592 KB");
+}
+
+TEST_F(ExplorerListing, ADirectoryNumberWithWildcardsFindsNoMoreThanASmallListing) {
+    rig.catalogue.add(DirectoryRow{.number = "*", .name = "Star", .parent = "C1D1", .disc = 1});
+    rig.catalogue.add(DirectoryRow{.number = "C1D1S?", .name = "Any", .parent = "*"});
+    rig.catalogue.run(
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
+        "INSERT INTO Files(\"directory number\", \"file name\") "
+        "SELECT 'C1D1S2', 'f' || i FROM n");
+    EXMain& window = openOn("C1D1S?");
+    EXPECT_EQ(window.lvwdb->rows().count(), 1000);
+    clickNode(window, "*");
+    EXPECT_LE(window.lvwdb->rows().count(), 2000);
+    clickNode(window, "C1D1S2");
+    EXPECT_EQ(window.lvwdb->rows().count(), 3000);
 }
 
 TEST_F(ExplorerListing, ADirectoryNumberWithAQuotationMarkIsPassedOver) {

@@ -88,10 +88,20 @@ TEST_F(ExplorerLoad, TaskWindowsGetTheExplorerAsTheWayBack) {
     shared::ScanCancelled = 0;
 }
 
+TEST_F(ExplorerLoad, AScanDoesNotShowTheMenu) {
+    EXMain& window = rig.open();
+    pressButton(window, "Scan");
+    EXPECT_THAT(rig.shown, Contains("Scanform"));
+    EXPECT_THAT(rig.shown, Not(Contains("Switch")));
+    EXPECT_FALSE(rig.isUp("Switch"));
+}
+
 TEST_F(ExplorerLoad, TheSearchOnlyHidesTheExplorer) {
     EXMain& window = rig.open();
     clickNode(window, "C2D1S1");
     const auto rows = textsOf(*window.lvwdb);
+    // Whatever is written meanwhile: nothing is read again.
+    rig.catalogue.add(FileRow{.directory = "C2D1S1", .name = "late.gif", .extension = ".gif"});
     window.RunCommand("search");
     EXPECT_TRUE(rig.isUp("Search"));
     EXPECT_TRUE(rig.isUp("EXMain"));

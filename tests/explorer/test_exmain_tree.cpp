@@ -47,6 +47,17 @@ TEST_F(ExplorerTree, DiscsOfOneNameDifferByTheNumberOnly) {
     EXPECT_EQ(window.Combo1->itemText(2), "Games       (CD-ROM No. 8)");
 }
 
+TEST_F(ExplorerTree, DiscNamesOfAnyCharactersStandOnOneLine) {
+    rig.catalogue.add(DiscRow{.number = 3, .name = "Aa\tline\r\nend\u202Eback"});
+    EXMain& window = rig.open();
+    EXPECT_EQ(window.Combo1->itemText(0), "Aa line endback       (CD-ROM No. 3)");
+    EXPECT_EQ(window.caption(), "Aa line endback       (CD-ROM No. 3)");
+    EXPECT_EQ(window.Combo1->text(),
+              QString::fromUtf8("Aa\tline\r\nend\u202Eback       (CD-ROM No. 3)"));
+    clickNode(window, "R");
+    EXPECT_EQ(columnOf(*window.DriveInfo, 1)[1], "Aa\tline\r\nend\u202Eback");
+}
+
 // ---- One disc
 
 TEST_F(ExplorerTree, ADiscIsShownWhole) {
@@ -143,6 +154,20 @@ TEST_F(ExplorerTree, AClickOnTheNodeListedAlreadyRunsNoQuery) {
     EXPECT_EQ(window.lvwdb->rows().count(), 3);
 }
 
+TEST_F(ExplorerTree, AfterARebuildTheNodeOfTheLastIndexCountsAsListed) {
+    EXMain& window = openGames();
+    clickNode(window, "C1D1S1");
+    EXPECT_EQ(window.LastNode, 3);
+    window.Combo1->setListIndex(0);
+    EXPECT_EQ(window.LastNode, 3);
+    clickNode(window, "C2D1S1");
+    EXPECT_EQ(window.tvwdb->selectedNode(), 3);
+    EXPECT_TRUE(window.DriveInfo->isVisible()) << "the third node was the last that was listed";
+    clickNode(window, "C2D1");
+    clickNode(window, "C2D1S1");
+    EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre("asia.gif", "africa.gif"));
+}
+
 TEST_F(ExplorerTree, AClickOnTheFirstNodeShowsTheDisc) {
     EXMain& window = openGames();
     clickNode(window, "C1D1S1");
@@ -207,6 +232,20 @@ TEST_F(ExplorerTree, DoubleClicksInAllContentsLeadToTheRootAndToTheChosenDisc) {
     doubleClickNode(window, "R");
     EXPECT_THAT(rig.shown, Contains("EXCDROM"));
     EXPECT_EQ(shared::SelectedDisc, "1") << "the disc chosen in the list";
+}
+
+TEST_F(ExplorerTree, ADiscOfAllContentsIsTaggedAsItsRootDirectory) {
+    EXMain& window = openGames();
+    choose(window, "Showall");
+    clickNode(window, "C2D1");
+    window.RunCommand("tag");
+    EXPECT_THAT(rig.shown, Contains("ProgTag"));
+    EXPECT_EQ(shared::TagKey, "DIRC2D1");
+    EXPECT_EQ(shared::TagDirectory, "C2D1");
+    EXPECT_EQ(shared::TagDisc, "1") << "the disc chosen in the list";
+    clickNode(window, "R");
+    window.RunCommand("tag");
+    EXPECT_EQ(shared::TagKey, "CD1");
 }
 
 TEST_F(ExplorerTree, ADiscChosenAfterAllContentsStaysInTheViewOfFacts) {

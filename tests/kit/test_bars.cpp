@@ -120,6 +120,15 @@ TEST_F(ToolbarTest, TheLayoutIsKeptInTheUsersSettings) {
               m_toolbar.arrangement());
 }
 
+TEST_F(ToolbarTest, ALayoutWithoutButtonsIsALayout) {
+    m_toolbar.setArrangement({});
+    m_toolbar.SaveToolbar("2", kSubkey, "Layout");
+    m_toolbar.setArrangement(m_toolbar.declaredArrangement());
+    EXPECT_TRUE(m_toolbar.RestoreToolbar("2", kSubkey, "Layout"));
+    EXPECT_TRUE(m_toolbar.arrangement().isEmpty());
+    EXPECT_FALSE(m_toolbar.button("One").isVisible());
+}
+
 TEST_F(ToolbarTest, AnySettingIsTakenForALayout) {
     QSettings("Maker", "Program").setValue("Layout/2", 12345);
     EXPECT_TRUE(m_toolbar.RestoreToolbar("2", kSubkey, "Layout"));

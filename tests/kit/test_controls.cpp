@@ -94,6 +94,15 @@ TEST_F(Controls, AComboTakesOnlyItsOwnTexts) {
     EXPECT_EQ(form->Combo1->text(), "<");
 }
 
+TEST_F(Controls, AComboShowsALineAndKeepsItsWholeText) {
+    form->Combo1->addLine("two\r\nlines", 7);
+    const int line = form->Combo1->count() - 1;
+    form->Combo1->setListIndex(line);
+    EXPECT_EQ(form->Combo1->itemText(line), "two lines");
+    EXPECT_EQ(form->Combo1->text(), "two\r\nlines");
+    EXPECT_EQ(form->Combo1->itemData(line), 7);
+}
+
 TEST_F(Controls, AnEditableComboTakesAnyText) {
     form->Combo1->setEditable(true);
     EXPECT_TRUE(form->Combo1->setText("<>"));

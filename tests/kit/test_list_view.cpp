@@ -116,6 +116,40 @@ TEST_F(ListViewTest, DoubleClicksAndEnterNeedARow) {
     EXPECT_EQ(chosen.size(), 2);
 }
 
+TEST_F(ListViewTest, TheReleaseThatEndsADoubleClickIsNoClick) {
+    add({"a", "b"});
+    std::vector<std::string> heard;
+    QObject::connect(&m_list, &ListView::Click, [&] { heard.emplace_back("click"); });
+    QObject::connect(&m_list, &ListView::DblClick, [&] { heard.emplace_back("double"); });
+    QObject::connect(&m_list, &ListView::DblClickBeside, [&] { heard.emplace_back("beside"); });
+    QWidget* room = m_list.shown().viewport();
+    for (const QPoint place : {at(1), QPoint(20, 200)}) {
+        heard.clear();
+        QTest::mouseClick(room, Qt::LeftButton, {}, place);
+        QTest::mouseDClick(room, Qt::LeftButton, {}, place);
+        QTest::mouseRelease(room, Qt::LeftButton, {}, place);
+        const bool beside = place == QPoint(20, 200);
+        EXPECT_THAT(heard, ElementsAre("click", beside ? "beside" : "double"));
+        QTest::mouseClick(room, Qt::LeftButton, {}, place);
+        EXPECT_EQ(heard.back(), "click");
+    }
+}
+
+TEST_F(ListViewTest, WidthsThatTheUserSetStay) {
+    add({"a"});
+    auto& report = static_cast<QTreeView&>(m_list.shown());
+    report.setColumnWidth(0, 77);
+    m_list.clear();
+    add({"b"});
+    EXPECT_EQ(report.columnWidth(0), 77);
+    m_list.setView(ListView::View::List);
+    m_list.setView(ListView::View::Report);
+    EXPECT_EQ(report.columnWidth(0), 77);
+    EXPECT_EQ(report.columnWidth(1), 120);
+    m_list.setColumns({{"Name", 50}, {"Value", 60}});
+    EXPECT_EQ(report.columnWidth(0), 50);
+}
+
 TEST_F(ListViewTest, TheMenuComesByRightButtonAndByKey) {
     add({"a", "b"});
     QSignalSpy wanted(&m_list, &ListView::MenuWanted);

@@ -8,7 +8,7 @@
 namespace discaro::explorer {
 
 TEST(FileKinds, EveryExtensionOfTheTableHasItsKind) {
-    const std::pair<const char*, const char*> kTold[] = {
+    const std::pair<const char*, const char*> kKindsByExtension[] = {
         {".avi", "movie"}, {".mov", "movie"}, {".dat", "movie"}, {".qtm", "movie"},
         {".dxr", "movie"}, {".flc", "movie"}, {".fli", "movie"}, {".dll", "dll"},
         {".vxd", "dll"},   {".sys", "dll"},   {".cpl", "cpl"},   {".htm", "htm"},
@@ -26,7 +26,7 @@ TEST(FileKinds, EveryExtensionOfTheTableHasItsKind) {
         {".pps", "ppt"},   {".pot", "ppt"},   {".ppa", "ppt"},   {".doc", "word"},
         {".wri", "word"},  {".rtf", "word"},  {".dot", "word"},  {".mdb", "mdb"},
         {".mde", "mdb"},   {".mdw", "mdb"},   {".mda", "mdb"}};
-    for (const auto& [extension, kind] : kTold)
+    for (const auto& [extension, kind] : kKindsByExtension)
         EXPECT_EQ(fileKind(extension, "x"), kind) << extension;
 }
 

@@ -33,9 +33,9 @@ TEST_F(InfoRows, ADiscHasTenFacts) {
     open(m_source, "drive");
     const auto rows = discInfo(m_source);
     ASSERT_EQ(rows.size(), 10U);
-    const std::vector<std::string> told = {"1,234",  "Games", "LABEL", "1A2B-3C4D", "CDFS",
-                                           "650 Mb", "0 Mb",  "",      "Scanned.",  ""};
-    EXPECT_EQ(values(rows), told);
+    const std::vector<std::string> wanted = {"1,234",  "Games", "LABEL", "1A2B-3C4D", "CDFS",
+                                             "650 Mb", "0 Mb",  "",      "Scanned.",  ""};
+    EXPECT_EQ(values(rows), wanted);
     EXPECT_EQ(rows[0].icon, "cdnum");
     EXPECT_EQ(rows[2].text, "Volume Label");
     EXPECT_EQ(rows[7].icon, "");
@@ -65,9 +65,10 @@ TEST_F(InfoRows, ADirectoryHasTwelveFacts) {
     open(m_source, "directories");
     const auto rows = directoryInfo(m_source);
     ASSERT_EQ(rows.size(), 12U);
-    const std::vector<std::string> told = {"7", "D:\\", "D:\\",     "",          "1,234", "56,789",
-                                           "3", "40",   "1,536 Kb", "20,480 Kb", "",      "A note"};
-    EXPECT_EQ(values(rows), told);
+    const std::vector<std::string> wanted = {"7",        "D:\\",      "D:\\", "",
+                                             "1,234",    "56,789",    "3",    "40",
+                                             "1,536 Kb", "20,480 Kb", "",     "A note"};
+    EXPECT_EQ(values(rows), wanted);
     EXPECT_EQ(rows[4].icon, "nfile");
     EXPECT_EQ(rows[9].icon, "tsize");
     EXPECT_EQ(rows[9].text, "Total Size");

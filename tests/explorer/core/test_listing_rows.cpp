@@ -39,10 +39,10 @@ TEST_F(ListingRows, AFileFillsAllColumns) {
     EXPECT_EQ(row.tag, "1");
     EXPECT_EQ(row.text, "Game.exe");
     EXPECT_EQ(row.kind, "exe");
-    const std::vector<std::string> told = {"1,536 Kb", "000000001536",   ".exe File",
-                                           "04/28/99", "99/04/28",       "RA",
-                                           "12",       "000,000,000,012"};
-    EXPECT_EQ(row.subItems, told);
+    const std::vector<std::string> wanted = {"1,536 Kb", "000000001536",   ".exe File",
+                                             "04/28/99", "99/04/28",       "RA",
+                                             "12",       "000,000,000,012"};
+    EXPECT_EQ(row.subItems, wanted);
 }
 
 TEST_F(ListingRows, AnExtensionInCapitalsKeepsThem) {
@@ -55,6 +55,11 @@ TEST_F(ListingRows, AnExtensionThatIsNotStoredIsFoundInTheName) {
     const auto row = onlyRow({.directory = "C1D1", .name = "Archive.tar.ZIP", .extension = ""});
     EXPECT_EQ(row.kind, "zip");
     EXPECT_EQ(row.subItems[2], ".zip File");
+}
+
+TEST_F(ListingRows, AnExtensionFoundInTheNameIsLowerCasedAndNoMore) {
+    const auto row = onlyRow({.directory = "C1D1", .name = "x.U\u0308B\u00C4", .extension = ""});
+    EXPECT_EQ(row.subItems[2], ".u\u0308b\u00E4 File") << "the characters are those of the name";
 }
 
 TEST_F(ListingRows, ANameWithoutADotIsAFileOfNoExtension) {
@@ -94,8 +99,9 @@ TEST_F(ListingRows, WhatWasNotScannedGoesInAsItIs) {
                               .size = {},
                               .attributes = "",
                               .date = ""});
-    const std::vector<std::string> told = {"1 Kb", "000000000001", ".txt File", "", "", "", "", ""};
-    EXPECT_EQ(row.subItems, told);
+    const std::vector<std::string> wanted = {"1 Kb", "000000000001", ".txt File", "", "", "", "",
+                                             ""};
+    EXPECT_EQ(row.subItems, wanted);
 }
 
 TEST_F(ListingRows, FieldsThatHoldOtherThingsThanTheyShouldAreShownAsTheyAre) {

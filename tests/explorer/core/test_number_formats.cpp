@@ -13,6 +13,7 @@ using db::Value;
 TEST(StandardText, HasThousandsSeparatorsAndTwoDecimals) {
     EXPECT_EQ(standardText(Value(0.0)), "0.00");
     EXPECT_EQ(standardText(Value(7.5)), "7.50");
+    EXPECT_EQ(standardText(Value(1023.99)), "1,023.99");
     EXPECT_EQ(standardText(Value(1234.5)), "1,234.50");
     EXPECT_EQ(standardText(Value(1234567.891)), "1,234,567.89");
     EXPECT_EQ(standardText(Value(int64_t{1234})), "1,234.00");

@@ -55,6 +55,13 @@ TEST_F(ExplorerPlans, TheChoiceOfADiscSearchesIndexes) {
     EXPECT_THAT(planOf(discQuery("12")), Not(HasSubstr("SCAN")));
 }
 
+// Roots are told by their names, which no index serves: this one reads the table, once and in its own order.
+TEST_F(ExplorerPlans, ShowAllContentsReadsTheDirectoriesOnce) {
+    const std::string read = planOf(std::string(kRootDirectoriesQuery));
+    EXPECT_THAT(read, Not(HasSubstr("TEMP B-TREE")));
+    EXPECT_EQ(std::ranges::count(read, '\n'), 1) << read;
+}
+
 TEST_F(ExplorerPlans, RowsInTheOrderOfTheCatalogueAreNotSortedForIt) {
     for (const std::string& statement :
          {filesQuery("C12D1"), subdirectoriesQuery("C12D1"), discDirectoriesQuery("12")})

@@ -25,7 +25,10 @@ public:
         lastPercent = percent;
         ++steps;
     }
-    void rowDone() override { ++rows; }
+    bool rowDone() override {
+        ++rows;
+        return rows != last;
+    }
 
     bool known(const std::string& key) const {
         return std::find(keys.begin(), keys.end(), key) != keys.end();
@@ -37,6 +40,7 @@ public:
     double lastPercent = 0;
     int steps = 0;
     int rows = 0;
+    int last = -1; // the row after which it has enough
 };
 
 class TreeBuild : public testing::Test {
@@ -138,13 +142,54 @@ TEST_F(TreeBuild, AnEmptyCatalogueGivesNothing) {
     EXPECT_EQ(allContents().rows, 0);
 }
 
+TEST_F(TreeBuild, EndsWhenTheTreeHasEnough) {
+    for (const int disc : {1, 2, 3})
+        m_rig.addRoot(disc);
+    NotedTree tree;
+    tree.last = 2;
+    db::Database& all = catalogue();
+    buildAllContents(*all.OpenRecordset(kRootDirectoriesQuery), all, tree);
+    EXPECT_EQ(tree.nodes.size(), 2U);
+}
+
+TEST_F(TreeBuild, TwoDirectoriesThatAreEachOthersParentsAreLeftOut) {
+    m_rig.addRoot(1);
+    m_rig.add(test::DirectoryRow{.number = "C1D1S1", .name = "Hen", .parent = "C1D1S2"});
+    m_rig.add(test::DirectoryRow{.number = "C1D1S2", .name = "Egg", .parent = "C1D1S1"});
+    m_rig.add(test::DirectoryRow{.number = "C1D1S3", .name = "Fine"});
+    EXPECT_EQ(disc("1").nodes, (Nodes{"R>C1D1 D:\\", "C1D1>C1D1S3 Fine"}));
+}
+
+TEST_F(TreeBuild, ALockEndsTheBuild) {
+    for (int number = 1; number < 600; ++number)
+        m_rig.add(test::DirectoryRow{.number = "C1D1S" + std::to_string(number), .name = "x"});
+    db::Connection::setLockWait(0);
+    struct LockingTree : NotedTree {
+        explicit LockingTree(const std::filesystem::path& file)
+            : other(file.string(), db::Connection::Mode::ReadWrite) {}
+        bool rowDone() override {
+            if (++rows == 2)
+                other.execute("BEGIN EXCLUSIVE");
+            return true;
+        }
+        db::Connection other;
+    };
+    LockingTree tree(m_rig.file());
+    buildDisc(*catalogue().OpenRecordset(discDirectoriesQuery("1")), tree);
+    EXPECT_LT(tree.rows, 400) << "what had been read ahead, and no more";
+    db::Connection::setLockWait(2000);
+}
+
 TEST_F(TreeBuild, ARecordsetThatIsClosedUnderItEndsTheBuild) {
     m_rig.addRoot(1);
     m_rig.add(test::DirectoryRow{.number = "C1D1S1", .name = "Docs"});
     struct ClosingTree : NotedTree {
         explicit ClosingTree(db::Recordset& opened)
             : recordset(opened) {}
-        void rowDone() override { recordset.Close(); }
+        bool rowDone() override {
+            recordset.Close();
+            return true;
+        }
         db::Recordset& recordset;
     };
     const auto recordset = catalogue().OpenRecordset(discDirectoriesQuery("1"));
