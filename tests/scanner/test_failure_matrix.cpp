@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 // Each procedure of the walk that handles its errors, with a statement of it failing on a real disc or a real row:
 // with a conversion error and another one, under both error actions, with both answers.
 namespace discaro::test {

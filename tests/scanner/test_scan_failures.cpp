@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 using namespace discaro;
 using namespace discaro::test;
 using scanner::ErrorDesk;
