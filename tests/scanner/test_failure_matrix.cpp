@@ -121,6 +121,10 @@ struct Case {
     }
 };
 
+void PrintTo(const Case& row, std::ostream* stream) {
+    *stream << row.failure.procedure << " under " << row.errorAction;
+}
+
 std::vector<Case> cases() {
     std::vector<Case> all;
     for (const Failure& failure : failures())
@@ -265,6 +269,10 @@ struct Damage {
     std::string description;
     Texts files; // that can be seen in spite of it, then the one behind
 };
+
+void PrintTo(const Damage& damage, std::ostream* stream) {
+    *stream << damage.description;
+}
 
 class DamagedDirectory : public testing::TestWithParam<Damage> {
 protected:

@@ -33,6 +33,10 @@ struct HandlerCase {
     ErrorDesk::Next next;
 };
 
+void PrintTo(const HandlerCase& row, std::ostream* stream) {
+    *stream << row.name << " under " << row.errorAction;
+}
+
 constexpr auto kOn = ErrorDesk::Next::Statement;
 constexpr auto kAgain = ErrorDesk::Next::SameStatement;
 constexpr auto kEnd = ErrorDesk::Next::EndOfProcedure;
