@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 // Each procedure of the walk that handles its errors, with a statement of it failing on a real disc or a real row:
 // with a conversion error and another one, under both error actions, with both answers.
 namespace discaro::test {
@@ -118,6 +120,10 @@ struct Case {
                    : stopped() && failure.wayOut == WayOut::FromRoot;
     }
 };
+
+void PrintTo(const Case& row, std::ostream* stream) {
+    *stream << row.failure.procedure << " under " << row.errorAction;
+}
 
 std::vector<Case> cases() {
     std::vector<Case> all;
@@ -263,6 +269,10 @@ struct Damage {
     std::string description;
     Texts files; // that can be seen in spite of it, then the one behind
 };
+
+void PrintTo(const Damage& damage, std::ostream* stream) {
+    *stream << damage.description;
+}
 
 class DamagedDirectory : public testing::TestWithParam<Damage> {
 protected:

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 using namespace discaro;
 using namespace discaro::test;
 using scanner::ErrorDesk;
@@ -30,6 +32,10 @@ struct HandlerCase {
     int prompts;
     ErrorDesk::Next next;
 };
+
+void PrintTo(const HandlerCase& row, std::ostream* stream) {
+    *stream << row.name << " under " << row.errorAction;
+}
 
 constexpr auto kOn = ErrorDesk::Next::Statement;
 constexpr auto kAgain = ErrorDesk::Next::SameStatement;

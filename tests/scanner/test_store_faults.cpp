@@ -55,6 +55,10 @@ struct Manner {
     bool answer; // to every prompt
 };
 
+void PrintTo(const Manner& manner, std::ostream* stream) {
+    *stream << manner.name;
+}
+
 class ScanOverFaults : public StoreRig, public testing::WithParamInterface<Manner> {
 protected:
     // Scans with a fault at an operation. Afterwards the sources are closed, as with the window.
