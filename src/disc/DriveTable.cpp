@@ -45,8 +45,8 @@ Version versionOf(const fs::path& path) {
 
 } // namespace
 
-// One drive. One of the computer has a key, and is open as long as someone shares it or a reference was given; one
-// that was added has its medium from the beginning.
+// One drive. One of the computer has a key, one that was added a path or a medium of its own from the beginning. But for
+// that medium a disc is open as long as someone shares it or a reference was given.
 struct DriveTable::Drive {
     ComputerDrive computer;
     fs::path addedPath;
@@ -57,6 +57,7 @@ struct DriveTable::Drive {
     VolumeFacts disc; // of the one that is shared, when it can be changed for another
 
     bool isAdded() const { return computer.key.empty(); }
+    bool hasFile() const { return !addedPath.empty(); }
     bool isChangeable() const { return computer.type == DriveType::CdRom && !isAdded(); }
 };
 
@@ -138,14 +139,11 @@ char DriveTable::addImageOrFolder(const fs::path& path) {
     const auto whole = fs::canonical(path, failure);
     if (failure)
         throw RuntimeError(ErrorNumber::PathMissing, shownName(path.native()));
-    const auto version = versionOf(whole);
     if (const char known = letterOf(whole); known != '\0') {
         auto& drive = driveOf(known);
         drive.turn = ++m_turn;
-        if (drive.isAdded() && drive.addedVersion != version) {
-            drive.kept = openAdded(whole);
-            drive.addedVersion = version;
-        }
+        if (drive.hasFile())
+            openFile(drive);
         return known;
     }
     const char given = freeLetter() == '\0' ? oldestAdded() : '\0';
@@ -153,8 +151,7 @@ char DriveTable::addImageOrFolder(const fs::path& path) {
     drive->computer.type = DriveType::CdRom;
     drive->turn = ++m_turn;
     drive->addedPath = whole;
-    drive->addedVersion = version;
-    drive->kept = openAdded(whole);
+    openFile(*drive);
     if (given != '\0')
         m_drives.erase(given);
     return add(std::move(drive));
@@ -194,7 +191,7 @@ DriveFacts DriveTable::facts(std::string_view text) const {
     auto& drive = driveOf(letter);
     DriveFacts result{rootText(letter), drive.computer.type, {}, {}, {}, 0, 0};
     base::skipErrors([&] {
-        const auto volume = drive.isAdded() ? drive.kept->facts() : lookAgain(drive);
+        const auto volume = drive.isAdded() ? share(letter)->facts() : lookAgain(drive);
         result.label = volume.label;
         result.serial = volume.serial;
         result.fileSystem = volume.fileSystem;
@@ -202,6 +199,20 @@ DriveFacts DriveTable::facts(std::string_view text) const {
         result.freeMegabytes = static_cast<double>(volume.freeBytes) / kMegabyte;
     });
     return result;
+}
+
+// Who shares a disc keeps what it was; a file that was written anew since is another disc to the next.
+std::shared_ptr<const Medium> DriveTable::openFile(Drive& drive) const {
+    std::error_code failure;
+    if (!fs::exists(drive.addedPath, failure))
+        throw RuntimeError(ErrorNumber::PathMissing, shownName(drive.addedPath.native()));
+    const auto version = versionOf(drive.addedPath);
+    auto medium = version == drive.addedVersion ? drive.shared.lock() : nullptr;
+    if (!medium)
+        medium = openAdded(drive.addedPath);
+    drive.addedVersion = version;
+    drive.shared = medium;
+    return medium;
 }
 
 // A disc can be mounted, unmounted or changed at any time.
@@ -227,8 +238,9 @@ void DriveTable::locate(Drive& drive) const {
         return;
     const auto present = drivesOf(m_readComputer());
     const auto found = std::ranges::find(present, drive.computer.key, &ComputerDrive::key);
-    if (found != present.end())
-        drive.computer = *found;
+    if (found == present.end())
+        throw RuntimeError(ErrorNumber::DriveNotReady, drive.computer.point);
+    drive.computer = *found;
 }
 
 std::string DriveTable::shownText(char letter) const {
@@ -247,6 +259,8 @@ const Medium& DriveTable::medium(char letter) const {
 
 std::shared_ptr<const Medium> DriveTable::share(char letter) const {
     auto& drive = driveOf(letter);
+    if (drive.hasFile())
+        return openFile(drive);
     if (drive.kept)
         return drive.kept;
     if (auto open = drive.shared.lock())

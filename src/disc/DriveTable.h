@@ -69,13 +69,13 @@ public:
     std::string shownText(char letter) const;
 
     // Opened on first use. The reference is good until refresh(), until facts() finds another disc in the drive, or
-    // until an added image that has changed is added again; share() is for callers who can't promise that.
-    // Throws PathMissing when there is no such drive, DriveNotReady when it has no disc that can be read,
-    // FileSystemUnknown or FileSystemUnsupported when it has one of an unknown kind.
+    // until it is asked for again after an added image has changed; share() is for callers who can't promise that.
+    // Throws PathMissing when there is no such drive or what was added has gone, DriveNotReady when it has no disc that
+    // can be read, FileSystemUnknown or FileSystemUnsupported when it has one of an unknown kind.
     const Medium& medium(char letter) const;
 
-    // The same, kept open by the caller however the table changes. A drive of the computer is open as long as someone
-    // keeps it, so that its disc can be taken out afterwards.
+    // The same, kept open by the caller however the table changes. A disc, image or folder is open as long as someone
+    // keeps it, so that it can be taken out, unmounted or written anew afterwards.
     std::shared_ptr<const Medium> share(char letter) const;
 
 private:
@@ -85,6 +85,7 @@ private:
     char oldestAdded() const;
     Drive& driveOf(char letter) const;
     void locate(Drive& drive) const;
+    std::shared_ptr<const Medium> openFile(Drive& drive) const;
     VolumeFacts lookAgain(Drive& drive) const;
     char letterOf(const std::string& path) const;
     char add(std::unique_ptr<Drive> drive);

@@ -97,12 +97,13 @@ Lister::~Lister() = default;
 
 void Lister::setPath(std::string_view drivePath) {
     const std::string before = m_path;
+    const bool anew = m_chain.empty();
     if (!stepDown(drivePath) && !stepUp(drivePath)) {
         m_chain = chainTo(drivePath);
         m_path = pathOf(m_chain);
     }
     m_lastListed = 0;
-    if (m_path != before && changed) {
+    if ((anew || m_path != before) && changed) {
         const auto call = changed; // which may set another one
         call();
     }
@@ -199,6 +200,12 @@ void Lister::reread() {
         m_chain = std::move(before);
         throw;
     }
+}
+
+void Lister::letGo() {
+    m_chain.clear();
+    m_fileLevel.reset();
+    m_enumeration = {};
 }
 
 int Lister::listCount() const {

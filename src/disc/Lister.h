@@ -47,6 +47,10 @@ public:
     // Reads the current directory and those above it anew. Throws as setPath does and keeps what it had then.
     void reread();
 
+    // Lets go of the disc and all that was read of it, so that it can be taken out. The path stays as a text, and
+    // setPath(path()) reads it again; until then there are no directories and no files.
+    void letGo();
+
     // Empty before the first setPath.
     const std::string& path() const { return m_path; }
 
@@ -85,7 +89,8 @@ public:
     // False for directories, and for all that can't be found out.
     bool fileExists(std::string_view path);
 
-    // Called after a move when path() has become another text.
+    // Called after a move when path() has become another text, and when the same was read anew by reread() or after
+    // letGo().
     std::function<void()> changed;
 
 private:

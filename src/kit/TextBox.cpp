@@ -44,8 +44,8 @@ void giveToArea(QPlainTextEdit& area, const QString& text) {
 bool isEnter(const QEvent& event) {
     if (event.type() != QEvent::KeyPress)
         return false;
-    const int key = static_cast<const QKeyEvent&>(event).key();
-    return key == Qt::Key_Return || key == Qt::Key_Enter;
+    const auto& press = static_cast<const QKeyEvent&>(event);
+    return !press.isAutoRepeat() && (press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter);
 }
 
 } // namespace

@@ -38,7 +38,7 @@ public:
 
 signals:
     void Change();
-    // The Enter key, before it does anything else; a box with several lines still takes its line
+    // The Enter key, once however long it is held, before it does anything else; a box with several lines still takes its line
     // end.
     void Enter();
     void GotFocus();

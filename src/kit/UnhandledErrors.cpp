@@ -8,6 +8,9 @@
 #include "kit/SpokenText.h"
 #include "kit/Strings.h"
 
+#include <QtGui/QKeyEvent>
+#include <QtWidgets/QAbstractButton>
+
 // The resources of a static library have to be asked for, and outside of any namespace.
 static void takeInPictures() {
     Q_INIT_RESOURCE(pictures);
@@ -37,6 +40,14 @@ private:
     int& m_depth;
 };
 
+// A key that is held must not press one button after another through windows and message boxes.
+bool isHeldEnter(const QObject& receiver, const QEvent& event) {
+    if (event.type() != QEvent::KeyPress || !qobject_cast<const QAbstractButton*>(&receiver))
+        return false;
+    const auto& press = static_cast<const QKeyEvent&>(event);
+    return press.isAutoRepeat() && (press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter);
+}
+
 QString currentErrorText() {
     try {
         throw;
@@ -59,6 +70,8 @@ Application::Application(int& argc, char** argv)
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {
+    if (isHeldEnter(*receiver, *event))
+        return true;
     bool result = false;
     {
         const Deeper deeper(m_depth);

@@ -19,6 +19,12 @@ std::string nameMessage(db::Recordset& discs) {
            "' as its Volume label. Please choose another name.";
 }
 
+// Null is equal to nothing, the empty text included.
+bool hasSerial(db::Recordset& discs, const std::string& serial) {
+    const db::Value value = discs.Fields(drive::kSerialNumber).Value();
+    return !db::isNull(value) && db::textOf(value) == serial;
+}
+
 std::string serialMessage(db::Recordset& discs) {
     return "The CD-ROM named  '" + fieldText(discs, drive::kPreferedName) +
            "'  has the same serial number as this CD-ROM. You may have scanned it once before. "
@@ -43,7 +49,7 @@ bool duplicateSerialsPassed(db::Recordset& discs, const std::string& serial,
     if (discs.RecordCount() != 0)
         discs.MoveFirst();
     for (; !discs.Eof(); discs.MoveNext())
-        if (fieldText(discs, drive::kSerialNumber) == serial && !goOn(serialMessage(discs)))
+        if (hasSerial(discs, serial) && !goOn(serialMessage(discs)))
             return false;
     return true;
 }

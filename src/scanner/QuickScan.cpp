@@ -9,11 +9,11 @@ namespace discaro::scanner {
 void QuickScan::begin(char driveLetter) {
     m_directories = 0;
     m_files = 0;
-    const std::string root = rootPath(driveLetter);
-    const bool wasThere = m_lister.path() == root;
-    m_lister.setPath(root);
-    if (wasThere) // the disc may have changed since; one that has gone shows below
-        base::skipErrors([this] { m_lister.reread(); });
+    m_lister.letGo(); // the disc may be another one since it was looked at last
+    m_lister.setPath(rootPath(driveLetter));
+    if (m_lister.listCount() == 0 && m_lister.fileCount() == 0)
+        if (const auto damage = m_lister.takeDamage())
+            throw *damage;
     m_lister.setFilePath(m_lister.path());
     m_files += m_lister.fileCount();
 }

@@ -43,7 +43,7 @@ bool ScanDisplay::askStopOnError() {
 void ScanDisplay::scanStarted(double files) {
     m_form.Command2->hide();
     m_form.Command6->show();
-    m_form.Command6->setFocus();
+    m_form.Text6->setFocus(); // away from Cancel, which a second Enter would press
     m_form.Command1(4).setEnabled(false);
     showWalkStage(Stage::Running);
     m_form.NumLED1(0).show();

@@ -12,6 +12,7 @@
 #include "scanner/NameChecks.h"
 #include "scanner/Texts.h"
 
+#include <QtCore/QFile>
 #include <QtCore/QMimeData>
 #include <QtCore/QScopedValueRollback>
 #include <QtCore/QTime>
@@ -34,6 +35,11 @@ namespace {
 // Text1 where entries stand below it, and where it has the page to itself; its width and top are the table's.
 constexpr QRect kTextAboveEntries(24, 16, 592, 128);
 constexpr QRect kTextAlone(24, 16, 592, 338);
+
+// The bytes of the name as the file system has them, which need not be text.
+std::filesystem::path pathOf(const QUrl& url) {
+    return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+}
 
 QString paragraphs(std::initializer_list<const char*> lines) {
     QStringList list;
@@ -102,9 +108,7 @@ void Scanform::keyPressEvent(QKeyEvent* event) {
         Form::keyPressEvent(event);
         return;
     }
-    for (QPushButton* wayOut :
-         {static_cast<QPushButton*>(Command3), static_cast<QPushButton*>(Command6),
-          static_cast<QPushButton*>(&Command1(4)), static_cast<QPushButton*>(&Command1(0))})
+    for (kit::Button* wayOut : {Command3, Command6, &Command1(4), &Command1(7), &Command1(0)})
         if (wayOut->isVisible() && wayOut->isEnabled())
             return wayOut->click();
 }
@@ -149,12 +153,20 @@ void Scanform::chooseDiscDrive() {
     giveFactsDrive();
 }
 
+// The disc that is in the drive now; where it is another than the list tells, the list is read anew.
+void Scanform::lookAtDisc() {
+    giveFactsDrive();
+    if (!drive().empty() && qt(m_drives.shownText(drive()[0])) != Drive1->text())
+        loadDrives();
+}
+
 void Scanform::giveFactsDrive() {
     skipErrors([this] { DrvFact1 = m_drives.facts(drive()); });
 }
 
 void Scanform::Drive1_Change() {
     skipErrors([this] { Dir1.setPath(rootPath(drive()[0])); });
+    Dir1.letGo(); // the disc may be changed until the quick scan comes
     giveFactsDrive();
     const bool disc = DrvFact1.type == disc::DriveType::CdRom;
     if (!disc) {
@@ -174,22 +186,33 @@ void Scanform::Dir1_Change() {
 
 void Scanform::DiscImage_Click() {
     QMenu menu(this);
-    menu.addAction("Image &File...", this, [this] {
-        addDisc(QFileDialog::getOpenFileName(
-            this, "Read a disc image", {},
-            "Disc images (*.iso *.bin *.cue *.nrg *.img *.mdf);;All files (*)"));
-    });
-    menu.addAction("F&older...", this, [this] {
-        addDisc(QFileDialog::getExistingDirectory(this, "Read a folder as a disc"));
-    });
-    menu.exec(DiscImage->mapToGlobal(QPoint(0, DiscImage->height())));
+    const QAction* file = menu.addAction("Image &File...");
+    menu.addAction("F&older...");
+    const QAction* chosen = menu.exec(DiscImage->mapToGlobal(QPoint(0, DiscImage->height())));
+    if (!chosen || isUnloaded())
+        return;
+    const QString path = chosen == file ? askForImage() : askForFolder();
+    if (!path.isEmpty() && !isUnloaded())
+        addDisc(QFile::encodeName(path).toStdString());
 }
 
-void Scanform::addDisc(const QString& path) {
-    if (path.isEmpty())
+QString Scanform::askForImage() {
+    return QFileDialog::getOpenFileName(
+        this, "Read a disc image", QFile::decodeName(m_lastFolder.c_str()),
+        "Disc images (*.iso *.bin *.cue *.nrg *.img *.mdf);;All files (*)");
+}
+
+QString Scanform::askForFolder() {
+    return QFileDialog::getExistingDirectory(this, "Read a folder as a disc",
+                                             QFile::decodeName(m_lastFolder.c_str()));
+}
+
+void Scanform::addDisc(const std::filesystem::path& path) {
+    if (path.empty())
         return;
+    m_lastFolder = path.parent_path();
     try {
-        const char letter = m_drives.addImageOrFolder(path.toStdString());
+        const char letter = m_drives.addImageOrFolder(path);
         const std::string chosen = rootPath(letter);
         loadDrives();
         {
@@ -204,17 +227,29 @@ void Scanform::addDisc(const QString& path) {
     }
 }
 
-void Scanform::dragEnterEvent(QDragEnterEvent* event) {
-    const auto urls = event->mimeData()->urls();
-    const bool discs = std::ranges::any_of(urls, &QUrl::isLocalFile);
-    event->setAccepted(discs && Picture1->isVisible() && ScanPage <= 2);
+bool Scanform::takesDiscs() const {
+    return Picture1->isVisible() && ScanPage <= 2 && !isUnloaded();
 }
 
+void Scanform::dragEnterEvent(QDragEnterEvent* event) {
+    const auto urls = event->mimeData()->urls();
+    event->setAccepted(takesDiscs() && std::ranges::any_of(urls, &QUrl::isLocalFile));
+}
+
+// Whoever drags waits for the drop to end, which a message box would hold up.
 void Scanform::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction); // the file stays where it is
     event->accept();
-    for (const QUrl& url : event->mimeData()->urls())
-        addDisc(url.toLocalFile());
+    QMetaObject::invokeMethod(
+        this, [this, urls = event->mimeData()->urls()] { takeDropped(urls); },
+        Qt::QueuedConnection);
+}
+
+void Scanform::takeDropped(const QList<QUrl>& urls) {
+    activateWindow();
+    for (const QUrl& url : urls)
+        if (url.isLocalFile() && takesDiscs())
+            addDisc(pathOf(url));
 }
 
 // ---- The pages
@@ -251,6 +286,7 @@ void Scanform::ShowNamePage() {
                     "* If you leave this entry empty , the volume label can be used instead.",
                     "* Also choose the drive you are going to scan."}));
     Command4->hide();
+    m_drives.refresh();
     loadDrives();
     chooseDiscDrive();
     Check1->setValue(false);
@@ -281,10 +317,8 @@ void Scanform::ShowCommentsPage() {
     Text3->setFocus();
 }
 
-// Returns whether the page could be entered.
+// Returns whether the page stays: a disc of a kind that can't be read leads back to the page before.
 bool Scanform::ShowCheckPage() {
-    if (!QuickScanDone && !beginQuickScan())
-        return false;
     Text1->setText("* The program will now quickly check your CD-ROM's information.");
     showWholeText(false);
     Command1(3).setEnabled(false);
@@ -293,23 +327,28 @@ bool Scanform::ShowCheckPage() {
     Text4->show();
     for (const int index : {0, 1, 2})
         Command1(index).setEnabled(false);
-    if (!QuickScanDone)
+    const bool stays = QuickScanDone || beginQuickScan();
+    if (stays && !QuickScanDone)
         runQuickScan();
     for (const int index : {0, 1, 2})
         Command1(index).setEnabled(true);
-    Command1(2).setFocus();
-    return true;
+    if (stays)
+        Command1(2).setFocus();
+    else
+        ShowCommentsPage();
+    return stays;
 }
 
-// A disc of a kind that can't be read is told of, and the user may choose another. A drive without a disc ends the
-// program like any error that nobody expects.
+// A disc of a kind that can't be read, and an image that has gone, are told of, and the user may choose another. A
+// drive without a disc ends the program like any error that nobody expects.
 bool Scanform::beginQuickScan() {
     try {
         m_quickScan.begin(drive()[0]);
         return true;
     } catch (const base::RuntimeError& error) {
         if (!error.is(base::ErrorNumber::FileSystemUnknown) &&
-            !error.is(base::ErrorNumber::FileSystemUnsupported))
+            !error.is(base::ErrorNumber::FileSystemUnsupported) &&
+            !error.is(base::ErrorNumber::PathMissing))
             throw;
         say(qt(error.description()), kit::Icon::Exclamation, "Error");
         return false;
@@ -326,6 +365,7 @@ void Scanform::runQuickScan() {
         });
         if (whole)
             Text4->setText(qt(m_quickScan.text()));
+        Dir1.letGo();
     } catch (const base::RuntimeError&) {
         say("An error was found during the Quickscan operation. The scan will be cancelled.",
             kit::Icon::Critical, "Error during Quickscan");
@@ -435,7 +475,7 @@ bool Scanform::namePagePasses() {
         Text2->setFocus();
         return false;
     }
-    giveFactsDrive();
+    lookAtDisc();
     if (DrvFact1.type != disc::DriveType::CdRom) {
         kit::Beep();
         say("You must choose a CD-ROM Drive", kit::Icon::Exclamation, "Error");
@@ -458,7 +498,7 @@ void Scanform::Text2_Enter() {
 
 // The disc may have been changed since the drive was chosen.
 void Scanform::Check1_Click() {
-    giveFactsDrive();
+    lookAtDisc();
     Text2->setText(Check1->value() ? qt(DrvFact1.label) : QString());
 }
 

@@ -14,6 +14,10 @@
 #include "scanner/ScanEngine.h"
 #include "scanner/ScanOptions.h"
 
+#include <QtCore/QDir>
+#include <QtCore/QUrl>
+
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -28,7 +32,7 @@ public:
     explicit Scanform(disc::DriveTable& drives = disc::driveTable());
 
     // Adds an image file or a folder as a drive and chooses it; tells why when it can't be read.
-    void addDisc(const QString& path);
+    void addDisc(const std::filesystem::path& path);
 
     // The three screens, of which one shows
     kit::Panel* Picture1 = nullptr;       // the wizard's pages
@@ -164,6 +168,11 @@ private:
     void setDrive(const std::string& drive);
     void chooseDiscDrive();
     void giveFactsDrive();
+    void lookAtDisc();
+    QString askForImage();
+    QString askForFolder();
+    bool takesDiscs() const;
+    void takeDropped(const QList<QUrl>& urls);
     void goBack();
     void goNext();
     bool namePagePasses();
@@ -181,6 +190,8 @@ private:
     disc::DriveTable& m_drives;
     disc::DriveFacts DrvFact1; // of the drive given last
     disc::Lister Dir1;         // lists directories and files of the drive in hand
+    // Where images and folders are looked for: at first at home, then where the last one lay.
+    std::filesystem::path m_lastFolder = QDir::homePath().toStdString();
     QuickScan m_quickScan;
     bool m_quickScanRuns = false;
     ScanClock m_clock;

@@ -121,6 +121,7 @@ void Scanform::Command2_Click() {
         say(qt(error.description()), kit::Icon::Critical, "Error");
     }
     m_engine.reset();
+    Dir1.letGo();
 }
 
 void Scanform::Command6_Click() {

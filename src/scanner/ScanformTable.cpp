@@ -248,29 +248,29 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .text(
             "When giving a number to a new CD-ROM that will be scanned, would you prefer to use :-")
         .align(Qt::AlignTop | Qt::AlignLeft),
-    control(&Scanform::Option7, "Option7")
+    control(&Scanform::Option6, "Option6")
         .at(20, 71, 24, 24)
+        .in(&Scanform::SSTab1, 2)
+        .says("Any free number")
+        .click(&Scanform::Option6_Click),
+    control(&Scanform::Label17, "Label17")
+        .at(52, 76, 510, 28)
+        .in(&Scanform::SSTab1, 2)
+        .text("Any free number (Those of deleted CD-ROM enteries).")
+        .align(Qt::AlignTop | Qt::AlignLeft)
+        .click(&Scanform::Label17_Click),
+    control(&Scanform::Option7, "Option7")
+        .at(20, 111, 24, 24)
         .in(&Scanform::SSTab1, 2)
         .says("The next number in the list")
         .ticked()
         .click(&Scanform::Option7_Click),
     control(&Scanform::Label16, "Label16")
-        .at(52, 76, 510, 28)
+        .at(52, 116, 510, 28)
         .in(&Scanform::SSTab1, 2)
         .text("The next number in the list (Number of last CD-ROM + 1).")
         .align(Qt::AlignTop | Qt::AlignLeft)
         .click(&Scanform::Label16_Click),
-    control(&Scanform::Option6, "Option6")
-        .at(20, 111, 24, 24)
-        .in(&Scanform::SSTab1, 2)
-        .says("Any free number")
-        .click(&Scanform::Option6_Click),
-    control(&Scanform::Label17, "Label17")
-        .at(52, 116, 510, 28)
-        .in(&Scanform::SSTab1, 2)
-        .text("Any free number (Those of deleted CD-ROM enteries).")
-        .align(Qt::AlignTop | Qt::AlignLeft)
-        .click(&Scanform::Label17_Click),
     control(&Scanform::Command3, "Command3")
         .at(520, kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture6)

@@ -1,3 +1,4 @@
+#include "ImageHelp.h"
 #include "ScratchFolder.h"
 #include "base/RuntimeError.h"
 #include "disc/DriveTable.h"
@@ -123,6 +124,28 @@ TEST_F(DriveImages, AnAddedImageThatChangedIsOpenedAnewUnderItsLetter) {
     EXPECT_EQ(table.shownText('D'), "D: [AFTER]");
     EXPECT_NE(table.share('D'), before);
     EXPECT_EQ(before->facts().label, "BEFORE");
+}
+
+TEST_F(DriveImages, AnAddedImageThatChangedIsAnotherDiscToWhoeverAsksNext) {
+    auto table = makeTable();
+    table.addImageOrFolder(makeImage("disc.iso", "BEFORE"));
+    const auto before = table.share('D');
+    EXPECT_EQ(table.share('D'), before);
+    scratch.makeFolder("tree/MORE");
+    makeImage("disc.iso", "AFTER");
+    EXPECT_EQ(table.facts("D:").label, "AFTER");
+    EXPECT_NE(table.share('D'), before);
+    EXPECT_EQ(before->facts().label, "BEFORE") << "as far as it was read";
+}
+
+TEST_F(DriveImages, AnAddedImageThatHasGoneIsMissing) {
+    auto table = makeTable();
+    const auto image = makeImage("disc.iso", "BEFORE");
+    table.addImageOrFolder(image);
+    fs::remove(image);
+    EXPECT_EQ(table.facts("D:").label, "");
+    EXPECT_EQ(test::errorOf([&] { table.share('D'); }),
+              test::numberOf(base::ErrorNumber::PathMissing));
 }
 
 TEST_F(DriveImages, AnAddedImageThatBecameSomethingElseKeepsItsLetter) {

@@ -248,6 +248,25 @@ TEST_F(ListerMoves, AnotherDiscInTheDriveIsReadAnew) {
     EXPECT_EQ(moving.list(0), "D:\\second");
 }
 
+TEST_F(ListerMoves, LettingGoKeepsThePathAndNothingElse) {
+    auto& medium = insert(sample());
+    lister.setPath("D:\\BIN");
+    lister.setFilePath("D:\\");
+    lister.firstFile("D:\\");
+    lister.letGo();
+    EXPECT_EQ(lister.path(), "D:\\BIN");
+    EXPECT_EQ(lister.listCount(), 0);
+    EXPECT_EQ(lister.fileCount(), 0);
+    EXPECT_EQ(lister.nextFile(), "");
+    const int listings = medium.calls(Asked::List);
+    int changes = 0;
+    lister.changed = [&] { ++changes; };
+    lister.setPath("D:\\BIN");
+    EXPECT_EQ(lister.listCount(), 2);
+    EXPECT_GT(medium.calls(Asked::List), listings);
+    EXPECT_EQ(changes, 1) << "what is read anew may be something else";
+}
+
 TEST_F(ListerMoves, FoldersDeeperThanAPathMayBeLongAreWalked) {
     const test::ScratchFolder scratch;
     scratch.makeDeep(std::string(255, 'd'), 30, "bottom.txt");

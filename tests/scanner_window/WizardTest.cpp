@@ -41,7 +41,7 @@ WizardTest::WizardTest()
     app::Module1::ReturnTo = "switch";
     app::Module1::ScanCancelled = 0;
     catalogue::createEmptyCatalogue(app::Module1::cataloguePath());
-    app::Windows::Register("Scanform", [this] { return new scanner::Scanform(drives); });
+    registerWizard(drives);
     app::Windows::Register("Switch", [] { return new app::Switch; });
     app::Windows::Register("Loading", [] { return new app::Loading; });
     app::Windows::Register("EXMain", [] { return new EmptyWindow; });
@@ -53,6 +53,10 @@ WizardTest::~WizardTest() {
     app::Windows::Clear();
     app::Module1::CatalogueDb.reset();
     std::filesystem::remove_all(m_folder);
+}
+
+void WizardTest::registerWizard(disc::DriveTable& table) {
+    app::Windows::Register("Scanform", [&table] { return new scanner::Scanform(table); });
 }
 
 char WizardTest::addDrive(MemoryNode root) {

@@ -51,6 +51,9 @@ protected:
 
     // A disc drive more, with a disc in it; its letter.
     char addDrive(MemoryNode root);
+    // From now on the wizard opens over the drives of this table.
+    static void registerWizard(disc::DriveTable& table);
+
     // Puts a disc into a drive, at first that of all tests, in the place of the one before.
     MemoryMedium& insert(MemoryNode root, char driveLetter = 0);
 

@@ -65,6 +65,16 @@ TEST_F(Options, EachDetailLevelIsTakenOver) {
     EXPECT_NE(settings().find("scanned with all details"), std::string::npos);
 }
 
+TEST_F(Options, TheUsualChoicesCanBeTakenAgain) {
+    open();
+    form->Option1->click();
+    form->Option2->click();
+    form->Option5->click();
+    form->Option4->click();
+    EXPECT_NE(settings().find("scanned with basic details ignoring all errors."),
+              std::string::npos);
+}
+
 TEST_F(Options, MinimalDetailAndCancelAreTakenOver) {
     open();
     form->Option3->click();

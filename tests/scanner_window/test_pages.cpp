@@ -2,9 +2,7 @@
 #include "scanner_window/WizardTest.h"
 #include "support/windows/GoldenForm.h"
 
-#include <QtCore/QMimeData>
-#include <QtCore/QTemporaryFile>
-#include <QtGui/QDropEvent>
+#include <algorithm>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -77,6 +75,81 @@ TEST_F(Pages, TheNamePageStartsEmptyWithTheDriveOfTheDisc) {
     EXPECT_TRUE(form->Drive1->text().startsWith(QChar(letter)));
     EXPECT_FALSE(form->Command4->isVisible());
     EXPECT_TRUE(button(1).isEnabled());
+}
+
+TEST_F(Pages, TheNamePageTellsWhatToEnter) {
+    goTo(2);
+    EXPECT_EQ(said(*form->Text1),
+              "* Enter a name that you wish to identify your CD-ROM with. This name will be "
+              "referred to as the 'Preferred Name' in the future.\r\n\r\n"
+              "* If you leave this entry empty , the volume label can be used instead.\r\n\r\n"
+              "* Also choose the drive you are going to scan.");
+    for (QWidget* shown :
+         {static_cast<QWidget*>(form->Label3), static_cast<QWidget*>(form->Drive1),
+          static_cast<QWidget*>(form->Check1), static_cast<QWidget*>(form->Label2)})
+        EXPECT_TRUE(shown->isVisible()) << shown->objectName().toStdString();
+    EXPECT_FALSE(form->Text3->isVisible());
+}
+
+TEST_F(Pages, TheCommentsPageShowsOneEntry) {
+    goTo(3);
+    EXPECT_EQ(said(*form->Text1), "* Enter any comments that you would like to be associated with "
+                                  "this CD-ROM.");
+    for (QWidget* hidden :
+         {static_cast<QWidget*>(form->Check1), static_cast<QWidget*>(form->Label3),
+          static_cast<QWidget*>(form->Drive1), static_cast<QWidget*>(form->Text2),
+          static_cast<QWidget*>(form->Text4)})
+        EXPECT_FALSE(hidden->isVisible()) << hidden->objectName().toStdString();
+    EXPECT_EQ(form->Label2->text(), "Comments");
+    EXPECT_EQ(form->focusWidget(), form->Text3->focusProxy());
+}
+
+TEST_F(Pages, TheCheckPageHidesTheEntries) {
+    goTo(4);
+    EXPECT_EQ(form->Label2->text(), "");
+    EXPECT_FALSE(form->Text3->isVisible());
+    EXPECT_TRUE(form->Text4->isVisible());
+}
+
+TEST_F(Pages, CountsAreShownWithoutThousandsSeparators) {
+    std::vector<MemoryNode> files(1234, file("F"));
+    insert(folder("", files));
+    goTo(4);
+    EXPECT_EQ(said(*form->Text4), "0 Directories\r\n1234 Files");
+}
+
+TEST_F(Pages, TheCountTravelsThroughTheDisc) {
+    insert(folder("", {folder("A", {folder("B")}), folder("C")}));
+    goTo(3);
+    std::vector<std::string> shown;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, form,
+                     [&] { shown.push_back(form->Text4->text().toStdString()); });
+    watch.start(0);
+    next();
+    const std::string root = std::string(1, letter) + ":\\";
+    for (const std::string& path : {root + "A\\B", root + "A", root + "C", root})
+        EXPECT_NE(std::ranges::find(shown, path), shown.end()) << path;
+}
+
+TEST_F(Pages, TheFirstCheckThatStopsIsTheOnlyOneThatIsTold) {
+    addDisc(7, "Disc", "0123-4567");
+    addDisc(8, "Disc", "0123-4567");
+    open();
+    next();
+    box.expect("You must choose a CD-ROM Drive", Buttons::Ok, Icon::None, "Error");
+    form->Drive1->setListIndex(0);
+    box.expect("You must enter a Preferred name.", Buttons::Ok, Icon::Exclamation, "Error");
+    next();
+    typeInto(*form->Text2, "Disc");
+    box.expect("You must choose a CD-ROM Drive", Buttons::Ok, Icon::Exclamation, "Error");
+    next();
+    chooseTestDrive();
+    box.expect("This Preferred name was used once before for CD-ROM number  '7' which has 'LABEL' "
+               "as its Volume label. Please choose another name.",
+               Buttons::Ok, Icon::Exclamation, "Duplicate Preferred Name");
+    next();
+    EXPECT_TRUE(form->Text2->isVisible());
 }
 
 TEST_F(Pages, AnEmptyNameStopsOnPageTwo) {
@@ -160,78 +233,6 @@ TEST_F(Pages, CancelAtASerialQuestionStaysOnPageTwo) {
     EXPECT_TRUE(form->Text2->isVisible());
 }
 
-TEST_F(Pages, TheVolumeLabelBecomesTheNameAndGoesWithTheTick) {
-    goTo(2);
-    form->Check1->click();
-    EXPECT_EQ(form->Text2->text(), "MEMORY");
-    form->Check1->click();
-    EXPECT_EQ(form->Text2->text(), "");
-}
-
-TEST_F(Pages, ADiscWithoutALabelEmptiesTheNameAndNextAsksForOne) {
-    insert(folder("")).volume.label.clear();
-    goTo(2);
-    form->Check1->click();
-    EXPECT_EQ(form->Text2->text(), "");
-    box.expect("You must enter a Preferred name.", Buttons::Ok, Icon::Exclamation, "Error");
-    next();
-}
-
-TEST_F(Pages, AnUnlabelledDriveReadsBackAsItsRootAndALabelledOneDoesNot) {
-    EXPECT_EQ(drives.shownText(letter), std::string(1, letter) + ": [MEMORY]");
-    insert(folder("")).volume.label.clear();
-    EXPECT_EQ(drives.shownText(letter), std::string(1, letter) + ":\\");
-}
-
-TEST_F(Pages, TheLoopEndsAtTheFirstDiscDriveThatReadsBackAsItsRoot) {
-    insert(folder("")).volume.label.clear();
-    addDrive(folder(""));
-    open();
-    next();
-    EXPECT_EQ(form->Drive1->text(), "D:\\");
-}
-
-TEST_F(Pages, WithSeveralLabelledDiscDrivesTheLastStaysChosen) {
-    addDrive(folder(""));
-    addDrive(folder(""));
-    open();
-    next();
-    EXPECT_EQ(form->Drive1->text(), "F: [MEMORY]");
-}
-
-TEST_F(Pages, ADriveThatIsNoDiscDriveNeverComesIntoTheLoop) {
-    drives.addMedium(std::make_unique<MemoryMedium>(folder("")), disc::DriveType::Removable);
-    open();
-    next();
-    EXPECT_EQ(form->Drive1->text(), "D: [MEMORY]");
-}
-
-TEST_F(Pages, GoingBackToTheNamePageChoosesTheDriveAnew) {
-    addDrive(folder(""));
-    goTo(3);
-    back();
-    EXPECT_EQ(form->Drive1->text(), "E: [MEMORY]");
-}
-
-TEST_F(Pages, TheTickTakesTheLabelOfTheDiscThatIsInTheDriveNow) {
-    goTo(2);
-    insert(folder("")).volume.label = "CHANGED";
-    form->Check1->click();
-    EXPECT_EQ(form->Text2->text(), "CHANGED");
-}
-
-TEST_F(Pages, WithTheTickADriveThatIsNoDiscDriveGivesItsLabelAsTheName) {
-    auto stick = std::make_unique<MemoryMedium>(folder(""));
-    stick->volume.label = "STICK";
-    drives.addMedium(std::move(stick), disc::DriveType::Removable);
-    goTo(2);
-    form->Check1->click();
-    box.expect("You must choose a CD-ROM Drive", Buttons::Ok, Icon::None, "Error");
-    form->Drive1->setListIndex(2);
-    EXPECT_EQ(form->Text2->text(), "STICK");
-    EXPECT_EQ(beeps.count(), 1);
-}
-
 TEST_F(Pages, GoingBackToPageTwoLosesTheName) {
     goTo(3);
     back();
@@ -295,22 +296,6 @@ TEST_F(Pages, NeitherButtonLeavesThePageWhileTheQuickScanRuns) {
     EXPECT_EQ(said(*form->Text4), "2 Directories\r\n0 Files");
 }
 
-TEST_F(Pages, ADiscOfAnUnknownKindIsToldAndAnotherCanBeChosen) {
-    insert(folder("")).failOn(Asked::List, 1, ErrorNumber::FileSystemUnsupported, 1000);
-    goTo(3);
-    box.expectTitled("Error", Icon::Exclamation);
-    next();
-    EXPECT_TRUE(form->Text3->isVisible()) << "still on the page before";
-    EXPECT_TRUE(button(2).isEnabled());
-    letter = addDrive(folder("", {file("A")}));
-    back();
-    chooseTestDrive();
-    typeInto(*form->Text2, "Disc");
-    next();
-    next();
-    EXPECT_EQ(said(*form->Text4), "0 Directories\r\n1 Files");
-}
-
 TEST_F(Pages, TheSettingsPageShowsEverything) {
     open();
     next();
@@ -351,26 +336,6 @@ TEST_F(Pages, FinishLeadsToTheScanningScreenAndWritesNothing) {
     EXPECT_EQ(count("drive"), 0);
 }
 
-TEST_F(Pages, AVanishedDiscEndsTheQuickScanAndShowsTheMenuWhateverReturnToSays) {
-    auto& medium = insert(folder("", {folder("A"), folder("B")}));
-    goTo(3);
-    app::Module1::ReturnTo = "explore";
-    medium.vanishAfter(0);
-    box.expect("An error was found during the Quickscan operation. The scan will be cancelled.",
-               Buttons::Ok, Icon::Critical, "Error during Quickscan");
-    next();
-    EXPECT_FALSE(isUp("Scanform"));
-    EXPECT_TRUE(isUp("Switch"));
-}
-
-TEST_F(Pages, ADriveWithoutADiscEndsTheProgramAtTheQuickScan) {
-    insert(folder("")).vanishAfter(0);
-    goTo(3);
-    const ThrowingEnd end;
-    box.expectTitled(QCoreApplication::applicationName(), Icon::Critical);
-    EXPECT_THROW(asHandler([this] { emit button(2).Click(); }), ProgramEnded);
-}
-
 // ---- Ways out
 
 TEST_F(Pages, CancelReturnsToTheMenu) {
@@ -403,56 +368,6 @@ TEST_F(Pages, ClosingTheFrameIsTheWayOutToo) {
     EXPECT_EQ(count("drive"), 0);
 }
 
-// ---- Discs of the user's own
-
-TEST_F(Pages, AFileThatIsNoDiscIsRefusedWithAClearMessage) {
-    QTemporaryFile text;
-    ASSERT_TRUE(text.open());
-    text.write(QByteArray(100000, 'x'));
-    text.flush();
-    open();
-    next();
-    box.expectTitled("Error", Icon::Exclamation);
-    const QString before = form->Drive1->text();
-    form->addDisc(text.fileName());
-    EXPECT_EQ(form->Drive1->text(), before);
-    EXPECT_TRUE(box.last().text.contains("not a disc image")) << box.last().text.toStdString();
-}
-
-TEST_F(Pages, ADroppedFolderBecomesTheChosenDriveAndOpensPageTwo) {
-    const std::filesystem::path folder = app::Module1::ApplicationPath / "dropped";
-    std::filesystem::create_directory(folder);
-    open();
-    QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder.string()))});
-    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(form, &enter);
-    EXPECT_TRUE(enter.isAccepted());
-    QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(form, &drop);
-    EXPECT_TRUE(form->Text2->isVisible());
-    EXPECT_TRUE(form->Drive1->text().contains("[dropped]")) << form->Drive1->text().toStdString();
-    EXPECT_EQ(box.asked(), 0);
-    EXPECT_EQ(drop.dropAction(), Qt::CopyAction) << "the folder stays where it is";
-}
-
-TEST_F(Pages, WhatIsNoFileOrComesTooLateIsNotTakenAsADisc) {
-    const auto accepted = [this](const char* url) {
-        QMimeData data;
-        data.setUrls({QUrl(url)});
-        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton,
-                              Qt::NoModifier);
-        QCoreApplication::sendEvent(form, &enter);
-        return enter.isAccepted();
-    };
-    open();
-    EXPECT_TRUE(accepted("file:///tmp/disc.iso"));
-    EXPECT_FALSE(accepted("http://localhost/disc.iso"));
-    EXPECT_FALSE(form->Text2->editor().acceptDrops()) << "the window takes it, not the name";
-    goTo(3);
-    EXPECT_FALSE(accepted("file:///tmp/disc.iso"));
-}
-
 // ---- The keyboard and the wheel
 
 TEST_F(Pages, TheTabKeyFollowsTheReadingOrder) {
@@ -466,6 +381,19 @@ TEST_F(Pages, TheTabKeyFollowsTheReadingOrder) {
                                                  "Command1(3)"}));
 }
 
+TEST_F(Pages, AnEnterKeyThatIsHeldLeadsOnePageOn) {
+    goTo(4);
+    const auto press = [this](bool repeated) {
+        QKeyEvent event(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, repeated);
+        QCoreApplication::sendEvent(form->focusWidget(), &event);
+    };
+    press(false);
+    EXPECT_TRUE(button(3).isEnabled()) << "page 5";
+    for (int repeat = 0; repeat < 5; ++repeat)
+        press(true);
+    EXPECT_TRUE(form->Picture1->isVisible()) << "and no further";
+}
+
 TEST_F(Pages, EnterLeadsOnAndEscapeOut) {
     open();
     EXPECT_EQ(form->focusWidget(), &button(2));
@@ -477,22 +405,4 @@ TEST_F(Pages, EnterLeadsOnAndEscapeOut) {
     QTest::keyClick(form->Text3, Qt::Key_Escape);
     EXPECT_FALSE(isUp("Scanform"));
     EXPECT_TRUE(isUp("Switch"));
-}
-
-TEST_F(Pages, TheWheelTurnsTheDrivesOnlyWhenTheyHaveTheFocus) {
-    goTo(2);
-    const auto turn = [this] {
-        QWheelEvent wheel(QPointF(5, 5), form->Drive1->mapToGlobal(QPointF(5, 5)), QPoint(),
-                          QPoint(0, 120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(form->Drive1, &wheel);
-    };
-    form->activateWindow();
-    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
-    form->Text2->setFocus();
-    turn();
-    EXPECT_EQ(form->Drive1->text(), "D: [MEMORY]");
-    form->Drive1->setFocus();
-    box.expect("You must choose a CD-ROM Drive", Buttons::Ok, Icon::None, "Error");
-    turn();
-    EXPECT_EQ(form->Drive1->text(), "C:\\");
 }

@@ -1,5 +1,6 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
+#include "db/Connection.h"
 #include "db/DBEngine.h"
 #include "scanner_window/WizardTest.h"
 
@@ -301,14 +302,52 @@ TEST_F(Scanning, FinishReturnsAndAnotherScanOpensAFreshWizard) {
     EXPECT_TRUE(isUp("Switch"));
 }
 
-TEST_F(Scanning, AReadOnlyCatalogueIsToldBeforeAnythingHappens) {
-    std::filesystem::permissions(app::Module1::cataloguePath(), std::filesystem::perms::owner_read);
+TEST_F(Scanning, ACatalogueThatAnotherProgramHasLockedIsToldBeforeAnythingHappens) {
     goToScanning();
-    if (form->Data1.Database()->Updatable()) // the superuser writes where nobody may
-        return;
-    box.expectTitled("Error", Icon::Critical);
-    click(*form->Command2);
+    db::Connection::setLockWait(0);
+    {
+        db::Connection other(app::Module1::cataloguePath().string(),
+                             db::Connection::Mode::ReadWrite);
+        other.execute("BEGIN EXCLUSIVE");
+        box.expectTitled("Error", Icon::Critical);
+        click(*form->Command2);
+    }
+    db::Connection::setLockWait(2000);
     EXPECT_TRUE(form->Command2->isVisible());
+    EXPECT_FALSE(form->Command6->isVisible());
+    EXPECT_EQ(count("drive"), 0);
+}
+
+TEST_F(Scanning, ASecondEnterAfterTheStartAsksNothing) {
+    goToScanning();
+    duringScan([this] { QTest::keyClick(form->focusWidget(), Qt::Key_Return); });
+    click(*form->Command2);
+    EXPECT_EQ(box.asked(), 0);
+    EXPECT_TRUE(button(7).isEnabled());
+}
+
+TEST_F(Scanning, CancelOnTheScanningScreenClosesBeforeTheStart) {
+    goToScanning();
+    click(button(4));
+    EXPECT_FALSE(isUp("Scanform"));
+    EXPECT_TRUE(isUp("Switch"));
+    EXPECT_EQ(count("drive"), 0);
+}
+
+TEST_F(Scanning, FinishReturnsToTheExplorerAndClosesTheCatalogue) {
+    app::Module1::ReturnTo = "explore";
+    scan();
+    click(button(7));
+    EXPECT_TRUE(isUp("EXMain"));
+    for (db::DataSource* source : {&form->Data1, &form->Data2, &form->Data3, &form->Data4})
+        EXPECT_FALSE(source->HasRecordset());
+}
+
+TEST_F(Scanning, AnotherScanKeepsTheWayBack) {
+    app::Module1::ReturnTo = "explore";
+    scan();
+    click(*form->Command5);
+    EXPECT_EQ(app::Module1::ReturnTo, "explore");
 }
 
 TEST_F(Scanning, AnUnfinishedScanIsToldOnceASecondAfterLoading) {
