@@ -194,8 +194,10 @@ void ListView::layIcons() {
     m_icons->setGridSize(large ? largeRoom : smallRoom);
 }
 
+// Nobody can widen a column then, so the last one takes what room there is.
 void ListView::hideHeaders() {
     m_report->setHeaderHidden(true);
+    m_report->header()->setStretchLastSection(true);
 }
 
 void ListView::setMultiSelect() {

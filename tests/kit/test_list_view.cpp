@@ -240,6 +240,15 @@ TEST_F(SingleListViewTest, NeitherControlNorEmptyGroundTakesTheSelectionAway) {
     EXPECT_EQ(m_list.selectedItem(), 1);
 }
 
+TEST_F(SingleListViewTest, WithoutHeadersTheLastColumnReachesTheEdge) {
+    auto& report = static_cast<QTreeView&>(m_list.shown());
+    EXPECT_EQ(report.columnWidth(1), 120);
+    m_list.hideHeaders();
+    QApplication::processEvents();
+    EXPECT_EQ(report.columnWidth(0), 120);
+    EXPECT_EQ(report.columnWidth(1), report.viewport()->width() - 120);
+}
+
 TEST_F(SingleListViewTest, EveryKeyThatMovesTheSelectionTellsItsRow) {
     add({"a", "b", "c"});
     m_list.select(0);

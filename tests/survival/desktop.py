@@ -19,7 +19,7 @@ def wait_for(what, condition, seconds=20):
             return found
         if time.monotonic() > end:
             raise Lost(f"waited {seconds} s for {what}")
-        time.sleep(0.002)
+        time.sleep(0.001)
 
 
 def busy(processes):
@@ -161,8 +161,9 @@ class Program:
         self.wait_until_idle()
         self.display.press("Tab", "Tab", "Tab", "space")
         self.wait_until_idle()  # the quick scan
-        self.display.press("space", "space")
-        self.wait_until_idle()
+        for _ in range(2):  # apart, or they would look like one key held down
+            self.display.press("space")
+            self.wait_until_idle()
 
     def to_deletion(self, place):
         """From the menu to the question whether the disc at that place, from 0, shall go."""

@@ -11,6 +11,7 @@ import filecmp
 import os
 import random
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -37,6 +38,14 @@ class Work:
         self.prints = {}        # fingerprints of both states
         self.begins = 0.0       # seconds from the key press to the transaction, and to its end
         self.ends = 0.0
+        self.writes = 0.0  # seconds at the end in which the catalogue's file itself is written
+
+    def learn(self, moment, fell):
+        """The machine is not always as fast as at the rehearsal: the moments follow it."""
+        if fell == "after":
+            self.ends = min(self.ends, moment)
+        elif fell == "inside":
+            self.ends = max(self.ends, moment * 1.02)
 
 
 class Rounds:
@@ -84,18 +93,26 @@ class Rounds:
         work.prints["before"] = self.look(work.before)
         program = self.start()
         work.prepare(program)
-        work.begins, work.ends = self.timed(program)
+        work.begins, work.ends, work.writes = self.timed(program)
         program.wait_until_idle()
         program.kill()
         work.prints["after"] = self.look(work.after)
 
     def timed(self, program):
         start = time.monotonic()
+        untouched = self.written()
         program.confirm()
         desktop.wait_for("the work's beginning", self.journal)
-        begins = time.monotonic() - start
+        begins = time.monotonic()
+        desktop.wait_for("the work's writing", lambda: self.written() != untouched, 60)
+        writing = time.monotonic()
         desktop.wait_for("the work's end", lambda: not self.journal())
-        return begins, time.monotonic() - start
+        ends = time.monotonic()
+        return begins - start, ends - start, ends - writing
+
+    def written(self):
+        """When the catalogue's file was written last."""
+        return os.stat(os.path.join(self.folder, catalogue.NAME)).st_mtime_ns
 
     def rehearsed(self):
         """Scan and deletion of the big disc, each ready to be interrupted."""
@@ -123,10 +140,7 @@ class Rounds:
         self.restore(work.folder)
         program = self.start()
         work.prepare(program)
-        moment = random_moment(work, chance)
-        start = time.monotonic()
-        program.confirm()
-        time.sleep(max(0.0, moment - (time.monotonic() - start)))
+        moment = self.await_moment(work, chance, program)
         program.kill()
         inside = self.journal()
         half_written = not filecmp.cmp(*(os.path.join(place, catalogue.NAME) for place in (work.folder, self.folder)),
@@ -139,10 +153,30 @@ class Rounds:
         catalogue.expect(not (inside and state == "after"), "committed with its journal left")
         fell = "inside" if inside else state
         self.tally[work.name, fell] += 1
+        work.learn(moment, fell)
         if inside and half_written:
             self.tally[work.name, "half written"] += 1
         self.scan_next(there, work.highest[state == "after"] + 1)
         return moment, fell
+
+    def await_moment(self, work, chance, program):
+        """Begins the work and lets some of it happen; returns the seconds since the key press.
+
+        Some moments lie in the short time in which the catalogue's file is written, some close around the beginning,
+        the others evenly from the key press to a little after the end.
+        """
+        kind = chance.random()
+        evenly = chance.random()
+        untouched = self.written()
+        start = time.monotonic()
+        program.confirm()
+        if kind < 0.3:
+            desktop.wait_for("the writing", lambda: self.written() != untouched, 60)
+            time.sleep(evenly * work.writes * 1.2)
+        else:
+            span = 3 * work.begins if kind < 0.4 else 1.1 * work.ends
+            time.sleep(max(0.0, evenly * span - (time.monotonic() - start)))
+        return time.monotonic() - start
 
     def scan_next(self, there, number, program=None):
         """The program, started anew when none is given, scans one more disc, which gets that number."""
@@ -153,16 +187,6 @@ class Rounds:
         desktop.wait_for("the next scan", lambda: catalogue.changes(self.folder) != before and not self.journal())
         program.kill()
         self.look({**there, number: self.next})
-
-
-def random_moment(work, chance):
-    """Mostly evenly from the key press to a little after the end; some close around the beginning or the end."""
-    kind = chance.random()
-    if kind < 0.1:
-        return chance.uniform(0, 3 * work.begins)
-    if kind < 0.3:
-        return chance.uniform(work.ends * 0.9, work.ends * 1.15)
-    return chance.uniform(0, work.ends * 1.15)
 
 
 def fill_disk(rounds, work, limits):
@@ -275,10 +299,11 @@ def main():
     parser.add_argument("program", help="the built program")
     parser.add_argument("--times", type=int, default=200, help="how many kills")
     parser.add_argument("--seed", type=int, default=int(time.time()), help="of the moments of the kills")
-    parser.add_argument("--files", type=int, default=200000, help="on the disc whose scan is interrupted")
+    parser.add_argument("--files", type=int, default=150000, help="on the disc whose scan is interrupted")
     parser.add_argument("--full", type=int, default=8, help="how many sizes of a full disk, of each of two kinds")
     options = parser.parse_args()
     print(f"seed {options.seed}", flush=True)
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # the display goes down, and the program with it
     base = tempfile.mkdtemp(prefix="sv-")
     try:
         run(options, base)
