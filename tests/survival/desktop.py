@@ -27,13 +27,22 @@ def busy(processes):
     spent = 0
     for thread in (thread for process in processes for thread in glob.glob(f"/proc/{process}/task/*")):
         try:
-            with open(thread + "/stat") as status, open(thread + "/schedstat") as times:
-                if status.read().rpartition(")")[2].split()[0] == "D":
-                    return None
-                spent += sum(int(each) for each in times.read().split()[:2])
+            with open(thread + "/stat") as status:
+                fields = status.read().rpartition(")")[2].split()
         except FileNotFoundError:
             return None  # it has just ended
+        if fields[0] == "D":
+            return None
+        spent += time_of(thread, fields)
     return spent
+
+
+def time_of(thread, fields):
+    try:
+        with open(thread + "/schedstat") as times:
+            return sum(int(each) for each in times.read().split()[:2])
+    except FileNotFoundError:  # a kernel without these figures has coarse ones
+        return (int(fields[11]) + int(fields[12])) * 1_000_000_000 // os.sysconf("SC_CLK_TCK")
 
 
 class Display:
