@@ -22,27 +22,28 @@ def wait_for(what, condition, seconds=20):
         time.sleep(0.001)
 
 
+# A kernel without these figures has coarse ones.
+FINE_TIMES = os.path.exists("/proc/self/schedstat")
+
+
 def busy(processes):
     """Nanoseconds that they have run or waited for a processor so far; none when one of them waits for a disk."""
-    spent = 0
-    for thread in (thread for process in processes for thread in glob.glob(f"/proc/{process}/task/*")):
-        try:
-            with open(thread + "/stat") as status:
-                fields = status.read().rpartition(")")[2].split()
-        except FileNotFoundError:
-            return None  # it has just ended
-        if fields[0] == "D":
-            return None
-        spent += time_of(thread, fields)
-    return spent
-
-
-def time_of(thread, fields):
     try:
-        with open(thread + "/schedstat") as times:
-            return sum(int(each) for each in times.read().split()[:2])
-    except FileNotFoundError:  # a kernel without these figures has coarse ones
+        times = [time_of(thread) for process in processes for thread in glob.glob(f"/proc/{process}/task/*")]
+    except (FileNotFoundError, ProcessLookupError):
+        return None  # one has just ended
+    return None if None in times else sum(times)
+
+
+def time_of(thread):
+    with open(thread + "/stat") as status:
+        fields = status.read().rpartition(")")[2].split()
+    if fields[0] == "D":
+        return None
+    if not FINE_TIMES:
         return (int(fields[11]) + int(fields[12])) * 1_000_000_000 // os.sysconf("SC_CLK_TCK")
+    with open(thread + "/schedstat") as times:
+        return sum(int(each) for each in times.read().split()[:2])
 
 
 class Display:
