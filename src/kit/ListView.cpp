@@ -65,6 +65,11 @@ protected:
         View::mousePressEvent(event);
         Events::pressed(m_list, *event);
     }
+    // Where one row is selected it is the row that was clicked: dragging the mouse on does not take the selection along.
+    void mouseMoveEvent(QMouseEvent* event) override {
+        if (event->buttons() == Qt::NoButton || !selectsOne())
+            View::mouseMoveEvent(event);
+    }
     void mouseReleaseEvent(QMouseEvent* event) override {
         View::mouseReleaseEvent(event);
         Events::released(m_list, *event);
@@ -84,8 +89,20 @@ protected:
         if (event->reason() == QContextMenuEvent::Keyboard)
             Events::menuKey(m_list);
     }
+    // Nor does releasing it elsewhere, and Ctrl does not take the selection away.
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override {
+        if (selectsOne() && event != nullptr && event->type() == QEvent::MouseButtonRelease)
+            return QItemSelectionModel::NoUpdate;
+        const auto command = View::selectionCommand(index, event);
+        if (selectsOne() && command & QItemSelectionModel::Deselect)
+            return QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows;
+        return command;
+    }
 
 private:
+    bool selectsOne() const { return this->selectionMode() == QAbstractItemView::SingleSelection; }
+
     ListView& m_list;
 };
 
@@ -184,8 +201,10 @@ void ListView::layIcons() {
     m_icons->setGridSize(large ? largeRoom : smallRoom);
 }
 
+// Nobody can widen a column then, so the last one takes what room there is.
 void ListView::hideHeaders() {
     m_report->setHeaderHidden(true);
+    m_report->header()->setStretchLastSection(true);
 }
 
 void ListView::setMultiSelect() {

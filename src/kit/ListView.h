@@ -25,6 +25,7 @@ public:
 
     void setColumns(std::vector<ListColumn> columns);
     void setPictures(ListModel::Pictures pictures) { m_model.setPictures(std::move(pictures)); }
+    // The last column then fills what the others leave.
     void hideHeaders();
     // Ctrl and Shift select several rows.
     void setMultiSelect();

@@ -1,7 +1,6 @@
 #include "scanner/ScanDisplay.h"
 
 #include "app/Windows.h"
-#include "base/Number.h"
 #include "kit/Beep.h"
 #include "kit/MsgBox.h"
 #include "kit/Strings.h"
@@ -17,17 +16,15 @@ void showOnly(const kit::ControlArray<kit::Picture>& pictures, int shown) {
         picture->setVisible(index == shown);
 }
 
-// A bar's percentage as its tool tip. A tip that stays the same is not set again.
-void showPercent(kit::ProgressBar& bar) {
-    const QString tip = QString::number(bar.percent()) + " %";
-    if (bar.toolTip() != tip)
-        bar.setToolTip(tip);
+// Counts of files are whole, and put together a hundred thousand times in a scan.
+QString counterText(double count, QChar sign) {
+    return QString::number(static_cast<qlonglong>(count)) + sign;
 }
 
 } // namespace
 
 void ScanDisplay::yield() {
-    kit::yield();
+    m_walks ? kit::yieldOften() : kit::yield();
 }
 
 bool ScanDisplay::askStopOnError() {
@@ -41,6 +38,7 @@ bool ScanDisplay::askStopOnError() {
 }
 
 void ScanDisplay::scanStarted(double files) {
+    m_walks = true;
     m_form.Command2->hide();
     m_form.Command6->show();
     m_form.Text6->setFocus(); // away from Cancel, which a second Enter would press
@@ -67,28 +65,49 @@ void ScanDisplay::directoryBarReset() {
 }
 
 void ScanDisplay::showCounters(double done, double left) {
-    m_form.NumLED1(0).setCaption(kit::qt(base::numberText(done) + "+"));
-    m_form.NumLED1(1).setCaption(kit::qt(base::numberText(left) + "-"));
+    m_form.NumLED1(0).setCaption(counterText(done, u'+'));
+    m_form.NumLED1(1).setCaption(counterText(left, u'-'));
 }
 
 void ScanDisplay::advanceDiscBar(double done) {
     m_form.ProgressBar1->setValue(static_cast<int64_t>(done));
+<<<<<<< HEAD
 }
 
 void ScanDisplay::showDiscBarTip() {
     showPercent(*m_form.ProgressBar1);
+=======
+    showPercent(*m_form.ProgressBar1, m_discPercent);
+>>>>>>> r2
 }
 
 void ScanDisplay::advanceDirectoryBar() {
     m_form.ProgressBar2->setValue(m_form.ProgressBar2->value() + 1);
+<<<<<<< HEAD
 }
 
 void ScanDisplay::showDirectoryBarTip() {
     showPercent(*m_form.ProgressBar2);
+=======
+    showPercent(*m_form.ProgressBar2, m_directoryPercent);
+}
+
+// A bar's percentage as its tool tip, put together when it is another one.
+void ScanDisplay::showPercent(kit::ProgressBar& bar, std::optional<int64_t>& shown) {
+    const int64_t percent = bar.percent();
+    if (shown == percent)
+        return;
+    shown = percent;
+    bar.setToolTip(QString::number(percent) + " %");
+>>>>>>> r2
 }
 
 void ScanDisplay::showPercentage() {
-    const QString caption = m_form.FormTitle + "  (" + m_form.ProgressBar1->toolTip() + " Done)";
+    const QString done = m_form.ProgressBar1->toolTip();
+    if (m_inCaption == done)
+        return;
+    m_inCaption = done;
+    const QString caption = m_form.FormTitle + "  (" + done + " Done)";
     if (caption == m_form.caption())
         return;
     m_form.setCaption(caption);
@@ -96,6 +115,7 @@ void ScanDisplay::showPercentage() {
 }
 
 void ScanDisplay::walkFinished() {
+    m_walks = false;
     showWalkStage(Stage::Finished);
 }
 
@@ -113,6 +133,7 @@ void ScanDisplay::totalsStarted() {
 
 void ScanDisplay::totalsBarSized(int64_t directories) {
     m_form.ProgressBar1->setToolTip({});
+    m_discPercent.reset();
     m_form.ProgressBar1->setMax(directories);
     m_form.ProgressBar1->setValue(0);
 }

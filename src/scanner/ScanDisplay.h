@@ -1,8 +1,11 @@
 #pragma once
 
+#include "kit/ProgressBar.h"
 #include "scanner/ScanWatcher.h"
 
 #include <QtCore/QString>
+
+#include <optional>
 
 namespace discaro::scanner {
 
@@ -44,7 +47,13 @@ private:
     void showWalkStage(Stage stage);
     void showTotalsStage(Stage stage);
 
+    static void showPercent(kit::ProgressBar& bar, std::optional<int64_t>& shown);
+
     Scanform& m_form;
+    bool m_walks = false;                      // and yields at every file
+    std::optional<int64_t> m_discPercent;      // in the bar's tool tip
+    std::optional<int64_t> m_directoryPercent; // the same
+    std::optional<QString> m_inCaption;        // the part done, as the window's caption has it
 };
 
 } // namespace discaro::scanner

@@ -11,7 +11,10 @@
 #include "support/windows/GoldenForm.h"
 #include "support/windows/ScriptedMsgBox.h"
 
+#include <QtGui/QMouseEvent>
+
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <stdlib.h>
 
 #include <filesystem>
@@ -29,11 +32,39 @@ constexpr auto kDone = "Deletion was successful. It is advised that you compact 
                        "any entries. This way your Database will take up less disk space and in "
                        "some cases may run faster.";
 
-// Stands for the explorer: only that it is shown matters here.
+// Stands for the explorer and others: only that it is there or shown matters here.
 class EmptyWindow : public kit::Form {
 public:
-    EmptyWindow()
-        : Form({.name = "EXMain", .caption = "", .size = {100, 100}}) {}
+    explicit EmptyWindow(const char* name)
+        : Form({.name = name, .caption = "", .size = {100, 100}}) {}
+};
+
+// The catalogue as another program has it open: sees what is committed and nothing else.
+class OtherProgram {
+public:
+    explicit OtherProgram(const std::filesystem::path& catalogue) {
+        sqlite3_open(catalogue.c_str(), &m_connection);
+    }
+    ~OtherProgram() { sqlite3_close(m_connection); }
+    OtherProgram(const OtherProgram&) = delete;
+    OtherProgram& operator=(const OtherProgram&) = delete;
+
+    void run(const char* statement) {
+        ASSERT_EQ(sqlite3_exec(m_connection, statement, nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(m_connection);
+    }
+    int64_t count(const std::string& table) {
+        sqlite3_stmt* query = nullptr;
+        sqlite3_prepare_v2(m_connection, ("SELECT count(*) FROM " + table).c_str(), -1, &query,
+                           nullptr);
+        const int64_t rows =
+            sqlite3_step(query) == SQLITE_ROW ? sqlite3_column_int64(query, 0) : -1;
+        sqlite3_finalize(query);
+        return rows;
+    }
+
+private:
+    sqlite3* m_connection = nullptr;
 };
 
 std::filesystem::path makeFolder() {
@@ -55,7 +86,8 @@ protected:
         app::Windows::Register("DeleteCD", [] { return new catalogue::DeleteCD; });
         app::Windows::Register("Switch", [] { return new app::Switch; });
         app::Windows::Register("Loading", [] { return new app::Loading; });
-        app::Windows::Register("EXMain", [] { return new EmptyWindow; });
+        for (const char* name : {"EXMain", "Scanform", "Search", "Programs"})
+            app::Windows::Register(name, [name] { return new EmptyWindow(name); });
     }
     ~DeleteWindow() override {
         app::Windows::Clear();
@@ -63,7 +95,9 @@ protected:
         std::filesystem::remove_all(m_folder);
     }
 
-    void addDisc(int64_t number, const char* name) {
+    enum class Tag { One, None };
+
+    void addDisc(int64_t number, const char* name, Tag tag = Tag::One) {
         const auto catalogue = db::DBEngine::OpenDatabase(app::Module1::cataloguePath());
         const std::string root = "C" + std::to_string(number) + "D1";
         auto discs = catalogue->OpenRecordset("drive");
@@ -83,6 +117,8 @@ protected:
         (*files)(catalogue::files::kDirectoryNumber) = root;
         (*files)(catalogue::files::kFileSize) = 2.5;
         files->Update();
+        if (tag == Tag::None)
+            return;
         auto tags = catalogue->OpenRecordset("[prog tag]");
         tags->AddNew();
         (*tags)(catalogue::progTag::kCDNumber) = number;
@@ -100,6 +136,31 @@ protected:
                        "This will also delete "
                        "all the Directory and File entries contained on this CD-ROM.")
             .arg(name);
+    }
+    // Deletes the disc that is shown, which has that name.
+    void deleteShown(const char* name) {
+        box.expect(question(name), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
+                   Answer::Ok);
+        box.expect(kDone, Buttons::Ok, Icon::Information, "Deletion Successful");
+        click(*form->Command2);
+        refill();
+    }
+    // A copy of the catalogue, with what a transaction that never ended has put beside it.
+    std::filesystem::path asTheProgramLeftIt() const {
+        const auto copy = m_folder / "left";
+        std::filesystem::create_directory(copy);
+        for (const char* name : {"kvt.mde", "kvt.mde-journal"})
+            if (std::filesystem::exists(m_folder / name))
+                std::filesystem::copy_file(m_folder / name, copy / name);
+        return copy / "kvt.mde";
+    }
+    std::filesystem::path catalogue() const { return app::Module1::cataloguePath(); }
+    QString shownName() const { return form->DriveInfo->rows().item(1).column(1); }
+    std::vector<QString> names() const {
+        std::vector<QString> found;
+        for (int place = 0; place < form->ListView1->rows().count(); ++place)
+            found.push_back(form->ListView1->rows().item(place).text);
+        return found;
     }
     void refill() {
         ASSERT_TRUE(waitFor([this] { return !form->Timer1->isEnabled(); }));
@@ -126,7 +187,7 @@ private:
 
 } // namespace
 
-TEST_F(DeleteWindow, HasTheToldControls) {
+TEST_F(DeleteWindow, MatchesItsGoldenFile) {
     open();
     expectGolden(*form, "catalogue_window");
     EXPECT_EQ(speechless(*form), std::vector<std::string>{});
@@ -154,11 +215,7 @@ TEST_F(DeleteWindow, OkDeletesTheDiscWithAllThatBelongsToIt) {
     addDisc(2, "Two");
     open();
     emit form->ListView1->ItemClick(1);
-    box.expect(question("Two"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
-               Answer::Ok);
-    box.expect(kDone, Buttons::Ok, Icon::Information, "Deletion Successful");
-    click(*form->Command2);
-    refill();
+    deleteShown("Two");
     EXPECT_EQ(count("drive"), 1);
     EXPECT_EQ(count("directories"), 1);
     EXPECT_EQ(count("files"), 1);
@@ -188,11 +245,7 @@ TEST_F(DeleteWindow, TheLastDiscLeavesEmptyListsAndNullSize) {
     addDisc(5, "Last");
     app::Module1::ReturnTo = "explore";
     open();
-    box.expect(question("Last"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
-               Answer::Ok);
-    box.expect(kDone, Buttons::Ok, Icon::Information, "Deletion Successful");
-    click(*form->Command2);
-    refill();
+    deleteShown("Last");
     EXPECT_EQ(form->ListView1->rows().count(), 0);
     EXPECT_EQ(form->DriveInfo->rows().count(), 0);
     EXPECT_EQ(db::numberOf(master("Total number of directories")), 0);
@@ -204,24 +257,181 @@ TEST_F(DeleteWindow, TheLastDiscLeavesEmptyListsAndNullSize) {
     EXPECT_FALSE(app::Windows::IsLoaded("EXMain"));
 }
 
-TEST_F(DeleteWindow, LeavingGoesWhereReturnToSays) {
+TEST_F(DeleteWindow, LeavingGoesToTheExplorerWhenItCameFromThere) {
     addDisc(1, "One");
     app::Module1::ReturnTo = "explore";
     open();
     click(*form->Command1);
     EXPECT_TRUE(app::Windows::IsLoaded("EXMain"));
+    EXPECT_FALSE(app::Windows::IsLoaded("Switch"));
+}
+
+TEST_F(DeleteWindow, LeavingGoesToTheMenuWhenItCameFromThere) {
+    addDisc(1, "One");
+    open();
+    click(*form->Command1);
+    EXPECT_TRUE(app::Windows::IsLoaded("Switch"));
+    EXPECT_FALSE(app::Windows::IsLoaded("EXMain"));
+}
+
+TEST_F(DeleteWindow, LeavingShowsNothingForAnyOtherWordAsLongAsThereAreDiscs) {
+    addDisc(1, "One");
+    app::Module1::ReturnTo = "search";
+    open();
+    click(*form->Command1);
+    EXPECT_FALSE(app::Windows::IsLoaded("DeleteCD"));
+    EXPECT_FALSE(app::Windows::IsLoaded("Switch"));
+    EXPECT_FALSE(app::Windows::IsLoaded("EXMain"));
+}
+
+TEST_F(DeleteWindow, AnEmptyCatalogueGoesToTheMenuWhateverReturnToSays) {
+    for (const char* word : {"switch", "explore", "search", ""}) {
+        app::Module1::ReturnTo = word;
+        open();
+        click(*form->Command1);
+        EXPECT_TRUE(app::Windows::IsLoaded("Switch")) << word;
+        EXPECT_FALSE(app::Windows::IsLoaded("EXMain")) << word;
+        app::Windows::Unload("Switch");
+    }
+}
+
+TEST_F(DeleteWindow, TheMenuOffersNothingThatNeedsDiscsOnceTheLastOneIsDeleted) {
+    addDisc(1, "One");
+    app::Windows::Show("Switch");
+    auto* menu = qobject_cast<app::Switch*>(app::Windows::Find("Switch"));
+    const std::vector<int> needDiscs{1, 2, 3, 7};
+    ASSERT_TRUE(waitFor([&] { return !menu->Timer1->isEnabled(); }));
+    for (const int entry : needDiscs)
+        EXPECT_TRUE(menu->Label1(entry).isEnabled()) << entry;
+    click(menu->Label1(1));
+    form = qobject_cast<catalogue::DeleteCD*>(app::Windows::Find("DeleteCD"));
+    ASSERT_NE(form, nullptr);
+    refill();
+    deleteShown("One");
+    click(*form->Command1);
+    menu = qobject_cast<app::Switch*>(app::Windows::Find("Switch"));
+    ASSERT_NE(menu, nullptr);
+    ASSERT_TRUE(waitFor([&] { return !menu->Timer1->isEnabled(); }));
+    for (const int entry : needDiscs)
+        EXPECT_FALSE(menu->Label1(entry).isEnabled()) << entry;
+    EXPECT_TRUE(menu->Label1(0).isEnabled()) << "a disc can be scanned";
 }
 
 TEST_F(DeleteWindow, DiscNumbersAreComparedWhole) {
     addDisc(1, "One");
     addDisc(12, "Twelve");
     open();
-    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
-               Answer::Ok);
-    box.expect(kDone, Buttons::Ok, Icon::Information, "Deletion Successful");
-    click(*form->Command2);
+    deleteShown("One");
     EXPECT_EQ(count("[prog tag]"), 1);
     EXPECT_EQ(count("files"), 1);
+}
+
+TEST_F(DeleteWindow, ADiscWithoutTagsIsDeletedWithoutAWordAboutTags) {
+    addDisc(1, "One", Tag::None);
+    addDisc(2, "Two");
+    open();
+    deleteShown("One");
+    EXPECT_EQ(box.asked(), 2) << "the question and the success";
+    EXPECT_EQ(count("drive"), 1);
+    EXPECT_EQ(count("[prog tag]"), 1);
+}
+
+TEST_F(DeleteWindow, TheDetailsAreTheDiscsFactsInOrder) {
+    OtherProgram(catalogue())
+        .run("INSERT INTO Drive VALUES (7, 'D:\\', 'LABEL', '12AB-34CD', 'Seven', 'CDFS', 650.25, "
+             "NULL, 'Two' || char(13, 10) || 'lines', 'open=setup.exe')");
+    open();
+    struct Row {
+        const char* icon;
+        const char* text;
+        const char* value;
+    };
+    const Row expected[] = {{"cdnum", "CD-ROM Number", "7"},
+                            {"pname", "Preferred Name", "Seven"},
+                            {"label", "Volume Label", "LABEL"},
+                            {"snum", "Serial Number", "12AB-34CD"},
+                            {"fsys", "File System", "CDFS"},
+                            {"size", "Total Size", "650.25 Mb"},
+                            {"size", "Free Size", " Mb"},
+                            {"", "", ""},
+                            {"comment", "Comments", "Two\r\nlines"},
+                            {"autrun", "Autorun", "open=setup.exe"}};
+    ASSERT_EQ(form->DriveInfo->rows().count(), static_cast<int>(std::size(expected)));
+    for (int place = 0; place < form->DriveInfo->rows().count(); ++place) {
+        const kit::ListItem& row = form->DriveInfo->rows().item(place);
+        EXPECT_EQ(row.icon, expected[place].icon) << place;
+        EXPECT_EQ(row.text, expected[place].text) << place;
+        EXPECT_EQ(row.column(1), expected[place].value) << place;
+    }
+    EXPECT_EQ(form->ListView1->rows().item(0).icon, "cdrom");
+}
+
+TEST_F(DeleteWindow, TheFirstDiscIsSelectedAgainAfterADeletion) {
+    addDisc(1, "One");
+    addDisc(2, "Two");
+    addDisc(3, "Three");
+    open();
+    emit form->ListView1->ItemClick(1);
+    deleteShown("Two");
+    EXPECT_EQ(names(), (std::vector<QString>{"One", "Three"}));
+    EXPECT_EQ(form->ListView1->selectedItem(), 0);
+    EXPECT_TRUE(form->ListView1->isSelected(0));
+    EXPECT_EQ(shownName(), "One");
+    deleteShown("One");
+    EXPECT_EQ(shownName(), "Three");
+}
+
+TEST_F(DeleteWindow, TheLastRowIsDeletedWhileOthersRemain) {
+    addDisc(1, "One");
+    addDisc(2, "Two");
+    addDisc(3, "Three");
+    open();
+    emit form->ListView1->ItemClick(2);
+    deleteShown("Three");
+    EXPECT_EQ(names(), (std::vector<QString>{"One", "Two"}));
+    EXPECT_EQ(shownName(), "One");
+    EXPECT_EQ(count("files"), 2);
+}
+
+TEST_F(DeleteWindow, TheRowClickedIsTheOneShownAndDeletedAlsoWhenTheMouseIsDraggedOn) {
+    addDisc(1, "One");
+    addDisc(2, "Two");
+    addDisc(3, "Three");
+    open();
+    QWidget* viewport = form->ListView1->shown().viewport();
+    const auto at = [this](int place) {
+        return form->ListView1->shown()
+            .visualRect(form->ListView1->model().index(place, 0))
+            .center();
+    };
+    QTest::mousePress(viewport, Qt::LeftButton, {}, at(1));
+    QMouseEvent move(QEvent::MouseMove, at(2), viewport->mapToGlobal(at(2)), Qt::NoButton,
+                     Qt::LeftButton, {});
+    QApplication::sendEvent(viewport, &move);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, at(2));
+    EXPECT_EQ(form->ListView1->selectedPlaces(), std::vector<int>{1});
+    EXPECT_EQ(shownName(), "Two");
+    deleteShown("Two");
+    EXPECT_EQ(names(), (std::vector<QString>{"One", "Three"}));
+}
+
+TEST_F(DeleteWindow, ADataErrorEndsTheProgramAndTheDeletionGoesWithIt) {
+    addDisc(1, "One");
+    addDisc(2, "Two");
+    OtherProgram(catalogue())
+        .run("CREATE TRIGGER refuse BEFORE DELETE ON \"Prog Tag\""
+             " BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    open();
+    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
+               Answer::Ok);
+    box.expectTitled(QCoreApplication::applicationName(), Icon::Critical);
+    const ThrowingEnd end;
+    EXPECT_THROW(asHandler([this] { emit form->Command2->Click(); }), ProgramEnded);
+    OtherProgram after(asTheProgramLeftIt());
+    EXPECT_EQ(after.count("Drive"), 2);
+    EXPECT_EQ(after.count("Directories"), 2);
+    EXPECT_EQ(after.count("Files"), 2);
+    EXPECT_EQ(after.count("\"Prog Tag\""), 2);
 }
 
 TEST_F(DeleteWindow, MinimisingFlashesTheTrayIconUntilItComesBack) {
@@ -231,4 +441,14 @@ TEST_F(DeleteWindow, MinimisingFlashesTheTrayIconUntilItComesBack) {
     emit form->TrayIcon1->Restore();
     EXPECT_FALSE(form->TrayIcon1->flashEnabled());
     EXPECT_EQ(form->TrayIcon1->toolTipText(), "Discaro - Delete CD-ROM Entry");
+}
+
+TEST_F(DeleteWindow, TheTrayIconBringsTheWindowBack) {
+    open();
+    emit form->TrayIcon1->Minimise();
+    EXPECT_EQ(form->state(), kit::Form::State::Minimised);
+    form->Hide();
+    emit form->TrayIcon1->Restore();
+    EXPECT_EQ(form->state(), kit::Form::State::Normal);
+    EXPECT_TRUE(form->isVisible());
 }

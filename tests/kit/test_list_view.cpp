@@ -1,6 +1,7 @@
 #include "base/RuntimeError.h"
 #include "kit/ListView.h"
 
+#include <QtGui/QMouseEvent>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
@@ -16,10 +17,11 @@ namespace {
 
 class ListViewTest : public testing::Test {
 protected:
-    ListViewTest() {
+    explicit ListViewTest(bool many = true) {
         m_list.resize(400, 300);
         m_list.setColumns({{"Name", 120}, {"Value", 120}});
-        m_list.setMultiSelect();
+        if (many)
+            m_list.setMultiSelect();
         m_list.show();
     }
     void add(std::initializer_list<const char*> texts) {
@@ -40,6 +42,24 @@ protected:
     }
 
     ListView m_list;
+};
+
+// A list in which one row at most is selected, as most windows have it.
+class SingleListViewTest : public ListViewTest {
+protected:
+    SingleListViewTest()
+        : ListViewTest(false) {}
+
+    void drag(QPoint from, QPoint to) {
+        QWidget* viewport = m_list.shown().viewport();
+        QTest::mousePress(viewport, Qt::LeftButton, {}, from);
+        for (const QPoint place : {(from + to) / 2, to}) {
+            QMouseEvent move(QEvent::MouseMove, place, viewport->mapToGlobal(place), Qt::NoButton,
+                             Qt::LeftButton, {});
+            QApplication::sendEvent(viewport, &move);
+        }
+        QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
+    }
 };
 
 } // namespace
@@ -221,6 +241,72 @@ TEST_F(ListViewTest, ColumnsOfNoWidthAreHiddenAlsoAfterAChangeOfLook) {
     m_list.setView(ListView::View::Report);
     EXPECT_TRUE(report.isColumnHidden(1));
     EXPECT_EQ(report.columnWidth(2), 60);
+}
+
+TEST_F(SingleListViewTest, TheRowClickedStaysTheOneSelectedWhenTheMouseIsDraggedOn) {
+    add({"a", "b", "c"});
+    for (const auto view : {ListView::View::Report, ListView::View::List,
+                            ListView::View::SmallIcons, ListView::View::LargeIcons}) {
+        m_list.setView(view);
+        QSignalSpy items(&m_list, &ListView::ItemClick);
+        const std::vector<std::pair<int, QPoint>> drags{
+            {1, at(2)}, {1, at(0)}, {0, QPoint(380, 280)}, {2, at(1)}};
+        for (const auto& [clicked, to] : drags) {
+            drag(at(clicked), to);
+            EXPECT_EQ(items.takeLast()[0].toInt(), clicked);
+            EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{clicked});
+            EXPECT_EQ(m_list.selectedItem(), clicked);
+        }
+        EXPECT_TRUE(items.isEmpty()) << "one for each";
+    }
+}
+
+TEST_F(SingleListViewTest, NeitherControlNorEmptyGroundTakesTheSelectionAway) {
+    add({"a", "b"});
+    click(1);
+    click(1, Qt::LeftButton, Qt::ControlModifier);
+    EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{1});
+    key(Qt::Key_Space, Qt::ControlModifier);
+    EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{1});
+    QTest::mouseClick(m_list.shown().viewport(), Qt::LeftButton, {}, QPoint(20, 200));
+    drag(QPoint(20, 200), at(0));
+    EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{1});
+    EXPECT_EQ(m_list.selectedItem(), 1);
+}
+
+TEST_F(SingleListViewTest, WithoutHeadersTheLastColumnReachesTheEdge) {
+    auto& report = static_cast<QTreeView&>(m_list.shown());
+    EXPECT_EQ(report.columnWidth(1), 120);
+    m_list.hideHeaders();
+    QApplication::processEvents();
+    EXPECT_EQ(report.columnWidth(0), 120);
+    EXPECT_EQ(report.columnWidth(1), report.viewport()->width() - 120);
+}
+
+TEST_F(SingleListViewTest, EveryKeyThatMovesTheSelectionTellsItsRow) {
+    add({"a", "b", "c"});
+    m_list.select(0);
+    for (const auto& [which, with] :
+         {std::pair(Qt::Key_Down, Qt::NoModifier), std::pair(Qt::Key_Down, Qt::ControlModifier),
+          std::pair(Qt::Key_Up, Qt::ShiftModifier), std::pair(Qt::Key_End, Qt::NoModifier),
+          std::pair(Qt::Key_Home, Qt::ControlModifier), std::pair(Qt::Key_B, Qt::NoModifier)}) {
+        QSignalSpy items(&m_list, &ListView::ItemClick);
+        key(which, with);
+        ASSERT_EQ(items.size(), 1) << "key " << which;
+        EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{items[0][0].toInt()});
+        EXPECT_EQ(m_list.selectedItem(), items[0][0].toInt());
+    }
+}
+
+TEST_F(ListViewTest, SeveralRowsAreStillSelectedByDraggingWhereThatIsAllowed) {
+    add({"a", "b", "c"});
+    QWidget* viewport = m_list.shown().viewport();
+    QTest::mousePress(viewport, Qt::LeftButton, {}, at(0));
+    QMouseEvent move(QEvent::MouseMove, at(2), viewport->mapToGlobal(at(2)), Qt::NoButton,
+                     Qt::LeftButton, {});
+    QApplication::sendEvent(viewport, &move);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, at(2));
+    EXPECT_THAT(m_list.selectedPlaces(), ElementsAre(0, 1, 2));
 }
 
 } // namespace discaro::kit

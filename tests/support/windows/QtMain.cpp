@@ -3,6 +3,7 @@
 // running test.
 
 #include "kit/UnhandledErrors.h"
+#include "kit/Yield.h"
 
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QFont>
@@ -42,5 +43,6 @@ int main(int argc, char** argv) {
     QApplication::setStyle("fusion");
     QApplication::setFont(referenceFont());
     QGuiApplication::setWindowIcon(QIcon(":/pictures/discaro.svg"));
+    kit::setYieldPace(std::chrono::nanoseconds(0));
     return RUN_ALL_TESTS();
 }
