@@ -1,6 +1,8 @@
 #include "explorer/EXMain.h"
 #include "explorer/FileKinds.h"
 
+#include <QtWidgets/QAbstractItemView>
+
 // The controls of the explorer: member, name, place, text, handler. Places are those of the client area below the menu
 // bar.
 namespace discaro::explorer {
@@ -44,6 +46,7 @@ QStringList kindKeys() {
 void dressDiscList(kit::ComboBox& discs) {
     discs.setStyleSheet("QComboBox { combobox-popup: 0; }");
     discs.setMaxVisibleItems(16);
+    discs.view()->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
 }
 
 void dressListing(kit::ListView& list) {

@@ -25,7 +25,12 @@ bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
 QSize CellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const QSize wanted = QStyledItemDelegate::sizeHint(option, index);
     const auto* icons = qobject_cast<const QListView*>(option.widget);
-    return icons && icons->gridSize().isValid() ? wanted.boundedTo(icons->gridSize()) : wanted;
+    if (!icons || !icons->gridSize().isValid())
+        return wanted;
+    // All have one size, so that below a large picture there is room for the lines of a long name.
+    const QSize gap(option.fontMetrics.height() / 2, option.fontMetrics.height() * 2 / 3);
+    const bool large = icons->viewMode() == QListView::IconMode;
+    return large ? icons->gridSize() - gap : wanted.boundedTo(icons->gridSize());
 }
 
 // Below a large picture a text stands in the middle, whatever the side of its column.

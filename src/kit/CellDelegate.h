@@ -12,7 +12,7 @@ public:
 
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
-    // Never larger than the room that a view of icons gives each.
+    // Never larger than the room that a view of icons gives each; below a large icon all of it.
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
 protected:

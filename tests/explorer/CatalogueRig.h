@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-// A catalogue for the tests of the explorer, with rows put in as they are told, also such as no scan would write.
+// A catalogue for the tests of the explorer, with rows put in as they are given, also such as no scan would write.
 namespace discaro::test {
 
 struct DiscRow {

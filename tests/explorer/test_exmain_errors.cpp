@@ -83,7 +83,7 @@ TEST_F(ExplorerErrors, AMenuThatFailsIsReportedWhicheverWayTheExplorerIsLeft) {
     EXMain& first = openOn("C1D1");
     EXPECT_EQ(ends([&first] { first.RunCommand("exit"); }), 1);
     EXMain& second = openOn("C1D1");
-    EXPECT_EQ(ends([&second] { second.close(); }), 1);
+    EXPECT_EQ(ends([&second] { second.Unload(); }), 1) << "which is what the frame's box does";
 }
 
 TEST_F(ExplorerErrors, AModalWindowThatFailsLeavesTheExplorerAsItIs) {

@@ -3,6 +3,7 @@
 #include "kit/Yield.h"
 
 #include <QtCore/QTimer>
+#include <QtWidgets/QScrollBar>
 
 namespace discaro::test {
 
@@ -45,6 +46,18 @@ TEST_F(ExplorerTree, DiscsOfOneNameDifferByTheNumberOnly) {
     const EXMain& window = rig.open();
     EXPECT_EQ(window.Combo1->itemText(1), "Games       (CD-ROM No. 1)");
     EXPECT_EQ(window.Combo1->itemText(2), "Games       (CD-ROM No. 8)");
+}
+
+TEST_F(ExplorerTree, ManyDiscsDropDownWithAScrollBar) {
+    for (int disc = 3; disc < 40; ++disc)
+        rig.catalogue.add(DiscRow{.number = disc, .name = "Disc " + std::to_string(disc)});
+    const EXMain& window = rig.open();
+    window.Combo1->showPopup();
+    kit::yield();
+    const QScrollBar* bar = window.Combo1->view()->verticalScrollBar();
+    EXPECT_TRUE(bar->isVisible());
+    EXPECT_GT(bar->maximum(), 0);
+    window.Combo1->hidePopup();
 }
 
 TEST_F(ExplorerTree, DiscNamesOfAnyCharactersStandOnOneLine) {

@@ -268,14 +268,14 @@ TEST_F(FileForm, TheFileOfTheSelectedNumberShowsWithItsDirectory) {
                                               {"comments", text("Needs sound")}});
     app::Module1::SelectedFile = std::to_string(number);
     auto& form = open<EXFile>();
-    const std::pair<const char*, const char*> told[] = {
+    const std::pair<const char*, const char*> shown[] = {
         {"Extension", ".EXE"},         {"Size", "1234.5"},         {"Date", "11/04/97"},
         {"Time", "10:12:44 AM"},       {"Attributes", "AR"},       {"Number of icons in file", "3"},
         {"Company Name", "Company"},   {"Description", "Plays"},   {"Copyright", "1997"},
         {"Product Name", "Birds"},     {"Product Version", "3.1"}, {"Internal Name", "PLAYER"},
         {"Original Name", "BIRD.EXE"},
     };
-    for (const auto& [caption, value] : told)
+    for (const auto& [caption, value] : shown)
         EXPECT_EQ(valueBeside(form, caption), value) << caption;
     EXPECT_EQ(form.Text1->text(), "Needs sound");
     EXPECT_EQ(form.Data1_Caption, QString::number(number));

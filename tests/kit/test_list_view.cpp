@@ -200,6 +200,17 @@ TEST_F(ListViewTest, EveryLookHasTheSameRowsAndSelection) {
     }
 }
 
+TEST_F(ListViewTest, BelowALargePictureThereIsRoomForTwoLines) {
+    add({"a", "A NAME OF MANY WORDS THAT IS LONG"});
+    m_list.setView(ListView::View::LargeIcons);
+    const QRect small = m_list.shown().visualRect(m_list.rows().index(0, 0));
+    const QRect large = m_list.shown().visualRect(m_list.rows().index(1, 0));
+    EXPECT_EQ(small.size(), large.size()) << "whatever the first name is";
+    const int line = QFontMetrics(m_list.font()).height();
+    EXPECT_GE(large.height(), m_list.shown().iconSize().height() + 2 * line);
+    EXPECT_FALSE(small.intersects(large));
+}
+
 TEST_F(ListViewTest, TheFocusStaysWhenTheLookChanges) {
     add({"a"});
     m_list.setFocus();

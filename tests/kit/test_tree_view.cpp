@@ -259,11 +259,11 @@ TEST_F(TreeViewTest, ADoubleClickTurnsTheNodeAndIsTold) {
                      [&] { expandedThen = m_tree.nodes().isExpanded(2); });
     QTest::mouseDClick(m_tree.viewport(), Qt::LeftButton, {}, at(2));
     EXPECT_TRUE(expandedThen);
-    QSignalSpy told(&m_tree, &TreeView::DblClick);
+    QSignalSpy chosen(&m_tree, &TreeView::DblClick);
     QTest::mouseDClick(m_tree.viewport(), Qt::LeftButton, {}, QPoint(150, 290));
-    EXPECT_TRUE(told.isEmpty());
+    EXPECT_TRUE(chosen.isEmpty());
     QTest::keyClick(&m_tree, Qt::Key_Return);
-    EXPECT_EQ(told.size(), m_tree.selectedNode() != 0 ? 1 : 0);
+    EXPECT_EQ(chosen.size(), m_tree.selectedNode() != 0 ? 1 : 0);
 }
 
 TEST_F(TreeViewTest, TheKeyboardComingToTheTreeClicksNothing) {

@@ -55,7 +55,7 @@ TEST_F(ExplorerPlans, TheChoiceOfADiscSearchesIndexes) {
     EXPECT_THAT(planOf(discQuery("12")), Not(HasSubstr("SCAN")));
 }
 
-// Roots are told by their names, which no index serves: this one reads the table, once and in its own order.
+// Roots are known by their names, which no index serves: this one reads the table, once and in its own order.
 TEST_F(ExplorerPlans, ShowAllContentsReadsTheDirectoriesOnce) {
     const std::string read = planOf(std::string(kRootDirectoriesQuery));
     EXPECT_THAT(read, Not(HasSubstr("TEMP B-TREE")));
