@@ -71,24 +71,17 @@ void ScanDisplay::showCounters(double done, double left) {
 
 void ScanDisplay::advanceDiscBar(double done) {
     m_form.ProgressBar1->setValue(static_cast<int64_t>(done));
-<<<<<<< HEAD
 }
 
 void ScanDisplay::showDiscBarTip() {
-    showPercent(*m_form.ProgressBar1);
-=======
     showPercent(*m_form.ProgressBar1, m_discPercent);
->>>>>>> r2
 }
 
 void ScanDisplay::advanceDirectoryBar() {
     m_form.ProgressBar2->setValue(m_form.ProgressBar2->value() + 1);
-<<<<<<< HEAD
 }
 
 void ScanDisplay::showDirectoryBarTip() {
-    showPercent(*m_form.ProgressBar2);
-=======
     showPercent(*m_form.ProgressBar2, m_directoryPercent);
 }
 
@@ -99,7 +92,6 @@ void ScanDisplay::showPercent(kit::ProgressBar& bar, std::optional<int64_t>& sho
         return;
     shown = percent;
     bar.setToolTip(QString::number(percent) + " %");
->>>>>>> r2
 }
 
 void ScanDisplay::showPercentage() {
