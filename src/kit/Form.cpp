@@ -59,15 +59,18 @@ Form::Form(const Facts& facts)
     , m_logicalSize(facts.size)
     , m_scale(fontScale(font())) {
     setObjectName(QString::fromLatin1(facts.name));
-    setWindowTitle(QString::fromUtf8(facts.caption));
+    setCaption(QString::fromUtf8(facts.caption));
     arrange();
 }
 
 Form::~Form() = default;
 
 void Form::setCaption(const QString& caption) {
-    if (caption != windowTitle())
-        setWindowTitle(caption);
+    if (caption == m_caption)
+        return;
+    m_caption = caption;
+    // The toolkit puts a mark of its own in the place of "[*]"; doubled it stands for itself.
+    setWindowTitle(QString(caption).replace("[*]", "[*][*]"));
 }
 
 void Form::Load() {

@@ -47,7 +47,7 @@ public:
     };
 
     QString name() const { return objectName(); }
-    QString caption() const { return windowTitle(); }
+    QString caption() const { return m_caption; }
     void setCaption(const QString& caption);
 
     void Load();
@@ -120,6 +120,7 @@ private:
     void arrange(const Control& control);
 
     Stage m_stage = Stage::Made;
+    QString m_caption;
     QSize m_logicalSize;
     double m_scale = 1.0;
     std::vector<Control> m_controls;

@@ -23,6 +23,9 @@ void sendClose(QWidget& window) {
 TEST_F(Form, HasItsNameAndCaption) {
     EXPECT_EQ(form->name(), "SampleForm");
     EXPECT_EQ(form->caption(), "A sample");
+    form->setCaption("Disc [*] of two");
+    EXPECT_EQ(form->caption(), "Disc [*] of two");
+    EXPECT_TRUE(form->windowTitle().contains("[*][*]")) << "which the desktop shows as one";
     form->setCaption("Another");
     EXPECT_EQ(form->windowTitle(), "Another");
 }
