@@ -7,6 +7,9 @@
 #include "kit/Yield.h"
 #include "scanner/Scanform.h"
 
+#include <array>
+#include <charconv>
+
 namespace discaro::scanner {
 
 namespace {
@@ -17,8 +20,11 @@ void showOnly(const kit::ControlArray<kit::Picture>& pictures, int shown) {
 }
 
 // Counts of files are whole, and put together a hundred thousand times in a scan.
-QString counterText(double count, QChar sign) {
-    return QString::number(static_cast<qlonglong>(count)) + sign;
+QString counterText(double count, char sign) {
+    std::array<char, 24> text;
+    char* end = std::to_chars(text.begin(), text.end() - 1, static_cast<int64_t>(count)).ptr;
+    *end++ = sign;
+    return QString::fromLatin1(text.data(), end - text.data());
 }
 
 } // namespace
@@ -65,8 +71,8 @@ void ScanDisplay::directoryBarReset() {
 }
 
 void ScanDisplay::showCounters(double done, double left) {
-    m_form.NumLED1(0).setCaption(counterText(done, u'+'));
-    m_form.NumLED1(1).setCaption(counterText(left, u'-'));
+    m_form.NumLED1(0).setCaption(counterText(done, '+'));
+    m_form.NumLED1(1).setCaption(counterText(left, '-'));
 }
 
 void ScanDisplay::advanceDiscBar(double done) {
