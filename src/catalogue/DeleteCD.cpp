@@ -58,13 +58,18 @@ void DeleteCD::ListView1_ItemClick(int place) {
     base::skipErrors([&] {
         const std::string number = kit::utf8(ListView1->rows().item(place).tag);
         Data1.Recordset().FindFirst("[id number] like '" + number + "'");
-        for (const DiscFact& fact : discFacts(Data1.Recordset()))
-            DriveInfo->add({.key = {},
-                            .text = qt(fact.text),
-                            .icon = qt(fact.icon),
-                            .tag = {},
-                            .subItems = {qt(fact.value)}});
     });
+    base::skipErrors([this] { showFacts(); });
+}
+
+// Of the row in hand, which a deletion would take, be it the one that was looked for or not.
+void DeleteCD::showFacts() {
+    for (const DiscFact& fact : discFacts(Data1.Recordset()))
+        DriveInfo->add({.key = {},
+                        .text = qt(fact.text),
+                        .icon = qt(fact.icon),
+                        .tag = {},
+                        .subItems = {qt(fact.value)}});
 }
 
 // Only the deletion itself hangs on the answer; all else follows either way, so a Cancel spares the disc and ends at

@@ -37,6 +37,7 @@ private:
 
     void Timer1_Timer();
     void ListView1_ItemClick(int place);
+    void showFacts();
     void Command1_Click();
     void Command2_Click();
     void TrayIcon_Restore();

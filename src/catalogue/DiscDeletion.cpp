@@ -1,6 +1,7 @@
 #include "catalogue/DiscDeletion.h"
 
 #include "app/Module1.h"
+#include "base/RuntimeError.h"
 #include "catalogue/Names.h"
 #include "catalogue/Totals.h"
 #include "db/DBEngine.h"
@@ -19,7 +20,11 @@ int64_t rowsOf(const char* table) {
 } // namespace
 
 std::vector<DiscFact> discFacts(db::Recordset& discs) {
-    const auto of = [&](std::string_view field) { return discs.Fields(field).Text(); };
+    const auto of = [&](std::string_view field) {
+        std::string text;
+        base::skipErrors([&] { text = discs.Fields(field).Text(); });
+        return text;
+    };
     return {
         {"cdnum", "CD-ROM Number", of(drive::kIdNumber)},
         {"pname", "Preferred Name", of(drive::kPreferedName)},

@@ -16,8 +16,7 @@ struct DiscFact {
     std::string value;
 };
 
-// The details of the current row of a recordset over Drive, in the order shown. Throws base::RuntimeError where
-// there is no row.
+// The details of the current row of a recordset over Drive, in the order shown. What can't be read is empty.
 std::vector<DiscFact> discFacts(db::Recordset& discs);
 
 // What the user is asked before the disc of that name goes.

@@ -174,10 +174,10 @@ void EXMain::about() {
 // Without a selected node the data sources stand on something else.
 void EXMain::SimDir_Click() {
     const int node = tvwdb->selectedNode();
-    if (node == kFirst)
+    if (node == 0 || node == kFirst) {
         kit::Beep();
-    if (node == 0 || node == kFirst)
         return;
+    }
     {
         const db::WaitOnce once;
         simulateDirectory(Data2, utf8(Combo1->text()));

@@ -237,7 +237,9 @@ void EXMain::refreshall_Click() {
         return;
     skipErrors([] { shared::OpenCatalogue(); });
     FillDiscList();
-    Combo1->setListIndex(0);
+    Combo1->setListIndex(0); // which yields
+    if (isUnloaded())
+        return;
     skipErrors([this] { tvwdb->selectNode(tvwdb->selectedNode()); });
     skipErrors([this] { Data1.Refresh(); });
 }

@@ -22,7 +22,8 @@ PropertiesKey propertiesKey(const QKeyEvent& event) {
     }
     if (event.matches(QKeySequence::Cancel))
         return PropertiesKey::Leave;
-    return isOneOf(key, Qt::Key_Return, Qt::Key_Enter) ? PropertiesKey::Ok : PropertiesKey::None;
+    const bool enter = isOneOf(key, Qt::Key_Return, Qt::Key_Enter);
+    return enter && !event.isAutoRepeat() ? PropertiesKey::Ok : PropertiesKey::None;
 }
 
 void turnPage(kit::Tabs& tabs, PropertiesKey key) {

@@ -164,7 +164,8 @@ void TreeView::mouseDoubleClickEvent(QMouseEvent* event) {
 void TreeView::keyPressEvent(QKeyEvent* event) {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (enter && selectedNode() != 0) {
-        emit DblClick();
+        if (!event->isAutoRepeat())
+            emit DblClick();
         return;
     }
     const int before = selectedNode();

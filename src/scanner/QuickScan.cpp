@@ -11,10 +11,10 @@ void QuickScan::begin(char driveLetter) {
     m_files = 0;
     m_lister.letGo(); // the disc may be another one since it was looked at last
     m_lister.setPath(rootPath(driveLetter));
+    m_lister.setFilePath(m_lister.path());
     if (m_lister.listCount() == 0 && m_lister.fileCount() == 0)
         if (const auto damage = m_lister.takeDamage())
             throw *damage;
-    m_lister.setFilePath(m_lister.path());
     m_files += m_lister.fileCount();
 }
 

@@ -5,6 +5,7 @@
 #include "catalogue/DeleteCD.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
+#include "db/Connection.h"
 #include "db/DBEngine.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
@@ -413,6 +414,24 @@ TEST_F(DeleteWindow, TheRowClickedIsTheOneShownAndDeletedAlsoWhenTheMouseIsDragg
     EXPECT_EQ(shownName(), "Two");
     deleteShown("Two");
     EXPECT_EQ(names(), (std::vector<QString>{"One", "Three"}));
+}
+
+// A deletion would take the row in hand, so that one is shown.
+TEST_F(DeleteWindow, WhereTheClickedDiscCantBeFoundTheOneInHandIsShown) {
+    addDisc(1, "One");
+    addDisc(2, "Two");
+    open();
+    EXPECT_EQ(shownName(), "One");
+    db::Connection::setLockWait(0);
+    {
+        OtherProgram other(catalogue());
+        other.run("BEGIN EXCLUSIVE");
+        form->ListView1->select(1);
+        emit form->ListView1->ItemClick(1);
+    }
+    db::Connection::setLockWait(2000);
+    EXPECT_EQ(form->DriveInfo->rows().count(), 10);
+    EXPECT_EQ(shownName(), "One");
 }
 
 TEST_F(DeleteWindow, ADataErrorEndsTheProgramAndTheDeletionGoesWithIt) {

@@ -134,6 +134,9 @@ TEST_F(ListViewTest, DoubleClicksAndEnterNeedARow) {
     QTest::mouseDClick(m_list.shown().viewport(), Qt::RightButton, {}, at(0));
     key(Qt::Key_Enter);
     EXPECT_EQ(chosen.size(), 2);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+    QApplication::sendEvent(&m_list.shown(), &held);
+    EXPECT_EQ(chosen.size(), 2) << "a key that is held chooses once";
 }
 
 TEST_F(ListViewTest, TheReleaseThatEndsADoubleClickIsNoClick) {

@@ -264,6 +264,9 @@ TEST_F(TreeViewTest, ADoubleClickTurnsTheNodeAndIsTold) {
     EXPECT_TRUE(chosen.isEmpty());
     QTest::keyClick(&m_tree, Qt::Key_Return);
     EXPECT_EQ(chosen.size(), m_tree.selectedNode() != 0 ? 1 : 0);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+    QApplication::sendEvent(&m_tree, &held);
+    EXPECT_LE(chosen.size(), 1) << "a key that is held chooses once";
 }
 
 TEST_F(TreeViewTest, TheKeyboardComingToTheTreeClicksNothing) {

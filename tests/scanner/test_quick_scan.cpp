@@ -96,6 +96,19 @@ TEST(QuickScan, ADamagedDirectoryIsCountedAsFarAsItCanBeRead) {
     EXPECT_EQ(counted(rig).text(), "2 Directories\r\n1 Files");
 }
 
+TEST(QuickScan, ADamagedRootIsCountedAsFarAsItCanBeRead) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A"), file("B")}).withDamage("cut short"));
+    EXPECT_EQ(counted(rig).text(), "0 Directories\r\n2 Files");
+}
+
+TEST(QuickScan, ARootOfWhichNothingCanBeReadThrows) {
+    ScanRig rig;
+    rig.insert(folder("").withDamage("cut short"));
+    scanner::QuickScan quick(rig.lister);
+    EXPECT_THROW(quick.begin(rig.letter), base::RuntimeError);
+}
+
 TEST(QuickScan, EndsWhenItIsToldTo) {
     ScanRig rig;
     rig.insert(folder("", {folder("A"), folder("B")}));
