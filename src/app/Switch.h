@@ -18,10 +18,10 @@ namespace discaro::app {
 class Switch : public kit::Form {
     Q_OBJECT
 public:
+    Switch();
+
     // Chooses an entry; an index that none has does nothing.
     void Label1_Click(int index);
-
-    Switch();
 
     kit::Picture* Image1 = nullptr;       // the face; drags the window
     kit::ControlArray<kit::Label> Label1; // the entries

@@ -88,7 +88,7 @@ void Label::mouseReleaseEvent(QMouseEvent* event) {
 void Label::keyPressEvent(QKeyEvent* event) {
     const auto key = event->key();
     const bool chooses = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
-    if (isEntry() && chooses && !event->isAutoRepeat())
+    if (isEntry() && chooses)
         emit Click();
     else
         QLabel::keyPressEvent(event);

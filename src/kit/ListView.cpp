@@ -327,7 +327,7 @@ void ListView::doubleClicked(const QMouseEvent& event) {
 bool ListView::keyChooses(const QKeyEvent& event) {
     if (!isEnter(event) || event.modifiers() & (Qt::ControlModifier | Qt::AltModifier))
         return false;
-    if (selectedItem() >= 0 && !event.isAutoRepeat())
+    if (selectedItem() >= 0)
         emit DblClick();
     return true;
 }

@@ -164,8 +164,7 @@ void TreeView::mouseDoubleClickEvent(QMouseEvent* event) {
 void TreeView::keyPressEvent(QKeyEvent* event) {
     const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     if (enter && selectedNode() != 0) {
-        if (!event->isAutoRepeat())
-            emit DblClick();
+        emit DblClick();
         return;
     }
     const int before = selectedNode();

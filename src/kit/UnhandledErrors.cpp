@@ -9,7 +9,7 @@
 #include "kit/Strings.h"
 
 #include <QtGui/QKeyEvent>
-#include <QtWidgets/QAbstractButton>
+#include <QtWidgets/QPlainTextEdit>
 
 // The resources of a static library have to be asked for, and outside of any namespace.
 static void takeInPictures() {
@@ -40,9 +40,10 @@ private:
     int& m_depth;
 };
 
-// A key that is held must not press one button after another through windows and message boxes.
+// A key that is held must not choose one thing after another through windows and message boxes. In a text of several
+// lines it makes line ends.
 bool isHeldEnter(const QObject& receiver, const QEvent& event) {
-    if (event.type() != QEvent::KeyPress || !qobject_cast<const QAbstractButton*>(&receiver))
+    if (event.type() != QEvent::KeyPress || qobject_cast<const QPlainTextEdit*>(&receiver))
         return false;
     const auto& press = static_cast<const QKeyEvent&>(event);
     return press.isAutoRepeat() && (press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter);

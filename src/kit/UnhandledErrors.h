@@ -10,7 +10,7 @@ namespace discaro::kit {
 // shown in a critical box, then the process ends with exit code 1 and commits nothing. That holds
 // for errors in handlers that run during a yield of another handler, too. It also destroys the
 // unloaded windows once no handler is on the stack, keeps the program running while no window is up,
-// and lets an Enter key that is held press one button only.
+// and lets an Enter key that is held choose one thing only.
 class Application : public QApplication {
     Q_OBJECT
 public:

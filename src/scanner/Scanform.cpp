@@ -59,7 +59,6 @@ kit::Answer Scanform::say(const QString& text, kit::Icon icon, const QString& ti
 void Scanform::Form_Load() {
     FormTitle = caption();
     openSources();
-    m_drives.refresh();
     loadDrives();
     Dir1.changed = [this] { Dir1_Change(); };
     ScanPage = 1;
@@ -155,8 +154,9 @@ void Scanform::chooseDiscDrive() {
 
 // The disc that is in the drive now; where it is another than the list tells, the list is read anew.
 void Scanform::lookAtDisc() {
+    const std::string listed = DrvFact1.label;
     giveFactsDrive();
-    if (!drive().empty() && qt(m_drives.shownText(drive()[0])) != Drive1->text())
+    if (DrvFact1.label != listed)
         loadDrives();
 }
 

@@ -388,9 +388,9 @@ TEST(Bridge, ABrokenIsoSideGivesWayToTheUdfSide) {
 TEST(UdfHostile, ADirectoryThatHoldsItselfOrTheRootEnds) {
     auto builder = udfImage({udf::identifier(udf::name8("self"), 10, 2)});
     builder.directory(10, {udf::identifier(udf::name8("again"), 10, 2),
-                           udf::identifier(udf::name8("root"), 1, 2)});
+                           udf::identifier(udf::name8("top"), 1, 2)});
     const auto found = walkOf(builder);
-    EXPECT_THAT(found.paths(), ElementsAre("self/", "self/again/", "self/root/"));
+    EXPECT_THAT(found.paths(), ElementsAre("self/", "self/again/", "self/top/"));
     EXPECT_EQ(found.damage.size(), 2U);
 }
 
