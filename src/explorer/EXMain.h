@@ -24,6 +24,9 @@ struct ListingRow;
 struct OrderKey;
 struct ViewChoice;
 
+// The tree's first node: the disc, or all of them.
+inline constexpr int kFirst = 1;
+
 // The catalogue explorer: one disc as a tree of its directories beside a listing, or every disc at once. Menus,
 // toolbar and double clicks end in RunCommand.
 //
@@ -161,6 +164,7 @@ private:
     void handOverTo(const char* window, const std::function<void()>& setVariables = {});
     void prop();
     void propOfRow();
+    void chooseNodesDirectory();
     void propOfNode();
     void propOfDisc();
     void propOfSelected();

@@ -35,8 +35,6 @@ struct ViewChoice {
 
 namespace {
 
-constexpr int kFirst = 1;
-
 using View = kit::ListView::View;
 
 constexpr ViewChoice kViews[] = {
@@ -218,14 +216,17 @@ void EXMain::propOfRow() {
         return Windows::Show("EXDir", Modality::Modal);
     }
     shared::SelectedFile = utf8(row.tag);
-    skipErrors(
-        [this] { shared::SelectedDirectory = utf8(tvwdb->nodes().tag(tvwdb->selectedNode())); });
+    chooseNodesDirectory();
     Windows::Show("EXFile", Modality::Modal);
 }
 
-void EXMain::propOfNode() {
+void EXMain::chooseNodesDirectory() {
     skipErrors(
         [this] { shared::SelectedDirectory = utf8(tvwdb->nodes().tag(tvwdb->selectedNode())); });
+}
+
+void EXMain::propOfNode() {
+    chooseNodesDirectory();
     Windows::Show("EXDir", Modality::Modal);
 }
 

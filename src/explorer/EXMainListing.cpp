@@ -25,7 +25,6 @@ namespace shared = app::Module1;
 
 namespace {
 
-constexpr int kFirst = 1;
 constexpr int kCountPanel = 1;
 constexpr int kSizePanel = 2;
 

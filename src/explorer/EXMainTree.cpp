@@ -22,7 +22,6 @@ namespace shared = app::Module1;
 
 namespace {
 
-constexpr int kFirst = 1;
 const QString kFirstKey = QStringLiteral("R");
 const QString kDisc = QStringLiteral("cdrom");
 const QString kClosed = QStringLiteral("closed");

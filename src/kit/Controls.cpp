@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "kit/CellText.h"
+#include "kit/Keys.h"
 
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
@@ -86,8 +87,7 @@ void Label::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void Label::keyPressEvent(QKeyEvent* event) {
-    const auto key = event->key();
-    const bool chooses = key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Space;
+    const bool chooses = isEnter(*event) || event->key() == Qt::Key_Space;
     if (isEntry() && chooses)
         emit Click();
     else

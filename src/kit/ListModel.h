@@ -62,7 +62,6 @@ public:
     void setSortKey(int column);
     Qt::SortOrder sortOrder() const { return m_sortOrder; }
     void setSortOrder(Qt::SortOrder order);
-    bool isSorted() const { return m_sorted; }
     void setSorted(bool sorted);
 
     int rowCount(const QModelIndex& parent = {}) const override;

@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "kit/CellDelegate.h"
+#include "kit/Keys.h"
 #include "kit/WindowScale.h"
 
 #include <QtCore/QTimer>
@@ -23,10 +24,6 @@ constexpr int kSmallIcon = 16;
 constexpr int kLargeWidth = 7;
 constexpr int kLargeLines = 2;
 constexpr int kSmallWidth = 10;
-
-bool isEnter(const QKeyEvent& event) {
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-}
 
 } // namespace
 

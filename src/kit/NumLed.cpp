@@ -1,5 +1,7 @@
 #include "kit/NumLed.h"
 
+#include "kit/Keys.h"
+
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
@@ -144,8 +146,7 @@ void NumLed::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void NumLed::keyPressEvent(QKeyEvent* event) {
-    const auto key = event->key();
-    if (key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter)
+    if (isEnter(*event) || event->key() == Qt::Key_Space)
         emit Click();
     else
         QWidget::keyPressEvent(event);

@@ -1,5 +1,7 @@
 #include "kit/TextBox.h"
 
+#include "kit/Keys.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QTextOption>
@@ -41,11 +43,11 @@ void giveToArea(QPlainTextEdit& area, const QString& text) {
         area.setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
-bool isEnter(const QEvent& event) {
+bool isEnterPress(const QEvent& event) {
     if (event.type() != QEvent::KeyPress)
         return false;
     const auto& press = static_cast<const QKeyEvent&>(event);
-    return !press.isAutoRepeat() && (press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter);
+    return isEnter(press) && !press.isAutoRepeat();
 }
 
 } // namespace
@@ -144,7 +146,7 @@ bool TextBox::eventFilter(QObject* watched, QEvent* event) {
         m_editorsKey = event;
     else if (watched == &editor() && event->type() == QEvent::KeyRelease)
         m_editorsKey = nullptr;
-    if (isEnter(*event) && watched == &editor())
+    if (isEnterPress(*event) && watched == &editor())
         emit Enter();
     else if (event->type() == QEvent::FocusIn && watched == &editor())
         emit GotFocus();

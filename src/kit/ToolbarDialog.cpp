@@ -1,5 +1,6 @@
 #include "kit/ToolbarDialog.h"
 
+#include "kit/SpokenText.h"
 #include "kit/Toolbar.h"
 #include "kit/WindowScale.h"
 
@@ -34,7 +35,7 @@ QIcon emptyIcon(const QSize& size) {
 QLabel* makeLabel(const QString& text, QListWidget* list) {
     auto* label = new QLabel(text);
     label->setBuddy(list);
-    list->setAccessibleName(QString(text).remove(u'&').remove(u':'));
+    list->setAccessibleName(spokenForm(text));
     return label;
 }
 

@@ -271,10 +271,6 @@ int TreeModel::rowCount(const QModelIndex& parent) const {
     return family(nodeAt(parent)).shown;
 }
 
-bool TreeModel::hasChildren(const QModelIndex& parent) const {
-    return rowCount(parent) > 0;
-}
-
 QVariant TreeModel::data(const QModelIndex& index, int role) const {
     const int node = nodeAt(index);
     if (node == 0)

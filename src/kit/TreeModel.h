@@ -58,7 +58,6 @@ public:
 
     // While sorted, a node's children stand in the order of their texts, without regard to case, by code point; equal
     // texts keep the order of adding.
-    bool isSorted(int node) const { return at(node).sorted; }
     void setSorted(int node, bool sorted);
 
     // Whether the children are in sight. A node without children has nothing to expand: for it nothing changes.
@@ -86,7 +85,6 @@ public:
     QModelIndex parent(const QModelIndex& index) const override;
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex&) const override { return 1; }
-    bool hasChildren(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
 
 signals:

@@ -1,6 +1,7 @@
 #include "kit/TreeView.h"
 
 #include "kit/CellDelegate.h"
+#include "kit/Keys.h"
 #include "kit/Pace.h"
 #include "kit/WindowScale.h"
 
@@ -107,17 +108,20 @@ void TreeView::setCurrent(int node) {
     setCurrentIndex(m_nodes.place(node));
 }
 
-void TreeView::selectNode(int node) {
+// Opens all nodes above it.
+void TreeView::uncover(int node) {
     for (int above = m_nodes.parentOf(node); above != 0; above = m_nodes.parentOf(above))
         m_nodes.setExpanded(above, true);
     flush();
+}
+
+void TreeView::selectNode(int node) {
+    uncover(node);
     setCurrent(node);
 }
 
 void TreeView::ensureVisible(int node) {
-    for (int above = m_nodes.parentOf(node); above != 0; above = m_nodes.parentOf(above))
-        m_nodes.setExpanded(above, true);
-    flush();
+    uncover(node);
     const QScopedValueRollback quiet(m_quiet, true);
     scrollTo(m_nodes.place(node));
 }
@@ -162,8 +166,7 @@ void TreeView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void TreeView::keyPressEvent(QKeyEvent* event) {
-    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (enter && selectedNode() != 0) {
+    if (isEnter(*event) && selectedNode() != 0) {
         emit DblClick();
         return;
     }

@@ -59,6 +59,7 @@ private:
     void later();
     void applyExpansions(const std::vector<int>& nodes);
     void noteExpanded(const QModelIndex& index, bool expanded);
+    void uncover(int node);
     void setCurrent(int node);
     void layIcons();
 

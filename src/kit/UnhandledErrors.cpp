@@ -4,6 +4,7 @@
 #include "kit/EndProgram.h"
 #include "kit/Form.h"
 #include "kit/Ground.h"
+#include "kit/Keys.h"
 #include "kit/MsgBox.h"
 #include "kit/SpokenText.h"
 #include "kit/Strings.h"
@@ -46,7 +47,7 @@ bool isHeldEnter(const QObject& receiver, const QEvent& event) {
     if (event.type() != QEvent::KeyPress || qobject_cast<const QPlainTextEdit*>(&receiver))
         return false;
     const auto& press = static_cast<const QKeyEvent&>(event);
-    return press.isAutoRepeat() && (press.key() == Qt::Key_Return || press.key() == Qt::Key_Enter);
+    return isEnter(press) && press.isAutoRepeat();
 }
 
 QString currentErrorText() {
