@@ -1,9 +1,11 @@
 #include "explorer/ExplorerRig.h"
+#include "kit/Colour.h"
 #include "kit/Strings.h"
 #include "kit/Yield.h"
 #include "support/windows/GoldenForm.h"
 
 #include <QtGui/QAccessible>
+#include <QtGui/QPainter>
 
 #include <cstdlib>
 #include <fstream>
@@ -84,6 +86,22 @@ void expectFile(const char* name, const std::string& described) {
     EXPECT_EQ(described, kept.str()) << path;
 }
 
+// How many pixels of a small picture stand out from the ground that it is drawn on.
+int pixelsSeen(const QIcon& icon, const QColor& ground) {
+    constexpr int kSide = 16;
+    constexpr double kContrast = 2.0;
+    QImage drawn(kSide, kSide, QImage::Format_RGB32);
+    drawn.fill(ground);
+    QPainter painter(&drawn);
+    painter.drawPixmap(0, 0, icon.pixmap(kSide, kSide));
+    painter.end();
+    int seen = 0;
+    for (int y = 0; y < kSide; ++y)
+        for (int x = 0; x < kSide; ++x)
+            seen += kit::contrast(drawn.pixelColor(x, y), ground) >= kContrast ? 1 : 0;
+    return seen;
+}
+
 class ExplorerForm : public ExplorerTest {
 protected:
     // The window as it is made, before any row is read.
@@ -142,6 +160,18 @@ TEST_F(ExplorerForm, EveryPictureIsThere) {
     for (const kit::ToolbarButton& each : window.Toolbar1->buttons())
         EXPECT_TRUE(each.key.isEmpty() || window.ImageList1->keys().contains(each.image))
             << each.key.toStdString();
+}
+
+TEST_F(ExplorerForm, EveryPictureIsSeenOnASelectedRowAndOnADarkOne) {
+    constexpr int kEnough = 30;
+    const QColor selected(48, 140, 198);
+    const QColor dark(35, 38, 41);
+    EXMain& window = made();
+    for (const kit::ImageList* list : {window.ImageList1, window.ImageList2, window.ImageList3})
+        for (const QString& key : list->keys())
+            for (const QColor& ground : {selected, dark})
+                EXPECT_GE(pixelsSeen(list->icon(key), ground), kEnough)
+                    << key.toStdString() << " on " << ground.name().toStdString();
 }
 
 TEST_F(ExplorerForm, TextFitsAtEveryScale) {
