@@ -39,6 +39,7 @@ void DeleteCD::Form_Unload() {
 void DeleteCD::Timer1_Timer() {
     ListView1->clear();
     DriveInfo->clear();
+    m_aimed = false;
     db::Recordset& discs = Data1.Recordset();
     if (discs.RecordCount() != 0) {
         for (discs.MoveFirst(); !discs.Eof(); discs.MoveNext())
@@ -53,16 +54,20 @@ void DeleteCD::Timer1_Timer() {
     Timer1->setEnabled(false);
 }
 
+// The click aims the deletion. Where the disc is not found the row of an earlier click is still current, and nothing
+// may be deleted.
 void DeleteCD::ListView1_ItemClick(int place) {
     DriveInfo->clear();
+    m_aimed = false;
     base::skipErrors([&] {
         const std::string number = kit::utf8(ListView1->rows().item(place).tag);
         Data1.Recordset().FindFirst("[id number] like '" + number + "'");
+        m_aimed = !Data1.Recordset().NoMatch();
     });
-    base::skipErrors([this] { showFacts(); });
+    if (m_aimed)
+        base::skipErrors([this] { showFacts(); });
 }
 
-// Of the row in hand, which a deletion would take, be it the one that was looked for or not.
 void DeleteCD::showFacts() {
     for (const DiscFact& fact : discFacts(Data1.Recordset()))
         DriveInfo->add({.key = {},
@@ -76,7 +81,7 @@ void DeleteCD::showFacts() {
 // the commit that has no transaction.
 void DeleteCD::Command2_Click() {
     db::Recordset& discs = Data1.Recordset();
-    if (discs.RecordCount() == 0) {
+    if (!m_aimed || discs.RecordCount() == 0) {
         kit::Beep();
         return;
     }
@@ -85,6 +90,7 @@ void DeleteCD::Command2_Click() {
     if (kit::MsgBox(qt(question), kit::Buttons::OkCancel, kit::Icon::Question,
                     "Confim Deletion !!!", this) == kit::Answer::Ok)
         deleteCurrentDisc(discs);
+    m_aimed = false;
     deleteTagsOfDisc(number);
     RefreshMasterTotals(Data2);
     db::DBEngine::CommitTrans();

@@ -25,7 +25,7 @@ public:
     kit::ImageList* ImageList1 = nullptr; // the disc's picture
     kit::ImageList* ImageList2 = nullptr; // pictures of the details
 
-    db::DataSource Data1; // Drive; its current row is the disc to delete
+    db::DataSource Data1; // Drive; its current row is the disc to delete, once a click has aimed it
     db::DataSource Data2; // Master Table
 
 protected:
@@ -44,6 +44,8 @@ private:
     void TrayIcon_Minimise();
 
     void openSource(db::DataSource& source, const char* table);
+
+    bool m_aimed = false; // the current row of Data1 is the disc whose details are shown
 };
 
 } // namespace discaro::catalogue
