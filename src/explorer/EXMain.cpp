@@ -22,17 +22,27 @@ constexpr int kProgressPanel = 3;
 constexpr int kTwips = 15;
 constexpr int kProgressMargin = 40;
 
-// Menu items and toolbar buttons that only lead to another window.
+// Menu items that only lead to another window, and the toolbar button of the same command.
 struct Way {
     const char* window;
     const char* item;
-    const char* button;
+    const char* button = nullptr;
 };
 
 constexpr Way kWays[] = {
-    {"Search", "newsearsh", "Search"},          {"Scanform", "scannewcd", "Scan"},
-    {"DeleteCD", "Deletecdromentry", "Delete"}, {"Programs", "programsexplorer", "prog"},
-    {"Workshop", "dbaseworkshop", "Workshop"},  {"About", "aboutbox", "About"},
+    {"Search", "newsearsh", "Search"},
+    {"Scanform", "scannewcd", "Scan"},
+    {"DeleteCD", "Deletecdromentry", "Delete"},
+    {"Programs", "programsexplorer", "prog"},
+    {"Workshop", "dbaseworkshop", "Workshop"},
+    {"About", "aboutbox", "About"},
+    {"ProgTag", "fileProgramTag", "tag"},
+    {"ProgTag", "diprogtag"},
+    {"ProgTag", "drprogtag"},
+    {"ProgTag", "lprogtag"},
+    {"ProgTag", "tprogtag"},
+    {"DirSim", "SimDir"},
+    {"DirSim", "DirSim2"},
 };
 
 } // namespace
@@ -66,7 +76,8 @@ void EXMain::disableMissingWindows() {
     for (const Way& way : kWays) {
         const bool known = app::Windows::Exists(way.window);
         MenuBar1->item(way.item).setEnabled(known);
-        Toolbar1->setButtonEnabled(way.button, known);
+        if (way.button)
+            Toolbar1->setButtonEnabled(way.button, known);
     }
 }
 

@@ -134,12 +134,12 @@ TEST_F(ExplorerLoad, AHandOverToAWindowThatDoesNotExistDoesNothing) {
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(window.SkipMark, "");
     for (const char* item : {"newsearsh", "scannewcd", "Deletecdromentry", "programsexplorer",
-                             "dbaseworkshop", "aboutbox"})
+                             "dbaseworkshop", "aboutbox", "fileProgramTag", "diprogtag",
+                             "drprogtag", "lprogtag", "tprogtag", "SimDir", "DirSim2"})
         EXPECT_FALSE(window.MenuBar1->item(item).isEnabled()) << item;
-    for (const char* key : {"Search", "Scan", "Delete", "prog", "Workshop", "About"})
+    for (const char* key : {"tag", "Search", "Scan", "Delete", "prog", "Workshop", "About"})
         EXPECT_FALSE(window.Toolbar1->isButtonEnabled(key)) << key;
     EXPECT_TRUE(window.Toolbar1->isButtonEnabled("Exit"));
-    EXPECT_TRUE(window.MenuBar1->item("SimDir").isEnabled());
 }
 
 TEST_F(ExplorerLoad, TheTrayIconFlashesWhileMinimised) {
