@@ -60,6 +60,7 @@ void EXMain::Form_Load() {
     skipErrors([this] { openSource(Data2, "directories"); });
     yield();
     Timer2->setEnabled(true);
+    restoreDivision();
     FitProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
     prgload->setValue(0);
 }
@@ -89,6 +90,13 @@ void EXMain::FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, in
     bar.setParent(&statusBar);
     bar.setStyleSheet("QProgressBar { border: none; background: transparent; }"
                       "QProgressBar::chunk { background: palette(highlight); }");
+    seatProgressBar(bar, statusBar, panel, marginTwips);
+}
+
+// In the room that the other panels leave; the panel then keeps that size.
+void EXMain::seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
+                             int marginTwips) {
+    statusBar.setAutoSize(panel, true);
     const int margin = static_cast<int>(std::lround(static_cast<double>(marginTwips) / kTwips));
     const QRect room = statusBar.panelPlace(panel);
     place(bar,
@@ -96,7 +104,24 @@ void EXMain::FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, in
     statusBar.setAutoSize(panel, false);
 }
 
+void EXMain::Form_Resize() {
+    if (!m_division)
+        return;
+    m_division->lay();
+    if (ProgressParent)
+        seatProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
+}
+
+void EXMain::Divider1_Moved(int left) {
+    m_division->divideAt(left);
+}
+
+void EXMain::Divider1_DblClick() {
+    m_division->share();
+}
+
 void EXMain::Form_Unload() {
+    saveDivision();
     if (SkipMark == "skip") {
         SkipMark.clear();
         return;

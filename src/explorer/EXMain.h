@@ -2,6 +2,8 @@
 
 #include "app/HandOver.h"
 #include "db/DataSource.h"
+#include "explorer/Division.h"
+#include "kit/Divider.h"
 #include "kit/ElidedLabel.h"
 #include "kit/FormTable.h"
 #include "kit/ImageList.h"
@@ -50,6 +52,7 @@ public:
     kit::Label* Label1 = nullptr;         // heading of the tree
     kit::ElidedLabel* Label2 = nullptr;   // path of the directory that is listed
     kit::TreeView* tvwdb = nullptr;       // the tree
+    kit::Divider* Divider1 = nullptr;     // handle between tree and listing, beyond the first size
     kit::ListView* lvwdb = nullptr;       // the listing
     kit::ListView* DriveInfo = nullptr;   // facts of a disc
     kit::ListView* Dirinfo = nullptr;     // facts of a directory
@@ -73,6 +76,7 @@ public:
 protected:
     void Form_Load() override;
     void Form_Unload() override;
+    void Form_Resize() override;
 
 private:
     static const kit::FormTable<EXMain> kTable;
@@ -81,6 +85,10 @@ private:
     // Load and unload
     void FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
                         int marginTwips);
+    void seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
+                         int marginTwips);
+    void Divider1_Moved(int left);
+    void Divider1_DblClick();
     void Timer2_Timer();
     void TrayIcon1_Restore();
     void TrayIcon1_Minimise();
@@ -148,6 +156,8 @@ private:
     void Toolbar1_ButtonClick(QString key);
     void CustomizetheToolbar_Click();
     void restoreToolbar();
+    void saveDivision();
+    void restoreDivision();
     void SimDir_Click();
     void showView(const ViewChoice& choice);
     void showFiles();
@@ -176,6 +186,7 @@ private:
     void propInTree();
     void tagInTree();
 
+    std::unique_ptr<Division> m_division;
     QWidget* ProgressParent = nullptr; // where prgload stood before it moved into the status bar
     int CurrentNode = 0;               // the node that a routine works on
     int m_builds = 0;                  // how often a tree was begun

@@ -10,6 +10,7 @@
 #include "kit/Beep.h"
 #include "kit/Strings.h"
 #include "kit/UnhandledErrors.h"
+#include "kit/UserSettings.h"
 #include "kit/Yield.h"
 
 #include <map>
@@ -44,7 +45,7 @@ constexpr ViewChoice kViews[] = {
     {"report view", View::Report, "listviewDetails", "ldetails", "Report View"},
 };
 
-// Where the user's own toolbar is kept.
+// Where the user's own toolbar is kept, and size and division of the window.
 const QString kStoreKey = QStringLiteral("2");
 const QString kStoreSubkey = QStringLiteral("Software\\Quorlen\\Discaro");
 const QString kStoreValue = QStringLiteral("Toolbar Settings");
@@ -122,6 +123,15 @@ void EXMain::CustomizetheToolbar_Click() {
 
 void EXMain::restoreToolbar() {
     Toolbar1->RestoreToolbar(kStoreKey, kStoreSubkey, kStoreValue);
+}
+
+void EXMain::saveDivision() {
+    QSettings settings = kit::userSettings(kStoreSubkey);
+    m_division->save(settings);
+}
+
+void EXMain::restoreDivision() {
+    m_division->restore(kit::userSettings(kStoreSubkey));
 }
 
 // ---- Other windows

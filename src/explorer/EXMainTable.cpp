@@ -66,6 +66,7 @@ void dressListing(kit::ListView& list) {
 auto facts(const char* header) {
     return [header](kit::ListView& list) {
         list.setColumns({{header, kFact}, {"Value", kFactValue}});
+        list.fillWithLastColumn();
     };
 }
 
@@ -171,6 +172,12 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .when(&kit::TreeView::Collapse, &EXMain::tvwdb_Collapse)
         .when(&kit::TreeView::DblClick, &EXMain::tvwdb_DblClick)
         .when(&kit::TreeView::MenuWanted, &EXMain::tvwdb_MouseDown),
+    control(&EXMain::Divider1, "Divider1")
+        .at(152, 52, 5, 356)
+        .in(&EXMain::ClientArea)
+        .hidden()
+        .when(&kit::Divider::Moved, &EXMain::Divider1_Moved)
+        .when(&kit::Divider::DblClick, &EXMain::Divider1_DblClick),
     rightPane(&EXMain::lvwdb, "lvwdb")
         .font("Arial")
         .says("Files and directories")
@@ -222,8 +229,20 @@ const kit::FormTable<EXMain> EXMain::kTable{
 EXMain::EXMain()
     : Form({.name = "EXMain",
             .caption = "Discaro - Explorer View",
-            .size = {kClient.width(), kMenuHeight + kClient.height()}}) {
+            .size = {kClient.width(), kMenuHeight + kClient.height()},
+            .border = Border::Sizable}) {
     kTable.build(*this);
+    m_division =
+        std::make_unique<Division>(*this, Division::Parts{.wide = {MenuBar1, Picture1, Toolbar1},
+                                                          .area = ClientArea,
+                                                          .discs = Combo1,
+                                                          .number = Label3,
+                                                          .heading = Label1,
+                                                          .path = Label2,
+                                                          .tree = tvwdb,
+                                                          .right = {lvwdb, DriveInfo, Dirinfo},
+                                                          .statusBar = StatusBar1,
+                                                          .handle = Divider1});
     MenuBar1->build(kMenus, *this);
     Toolbar1->setPictures(ImageList1->pictures());
     tvwdb->nodes().setPictures(ImageList1->pictures());

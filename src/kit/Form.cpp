@@ -11,6 +11,7 @@
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QStyle>
 
 #include <algorithm>
 #include <cmath>
@@ -30,8 +31,10 @@ const char* const kMeasured = "The quick brown fox, 0123456789";
 Qt::WindowFlags flagsFor(Form::Border border) {
     if (border == Form::Border::None)
         return Qt::Window | Qt::FramelessWindowHint;
-    return Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
-           Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
+    const Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                  Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                                  Qt::WindowCloseButtonHint;
+    return border == Form::Border::Sizable ? flags | Qt::WindowMaximizeButtonHint : flags;
 }
 
 QFont sizedFont(const QFont& font, const QFont& base, double factor) {
@@ -56,6 +59,7 @@ double fontScale(const QFont& font) {
 
 Form::Form(const Facts& facts)
     : QWidget(nullptr, flagsFor(facts.border))
+    , m_border(facts.border)
     , m_logicalSize(facts.size)
     , m_scale(fontScale(font())) {
     setObjectName(QString::fromLatin1(facts.name));
@@ -122,12 +126,15 @@ void Form::waitUntilLeft() {
     loop.exec();
 }
 
+const QScreen* Form::display() const {
+    const QWidget* opener = QApplication::activeWindow();
+    return opener ? opener->screen() : screen();
+}
+
 void Form::centre() {
     m_centred = true;
-    const QWidget* opener = QApplication::activeWindow();
-    const QScreen* display = opener ? opener->screen() : screen();
-    if (display)
-        move(display->availableGeometry().center() - QRect(QPoint(0, 0), size()).center());
+    if (const QScreen* shownOn = display())
+        move(shownOn->availableGeometry().center() - QRect(QPoint(0, 0), size()).center());
 }
 
 void Form::Unload() {
@@ -201,7 +208,27 @@ void Form::place(QWidget& control, const QRect& place) {
 
 void Form::setLogicalSize(QSize size) {
     m_logicalSize = size;
-    setFixedSize(scaled(QRect(QPoint(0, 0), size)).size());
+    if (m_border != Border::Sizable)
+        return setFixedSize(firstSize());
+    const bool hadFirstSize = minimumSize().isNull() || this->size() == minimumSize();
+    setMinimumSize(firstSize());
+    if (hadFirstSize)
+        resize(firstSize());
+}
+
+// The frame is not known before the window is shown; a title bar's height is left for it.
+void Form::resizeTo(QSize size) {
+    QSize wanted = scaled(QRect(QPoint(0, 0), size)).size();
+    const int frame = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    if (const QScreen* shownOn = display())
+        wanted = wanted.boundedTo(shownOn->availableSize() - QSize(0, frame));
+    resize(wanted.expandedTo(firstSize()));
+}
+
+QRect Form::tablePlace(const QWidget& control) const {
+    const auto same = [&control](const Control& each) { return each.object == &control; };
+    const auto found = std::find_if(m_controls.begin(), m_controls.end(), same);
+    return found == m_controls.end() ? QRect() : scaled(found->place);
 }
 
 int Form::scaled(double logical) const {
@@ -215,10 +242,16 @@ QRect Form::scaled(const QRect& logical) const {
     return QRect(topLeft, QSize(end.x() - topLeft.x(), end.y() - topLeft.y()));
 }
 
+QSize Form::logical(QSize pixels) const {
+    return QSize(static_cast<int>(std::lround(pixels.width() / m_scale)),
+                 static_cast<int>(std::lround(pixels.height() / m_scale)));
+}
+
 void Form::arrange() {
     setLogicalSize(m_logicalSize);
     for (const auto& control : m_controls)
         arrange(control);
+    Form_Resize();
 }
 
 void Form::arrange(const Control& control) {
@@ -257,6 +290,12 @@ void Form::hideEvent(QHideEvent* event) {
     // A spontaneous one only says that the window is minimised or on another desktop.
     if (!event->spontaneous())
         emit Left();
+}
+
+void Form::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (m_border == Border::Sizable)
+        Form_Resize();
 }
 
 void destroyUnloadedWindows() {

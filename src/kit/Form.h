@@ -30,12 +30,12 @@ class Form : public QWidget {
 public:
     enum class Modality { Modeless, Modal };
     enum class State { Normal, Minimised };
-    enum class Border { Fixed, None };
+    enum class Border { Fixed, None, Sizable };
 
     struct Facts {
         const char* name;    // the window's name in the registry, also its object name
         const char* caption; // UTF-8
-        QSize size;          // in logical pixels
+        QSize size;          // in logical pixels; of a sizable window the first and least size
         Border border = Border::Fixed;
     };
 
@@ -72,6 +72,12 @@ public:
     void place(QWidget& control, const QRect& place);
     QSize logicalSize() const { return m_logicalSize; }
     void setLogicalSize(QSize size);
+    // A sizable window takes this size, in logical pixels, as far as the screen that it comes up on has room for it,
+    // but is never smaller than its first size.
+    void resizeTo(QSize size);
+    // The size of the form table, and the place that it gives a control, as pixels of the screen.
+    QSize firstSize() const { return scaled(QRect(QPoint(0, 0), m_logicalSize)).size(); }
+    QRect tablePlace(const QWidget& control) const;
 
     // Whether its first painting is done.
     bool isPainted() const { return m_painted; }
@@ -85,6 +91,7 @@ public:
     // Logical pixels as pixels of the screen.
     int scaled(double logical) const;
     QRect scaled(const QRect& logical) const;
+    QSize logical(QSize pixels) const;
 
 signals:
     // Form_Load is done.
@@ -99,6 +106,8 @@ protected:
 
     virtual void Form_Load() {}
     virtual void Form_Unload() {}
+    // Runs when a sizable window has another size, and when its controls were put back into the places of the table.
+    virtual void Form_Resize() {}
 
     // Something to give back when the window is unloaded, such as an open data source; the last
     // given goes first.
@@ -108,6 +117,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     enum class Stage { Made, Loading, Loaded, Unloading, Unloaded };
@@ -115,11 +125,13 @@ private:
     void finishUnload();
     void showAs(Modality modality);
     void waitUntilLeft();
+    const QScreen* display() const;
     void centre();
     void arrange();
     void arrange(const Control& control);
 
     Stage m_stage = Stage::Made;
+    Border m_border;
     QString m_caption;
     QSize m_logicalSize;
     double m_scale = 1.0;

@@ -201,6 +201,10 @@ void ListView::layIcons() {
 // Nobody can widen a column then, so the last one takes what room there is.
 void ListView::hideHeaders() {
     m_report->setHeaderHidden(true);
+    fillWithLastColumn();
+}
+
+void ListView::fillWithLastColumn() {
     m_report->header()->setStretchLastSection(true);
 }
 

@@ -27,6 +27,8 @@ public:
     void setPictures(ListModel::Pictures pictures) { m_model.setPictures(std::move(pictures)); }
     // The last column then fills what the others leave.
     void hideHeaders();
+    // The same with the headers in sight.
+    void fillWithLastColumn();
     // Ctrl and Shift select several rows.
     void setMultiSelect();
 

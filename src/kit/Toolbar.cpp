@@ -4,9 +4,9 @@
 #include "kit/SpokenText.h"
 #include "kit/Strings.h"
 #include "kit/ToolbarDialog.h"
+#include "kit/UserSettings.h"
 #include "kit/WindowScale.h"
 
-#include <QtCore/QSettings>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
@@ -23,12 +23,6 @@ constexpr int kIcon = 16;
 constexpr int kMargin = 2;
 constexpr int kSeparatorWidth = 8;
 constexpr int kNarrowSeparator = 3;
-
-// "Software\Maker\Program": who made what.
-QSettings settingsOf(const QString& subkey) {
-    const QStringList parts = subkey.split(u'\\', Qt::SkipEmptyParts);
-    return QSettings(parts.value(parts.size() - 2), parts.value(parts.size() - 1));
-}
 
 QString entryName(const QString& value, const QString& key) {
     return value + u'/' + key;
@@ -254,11 +248,11 @@ void Toolbar::Customize() {
 }
 
 void Toolbar::SaveToolbar(const QString& key, const QString& subkey, const QString& value) const {
-    settingsOf(subkey).setValue(entryName(value, key), m_arrangement);
+    userSettings(subkey).setValue(entryName(value, key), m_arrangement);
 }
 
 bool Toolbar::RestoreToolbar(const QString& key, const QString& subkey, const QString& value) {
-    const QSettings settings = settingsOf(subkey);
+    const QSettings settings = userSettings(subkey);
     const QString entry = entryName(value, key);
     // A layout without buttons is kept as a value that counts as none.
     if (!settings.contains(entry))

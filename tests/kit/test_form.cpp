@@ -4,6 +4,7 @@
 
 #include <QtCore/QTimer>
 #include <QtGui/QCloseEvent>
+#include <QtGui/QScreen>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -18,7 +19,78 @@ void sendClose(QWidget& window) {
     QCoreApplication::sendEvent(&window, &close);
 }
 
+// A window that the user may make larger, with one control.
+class SizableForm : public kit::Form {
+public:
+    SizableForm()
+        : Form({.name = "SizableForm",
+                .caption = "",
+                .size = {200, 100},
+                .border = Border::Sizable}) {
+        addControl(*inner, QRect(10, 10, 50, 20));
+    }
+
+    QWidget* inner = new QWidget(this);
+    std::vector<QSize> sizes; // at each call of the handler
+
+protected:
+    void Form_Resize() override { sizes.push_back(size()); }
+};
+
+class Sizable : public testing::Test {
+protected:
+    ~Sizable() override {
+        form->Unload();
+        kit::destroyUnloadedWindows();
+    }
+    SizableForm* form = new SizableForm;
+};
+
 } // namespace
+
+TEST_F(Sizable, BeginsAtItsFirstSizeAndIsNeverSmaller) {
+    form->Show();
+    EXPECT_EQ(form->size(), QSize(200, 100));
+    EXPECT_EQ(form->minimumSize(), QSize(200, 100));
+    EXPECT_TRUE(form->windowFlags() & Qt::WindowMaximizeButtonHint);
+    form->resize(50, 50);
+    EXPECT_EQ(form->size(), QSize(200, 100));
+}
+
+TEST_F(Sizable, TellsItsNewSize) {
+    form->Show();
+    kit::yield();
+    form->sizes.clear();
+    form->resize(300, 150);
+    kit::yield();
+    ASSERT_FALSE(form->sizes.empty());
+    EXPECT_EQ(form->sizes.back(), QSize(300, 150));
+    EXPECT_EQ(form->tablePlace(*form->inner), QRect(10, 10, 50, 20));
+}
+
+TEST_F(Sizable, ASizeFromElsewhereIsFittedToTheScreen) {
+    form->resizeTo(QSize(300, 150));
+    EXPECT_EQ(form->size(), QSize(300, 150));
+    form->resizeTo(QSize(10, 10));
+    EXPECT_EQ(form->size(), QSize(200, 100));
+    form->resizeTo(QSize(1000000, 1000000));
+    EXPECT_EQ(form->width(), form->screen()->availableSize().width());
+    EXPECT_LT(form->height(), form->screen()->availableSize().height());
+}
+
+TEST_F(Sizable, GrowsWithTheFontAndLaysItselfOutAgain) {
+    form->Show();
+    kit::yield();
+    const LargerFont larger(2.0);
+    kit::yield();
+    const double scale = form->scale();
+    ASSERT_GT(scale, 1.5);
+    EXPECT_EQ(form->size(), form->firstSize());
+    EXPECT_EQ(form->inner->geometry(), form->tablePlace(*form->inner));
+    EXPECT_EQ(form->sizes.back(), form->firstSize());
+    form->resize(form->firstSize() + QSize(30, 30));
+    EXPECT_EQ(form->logical(form->firstSize()), QSize(200, 100));
+}
 
 TEST_F(Form, HasItsNameAndCaption) {
     EXPECT_EQ(form->name(), "SampleForm");

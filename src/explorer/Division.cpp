@@ -1,0 +1,110 @@
+#include "explorer/Division.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace discaro::explorer {
+
+namespace {
+
+const QString kSize = QStringLiteral("Explorer/Size");
+const QString kMaximised = QStringLiteral("Explorer/Maximised");
+const QString kTree = QStringLiteral("Explorer/Tree");
+
+// In logical pixels.
+constexpr int kHandle = 5;
+constexpr int kLeastTree = 100;
+constexpr int kLeastRight = 240;
+
+} // namespace
+
+Division::Division(kit::Form& window, Parts parts)
+    : m_window(window)
+    , m_parts(std::move(parts)) {}
+
+bool Division::isFirstSize() const {
+    return m_window.size() == m_window.firstSize();
+}
+
+void Division::lay() {
+    const QSize more = (m_window.size() - m_window.firstSize()).expandedTo(QSize(0, 0));
+    const int across = more.width();
+    const int down = more.height();
+    const auto first = [this](QWidget* control) { return m_window.tablePlace(*control); };
+    // The menu bar chooses its own height.
+    for (QWidget* each : m_parts.wide)
+        each->resize(first(each).width() + across, each->height());
+    m_parts.area->resize(first(m_parts.area).size() + more);
+    m_parts.discs->setGeometry(first(m_parts.discs).adjusted(0, 0, across, 0));
+    m_parts.number->setGeometry(first(m_parts.number).translated(across, 0));
+    m_parts.statusBar->setGeometry(first(m_parts.statusBar).adjusted(0, down, across, down));
+    m_parts.tree->setGeometry(first(m_parts.tree).adjusted(0, 0, 0, down));
+    for (QWidget* each : m_parts.right)
+        each->setGeometry(first(each).adjusted(0, 0, across, down));
+    m_parts.heading->setGeometry(first(m_parts.heading));
+    m_parts.path->setGeometry(first(m_parts.path).adjusted(0, 0, across, 0));
+    divide(treeWidth());
+}
+
+// The right side moves along with the tree's edge and makes room for the handle.
+void Division::divide(int tree) {
+    const int handle = isFirstSize() ? 0 : m_window.scaled(kHandle);
+    const int moved = tree - m_parts.tree->width() + handle;
+    m_parts.tree->resize(tree, m_parts.tree->height());
+    m_parts.heading->resize(tree, m_parts.heading->height());
+    for (QWidget* each : m_parts.right)
+        each->setGeometry(each->geometry().adjusted(moved, 0, 0, 0));
+    m_parts.path->setGeometry(m_parts.path->geometry().adjusted(moved, 0, 0, 0));
+    const int top = m_parts.heading->y();
+    m_parts.handle->setGeometry(tree, top, handle, m_parts.tree->geometry().bottom() + 1 - top);
+    m_parts.handle->setVisible(handle > 0);
+}
+
+int Division::treeWidth() const {
+    const int first = m_window.tablePlace(*m_parts.tree).width();
+    if (isFirstSize())
+        return first;
+    const int shared = first * m_window.width() / m_window.firstSize().width();
+    const int wanted = m_chosen ? m_window.scaled(*m_chosen) : shared;
+    return std::clamp(wanted, m_window.scaled(kLeastTree),
+                      m_window.width() - m_window.scaled(kLeastRight));
+}
+
+void Division::divideAt(int treeWidth) {
+    m_chosen = treeWidth / m_window.scale();
+    m_chosen = this->treeWidth() / m_window.scale();
+    lay();
+}
+
+void Division::share() {
+    m_chosen.reset();
+    lay();
+}
+
+void Division::save(QSettings& settings) const {
+    const bool maximised = m_window.isMaximized();
+    const QSize normal = maximised ? m_window.normalGeometry().size() : m_window.size();
+    const auto keep = [&settings](const QString& key, bool wanted, const QVariant& value) {
+        if (wanted)
+            settings.setValue(key, value);
+        else
+            settings.remove(key);
+    };
+    keep(kSize, normal.isValid() && normal != m_window.firstSize(), m_window.logical(normal));
+    keep(kMaximised, maximised, true);
+    keep(kTree, m_chosen.has_value(), m_chosen.value_or(0));
+}
+
+void Division::restore(const QSettings& settings) {
+    const QSize size = settings.value(kSize).toSize();
+    if (size.isValid())
+        m_window.resizeTo(size);
+    const double tree = settings.value(kTree).toDouble();
+    if (std::isfinite(tree) && tree >= kLeastTree)
+        m_chosen = std::min(tree, 1.0 * QWIDGETSIZE_MAX);
+    if (settings.value(kMaximised).toBool())
+        m_window.setWindowState(m_window.windowState() | Qt::WindowMaximized);
+}
+
+} // namespace discaro::explorer

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QtWidgets/QWidget>
+
+namespace discaro::kit {
+
+// A handle between two parts of a window that stand side by side. It only tells where the user drags it to; the window
+// moves the parts, and the handle with them.
+class Divider : public QWidget {
+    Q_OBJECT
+public:
+    explicit Divider(QWidget* parent = nullptr);
+
+signals:
+    void Moved(int left); // where its left edge is wanted, in its parent
+    void DblClick();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    int m_grip = 0; // where it was taken hold of
+};
+
+} // namespace discaro::kit

@@ -1,0 +1,59 @@
+#include "kit/Divider.h"
+#include "support/windows/FormProbe.h"
+
+#include <QtGui/QMouseEvent>
+
+#include <gmock/gmock.h>
+
+using namespace discaro;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+class Divider : public testing::Test {
+protected:
+    Divider() {
+        parent.resize(400, 100);
+        handle.setGeometry(150, 20, 5, 60);
+        QObject::connect(&handle, &kit::Divider::Moved, [this](int left) {
+            lefts.push_back(left);
+            handle.move(left, handle.y());
+        });
+        QObject::connect(&handle, &kit::Divider::DblClick, [this] { ++doubles; });
+    }
+    void moveTo(int x, Qt::MouseButtons held) {
+        QMouseEvent event(QEvent::MouseMove, QPoint(x, 10), handle.mapToGlobal(QPoint(x, 10)),
+                          Qt::NoButton, held, {});
+        QApplication::sendEvent(&handle, &event);
+    }
+
+    QWidget parent;
+    kit::Divider handle{&parent};
+    std::vector<int> lefts;
+    int doubles = 0;
+};
+
+} // namespace
+
+TEST_F(Divider, TellsWhereItsEdgeIsDraggedTo) {
+    QTest::mousePress(&handle, Qt::LeftButton, {}, QPoint(3, 10));
+    moveTo(13, Qt::LeftButton);
+    EXPECT_EQ(handle.x(), 160);
+    moveTo(3 - 60, Qt::LeftButton);
+    EXPECT_THAT(lefts, ElementsAre(160, 100));
+}
+
+TEST_F(Divider, StaysWhereItIsWithoutTheButton) {
+    moveTo(20, Qt::NoButton);
+    moveTo(20, Qt::RightButton);
+    EXPECT_THAT(lefts, IsEmpty());
+    EXPECT_EQ(handle.cursor().shape(), Qt::SplitHCursor);
+}
+
+TEST_F(Divider, TellsADoubleClick) {
+    QTest::mouseDClick(&handle, Qt::LeftButton, {}, QPoint(2, 10));
+    EXPECT_EQ(doubles, 1);
+    QTest::mouseDClick(&handle, Qt::RightButton, {}, QPoint(2, 10));
+    EXPECT_EQ(doubles, 1);
+}
