@@ -11,7 +11,7 @@ std::vector<Disc> readDiscs(db::Database& catalogue) {
     using namespace catalogue::drive;
     const auto rows = catalogue.OpenRecordset(kDiscsQuery);
     std::vector<Disc> discs;
-    base::skipErrors([&] {
+    skipErrorsUnlessLocked([&] {
         for (; !rows->Eof(); rows->MoveNext())
             skipErrorsUnlessLocked([&] {
                 discs.push_back({(*rows)(kPreferedName).Text(), (*rows)(kIdNumber).Text()});

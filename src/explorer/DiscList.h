@@ -14,7 +14,7 @@ struct Disc {
 };
 
 // The discs of the catalogue in the order in which it holds them, as far as they can be read. Throws as
-// db::Database::OpenRecordset does.
+// db::Database::OpenRecordset does, and when another program locks the catalogue on the way.
 std::vector<Disc> readDiscs(db::Database& catalogue);
 
 // A disc's line in the list of discs.

@@ -5,6 +5,7 @@
 #include "base/RuntimeError.h"
 #include "db/WaitOnce.h"
 #include "kit/Beep.h"
+#include "kit/MsgBox.h"
 #include "kit/Yield.h"
 
 #include <cmath>
@@ -134,6 +135,10 @@ void EXMain::Form_Unload() {
 void EXMain::Timer2_Timer() {
     const db::WaitOnce once;
     Timer2->setEnabled(false);
+    const bool again = m_locked;
+    for (db::DataSource* source : {&Data1, &Data2})
+        if (!source->HasRecordset())
+            skipErrors([source] { source->Refresh(); });
     if (catalogueIsEmpty())
         return leaveEmptyCatalogue();
     skipErrors([] { app::Module1::OpenCatalogue(); });
@@ -147,9 +152,27 @@ void EXMain::Timer2_Timer() {
     yield();
     if (isUnloaded())
         return;
-    jumpToDirectory();
-    jumpToFile();
     restoreToolbar();
+    if (!m_locked) {
+        jumpToDirectory();
+        jumpToFile();
+    } else if (!again) {
+        tellLocked();
+    }
+}
+
+void EXMain::tellLocked() {
+    const db::WaitOnce::Pause pause;
+    kit::MsgBox("The catalogue can't be read, because another program has locked it. The list of "
+                "discs is filled when you come back to this window and that program is done.",
+                kit::Buttons::Ok, kit::Icon::Exclamation, "Catalogue Locked", this);
+}
+
+// A disc list that a lock has kept empty is filled by the delayed load.
+void EXMain::changeEvent(QEvent* event) {
+    Form::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_locked && isLoaded())
+        Timer2->setEnabled(true);
 }
 
 bool EXMain::catalogueIsEmpty() {

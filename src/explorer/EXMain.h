@@ -77,6 +77,7 @@ protected:
     void Form_Load() override;
     void Form_Unload() override;
     void Form_Resize() override;
+    void changeEvent(QEvent* event) override;
 
 private:
     static const kit::FormTable<EXMain> kTable;
@@ -90,6 +91,7 @@ private:
     void Divider1_Moved(int left);
     void Divider1_DblClick();
     void Timer2_Timer();
+    void tellLocked();
     void TrayIcon1_Restore();
     void TrayIcon1_Minimise();
     void openSource(db::DataSource& source, const char* table);
@@ -187,6 +189,7 @@ private:
     void tagInTree();
 
     std::unique_ptr<Division> m_division;
+    bool m_locked = false; // the disc list is still to be filled: the catalogue was locked
     QWidget* ProgressParent = nullptr; // where prgload stood before it moved into the status bar
     int CurrentNode = 0;               // the node that a routine works on
     int m_builds = 0;                  // how often a tree was begun

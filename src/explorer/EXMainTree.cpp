@@ -89,14 +89,17 @@ void EXMain::FillDiscList() {
     const QSignalBlocker quiet(Combo1);
     Combo1->clear();
     ListView1->clear();
-    skipErrors([this] {
+    m_locked = false;
+    try {
         for (const Disc& disc : readDiscs(*catalogue()))
             ListView1->add({.key = {},
                             .text = qt(disc.name),
                             .icon = {},
                             .tag = qt(disc.number),
                             .subItems = {}});
-    });
+    } catch (const base::RuntimeError& error) {
+        m_locked = error.is(base::ErrorNumber::CatalogueLocked);
+    }
     kit::ListModel& discs = ListView1->rows();
     discs.setSorted(true);
     for (int place = 0; place < discs.count(); ++place) {
@@ -241,6 +244,8 @@ void EXMain::refreshall_Click() {
         return;
     skipErrors([this] { tvwdb->selectNode(tvwdb->selectedNode()); });
     skipErrors([this] { Data1.Refresh(); });
+    if (m_locked)
+        tellLocked();
 }
 
 void EXMain::expandAll(bool expanded) {

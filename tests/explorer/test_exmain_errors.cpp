@@ -54,6 +54,21 @@ protected:
         m_other->execute("BEGIN EXCLUSIVE");
     }
     void unlock() { m_other.reset(); }
+    // The box that tells of the lock.
+    static void expectLocked(ScriptedMsgBox& answers) {
+        answers.expectTitled("Catalogue Locked", kit::Icon::Exclamation);
+    }
+    // Another window of the desktop has had the keyboard, and the explorer has it again.
+    static void comeBackTo(EXMain& window) {
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        kit::yield();
+        ASSERT_FALSE(window.isActiveWindow());
+        window.activateWindow();
+        kit::yield();
+        ASSERT_TRUE(window.isActiveWindow());
+    }
 
     CountedSleeps sleeps;
 
@@ -190,6 +205,8 @@ TEST_F(ExplorerErrors, EveryOtherHandlerWaitsForTheLockOnce) {
     EXPECT_EQ(window.tvwdb->nodes().count(), 1);
     choose(window, "Showall");
     EXPECT_EQ(sleeps.takeMilliseconds(), kOneWait);
+    ScriptedMsgBox answers;
+    expectLocked(answers);
     choose(window, "refreshall");
     EXPECT_EQ(sleeps.takeMilliseconds(), kOneWait);
     EXPECT_EQ(window.Combo1->count(), 0);
@@ -200,12 +217,65 @@ TEST_F(ExplorerErrors, EveryOtherHandlerWaitsForTheLockOnce) {
     EXPECT_EQ(window.tvwdb->nodes().count(), 3);
 }
 
-TEST_F(ExplorerErrors, ALockedCatalogueOpensAnEmptyExplorerAfterTwoWaits) {
+TEST_F(ExplorerErrors, ALockedCatalogueIsToldOnceAfterTwoWaits) {
     lock();
+    ScriptedMsgBox answers;
+    expectLocked(answers);
     EXMain& window = rig.open();
     EXPECT_EQ(sleeps.takeMilliseconds(), 2 * kOneWait) << "one for each of two handlers";
+    EXPECT_EQ(answers.asked(), 1);
     EXPECT_EQ(window.Combo1->count(), 0);
     EXPECT_FALSE(rig.isUp("Loading"));
+}
+
+TEST_F(ExplorerErrors, TheDiscListIsFilledWhenTheWindowComesBackAfterTheLock) {
+    lock();
+    ScriptedMsgBox answers;
+    expectLocked(answers);
+    EXMain& window = rig.open();
+    comeBackTo(window);
+    EXPECT_TRUE(window.Timer2->isEnabled());
+    rig.load(window);
+    EXPECT_EQ(window.Combo1->count(), 0) << "locked still, and not told again";
+    unlock();
+    comeBackTo(window);
+    EXPECT_TRUE(window.Timer2->isEnabled());
+    rig.load(window);
+    EXPECT_EQ(window.Combo1->count(), 2);
+    EXPECT_EQ(columnOf(*window.DriveInfo, 1)[1], "Atlas");
+    clickNode(window, "C2D1S1");
+    EXPECT_EQ(columnOf(*window.Dirinfo, 1)[1], "MAPS");
+    comeBackTo(window);
+    EXPECT_FALSE(window.Timer2->isEnabled()) << "nothing is left to fill";
+}
+
+TEST_F(ExplorerErrors, AJumpIntoALockedCatalogueIsMadeWhenTheDiscListIsFilled) {
+    shared::JumpDisc = "1";
+    shared::JumpDirectory = "C1D1S1";
+    lock();
+    ScriptedMsgBox answers;
+    expectLocked(answers);
+    EXMain& window = rig.open();
+    unlock();
+    comeBackTo(window);
+    rig.load(window);
+    EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C1D1S1"));
+    EXPECT_EQ(shared::JumpDirectory, "");
+}
+
+TEST_F(ExplorerErrors, ARefreshOfALockedCatalogueIsToldAndMadeUpFor) {
+    EXMain& window = openOn("C1D1");
+    lock();
+    ScriptedMsgBox answers;
+    expectLocked(answers);
+    choose(window, "refreshall");
+    expectLocked(answers);
+    choose(window, "refreshall");
+    unlock();
+    comeBackTo(window);
+    rig.load(window);
+    EXPECT_EQ(window.Combo1->count(), 2);
+    EXPECT_EQ(window.tvwdb->nodes().count(), 3);
 }
 
 // ---- No selected node
