@@ -11,11 +11,6 @@ const QColor kGround(22, 26, 54);
 constexpr int kMargin = 14;
 
 void dress(kit::Label& label) {
-    QPalette colours = label.palette();
-    colours.setColor(QPalette::WindowText, kInk);
-    colours.setColor(QPalette::Window, kGround);
-    label.setPalette(colours);
-    label.setAutoFillBackground(true);
     label.setFrameStyle(QFrame::Panel | QFrame::Raised);
     label.setMargin(kMargin);
     label.setWordWrap(false);
@@ -33,6 +28,12 @@ const kit::FormTable<Loading> Loading::kTable{
 
 Loading::Loading()
     : Form({.name = "Loading", .caption = "Discaro", .size = {240, 48}, .border = Border::None}) {
+    // The window paints its ground itself: one that its label covered whole would never hear of a painting, and the
+    // way from window to window waits for that of this one.
+    QPalette colours = palette();
+    colours.setColor(QPalette::WindowText, kInk);
+    colours.setColor(QPalette::Window, kGround);
+    setPalette(colours);
     kTable.build(*this);
 }
 

@@ -41,6 +41,11 @@ TEST_F(WaitingWindows, LoadingHoldsItsTextAtAnyFontSize) {
     }
 }
 
+TEST_F(WaitingWindows, LoadingIsPaintedOnceItShows) {
+    const auto& loading = open<app::Loading>("Loading");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return loading.isPainted(); }));
+}
+
 TEST_F(WaitingWindows, SearchingMatchesItsGoldenFile) {
     expectGolden(open<app::Searching>("Searching"), "app");
 }
