@@ -1,5 +1,6 @@
 #include "app/Switch.h"
 #include "kit/Colour.h"
+#include "kit/ImageList.h"
 
 // The controls of the main menu: member, name, place, text, handler.
 namespace discaro::app {
@@ -48,7 +49,7 @@ void dressMarquee(kit::Marquee& marquee) {
 
 void dressTrayIcon(kit::TrayIcon& icon) {
     icon.setToolTipText("Discaro");
-    icon.setIcon(QIcon(":/pictures/tray-idle.svg"));
+    icon.setIcon(kit::pictureIcon(":/pictures/tray-idle.svg"));
     icon.setFlashEnabled(true);
 }
 

@@ -62,6 +62,7 @@ void TrayIcon::setToolTipText(const QString& text) {
 
 void TrayIcon::setIcon(const QIcon& icon) {
     m_icon = icon;
+    m_paleIcon = {};
     show();
 }
 
@@ -101,11 +102,18 @@ void TrayIcon::show() {
         return;
     const auto* window = qobject_cast<const Form*>(parent());
     const bool shown = m_visible && !m_left && window && window->isLoaded();
-    if (shown && !m_icon.isNull()) {
-        const QIcon flashed = m_flashIcon.isNull() ? paleIcon(m_icon) : m_flashIcon;
-        m_tray->setIcon(m_flashed ? flashed : m_icon);
-    }
+    if (shown && !m_icon.isNull())
+        m_tray->setIcon(m_flashed ? flashedIcon() : m_icon);
     m_tray->setVisible(shown && !m_icon.isNull());
+}
+
+// The pale icon is drawn once: each new one would stay in the window library's cache of pixmaps.
+const QIcon& TrayIcon::flashedIcon() {
+    if (!m_flashIcon.isNull())
+        return m_flashIcon;
+    if (m_paleIcon.isNull())
+        m_paleIcon = paleIcon(m_icon);
+    return m_paleIcon;
 }
 
 void TrayIcon::activate(QSystemTrayIcon::ActivationReason reason) {

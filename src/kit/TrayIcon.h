@@ -65,11 +65,13 @@ signals:
 private:
     void show();
     void flash();
+    const QIcon& flashedIcon();
     void raise(void (TrayIcon::*notification)());
 
     QString m_toolTipText;
     QIcon m_icon;
     QIcon m_flashIcon;
+    QIcon m_paleIcon; // null until it is needed
     bool m_visible = true;
     bool m_enabled = true;
     bool m_trueClick = true;

@@ -47,9 +47,9 @@ def time_of(thread):
 
 
 class Display:
-    """One display for all rounds; nobody else uses it."""
+    """One display for all rounds, with a window manager or without; nobody else uses it."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, managed=True):
         read, write = os.pipe()
         self._log = open(os.path.join(folder, "display.log"), "w")
         self._server = subprocess.Popen(
@@ -62,15 +62,18 @@ class Display:
             raise Lost("no virtual display came up, see " + self._log.name)
         self.environment = dict(os.environ, DISPLAY=self.name, QT_QPA_PLATFORM="xcb", LC_ALL="C.UTF-8")
         self.environment.pop("WAYLAND_DISPLAY", None)
-        self._manager = subprocess.Popen(["openbox", "--sm-disable"], env=self.environment, stdin=subprocess.DEVNULL,
-                                         stdout=self._log, stderr=self._log, start_new_session=True)
-        wait_for("the window manager", lambda: self._xdotool("get_num_desktops").returncode == 0)
+        self._manager = None
+        if managed:
+            self._manager = subprocess.Popen(["openbox", "--sm-disable"], env=self.environment,
+                                             stdin=subprocess.DEVNULL, stdout=self._log, stderr=self._log,
+                                             start_new_session=True)
+            wait_for("the window manager", lambda: self._xdotool("get_num_desktops").returncode == 0)
 
     def _xdotool(self, *arguments):
         return subprocess.run(["xdotool", *arguments], env=self.environment, capture_output=True, text=True)
 
     def close(self):
-        for process in (self._manager, self._server):
+        for process in filter(None, (self._manager, self._server)):
             process.terminate()
             process.wait()
         self._log.close()
