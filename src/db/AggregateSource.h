@@ -22,6 +22,7 @@ public:
     bool find(const Criterion& criterion) override;
     int64_t count() override { return 1; }
     int64_t index() override { return place() == Place::On ? 0 : -1; }
+    void numbersAt(int64_t, int64_t, std::vector<int64_t>&) override {} // its row has no number
 };
 
 } // namespace discaro::db

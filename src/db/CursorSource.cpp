@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 
+#include <algorithm>
 #include <limits>
 
 namespace discaro::db {
@@ -11,6 +12,7 @@ namespace {
 constexpr int64_t kLowest = std::numeric_limits<int64_t>::min();
 constexpr int64_t kHighest = std::numeric_limits<int64_t>::max();
 constexpr int64_t kWorthStepping = 64;
+constexpr int64_t kMarkEach = 256;
 
 } // namespace
 
@@ -179,6 +181,43 @@ std::optional<int64_t> CursorSource::firstOfDense() {
     if (span + 1 != static_cast<uint64_t>(count()))
         return {};
     return lowest;
+}
+
+void CursorSource::numbersAt(int64_t place, int64_t most, std::vector<int64_t>& numbers) {
+    if (const auto lowest = firstOfDense()) {
+        for (const int64_t end = std::min(count(), place + most); place < end; ++place)
+            numbers.push_back(*lowest + place);
+        return;
+    }
+    learnMarks();
+    if (m_marks.empty())
+        return;
+    const int64_t mark = std::min(place / kMarkEach, static_cast<int64_t>(m_marks.size()) - 1);
+    const std::string limits = " LIMIT " + std::to_string(most) + " OFFSET ?" +
+                               std::to_string(m_query.nextParameter() + 1);
+    const auto statement =
+        m_store.statement("SELECT rowid" + m_query.from("rowid>=" + m_query.nextPlaceholder()) +
+                          " ORDER BY rowid" + limits);
+    const StatementRun run(*statement);
+    bindQuery(*run);
+    run->bind(m_query.nextParameter(), m_marks[static_cast<size_t>(mark)]);
+    run->bind(m_query.nextParameter() + 1, place - mark * kMarkEach);
+    while (run->step())
+        numbers.push_back(run->integer(0));
+}
+
+// Rows added come behind all others, so they move no mark.
+void CursorSource::learnMarks() {
+    if (!m_marks.empty() && m_marksState == indexState())
+        return;
+    m_marks.clear();
+    const auto statement = m_store.statement("SELECT rowid" + m_query.from() + " ORDER BY rowid");
+    const StatementRun run(*statement);
+    bindQuery(*run);
+    for (int64_t place = 0; run->step(); ++place)
+        if (place % kMarkEach == 0)
+            m_marks.push_back(run->integer(0));
+    m_marksState = indexState();
 }
 
 uint64_t CursorSource::indexState() const {

@@ -23,6 +23,7 @@ public:
     bool find(const Criterion& criterion) override;
     int64_t count() override;
     int64_t index() override;
+    void numbersAt(int64_t place, int64_t most, std::vector<int64_t>& numbers) override;
     void rowChanged(bool wasFresh) override;
 
 private:
@@ -32,6 +33,7 @@ private:
     bool jumpTo(int64_t index);
     void step(int64_t rows);
     std::optional<int64_t> firstOfDense();
+    void learnMarks();
 
     // The place of the current row, remembered while nothing happens in front of it.
     uint64_t indexState() const;
@@ -44,6 +46,9 @@ private:
     uint64_t m_indexState = 0;
     int64_t m_count = -1;
     uint64_t m_countState = 0;
+    std::vector<int64_t>
+        m_marks; // the number of every so many-th row: places are counted from the nearest
+    uint64_t m_marksState = 0;
 };
 
 } // namespace discaro::db

@@ -179,6 +179,12 @@ int64_t KeySource::index() {
     return place() == Place::On && !gone() ? static_cast<int64_t>(m_index) : -1;
 }
 
+void KeySource::numbersAt(int64_t place, int64_t most, std::vector<int64_t>& numbers) {
+    const int64_t end = std::min(count(), place + most);
+    if (place < end)
+        numbers.insert(numbers.end(), m_numbers.begin() + place, m_numbers.begin() + end);
+}
+
 void KeySource::rowInserted(int64_t number) {
     if (m_growth == Growth::Fixed)
         m_numbers.push_back(number);

@@ -26,6 +26,7 @@ public:
     bool find(const Criterion& criterion) override;
     int64_t count() override;
     int64_t index() override;
+    void numbersAt(int64_t place, int64_t most, std::vector<int64_t>& numbers) override;
     void rowInserted(int64_t number) override;
     void rowDeleted() override;
 

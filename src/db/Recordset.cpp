@@ -2,6 +2,7 @@
 
 #include "db/Database.h"
 #include "db/Dialect.h"
+#include "db/RowPage.h"
 #include "db/RowSource.h"
 #include "db/RowWriter.h"
 
@@ -48,6 +49,7 @@ void Recordset::Close() {
     if (!IsOpen())
         return;
     m_edit.end();
+    m_page.reset();
     m_rows.reset();
     m_writer.reset();
     m_database->discharge(*this);
@@ -254,6 +256,16 @@ std::unique_ptr<Recordset> Recordset::OpenRecordset() {
 }
 
 // Fields
+
+Value Recordset::ValueAt(int64_t place, int field) {
+    requireOpen();
+    if (isAggregate())
+        throw RuntimeError(ErrorNumber::NotAllowed);
+    const FieldType type = Fields(field).Type();
+    if (m_page == nullptr)
+        m_page = std::make_unique<RowPage>(*m_store, *m_rows);
+    return valueOf(m_page->window(), m_page->cell(place, static_cast<size_t>(field)), type);
+}
 
 Field& Recordset::Fields(std::string_view name) {
     const int position = m_layout->names.find(name);

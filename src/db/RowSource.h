@@ -74,6 +74,8 @@ public:
     // The number of rows, and the 0-based place of the current one, -1 when there is none.
     virtual int64_t count() = 0;
     virtual int64_t index() = 0;
+    // Appends the row numbers from a 0-based place on, up to so many; the current row stays what it is.
+    virtual void numbersAt(int64_t place, int64_t most, std::vector<int64_t>& numbers) = 0;
 
     // What the recordset itself has just done. rowChanged is told whether the window was fresh before: then only the
     // current row in it has become old.
