@@ -31,4 +31,8 @@ std::string stampText(std::time_t stamp) {
     return text;
 }
 
+std::string dateText(std::time_t stamp) {
+    return stampText(stamp).substr(0, 8);
+}
+
 } // namespace discaro::base

@@ -9,4 +9,7 @@ namespace discaro::base {
 // A stamp at exactly midnight has no time part and no blank: "MM/dd/yy".
 std::string stampText(std::time_t stamp);
 
+// The same day in short form: "MM/dd/yy" in local time.
+std::string dateText(std::time_t stamp);
+
 } // namespace discaro::base

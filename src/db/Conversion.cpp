@@ -34,6 +34,9 @@ bool parseFinite(std::string_view text, double& number) {
     return parseWhole(text, number) && std::isfinite(number);
 }
 
+constexpr std::string_view kDay = "0000-00-00";
+constexpr std::string_view kDayAndTime = "0000-00-00 00:00:00";
+
 bool matches(std::string_view text, std::string_view pattern) {
     if (text.size() != pattern.size())
         return false;
@@ -61,6 +64,34 @@ bool dateExists(std::string_view text) {
 
 bool timeExists(std::string_view text) {
     return numberAt(text, 11, 2) < 24 && numberAt(text, 14, 2) < 60 && numberAt(text, 17, 2) < 60;
+}
+
+std::string_view centuryOf(std::string_view twoDigits) {
+    return twoDigits[0] < '8' ? "20" : "19";
+}
+
+// " hh:mm:ss AM" as " HH:MM:SS"; an hour that no clock shows stays one.
+std::string fullDayTime(std::string_view time) {
+    constexpr int kNone = 24;
+    const int shown = numberAt(time, 1, 2);
+    const int hour = shown < 1 || shown > 12 ? kNone : shown % 12 + (time[10] == 'P' ? 12 : 0);
+    return (hour < 10 ? " 0" : " ") + std::to_string(hour) + std::string(time.substr(3, 6));
+}
+
+// A text in short form as it is stored; "" for another text.
+std::string fromShortForm(std::string_view text) {
+    const std::string_view day = text.substr(0, text.find(' '));
+    const std::string_view time = text.substr(day.size());
+    const bool timed = matches(time, " 00:00:00 AM") || matches(time, " 00:00:00 PM");
+    if (!(matches(day, "00/00/00") || matches(day, "00/00/0000")) || (!time.empty() && !timed))
+        return {};
+    std::string stored(day.size() > 8 ? std::string_view() : centuryOf(day.substr(6)));
+    stored.append(day.substr(6))
+        .append("-")
+        .append(day.substr(0, 2))
+        .append("-")
+        .append(day.substr(3, 2));
+    return timed ? stored + fullDayTime(time) : stored;
 }
 
 } // namespace
@@ -95,14 +126,38 @@ bool booleanFrom(std::string_view text) {
     return isTrue;
 }
 
-std::string_view dateFrom(std::string_view text) {
+std::string dateFrom(std::string_view text) {
     text = base::trimBlanks(text);
-    const bool withTime = matches(text, "0000-00-00 00:00:00");
-    if (!withTime && !matches(text, "0000-00-00"))
+    const std::string stored =
+        matches(text, kDay) || matches(text, kDayAndTime) ? std::string(text) : fromShortForm(text);
+    if (stored.empty())
         refuse("the text is not a date");
-    if (!dateExists(text) || (withTime && !timeExists(text)))
+    if (!dateExists(stored) || (stored.size() > kDay.size() && !timeExists(stored)))
         refuse("there is no such date");
-    return text;
+    return stored;
+}
+
+std::string shortDate(std::string_view stored) {
+    const bool withTime = matches(stored, kDayAndTime);
+    if (!withTime && !matches(stored, kDay))
+        return std::string(stored);
+    const std::string century = centuryOf(stored.substr(2, 2)) == stored.substr(0, 2)
+                                    ? ""
+                                    : std::string(stored.substr(0, 2));
+    std::string text(stored.substr(5, 2));
+    text.append("/")
+        .append(stored.substr(8, 2))
+        .append("/")
+        .append(century)
+        .append(stored.substr(2, 2));
+    if (!withTime)
+        return text;
+    const int hour = numberAt(stored, 11, 2);
+    const int shown = hour % 12 == 0 ? 12 : hour % 12;
+    return text.append(shown < 10 ? " 0" : " ")
+        .append(std::to_string(shown))
+        .append(stored.substr(13, 6))
+        .append(hour < 12 ? " AM" : " PM");
 }
 
 } // namespace discaro::db

@@ -16,7 +16,12 @@ int64_t integerFrom(std::string_view text);
 double doubleFrom(std::string_view text);
 // "true" or "false" in any case.
 bool booleanFrom(std::string_view text);
-// The text as it is stored: "YYYY-MM-DD" or "YYYY-MM-DD HH:MM:SS", a date and time that exist.
-std::string_view dateFrom(std::string_view text);
+// A date and time that exist, as they are stored: "YYYY-MM-DD" or "YYYY-MM-DD HH:MM:SS". Taken in that form or in the
+// short one: "MM/dd/yy", or "MM/dd/yyyy", with or without a time behind it, " hh:mm:ss AM" or "PM". Of two digits 80 to
+// 99 are years of 1900, all others of 2000.
+std::string dateFrom(std::string_view text);
+// A stored date in short form; the year has four digits where two would be read as another. A text that is no stored
+// date stays as it is.
+std::string shortDate(std::string_view stored);
 
 } // namespace discaro::db

@@ -137,7 +137,7 @@ Value EditBuffer::value(size_t field, FieldType type) const {
     case CellType::Real:
         return slot.real;
     case CellType::Text:
-        return slot.text;
+        return type == FieldType::Date ? shortDate(slot.text) : slot.text;
     case CellType::Null:
         break;
     }
@@ -184,7 +184,8 @@ Value valueOf(const RowWindow& window, const Cell& cell, FieldType type) {
     case CellType::Real:
         return cell.real;
     case CellType::Text:
-        return std::string(window.text(cell));
+        return type == FieldType::Date ? shortDate(window.text(cell))
+                                       : std::string(window.text(cell));
     case CellType::Null:
         break;
     }

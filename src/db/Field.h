@@ -33,7 +33,9 @@ class Recordset;
 //            take anything, as textOf writes it. Bytes that are not UTF-8 are read as text without a
 //            stated encoding; a NUL inside the text survives
 //   Boolean  takes true and false, numbers (not 0 is true), "true" and "false" in any case
-//   Date     takes the text "YYYY-MM-DD" or "YYYY-MM-DD HH:MM:SS", an existing date
+//   Date     takes and gives an existing date as the text "MM/dd/yy", with " hh:mm:ss AM" or "PM" behind it where it
+//            has a time; takes "YYYY-MM-DD" and "YYYY-MM-DD HH:MM:SS" too, the forms that are stored and that
+//            conditions compare. Years are 1980 to 2079; others are given with four digits, which are taken as well
 // Null is allowed everywhere. Numeric text is the whole text, blanks at both ends apart, with "."
 // as its point.
 class Field {

@@ -39,6 +39,11 @@ TEST(Stamp, ExactlyMidnightHasNoTime) {
     EXPECT_EQ(stampText(local(2001, 6, 7, 0, 0, 0)), "06/07/01");
 }
 
+TEST(Stamp, TheShortDateIsItsDay) {
+    EXPECT_EQ(dateText(local(2026, 1, 2, 23, 59, 59)), "01/02/26");
+    EXPECT_EQ(dateText(local(1999, 12, 31, 0, 0, 0)), "12/31/99");
+}
+
 TEST(RuntimeErrorText, IsTheTablesTextWithTheDetailBehindIt) {
     EXPECT_EQ(RuntimeError(ErrorNumber::NoCurrentRecord).description(), "No current record.");
     EXPECT_EQ(RuntimeError(ErrorNumber::UnknownField, "x").description(),

@@ -1,5 +1,7 @@
+#include "db/RawDatabase.h"
 #include "db/Shelf.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -112,12 +114,26 @@ const Assignment kBooleansAndDates[] = {
     {"OtherText", "flag", std::string("yes"), {}, kRefused},
     {"EmptyFlag", "flag", std::string(), {}, kRefused},
     {"NullFlag", "flag", {}, {}},
-    {"Day", "day", std::string("1999-12-31"), std::string("1999-12-31")},
-    {"DayAndTime", "day", std::string("2000-02-29 23:59:59"), std::string("2000-02-29 23:59:59")},
-    {"DayWithBlanks", "day", std::string(" 1999-12-31 "), std::string("1999-12-31")},
+    {"Day", "day", std::string("1999-12-31"), std::string("12/31/99")},
+    {"DayAndTime", "day", std::string("2000-02-29 23:59:59"), std::string("02/29/00 11:59:59 PM")},
+    {"Midnight", "day", std::string("2000-02-29 00:00:00"), std::string("02/29/00 12:00:00 AM")},
+    {"DayWithBlanks", "day", std::string(" 1999-12-31 "), std::string("12/31/99")},
+    {"ShortDate", "day", std::string("12/31/99"), std::string("12/31/99")},
+    {"ShortDateAndTime", "day", std::string("01/02/03 12:05:06 AM"),
+     std::string("01/02/03 12:05:06 AM")},
+    {"ShortDateAtNoon", "day", std::string("01/02/79 12:00:00 PM"),
+     std::string("01/02/79 12:00:00 PM")},
+    {"FarYear", "day", std::string("1979-01-02"), std::string("01/02/1979")},
+    {"FarYearInShort", "day", std::string("01/02/2080"), std::string("01/02/2080")},
+    {"NearYearWithCentury", "day", std::string("01/02/1980"), std::string("01/02/80")},
+    {"NoLeapYearInShort", "day", std::string("02/29/01"), {}, kRefused},
+    {"NoSuchMonth", "day", std::string("13/01/01"), {}, kRefused},
+    {"NoSuchHourInShort", "day", std::string("01/02/03 13:00:00 PM"), {}, kRefused},
+    {"NoHour", "day", std::string("01/02/03 00:00:00 AM"), {}, kRefused},
+    {"ShortDateWithoutZeros", "day", std::string("1/2/03"), {}, kRefused},
+    {"ShortDateAndMore", "day", std::string("01/02/03 x"), {}, kRefused},
     {"NoLeapYear", "day", std::string("1900-02-29"), {}, kRefused},
     {"NoSuchHour", "day", std::string("1999-12-31 24:00:00"), {}, kRefused},
-    {"ShortDate", "day", std::string("12/31/99"), {}, kRefused},
     {"TimeCutShort", "day", std::string("1999-12-31 23:59"), {}, kRefused},
     {"EmptyDay", "day", std::string(), {}, kRefused},
     {"NumberAsDay", "day", int64_t{36525}, {}, kRefused},
@@ -155,6 +171,23 @@ TEST_F(FieldAssignments, TakeEveryKindOfArgument) {
     EXPECT_TRUE(whole.IsNull());
     (*things)("flag") = true;
     EXPECT_EQ((*things)("flag").Text(), "true");
+}
+
+TEST_F(FieldAssignments, DatesAreStoredInTheFormThatConditionsCompare) {
+    const auto things = open()->OpenRecordset("Things");
+    for (const char* day : {"12/31/99", "11/21/26", "01/02/1979"}) {
+        things->AddNew();
+        (*things)("day") = day;
+        EXPECT_EQ((*things)("day").Text(), day);
+        things->Update();
+    }
+    const auto later =
+        open()->OpenRecordset("select * from Things where [day] > '1999-12-30' order by [day]");
+    EXPECT_THAT(texts(*later, "day"), testing::ElementsAre("12/31/99", "11/21/26"));
+    RawDatabase raw(path());
+    EXPECT_EQ(raw.text("SELECT group_concat(day) FROM Things"), "1999-12-31,2026-11-21,1979-01-02");
+    raw.execute("UPDATE Things SET day='some day'");
+    EXPECT_EQ(open()->OpenRecordset("Things")->Fields("day").Text(), "some day");
 }
 
 TEST_F(FieldAssignments, ARefusedValueLeavesTheEarlierOne) {
