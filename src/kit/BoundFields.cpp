@@ -133,7 +133,11 @@ void BoundFields::bind(Label& label, std::string_view field) {
     Binding binding;
     binding.control = &label;
     binding.read = [&label] { return label.text(); };
-    binding.give = [&label](const QString& text) { label.setText(text); };
+    binding.give = [&label](const QString& text) {
+        const QSignalBlocker quiet(&label);
+        label.setText(text);
+    };
+    binding.notify = [&label] { emit label.Change(); };
     add(std::move(binding), field);
 }
 

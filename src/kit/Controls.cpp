@@ -41,6 +41,13 @@ Label::Label(QWidget* parent)
     setMouseTracking(true);
 }
 
+void Label::setText(const QString& text) {
+    if (text == this->text())
+        return;
+    QLabel::setText(text);
+    emit Change();
+}
+
 QColor Label::foreColour() const {
     return palette().color(QPalette::Active, QPalette::WindowText);
 }

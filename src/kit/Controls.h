@@ -19,6 +19,9 @@ class Label : public QLabel {
 public:
     explicit Label(QWidget* parent = nullptr);
 
+    // Raises Change when the text is another than before.
+    void setText(const QString& text);
+
     QColor foreColour() const;
     // The resting colour. The colour while disabled is the palette's until setDisabledColour gives
     // one.
@@ -36,6 +39,7 @@ public:
 
 signals:
     void Click();
+    void Change();
     void MouseMove(QPoint position);
     void Focused();
 

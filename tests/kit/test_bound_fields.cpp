@@ -303,9 +303,24 @@ TEST_F(BoundFields, ALabelThatTheProgramChangesIsWrittenToo) {
     m_fields.bind(m_label, "day");
     m_fields.attach(m_source);
     rows().Edit();
-    m_label.setText("1998-12-31");
+    m_label.setText("12/31/98");
     rows().Update();
-    EXPECT_EQ(stored("day"), text("1998-12-31"));
+    EXPECT_EQ(stored("day"), text("12/31/98"));
+    EXPECT_EQ(m_label.text(), "12/31/98");
+}
+
+TEST_F(BoundFields, ALabelRaisesChangeWhenAnotherTextIsShown) {
+    store("flag", false);
+    std::vector<QString> heard;
+    QObject::connect(&m_label, &kit::Label::Change,
+                     [&] { heard.push_back(m_label.text() + m_line.text()); });
+    m_fields.bind(m_label, "flag");
+    m_fields.bind(m_line, "short text");
+    m_fields.attach(m_source);
+    store("flag", true);
+    m_source.Refresh();
+    m_source.Refresh();
+    EXPECT_THAT(heard, ElementsAre("0first", "-1first")) << "with all other controls told";
 }
 
 TEST_F(BoundFields, ANewRowTakesWhatWasPutIntoTheControls) {

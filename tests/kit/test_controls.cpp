@@ -44,6 +44,15 @@ bool hasColour(QWidget& widget, const QColor& colour) {
 
 } // namespace
 
+TEST(LabelText, RaisesChangeWhenItIsAnotherOne) {
+    kit::Label label;
+    std::vector<QString> heard;
+    QObject::connect(&label, &kit::Label::Change, [&] { heard.push_back(label.text()); });
+    for (const char* text : {"", "one", "one", "two", ""})
+        label.setText(text);
+    EXPECT_THAT(heard, ElementsAre("one", "two", ""));
+}
+
 TEST_F(Controls, ACheckBoxClicksAtEveryChangeOfItsValueWhoeverMakesIt) {
     form->Check1->setValue(true);
     EXPECT_THAT(form->heard, ElementsAre());
