@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "db/Conversion.h"
 
+#include <bit>
 #include <cmath>
 
 namespace discaro::db {
@@ -40,6 +41,22 @@ EditBuffer::Slot& EditBuffer::assign(size_t field, CellType type) {
     m_assigned |= uint64_t{1} << field;
     m_slots[field].type = type;
     return m_slots[field];
+}
+
+std::vector<EditBuffer::Slot> EditBuffer::values(uint64_t mask) const {
+    std::vector<Slot> values;
+    values.reserve(static_cast<size_t>(std::popcount(mask)));
+    for (uint64_t rest = mask; rest != 0; rest &= rest - 1)
+        values.push_back(m_slots[static_cast<size_t>(std::countr_zero(rest))]);
+    return values;
+}
+
+void EditBuffer::put(uint64_t mask, std::span<const Slot> values) {
+    m_slots.resize(static_cast<size_t>(std::bit_width(mask)));
+    m_assigned = mask;
+    auto value = values.begin();
+    for (uint64_t rest = mask; rest != 0; rest &= rest - 1)
+        m_slots[static_cast<size_t>(std::countr_zero(rest))] = *value++;
 }
 
 void EditBuffer::setNull(size_t field) {

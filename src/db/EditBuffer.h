@@ -6,6 +6,7 @@
 #include "db/Value.h"
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +18,14 @@ namespace discaro::db {
 class EditBuffer {
 public:
     enum class Kind { None, Add, Change };
+
+    // What a field was set to.
+    struct Slot {
+        Statement::CellType type = Statement::CellType::Null;
+        int64_t integer = 0;
+        double real = 0;
+        std::string text;
+    };
 
     void begin(Kind kind, size_t fields);
     void end() { m_kind = Kind::None; }
@@ -41,14 +50,11 @@ public:
     // Binds without copying: this buffer must stay as it is until the statement is reset.
     void bind(size_t field, Statement& statement, int parameter) const;
 
-private:
-    struct Slot {
-        Statement::CellType type = Statement::CellType::Null;
-        int64_t integer = 0;
-        double real = 0;
-        std::string text;
-    };
+    // What the fields of a mask were set to, and the same put into a buffer again.
+    std::vector<Slot> values(uint64_t mask) const;
+    void put(uint64_t mask, std::span<const Slot> values);
 
+private:
     Slot& assign(size_t field, Statement::CellType type);
     void setInteger(size_t field, int64_t number);
     void setReal(size_t field, double number);

@@ -1,6 +1,7 @@
 #include "db/Engine.h"
 
 #include "base/RuntimeError.h"
+#include "db/SaveGroup.h"
 
 #include <sys/stat.h>
 
@@ -77,6 +78,8 @@ std::vector<std::shared_ptr<Store>> Engine::openStores() {
 }
 
 void Engine::beginTransaction() {
+    if (SaveGroup* const group = SaveGroup::current())
+        group->giveWay();
     m_transaction.begin(openStores(), owners());
 }
 

@@ -1,5 +1,6 @@
 #include "db/RowWriter.h"
 
+#include "db/SaveGroup.h"
 #include "db/Store.h"
 
 #include <bit>
@@ -58,6 +59,13 @@ int64_t RowWriter::insert(const EditBuffer& row) {
 }
 
 bool RowWriter::update(int64_t number, const EditBuffer& row, uint64_t mask) {
+    SaveGroup* const group = SaveGroup::current();
+    if (group != nullptr && mask != 0 && group->takes(m_store))
+        return group->save(m_store, *this, number, row, mask);
+    return write(number, row, mask);
+}
+
+bool RowWriter::write(int64_t number, const EditBuffer& row, uint64_t mask) {
     return m_store.write([&] {
         if (mask == 0)
             return true;

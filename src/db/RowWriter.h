@@ -14,7 +14,7 @@ namespace discaro::db {
 class Store;
 
 // Writes rows of one layout with statements that stay prepared. Every write goes through the store's guard.
-class RowWriter {
+class RowWriter : public std::enable_shared_from_this<RowWriter> {
 public:
     // Store and table must outlive it.
     RowWriter(Store& store, Table& table, std::shared_ptr<const RecordLayout> layout)
@@ -24,8 +24,11 @@ public:
 
     // The new row's number.
     int64_t insert(const EditBuffer& row);
-    // Writes the fields of the mask (bit 0 for field 0), none other. False when the row is gone.
+    // Writes the fields of the mask (bit 0 for field 0), none other, within the group of saves that is in force. False
+    // when the row is gone.
     bool update(int64_t number, const EditBuffer& row, uint64_t mask);
+    // The same whether or not there is a group.
+    bool write(int64_t number, const EditBuffer& row, uint64_t mask);
     // Deletes with cascades. False when the row is gone.
     bool remove(int64_t number);
 

@@ -2,6 +2,7 @@
 
 #include "db/Engine.h"
 #include "db/RowWriter.h"
+#include "db/SaveGroup.h"
 #include "db/SchemaReader.h"
 
 #include <fcntl.h>
@@ -89,6 +90,8 @@ bool Store::sorts(const std::string& sql) {
 void Store::beginWrite() {
     if (!m_updatable)
         throw base::RuntimeError(base::ErrorNumber::CatalogueReadOnly, m_path);
+    if (SaveGroup* const group = SaveGroup::current())
+        group->giveWay();
     Engine::instance().transaction().join(*this);
 }
 

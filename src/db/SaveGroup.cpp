@@ -1,0 +1,109 @@
+#include "db/SaveGroup.h"
+
+#include "db/Engine.h"
+#include "db/RowWriter.h"
+#include "db/SqliteError.h"
+#include "db/Store.h"
+
+#include <utility>
+
+namespace discaro::db {
+
+using base::RuntimeError;
+
+namespace {
+
+constexpr size_t kMostSaves = 100'000; // what waits for the commit is kept in memory
+
+SaveGroup*& inForce() {
+    static SaveGroup* group = nullptr;
+    return group;
+}
+
+} // namespace
+
+SaveGroup* SaveGroup::current() {
+    return inForce();
+}
+
+SaveGroup::SaveGroup() {
+    if (inForce() != nullptr)
+        return;
+    inForce() = this;
+    m_inForce = true;
+}
+
+SaveGroup::~SaveGroup() {
+    giveWay();
+    if (m_inForce)
+        inForce() = nullptr;
+}
+
+void SaveGroup::End() {
+    giveWay();
+    if (const auto failure = std::exchange(m_failure, std::nullopt))
+        throw RuntimeError(*failure);
+}
+
+bool SaveGroup::takes(const Store& store) const {
+    return Engine::instance().transaction().state() == Transaction::State::None && !m_oneByOne &&
+           (m_store == nullptr || m_store.get() == &store);
+}
+
+void SaveGroup::begin(Store& store) {
+    store.begin();
+    m_store = Engine::instance().shared(store);
+}
+
+bool SaveGroup::save(Store& store, RowWriter& writer, int64_t number, const EditBuffer& row,
+                     uint64_t mask) {
+    if (m_saves.size() >= kMostSaves)
+        giveWay();
+    if (m_store == nullptr)
+        begin(store);
+    m_saving = true;
+    try {
+        const bool found = writer.write(number, row, mask);
+        m_saving = false;
+        if (found)
+            m_saves.push_back({writer.shared_from_this(), number, mask, row.values(mask)});
+        return found;
+    } catch (const RuntimeError& error) {
+        m_saving = false;
+        if (!breaksTransaction(error) && store.connection().inTransaction())
+            throw;
+    }
+    doOneByOne();
+    return writer.write(number, row, mask);
+}
+
+void SaveGroup::giveWay() {
+    if (m_store == nullptr || m_saving)
+        return;
+    if (base::skipErrors([this] { m_store->commit(); }))
+        forget();
+    else
+        doOneByOne();
+}
+
+void SaveGroup::doOneByOne() {
+    m_oneByOne = true;
+    m_store->rollback();
+    const auto store = std::exchange(m_store, nullptr);
+    EditBuffer row;
+    for (const Save& save : std::exchange(m_saves, {}))
+        try {
+            row.put(save.mask, save.values);
+            save.writer->write(save.number, row, save.mask);
+        } catch (const RuntimeError& error) {
+            if (!m_failure)
+                m_failure = error;
+        }
+}
+
+void SaveGroup::forget() {
+    m_saves.clear();
+    m_store.reset();
+}
+
+} // namespace discaro::db

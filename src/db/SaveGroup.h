@@ -1,0 +1,68 @@
+#pragma once
+
+#include "base/RuntimeError.h"
+#include "db/EditBuffer.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace discaro::db {
+
+class RowWriter;
+class Store;
+
+// As long as it lives, the saves of changed rows (Edit and Update) outside a transaction cost one commit for all of
+// them, or one for each hundred thousand. Each takes effect at once for all handles of the process and throws what it would throw by itself. On disc
+// they are with End, or with the group's own end, which passes over errors. Until then the file is locked for other
+// programs from the first save on, and stays open; a process that is killed leaves all of them or none.
+//
+// A save that fails takes nothing else with it: what was saved before stays. Where the file can't take the group as a
+// whole, since a full disk has no room for its journal for instance, its saves are done again one by one, and so are
+// those that follow. Should one of them fail now, which its Update could not tell any more, End throws the first such
+// error; the others are kept.
+//
+// Any other write, a new row, a deletion or the beginning of a transaction, first commits what was saved before it. A
+// group within another one, or within a transaction, belongs to that. Saves in a second file are done one by one.
+class SaveGroup {
+public:
+    SaveGroup();
+    ~SaveGroup();
+    SaveGroup(const SaveGroup&) = delete;
+    SaveGroup& operator=(const SaveGroup&) = delete;
+
+    // Commits. The group goes on: what is saved after it is committed by the next End.
+    void End();
+
+    // For the store. The group in force, null when there is none.
+    static SaveGroup* current();
+    // Whether a save in that file is for the group.
+    bool takes(const Store& store) const;
+    // Writes the fields of the mask; false when the row is gone.
+    bool save(Store& store, RowWriter& writer, int64_t number, const EditBuffer& row,
+              uint64_t mask);
+    // Before a write of another kind: commits what there is. Its errors wait for End.
+    void giveWay();
+
+private:
+    struct Save {
+        std::shared_ptr<RowWriter> writer;
+        int64_t number;
+        uint64_t mask;
+        std::vector<EditBuffer::Slot> values; // of the fields in the mask
+    };
+
+    void begin(Store& store);
+    void doOneByOne();
+    void forget();
+
+    bool m_inForce = false;
+    bool m_saving = false;
+    bool m_oneByOne = false;
+    std::shared_ptr<Store> m_store; // in whose file saves wait for the commit
+    std::vector<Save> m_saves;
+    std::optional<base::RuntimeError> m_failure;
+};
+
+} // namespace discaro::db
