@@ -35,23 +35,42 @@ char asciiLower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-// Where a run of combining marks grows longer than any real one: ordering a run costs the square of its length, and
-// text from a disc may hold nothing else. The limit is that of the Unicode Stream-Safe Text Format (UAX #15).
-size_t safeLength(std::string_view text) {
-    constexpr int kLongestRun = 30;
+// A run of combining marks longer than any real one: ordering a run costs the square of its length, and text from a
+// disc may hold nothing else. The limit is that of the Unicode Stream-Safe Text Format (UAX #15).
+constexpr int kLongestRun = 30;
+
+// What canonical forms would turn into ASCII: the sign for kelvin, the Greek question mark, the Greek accent varia. They
+// stay as they are, so that what begins with ASCII in its folded form does so as it is stored.
+bool standsForAscii(utf8proc_int32_t codePoint) {
+    return codePoint == 0x212A || codePoint == 0x37E || codePoint == 0x1FEF;
+}
+
+int combiningClass(utf8proc_int32_t codePoint) {
+    return utf8proc_get_property(codePoint)->combining_class;
+}
+
+// A beginning of the text that can be composed by itself, or that stays as it is.
+struct Piece {
+    size_t length;
+    bool asItIs;
+};
+
+Piece firstPiece(std::string_view text) {
     int run = 0;
     for (size_t at = 0; at < text.size();) {
         utf8proc_int32_t codePoint = 0;
         const auto length = utf8proc_iterate(
             bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
         if (length <= 0)
-            return text.size();
-        run = utf8proc_get_property(codePoint)->combining_class == 0 ? 0 : run + 1;
+            return {text.size(), true};
+        if (standsForAscii(codePoint))
+            return at == 0 ? Piece{static_cast<size_t>(length), true} : Piece{at, false};
+        run = combiningClass(codePoint) == 0 ? 0 : run + 1;
         if (run > kLongestRun)
-            return at;
+            return {at, false};
         at += static_cast<size_t>(length);
     }
-    return text.size();
+    return {text.size(), false};
 }
 
 std::string composedPiece(std::string_view text) {
@@ -68,11 +87,68 @@ std::string composedPiece(std::string_view text) {
 std::string composed(std::string_view text) {
     std::string result;
     while (!text.empty()) {
-        const auto length = safeLength(text);
-        result += composedPiece(text.substr(0, length));
+        const auto [length, asItIs] = firstPiece(text);
+        const auto piece = text.substr(0, length);
+        if (asItIs)
+            result += piece;
+        else
+            result += composedPiece(piece);
         text.remove_prefix(length);
     }
     return result;
+}
+
+// A character's simple lower case, which is never an ASCII one for a character outside ASCII.
+utf8proc_int32_t lowered(utf8proc_int32_t codePoint) {
+    const auto lower = utf8proc_tolower(codePoint);
+    return codePoint >= 0x80 && lower < 0x80 ? codePoint : lower;
+}
+
+// A character with the marks behind it, put into their canonical order and made small as it is appended.
+class Cluster {
+public:
+    explicit Cluster(std::string& text)
+        : m_text(text) {}
+    ~Cluster() { flush(); }
+    Cluster(const Cluster&) = delete;
+    Cluster& operator=(const Cluster&) = delete;
+
+    void add(utf8proc_int32_t codePoint) {
+        const int order = combiningClass(codePoint);
+        if (order == 0 || m_size == m_marks.size())
+            flush();
+        size_t place = m_size++;
+        for (; place > 0 && m_marks[place - 1].order > order; --place)
+            m_marks[place] = m_marks[place - 1];
+        m_marks[place] = {codePoint, order};
+    }
+
+    void flush() {
+        for (size_t place = 0; place < m_size; ++place)
+            appendCodePoint(m_text, static_cast<char32_t>(lowered(m_marks[place].codePoint)));
+        m_size = 0;
+    }
+
+private:
+    struct Mark {
+        utf8proc_int32_t codePoint;
+        int order;
+    };
+
+    std::string& m_text;
+    std::array<Mark, kLongestRun + 2> m_marks{};
+    size_t m_size = 0;
+};
+
+void addDecomposed(Cluster& cluster, utf8proc_int32_t codePoint) {
+    if (standsForAscii(codePoint))
+        return cluster.add(codePoint);
+    // The longest canonical decomposition of a character has four code points.
+    std::array<utf8proc_int32_t, 8> parts{};
+    const auto count =
+        utf8proc_decompose_char(codePoint, parts.data(), parts.size(), UTF8PROC_DECOMPOSE, nullptr);
+    for (utf8proc_ssize_t part = 0; part < count; ++part)
+        cluster.add(parts[static_cast<size_t>(part)]);
 }
 
 std::string decodeUtf16(std::string_view bytes, size_t highByte) {
@@ -152,9 +228,7 @@ std::string lowerCase(std::string_view text) {
             result += text[at++];
             continue;
         }
-        const auto lower = utf8proc_tolower(codePoint);
-        appendCodePoint(
-            result, static_cast<char32_t>(codePoint >= 0x80 && lower < 0x80 ? codePoint : lower));
+        appendCodePoint(result, static_cast<char32_t>(lowered(codePoint)));
         at += static_cast<size_t>(length);
     }
     return result;
@@ -164,6 +238,34 @@ std::string foldedForComparison(std::string_view text) {
     if (isAscii(text))
         return lowerAscii(text);
     return lowerCase(composed(text));
+}
+
+void appendOrderKey(std::string& key, std::string_view text) {
+    Cluster cluster(key);
+    for (size_t at = 0; at < text.size();) {
+        if (static_cast<unsigned char>(text[at]) < 0x80) {
+            cluster.flush();
+            key += asciiLower(text[at++]);
+            continue;
+        }
+        utf8proc_int32_t codePoint = 0;
+        const auto length = utf8proc_iterate(
+            bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
+        if (length <= 0) {
+            cluster.flush();
+            key += text[at++];
+            continue;
+        }
+        addDecomposed(cluster, codePoint);
+        at += static_cast<size_t>(length);
+    }
+}
+
+std::string orderKey(std::string_view text) {
+    std::string key;
+    key.reserve(text.size());
+    appendOrderKey(key, text);
+    return key;
 }
 
 int compareFolded(std::string_view left, std::string_view right) {

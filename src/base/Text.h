@@ -29,13 +29,19 @@ std::string decodeUtf16Be(std::string_view bytes);
 std::string lowerCase(std::string_view text);
 
 // The form in which texts are compared without regard to case: canonically composed, then each character's simple
-// lower case. A character outside ASCII never folds to an ASCII one (composition may still yield one). Bytes that
-// are not UTF-8 stay as they are.
+// lower case. A character outside ASCII never folds to an ASCII one; those that composition would make ASCII (U+037E,
+// U+1FEF, U+212A) stay as they are. Bytes that are not UTF-8 stay as they are.
 std::string foldedForComparison(std::string_view text);
 
 // Order and equality of the folded forms. The order is by code point.
 int compareFolded(std::string_view left, std::string_view right);
 bool equalFolded(std::string_view left, std::string_view right);
+
+// The form by whose bytes texts are brought into order wherever a user sees them: canonically decomposed, so that a
+// letter with an accent stands with its base letter, then each character's simple lower case, with the exceptions of
+// foldedForComparison. Texts that are equal when folded have the same key; the key of ASCII text is its lower case.
+std::string orderKey(std::string_view text);
+void appendOrderKey(std::string& key, std::string_view text);
 
 // ASCII only: for names that the program itself gives (tables, fields, drive letters).
 std::string lowerAscii(std::string_view text);

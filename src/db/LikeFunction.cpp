@@ -14,11 +14,9 @@ namespace discaro::db {
 namespace {
 
 std::string_view textIn(sqlite3_value* value) {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-    const auto size = static_cast<size_t>(sqlite3_value_bytes(value));
-    if (text == nullptr)
-        throw std::bad_alloc();
-    return {text, size};
+    // Unlike sqlite3_value_text this does not copy the text to put a NUL behind it.
+    const auto* text = static_cast<const char*>(sqlite3_value_blob(value));
+    return {text == nullptr ? "" : text, static_cast<size_t>(sqlite3_value_bytes(value))};
 }
 
 bool matches(LikePattern& pattern, sqlite3_value* value) {

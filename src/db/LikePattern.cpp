@@ -1,7 +1,9 @@
 #include "db/LikePattern.h"
 
 #include "base/Text.h"
+#include "db/Utf8Step.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace discaro::db {
@@ -13,26 +15,6 @@ constexpr size_t kNone = std::string_view::npos;
 
 bool isAscii(char c) {
     return static_cast<unsigned char>(c) < 0x80;
-}
-
-bool isContinuation(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
-size_t announcedLength(char lead) {
-    const auto byte = static_cast<unsigned char>(lead);
-    return byte < 0xC2 ? 1 : byte < 0xE0 ? 2 : byte < 0xF0 ? 3 : byte < 0xF5 ? 4 : 1;
-}
-
-// Bytes of the character at a place: 1 for a byte that is not part of any.
-size_t lengthAt(std::string_view text, size_t at) {
-    const size_t length = announcedLength(text[at]);
-    if (length == 1 || at + length > text.size())
-        return 1;
-    for (size_t next = at + 1; next < at + length; ++next)
-        if (!isContinuation(text[next]))
-            return 1;
-    return length;
 }
 
 size_t lengthBefore(std::string_view text, size_t end) {
@@ -91,21 +73,14 @@ size_t findPlain(std::string_view part, std::string_view text, size_t from) {
                             : static_cast<size_t>(static_cast<const char*>(found) - text.data());
 }
 
-// Where the first occurrence from a place on ends.
-size_t findEnd(std::string_view part, bool plain, std::string_view text, size_t from) {
-    if (plain) {
-        const size_t found = findPlain(part, text, from);
-        return found == kNone ? kNone : found + part.size();
+// The place so many characters further on; kNone when the text has not as many.
+size_t skip(std::string_view text, size_t at, size_t characters) {
+    for (; characters > 0; --characters) {
+        if (at >= text.size())
+            return kNone;
+        at += lengthAt(text, at);
     }
-    for (size_t at = from; at < text.size(); at += lengthAt(text, at))
-        if (const size_t end = matchForward(part, text, at); end != kNone)
-            return end;
-    return kNone;
-}
-
-// Characters that composition can make of others, so that they need not stand in the stored text.
-bool mayBeComposed(char c) {
-    return c == 'k' || c == ';' || c == '`';
+    return at;
 }
 
 } // namespace
@@ -126,8 +101,8 @@ LikeShape likeShape(std::string_view pattern) {
 }
 
 LikePattern::LikePattern(std::string_view pattern)
-    : m_folded(base::foldedForComparison(pattern)) {
-    split();
+    : m_folded(base::foldedForComparison(pattern))
+    , m_minimum(m_folded.size() - static_cast<size_t>(std::ranges::count(m_folded, '*'))) {
     choosePrefilter();
 }
 
@@ -140,7 +115,6 @@ void LikePattern::split() {
         const bool inner = !m_parts.empty() && star != kNone;
         if (!inner || !text.empty())
             m_parts.push_back({text, text.find_first_of(kWildcards) == kNone});
-        m_minimum += text.size();
         if (star == kNone)
             return;
         begin = star + 1;
@@ -151,8 +125,7 @@ void LikePattern::choosePrefilter() {
     const std::string_view all = m_folded;
     for (size_t begin = 0; begin < all.size();) {
         size_t end = begin;
-        while (end < all.size() && isAscii(all[end]) && !mayBeComposed(all[end]) &&
-               kWildcards.find(all[end]) == kNone)
+        while (end < all.size() && isAscii(all[end]) && kWildcards.find(all[end]) == kNone)
             ++end;
         if (end - begin > m_prefilter.size())
             m_prefilter = all.substr(begin, end - begin);
@@ -161,19 +134,24 @@ void LikePattern::choosePrefilter() {
 }
 
 bool LikePattern::matches(std::string_view text) {
+    // No text grows more when it is folded.
+    constexpr size_t kMostGrowth = 6;
+    if (text.size() < m_minimum / kMostGrowth)
+        return false;
     if (m_buffer.lowerAscii(text))
         return matchesFolded(m_buffer.view());
-    // Folding changes no ASCII text and makes none but the exceptions, so a run that is missing
-    // here stays missing.
+    // Folding changes no ASCII text and makes none, so a run that is missing here stays missing.
     if (!m_prefilter.empty() && findPlain(m_prefilter, m_buffer.view(), 0) == kNone)
         return false;
     m_buffer.fold(text);
     return matchesFolded(m_buffer.view());
 }
 
-bool LikePattern::matchesFolded(std::string_view text) const {
+bool LikePattern::matchesFolded(std::string_view text) {
     if (text.size() < m_minimum)
         return false;
+    if (m_parts.empty())
+        split();
     if (m_parts.size() > 1)
         return matchesParts(text);
     if (m_parts[0].plain)
@@ -181,14 +159,48 @@ bool LikePattern::matchesFolded(std::string_view text) const {
     return matchForward(m_parts[0].text, text, 0) == text.size();
 }
 
+// Where the first occurrence from a place on ends. Question marks at both ends of the part only count characters.
+size_t LikePattern::findEnd(const Part& part, std::string_view text, size_t from) {
+    if (part.plain)
+        return findCore(part.text, text, from);
+    const size_t first = part.text.find_first_not_of('?');
+    if (first == kNone)
+        return skip(text, from, part.text.size());
+    const size_t last = part.text.find_last_not_of('?');
+    size_t at = skip(text, from, first);
+    if (at != kNone)
+        at = findCore(part.text.substr(first, last - first + 1), text, at);
+    return at == kNone ? kNone : skip(text, at, part.text.size() - last - 1);
+}
+
+size_t LikePattern::findCore(std::string_view core, std::string_view text, size_t from) {
+    // For short texts a search costs more to prepare than it saves.
+    constexpr size_t kMostTried = 4096;
+    if (core.find_first_of("?#") == kNone) {
+        const size_t found = findPlain(core, text, from);
+        return found == kNone ? kNone : found + core.size();
+    }
+    if ((text.size() - from) * core.size() <= kMostTried) {
+        for (size_t at = from; at < text.size(); at += lengthAt(text, at))
+            if (const size_t end = matchForward(core, text, at); end != kNone)
+                return end;
+        return kNone;
+    }
+    if (m_search == nullptr || m_searched.data() != core.data()) {
+        m_search = std::make_unique<LikeSearch>(core);
+        m_searched = core;
+    }
+    return m_search->findEnd(text, from);
+}
+
 // The leftmost place for each part leaves the most room for the parts behind it, so no other place
 // need be tried.
-bool LikePattern::matchesParts(std::string_view text) const {
+bool LikePattern::matchesParts(std::string_view text) {
     size_t at = matchForward(m_parts.front().text, text, 0);
     if (at == kNone || matchBackward(m_parts.back().text, text, at) == kNone)
         return false;
     for (size_t part = 1; part + 1 < m_parts.size(); ++part) {
-        at = findEnd(m_parts[part].text, m_parts[part].plain, text, at);
+        at = findEnd(m_parts[part], text, at);
         if (at == kNone)
             return false;
     }

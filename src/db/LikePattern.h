@@ -1,8 +1,10 @@
 #pragma once
 
 #include "db/FoldBuffer.h"
+#include "db/LikeSearch.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,9 +30,9 @@ LikeShape likeShape(std::string_view pattern);
 // sides are compared in their folded form (base::foldedForComparison), and a character is one of
 // that form; a byte that is not UTF-8 counts as one.
 //
-// A match takes time in proportion to the text, times the length of a part between two * when that
-// holds ? or #. The pattern may come from a user: it may hold anything. Not for use by two threads
-// at once.
+// A match takes time in proportion to the text; where a part between two * holds ? or #, also to a sixty-fourth of that
+// part's length. A text that is too short for the pattern costs nothing. The pattern may come from a user: it may hold
+// anything. Not for use by two threads at once.
 class LikePattern {
 public:
     explicit LikePattern(std::string_view pattern);
@@ -50,16 +52,20 @@ private:
 
     void split();
     void choosePrefilter();
-    bool matchesFolded(std::string_view text) const;
-    bool matchesParts(std::string_view text) const;
+    bool matchesFolded(std::string_view text);
+    bool matchesParts(std::string_view text);
+    size_t findEnd(const Part& part, std::string_view text, size_t from);
+    size_t findCore(std::string_view core, std::string_view text, size_t from);
 
     std::string m_folded;
-    std::vector<Part>
-        m_parts; // one more than there are runs of *; the first and the last may be empty
+    // One more than there are runs of *; the first and the last may be empty. Empty until a text is long enough.
+    std::vector<Part> m_parts;
     std::string_view
         m_prefilter;      // an ASCII run that any matching text holds; "" when there is none
     size_t m_minimum = 0; // bytes that a folded text must have
     FoldBuffer m_buffer;
+    std::unique_ptr<LikeSearch> m_search; // for the part used last that needed one
+    std::string_view m_searched;          // that part
 };
 
 } // namespace discaro::db

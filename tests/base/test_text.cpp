@@ -86,6 +86,45 @@ TEST(Text, TheOrderIsThatOfTheFoldedForms) {
     EXPECT_LT(compareFolded("z", "\xC3\x84"), 0) << "code point order beyond ASCII";
 }
 
+TEST(OrderKey, AnAccentedLetterStandsBehindItsBaseLetter) {
+    EXPECT_LT(orderKey("Azur"), orderKey("\u00e4hnlich"));
+    EXPECT_LT(orderKey("\u00e4hnlich"), orderKey("\u00C4rger"));
+    EXPECT_LT(orderKey("\u00C4rger"), orderKey("B"));
+    EXPECT_EQ(orderKey("A\u0308rger"), orderKey("\u00e4RGER"));
+    EXPECT_EQ(orderKey("README.txt"), "readme.txt");
+    EXPECT_EQ(orderKey("A\xFFZ"), "a\xFFz");
+}
+
+TEST(OrderKey, MarksStandInTheirCanonicalOrder) {
+    EXPECT_EQ(orderKey("s\u0307\u0323"), orderKey("\u1e69"));
+    EXPECT_EQ(orderKey("s\u0323\u0307"), "s\u0323\u0307");
+    EXPECT_EQ(orderKey("\uac01"), "\u1100\u1161\u11a8");
+    std::string marks = "a";
+    for (int i = 0; i < 250000; ++i)
+        marks += i % 2 == 0 ? "\u0301" : "\u0323";
+    EXPECT_EQ(orderKey(marks).size(), marks.size());
+}
+
+TEST(OrderKey, TextsThatAreEqualWhenFoldedHaveTheSameOne) {
+    for (unsigned codePoint = 0x20; codePoint < 0x10000; ++codePoint) {
+        if (codePoint >= 0xD800 && codePoint < 0xE000)
+            continue;
+        const std::string units{static_cast<char>(codePoint), static_cast<char>(codePoint >> 8)};
+        const std::string text = "a" + decodeUtf16Le(units) + "\u0301";
+        ASSERT_EQ(orderKey(text), orderKey(foldedForComparison(text)))
+            << "U+" << std::hex << codePoint;
+    }
+}
+
+TEST(Text, SignsThatOnlyLookLikeAsciiStayAsTheyAre) {
+    for (const char* sign : {"\u212A", "\u037E", "\u1FEF"}) {
+        EXPECT_EQ(foldedForComparison(sign), sign);
+        EXPECT_EQ(orderKey(sign), sign);
+        EXPECT_EQ(foldedForComparison(std::string("E\u0301") + sign + "\u0301"),
+                  std::string("\u00e9") + sign + "\u0301");
+    }
+}
+
 TEST(Text, OnlyBlanksAreTrimmed) {
     EXPECT_EQ(trimBlanks("  a b  "), "a b");
     EXPECT_EQ(trimBlanks("   "), "");

@@ -151,15 +151,14 @@ TEST_F(LikeSql, DecomposedNamesAreFoundByComposedLetters) {
     EXPECT_THAT(names("[file name] like '*\u00c9*'").size(), 3U);
 }
 
-TEST_F(LikeSql, SignsThatComposeToAsciiAreFoundThroughTheIndex) {
-    store({"300K.txt", "300\u212A.txt", "300l.txt", "a;b", "a\u037Eb", "\u1FEFx", "`x", "K",
-           "\u212A\u212A", "kk"});
-    EXPECT_THAT(names("[file name] like '300k.txt'"), ElementsAre("300K.txt", "300\u212A.txt"));
-    EXPECT_THAT(names("[file name] like '300k*'"), ElementsAre("300K.txt", "300\u212A.txt"));
-    EXPECT_THAT(names("[file name] like 'a;b'"), ElementsAre("a;b", "a\u037Eb"));
-    EXPECT_THAT(names("[file name] like '`*'"), ElementsAre("`x", "\u1FEFx"));
-    EXPECT_THAT(names("[file name] like 'kk'"), ElementsAre("kk", "\u212A\u212A"));
-    EXPECT_THAT(names("[file name] like 'k*'"), ElementsAre("K", "kk", "\u212A\u212A"));
+TEST_F(LikeSql, SignsThatOnlyLookLikeAsciiAreSignsOfTheirOwn) {
+    store({"300K.txt", "300\u212A.txt", "a;b", "a\u037Eb", "\u1FEFx", "`x", "\u212A\u212A", "kk"});
+    EXPECT_THAT(names("[file name] like '300k*'"), ElementsAre("300K.txt"));
+    EXPECT_THAT(names("[file name] like '300\u212A*'"), ElementsAre("300\u212A.txt"));
+    EXPECT_THAT(names("[file name] like 'a;b'"), ElementsAre("a;b"));
+    EXPECT_THAT(names("[file name] like '`*'"), ElementsAre("`x"));
+    EXPECT_THAT(names("[file name] like '*kk'"), ElementsAre("kk"));
+    EXPECT_THAT(names("[file name] like '\u212A*'"), ElementsAre("\u212A\u212A"));
 }
 
 TEST_F(LikeSql, LiteralBeginningsEndWhereTheOrderOfNamesDoes) {

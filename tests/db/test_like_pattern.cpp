@@ -39,6 +39,25 @@ bool defined(std::string_view pattern, std::string_view text) {
     return same && defined(pattern.substr(1), text.substr(1));
 }
 
+// Whether folded text begins with a part that holds no *.
+bool beginsWith(std::string_view part, std::string_view text) {
+    for (const char c : part) {
+        if (text.empty() || (c == '#' && (text[0] < '0' || text[0] > '9')))
+            return false;
+        if (c != '?' && c != '#' && c != text[0])
+            return false;
+        text.remove_prefix(c == '?' ? firstLength(text) : 1);
+    }
+    return true;
+}
+
+std::string repeated(std::string_view piece, int times) {
+    std::string text;
+    for (; times > 0; --times)
+        text += piece;
+    return text;
+}
+
 bool definedUnfolded(std::string_view pattern, std::string_view text) {
     return defined(base::foldedForComparison(pattern), base::foldedForComparison(text));
 }
@@ -137,12 +156,14 @@ TEST(LikePattern, ComposedAndDecomposedAreTheSame) {
     EXPECT_TRUE(matches("*e\u0301", "\u00e9"));
 }
 
-TEST(LikePattern, SignsThatComposeToAsciiMatchIt) {
-    EXPECT_TRUE(matches("300 k", "300 \u212A"));
-    EXPECT_TRUE(matches("*k*", "300 \u212A."));
-    EXPECT_TRUE(matches("a;b", "a\u037Eb"));
-    EXPECT_TRUE(matches("`*", "\u1FEFx"));
-    EXPECT_TRUE(matches("\u212A*", "kiosk"));
+TEST(LikePattern, SignsThatOnlyLookLikeAsciiAreSignsOfTheirOwn) {
+    EXPECT_FALSE(matches("300 k", "300 \u212A"));
+    EXPECT_FALSE(matches("*k*", "300 \u212A."));
+    EXPECT_FALSE(matches("a;b", "a\u037Eb"));
+    EXPECT_FALSE(matches("`*", "\u1FEFx"));
+    EXPECT_FALSE(matches("\u212A*", "kiosk"));
+    EXPECT_TRUE(matches("300 ?", "300 \u212A"));
+    EXPECT_TRUE(matches("*\u212A\u0327\u0301", "\u212A\u0301\u0327"));
 }
 
 TEST(LikePattern, BrokenTextIsComparedByByte) {
@@ -223,6 +244,67 @@ TEST(LikePattern, ManyStarsDoNotMultiplyTheWork) {
     EXPECT_FALSE(matches(pattern + "*b*", text));
 }
 
+TEST(LikePattern, LongPartsWithWildcardsMatchAsDefined) {
+    constexpr std::array<std::string_view, 7> kPattern = {"a", "a", "b", "?", "?", "#", "\u00e9"};
+    constexpr std::array<std::string_view, 8> kText = {"a", "a",      "a",      "b",
+                                                       "1", "\u00e9", "\u65e5", "\xC3"};
+    std::mt19937 random(4);
+    size_t matching = 0;
+    for (int round = 0; round < 3000; ++round) {
+        std::string text;
+        while (text.size() < 700)
+            text += kText[random() % kText.size()];
+        // Cut from the text and made vague, so that it is found about as often as not.
+        std::string part = randomText(random, kPattern, 3);
+        size_t place = random() % 600;
+        while ((static_cast<unsigned char>(text[place]) & 0xC0) == 0x80)
+            ++place;
+        for (const size_t end = place + random() % 150; place < end && place < text.size();) {
+            const size_t length = firstLength(std::string_view(text).substr(place));
+            part += random() % 3 == 0 ? "?" : text.substr(place, length);
+            place += length;
+        }
+        const std::string pattern = "*" + part + "*";
+        bool expected = false;
+        const std::string folded = base::foldedForComparison(text);
+        for (size_t at = 0; at < folded.size() && !expected;
+             at += firstLength(std::string_view(folded).substr(at)))
+            expected =
+                beginsWith(base::foldedForComparison(part), std::string_view(folded).substr(at));
+        matching += expected ? 1 : 0;
+        ASSERT_EQ(matches(pattern, text), expected) << pattern << " like " << text;
+    }
+    EXPECT_GT(matching, 300U);
+    EXPECT_LT(matching, 2700U);
+}
+
+// These would take minutes if every place were tried by itself.
+TEST(LikePattern, NoPatternMultipliesTheWork) {
+    const std::string text(1 << 20, 'a');
+    const std::string other = repeated("\u0439", 1 << 19);
+    const std::string wild(10000, '?');
+    const std::string as(5000, 'a');
+    for (const std::string& pattern :
+         {"*" + wild + "b*", "*" + wild + "#*", "*b" + wild + "*", "*" + as + "?" + as + "b*",
+          "*" + as + "#" + as + "*", "*" + repeated("a?", 5000) + "b*",
+          "*" + repeated("?a", 5000) + "#*", "*" + repeated("a?*", 3000) + "b?*",
+          "*" + repeated("\u0439?", 3000) + "b*"}) {
+        EXPECT_FALSE(matches(pattern, text)) << pattern.substr(0, 20);
+        EXPECT_FALSE(matches(pattern, other)) << pattern.substr(0, 20);
+    }
+    EXPECT_TRUE(matches("*" + wild + "*", text));
+    EXPECT_TRUE(matches("*" + wild + "a*", text));
+    EXPECT_TRUE(matches("*" + as + "?" + as + "*", text));
+    EXPECT_TRUE(matches("*" + repeated("?\u0439", 3000) + "*", other));
+}
+
+TEST(LikePattern, APatternLongerThanTheTextIsNotTried) {
+    LikePattern pattern("*" + std::string(16 << 20, 'a') + "?*");
+    for (int round = 0; round < 1000000; ++round)
+        ASSERT_FALSE(pattern.matches("a file's name.txt"));
+    EXPECT_TRUE(matches("*\u0958?*", "\u0958\u0958")) << "folding makes this text longer";
+}
+
 TEST(LikeShape, TheHeadEndsAtTheFirstWildcard) {
     const LikeShape prefix = likeShape("C12D1S*");
     EXPECT_EQ(prefix.head, "c12d1s");
@@ -240,7 +322,7 @@ TEST(LikeShape, TheAsciiHeadStopsBeforeALetterThatComposes) {
     EXPECT_EQ(likeShape("caf\u00e9*").asciiHead, 3U);
     EXPECT_EQ(likeShape("cafe\u0301*").asciiHead, 3U);
     EXPECT_EQ(likeShape(std::string_view("ab\0c", 4)).asciiHead, 2U);
-    EXPECT_EQ(likeShape("300\u212A").head, "300k");
+    EXPECT_EQ(likeShape("300\u212A").asciiHead, 3U);
 }
 
 } // namespace discaro::db::test
