@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/RowTaker.h"
 #include "db/Statement.h"
 
 #include <cstdint>
@@ -16,6 +17,21 @@ namespace discaro::db {
 class Connection {
 public:
     enum class Mode { ReadOnly, ReadWrite };
+
+    // Within its scope the SQL functions of RowTaker.h hand their rows to the taker.
+    class TakerScope {
+    public:
+        TakerScope(Connection& connection, RowTaker& taker)
+            : m_connection(connection) {
+            connection.m_taker = &taker;
+        }
+        ~TakerScope() { m_connection.m_taker = nullptr; }
+        TakerScope(const TakerScope&) = delete;
+        TakerScope& operator=(const TakerScope&) = delete;
+
+    private:
+        Connection& m_connection;
+    };
 
     // Opens a file that exists and sets the store's ways: rollback journal, full synchronisation,
     // foreign keys, the cache, a short wait for other programs' locks, a distrust of what a damaged
@@ -57,6 +73,7 @@ private:
     void configure(Mode mode);
 
     int m_lockWait; // milliseconds
+    RowTaker* m_taker = nullptr;
     std::unique_ptr<sqlite3, Closer> m_handle;
 };
 

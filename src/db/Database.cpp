@@ -47,13 +47,17 @@ RowQuery rowsOf(Store& store, Query& query) {
     Table& table = store.table(*query.table);
     const bool whole = query.columns == table.layout->columns;
     auto layout = whole ? table.layout : partLayout(*query.table, std::move(query.columns));
-    return {&table, std::move(layout), std::move(query.where), std::move(query.orderBy),
-            std::move(query.bindings)};
+    return {&table,
+            std::move(layout),
+            std::move(query.where),
+            std::move(query.order),
+            std::move(query.bindings),
+            std::move(query.condition)};
 }
 
 std::unique_ptr<RowSource> sourceOf(Store& store, RowQuery query, RecordsetType type) {
     const bool snapshot = type == RecordsetType::Snapshot;
-    if (snapshot || !query.orderBy.empty())
+    if (snapshot || !query.order.empty())
         return std::make_unique<KeySource>(store, std::move(query), KeySource::Growth::Fixed);
     if (!query.wholeTable() &&
         store.sorts(query.layout->select + query.filter() + " ORDER BY rowid"))

@@ -13,13 +13,7 @@ namespace {
 using base::ErrorNumber;
 using base::RuntimeError;
 
-constexpr size_t kMaxLength = 65536;
 constexpr size_t kMaxSortTerms = 64;
-
-void checkLength(std::string_view text) {
-    if (text.size() > kMaxLength)
-        throw RuntimeError(ErrorNumber::SyntaxError, "the text is too long");
-}
 
 Query wholeTable(const TableDef& table) {
     Query query;
@@ -44,7 +38,7 @@ std::string_view withoutBrackets(std::string_view text) {
     if (!tokens.is(Symbol::End))
         tokens.fail();
     throw RuntimeError(ErrorNumber::UnknownTable,
-                       withoutBrackets(base::trimBlanks(tokens.source())));
+                       shownOnError(withoutBrackets(base::trimBlanks(tokens.source()))));
 }
 
 // The catalogue is named by its bare file name; where it lies is the data source's business.
@@ -53,7 +47,7 @@ std::string takeExternalFile(Tokenizer& tokens) {
     if (name.empty())
         tokens.fail();
     if (name.find_first_of(std::string_view("/\\\0", 3)) != std::string::npos)
-        throw RuntimeError(ErrorNumber::NotAllowed, name);
+        throw RuntimeError(ErrorNumber::NotAllowed, shownOnError(name));
     return name;
 }
 
@@ -62,7 +56,7 @@ void parseFrom(Tokenizer& tokens, const Schema& schema, Query& query) {
     const std::string_view name = tokens.takeName();
     query.table = schema.find(name);
     if (query.table == nullptr)
-        throw RuntimeError(ErrorNumber::UnknownTable, name);
+        throw RuntimeError(ErrorNumber::UnknownTable, shownOnError(name));
     if (tokens.is(Keyword::In))
         query.externalFile = takeExternalFile(tokens);
 }
@@ -71,6 +65,7 @@ void parseCondition(Tokenizer& tokens, Query& query) {
     DialectSql sql;
     sql.text.reserve(128);
     ConditionParser(tokens, *query.table, sql).parse();
+    query.condition = {sql.fields, sql.lean(), std::move(sql.searches)};
     query.where = std::move(sql.text);
     query.bindings = std::move(sql.bindings);
 }
@@ -99,21 +94,17 @@ int takeSortField(Tokenizer& tokens, const TableDef& table) {
     return takeField(tokens, table);
 }
 
-std::string parseSortTerms(Tokenizer& tokens, const TableDef& table) {
-    DialectSql sql;
-    size_t terms = 0;
+std::vector<SortTerm> parseSortTerms(Tokenizer& tokens, const TableDef& table) {
+    std::vector<SortTerm> terms;
     do {
-        if (++terms > kMaxSortTerms)
+        if (terms.size() == kMaxSortTerms)
             throw RuntimeError(ErrorNumber::SyntaxError, "too many fields to sort by");
-        if (terms > 1)
-            sql.text += ", ";
-        sql.name(table.fields[static_cast<size_t>(takeSortField(tokens, table))].name);
-        if (tokens.take(Keyword::Desc))
-            sql.text += " DESC";
-        else
+        terms.push_back({takeSortField(tokens, table)});
+        terms.back().descending = tokens.take(Keyword::Desc);
+        if (!terms.back().descending)
             tokens.take(Keyword::Asc);
     } while (tokens.take(Symbol::Comma));
-    return std::move(sql.text);
+    return terms;
 }
 
 void parseOrderBy(Tokenizer& tokens, Query& query) {
@@ -123,7 +114,7 @@ void parseOrderBy(Tokenizer& tokens, Query& query) {
         throw RuntimeError(ErrorNumber::NotAllowed, "an order of sums");
     tokens.advance();
     tokens.expect(Keyword::By);
-    query.orderBy = parseSortTerms(tokens, *query.table);
+    query.order = parseSortTerms(tokens, *query.table);
 }
 
 Query parseSelect(Tokenizer& tokens, const Schema& schema) {
@@ -149,7 +140,7 @@ Query parseDelete(Tokenizer& tokens, const Schema& schema) {
     }
     parseFrom(tokens, schema, query);
     if (!qualifier.empty() && !base::equalAscii(qualifier, query.table->name))
-        throw RuntimeError(ErrorNumber::NotAllowed, qualifier);
+        throw RuntimeError(ErrorNumber::NotAllowed, shownOnError(qualifier));
     parseWhere(tokens, query);
     tokens.expectEnd();
     return query;
@@ -158,7 +149,6 @@ Query parseDelete(Tokenizer& tokens, const Schema& schema) {
 } // namespace
 
 Query parseStatement(std::string_view text, const Schema& schema) {
-    checkLength(text);
     if (const TableDef* table = schema.find(withoutBrackets(base::trimBlanks(text))))
         return wholeTable(*table);
     Tokenizer tokens(text);
@@ -170,7 +160,6 @@ Query parseStatement(std::string_view text, const Schema& schema) {
 }
 
 Query parseCriterion(std::string_view text, const TableDef& table) {
-    checkLength(text);
     Tokenizer tokens(text);
     Query query;
     query.table = &table;
@@ -179,14 +168,25 @@ Query parseCriterion(std::string_view text, const TableDef& table) {
     return query;
 }
 
-std::string parseSort(std::string_view text, const TableDef& table) {
-    checkLength(text);
+std::vector<SortTerm> parseSort(std::string_view text, const TableDef& table) {
     Tokenizer tokens(text);
     if (tokens.is(Symbol::End))
         return {};
-    std::string terms = parseSortTerms(tokens, table);
+    std::vector<SortTerm> terms = parseSortTerms(tokens, table);
     tokens.expectEnd();
     return terms;
+}
+
+std::string orderSql(const std::vector<SortTerm>& terms, const TableDef& table) {
+    DialectSql sql;
+    for (const SortTerm& term : terms) {
+        const FieldDef& field = table.fields[static_cast<size_t>(term.field)];
+        sql.text += sql.text.empty() ? "" : ", ";
+        sql.text += isText(field.type) ? "discaro_order(" : "+(";
+        sql.name(field.name);
+        sql.text += term.descending ? ") DESC" : ")";
+    }
+    return std::move(sql.text);
 }
 
 } // namespace discaro::db

@@ -20,10 +20,6 @@ constexpr int kMaxStack = 85;
 constexpr int kMaxHeight = 950;
 constexpr size_t kMaxBindings = 5000;
 
-bool isText(FieldType type) {
-    return type == FieldType::Text || type == FieldType::LongText || type == FieldType::Date;
-}
-
 std::string_view sqlOf(Symbol operation) {
     switch (operation) {
     case Symbol::Equal:
@@ -60,7 +56,7 @@ Value numberIn(const std::string& whole) {
     if (negative || (!text.empty() && text[0] == '+'))
         text.remove_prefix(1);
     if (text.empty() || numberLength(text) != text.size())
-        throw RuntimeError(ErrorNumber::DataTypeConversion, whole);
+        throw RuntimeError(ErrorNumber::DataTypeConversion, shownOnError(whole));
     return numberOfDigits(text, negative);
 }
 
@@ -100,17 +96,20 @@ int takeField(Tokenizer& tokens, const TableDef& table) {
         const std::string_view qualifier = name;
         name = tokens.takeName();
         if (!base::equalAscii(qualifier, table.name))
-            throw RuntimeError(ErrorNumber::UnknownField,
-                               std::string(qualifier) + "." + std::string(name));
+            throw RuntimeError(
+                ErrorNumber::UnknownField,
+                std::string(shownOnError(qualifier)).append(".").append(shownOnError(name)));
     }
     const int position = table.find(name);
     if (position < 0)
-        throw RuntimeError(ErrorNumber::UnknownField, name);
+        throw RuntimeError(ErrorNumber::UnknownField, shownOnError(name));
     return position;
 }
 
 void ConditionParser::parse() {
     const SqlPart whole = parseOr();
+    if (whole.rank == Rank::Or)
+        m_out.searches.clear();
     if (whole.stack > kMaxStack || whole.height > kMaxHeight)
         throw RuntimeError(ErrorNumber::SyntaxError, "too many conditions");
 }
@@ -144,9 +143,11 @@ SqlPart ConditionParser::parseNot() {
         odd = !odd;
     if (!odd)
         return parseParentheses();
+    const size_t searches = m_out.searches.size();
     ++m_negations;
     const SqlPart part = parseParentheses();
     --m_negations;
+    m_out.searches.resize(searches);
     return negated(part);
 }
 
@@ -156,7 +157,9 @@ SqlPart ConditionParser::parseParentheses() {
     if (++m_nesting > kMaxNesting)
         throw RuntimeError(ErrorNumber::SyntaxError, "too many open parentheses");
     m_tokens.advance();
+    const size_t searches = m_out.searches.size();
     const SqlPart part = parseOr();
+    m_out.searches.resize(searches);
     m_tokens.expect(Symbol::RightParenthesis);
     --m_nesting;
     return part;
@@ -174,9 +177,11 @@ SqlPart ConditionParser::parseComparison() {
     } else if (m_tokens.take(Keyword::Is)) {
         part = parseIs(*left.field);
     } else if (m_tokens.take(Keyword::Not)) {
+        const size_t searches = m_out.searches.size();
         ++m_negations;
         part = negated(parsePredicate(*left.field));
         --m_negations;
+        m_out.searches.resize(searches);
     } else {
         part = parsePredicate(*left.field);
     }
@@ -212,14 +217,18 @@ SqlPart ConditionParser::parseIn(const FieldDef& field) {
     }
     m_tokens.expect(Symbol::RightParenthesis);
     m_out.text += ')';
+    m_out.noteSearch(begin);
     return {begin};
 }
 
 SqlPart ConditionParser::parseBetween(const FieldDef& field) {
+    const size_t searches = m_out.searches.size();
     const SqlPart lower = compare({&field, {}}, Symbol::GreaterEqual, {nullptr, takeConstant()});
     m_tokens.expect(Keyword::And);
     m_out.text += " AND ";
     const SqlPart upper = compare({&field, {}}, Symbol::LessEqual, {nullptr, takeConstant()});
+    m_out.searches.resize(searches);
+    m_out.noteSearch(lower.begin);
     return joined(lower, upper, Rank::And);
 }
 
@@ -231,6 +240,8 @@ SqlPart ConditionParser::compare(const Operand& left, Symbol operation, const Op
     const FieldDef* field = left.field != nullptr ? left.field : right.field;
     if (field == nullptr || isText(field->type))
         m_out.text += " COLLATE NOCASE";
+    if ((left.field == nullptr) != (right.field == nullptr) && operation != Symbol::NotEqual)
+        m_out.noteSearch(begin);
     return {begin};
 }
 
@@ -245,8 +256,11 @@ void ConditionParser::writeOperand(const Operand& operand, const FieldDef* other
 
 ConditionParser::Operand ConditionParser::takeOperand() {
     Operand operand;
-    if (!takeLiteral(operand.constant))
-        operand.field = &m_table.fields[static_cast<size_t>(takeField(m_tokens, m_table))];
+    if (takeLiteral(operand.constant))
+        return operand;
+    const auto position = static_cast<size_t>(takeField(m_tokens, m_table));
+    operand.field = &m_table.fields[position];
+    m_out.fields |= uint64_t{1} << position;
     return operand;
 }
 
@@ -292,7 +306,7 @@ bool ConditionParser::takeNumber(Value& number) {
 SqlPart ConditionParser::negated(SqlPart part) {
     if (part.rank < Rank::Not)
         wrap(m_out, part);
-    m_out.text.insert(part.begin, "NOT ");
+    m_out.insert(part.begin, "NOT ");
     part.rank = Rank::Not;
     ++part.stack;
     ++part.height;

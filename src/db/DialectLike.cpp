@@ -12,23 +12,6 @@ namespace discaro::db {
 
 namespace {
 
-// Characters outside ASCII that composition turns into an ASCII one, so that a stored text may
-// begin otherwise than its folded form: the sign for kelvin, the Greek question mark, the Greek
-// accent varia.
-struct Stranger {
-    char folded;
-    std::string_view stored;
-};
-constexpr std::array kStrangers = {
-    Stranger{'k', "\u212A"},
-    Stranger{';', "\u037E"},
-    Stranger{'`', "\u1FEF"},
-};
-
-// More than this many places for a stranger in the beginning of a pattern do not narrow the search
-// any further.
-constexpr size_t kMaxStrangers = 3;
-
 // Numbers of discs, directories and files, in the tables and wherever one refers to another. The
 // program composes them itself, from ASCII letters and digits, so that composition never changes
 // them.
@@ -39,13 +22,6 @@ bool isIdentifier(const FieldDef& field) {
         if (base::equalAscii(name, field.name))
             return true;
     return false;
-}
-
-const Stranger* strangerFor(char folded) {
-    for (const Stranger& stranger : kStrangers)
-        if (stranger.folded == folded)
-            return &stranger;
-    return nullptr;
 }
 
 // The least text, in the order of the NOCASE collation, behind all texts that begin with the folded
@@ -134,8 +110,11 @@ std::optional<int64_t> integerOf(const Value& pattern) {
 
 SqlPart writeIntegerLike(DialectSql& out, const FieldDef& field, const Value& pattern,
                          bool negated) {
-    if (const auto number = integerOf(pattern))
-        return writeComparison(out, field, " = ", *number);
+    if (const auto number = integerOf(pattern)) {
+        const SqlPart part = writeComparison(out, field, " = ", *number);
+        out.noteSearch(part.begin);
+        return part;
+    }
     if (std::string text = textOf(pattern); hasWildcard(text))
         return writeFunction(out, field, std::move(text));
     return writeNever(out, field, negated);
@@ -147,75 +126,32 @@ SqlPart writeRange(DialectSql& out, const FieldDef& field, std::string prefix) {
     out.text += " COLLATE NOCASE AND ";
     const SqlPart upper = writeComparison(out, field, " < ", std::move(end));
     out.text += " COLLATE NOCASE";
+    out.noteSearch(lower.begin);
     return joined(lower, upper, Rank::And);
 }
 
 SqlPart writeEqual(DialectSql& out, const FieldDef& field, std::string text) {
     const SqlPart part = writeComparison(out, field, " = ", std::move(text));
     out.text += " COLLATE NOCASE";
+    out.noteSearch(part.begin);
     return part;
 }
 
-// How a pattern is searched in an index: the texts that begin with `prefix`, or are it.
-struct Search {
-    std::string prefix;            // folded, ASCII
-    std::vector<size_t> strangers; // places in the prefix that a stranger may hold
-    bool whole = false;            // equality instead of a range
-    bool exact = false;            // the search finds nothing that does not match
-};
-
-Search searchOf(const LikeShape& shape, const FieldDef& field) {
-    Search search;
-    search.prefix = shape.head.substr(0, shape.asciiHead);
-    const bool cut = search.prefix.size() < shape.head.size();
-    search.whole = !cut && shape.rest == LikeShape::Rest::Nothing;
-    search.exact = search.whole;
-    if (isIdentifier(field)) {
-        search.exact = search.whole || (!cut && shape.rest == LikeShape::Rest::Anything);
-        return search;
-    }
-    for (size_t at = 0; at < search.prefix.size(); ++at) {
-        if (strangerFor(search.prefix[at]) == nullptr)
-            continue;
-        search.exact = false;
-        if (search.strangers.size() == kMaxStrangers) {
-            search.prefix.resize(at);
-            search.whole = false;
-            break;
-        }
-        search.strangers.push_back(at);
-    }
-    return search;
-}
-
-SqlPart writeSearch(DialectSql& out, const FieldDef& field, const Search& search) {
-    if (search.whole)
-        return writeEqual(out, field, search.prefix);
-    return writeRange(out, field, search.prefix);
-}
-
-// One branch for texts without a stranger and one for each place where the first stranger may stand.
-SqlPart writeBranches(DialectSql& out, const FieldDef& field, const Search& search) {
-    SqlPart part = writeSearch(out, field, search);
-    for (const size_t place : search.strangers) {
-        out.text += " OR ";
-        const Stranger* stranger = strangerFor(search.prefix[place]);
-        std::string prefix = search.prefix.substr(0, place).append(stranger->stored);
-        part = joined(part, writeRange(out, field, std::move(prefix)), Rank::Or);
-    }
-    if (part.rank == Rank::Or)
-        wrap(out, part);
-    return part;
-}
-
+// An index search where the beginning allows one. A character of the folded beginning that is ASCII is so in the stored
+// text too; but the last one may be composed with a mark behind it.
 SqlPart writeTextLike(DialectSql& out, const FieldDef& field, std::string pattern) {
-    const Search search = searchOf(likeShape(pattern), field);
-    if (search.prefix.empty() && !search.exact)
+    const LikeShape shape = likeShape(pattern);
+    const bool cut = shape.asciiHead < shape.head.size();
+    std::string prefix = shape.head.substr(0, shape.asciiHead);
+    if (!cut && shape.rest == LikeShape::Rest::Nothing)
+        return writeEqual(out, field, std::move(prefix));
+    if (prefix.empty())
         return writeFunction(out, field, std::move(pattern));
-    const SqlPart part = writeBranches(out, field, search);
-    if (search.exact)
+    const SqlPart part = writeRange(out, field, std::move(prefix));
+    if (!cut && shape.rest == LikeShape::Rest::Anything && isIdentifier(field))
         return part;
     out.text += " AND ";
+    out.spare.push_back({part.begin, out.text.size()});
     return joined(part, writeFunction(out, field, std::move(pattern)), Rank::And);
 }
 

@@ -68,21 +68,22 @@ SelectItem takeItem(Tokenizer& tokens) {
 
 void checkQualifier(const SelectItem& item, const TableDef& table) {
     if (!item.qualifier.empty() && !base::equalAscii(item.qualifier, table.name))
-        throw RuntimeError(ErrorNumber::UnknownField,
-                           std::string(item.qualifier) + "." + std::string(item.field));
+        throw RuntimeError(
+            ErrorNumber::UnknownField,
+            std::string(shownOnError(item.qualifier)).append(".").append(shownOnError(item.field)));
 }
 
 int positionOf(const SelectItem& item, const TableDef& table) {
     const int position = table.find(item.field);
     if (position < 0)
-        throw RuntimeError(ErrorNumber::UnknownField, item.field);
+        throw RuntimeError(ErrorNumber::UnknownField, shownOnError(item.field));
     return position;
 }
 
 void addColumn(const SelectItem& item, Query& query) {
     checkQualifier(item, *query.table);
     if (!item.alias.empty())
-        throw RuntimeError(ErrorNumber::NotAllowed, item.alias);
+        throw RuntimeError(ErrorNumber::NotAllowed, shownOnError(item.alias));
     if (item.all)
         selectAll(query);
     else
@@ -106,7 +107,7 @@ Query::Sum resolveSum(const SelectItem& item, const TableDef& table) {
     const Function* function = findFunction(item.function);
     if (function == nullptr)
         throw RuntimeError(ErrorNumber::SyntaxError,
-                           "there is no function " + std::string(item.function));
+                           "there is no function " + std::string(shownOnError(item.function)));
     checkQualifier(item, table);
     if (item.all)
         return countOfRows(*function, item);

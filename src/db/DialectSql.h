@@ -2,6 +2,7 @@
 
 #include "db/Value.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,12 +13,30 @@ namespace discaro::db {
 struct DialectSql {
     std::string text;
     std::vector<Value> bindings;
+    uint64_t fields = 0;               // those named so far: bit 0 for field 0
+    std::vector<std::string> searches; // parts that all rows must meet and that an index may serve
+
+    // A stretch of the text that a reading of the whole table can go without.
+    struct Spare {
+        size_t begin;
+        size_t end;
+    };
+    std::vector<Spare> spare;
 
     // Appends a name of the schema, quoted.
     void name(std::string_view canonicalName);
 
     // Keeps the constant and appends its placeholder.
     void constant(Value value);
+
+    // Puts something in front of what stands at a place.
+    void insert(size_t at, std::string_view more);
+
+    // The text without what can be spared.
+    std::string lean() const;
+
+    // Notes what stands from a place on as one of the searches.
+    void noteSearch(size_t begin) { searches.push_back(text.substr(begin)); }
 };
 
 // How tightly the outermost operator of an expression binds, loosest first.

@@ -2,7 +2,9 @@
 
 #include "base/RuntimeError.h"
 #include "base/Text.h"
+#include "db/Utf8Step.h"
 
+#include <algorithm>
 #include <array>
 
 namespace discaro::db {
@@ -109,6 +111,14 @@ size_t numberLength(std::string_view text) {
             end = exponentEnd;
     }
     return end;
+}
+
+std::string_view shownOnError(std::string_view text) {
+    size_t end = std::min(text.size(), kShownOnError);
+    if (end < text.size())
+        while (end > 0 && isContinuation(text[end]))
+            --end;
+    return text.substr(0, end);
 }
 
 std::string unquoted(const Token& token, std::string_view source) {
@@ -250,15 +260,9 @@ std::string Tokenizer::takeFileName() {
 }
 
 void Tokenizer::fail() const {
-    std::string_view rest = m_source.substr(m_current.begin);
+    const std::string_view rest = shownOnError(m_source.substr(m_current.begin));
     if (rest.empty())
         throw base::RuntimeError(base::ErrorNumber::SyntaxError, "the text ends too early");
-    if (rest.size() > kShownOnError) {
-        size_t end = kShownOnError;
-        while (end > 0 && (static_cast<unsigned char>(rest[end]) & 0xC0) == 0x80)
-            --end;
-        rest = rest.substr(0, end);
-    }
     throw base::RuntimeError(base::ErrorNumber::SyntaxError, "near " + std::string(rest));
 }
 

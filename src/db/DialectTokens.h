@@ -107,6 +107,9 @@ private:
 // optional exponent. 0 when there is none.
 size_t numberLength(std::string_view text);
 
+// As much of a text as an error's description shows.
+std::string_view shownOnError(std::string_view text);
+
 // A string's contents with its doubled quotes made single.
 std::string unquoted(const Token& token, std::string_view source);
 

@@ -1,6 +1,7 @@
 #include "db/KeySource.h"
 
 #include "base/RuntimeError.h"
+#include "db/RowOrder.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -19,15 +20,20 @@ void KeySource::append(Statement& statement) {
 }
 
 void KeySource::collect() {
-    const std::string order = ascending() ? "rowid" : m_query.orderBy;
-    const auto statement =
-        m_store.statement("SELECT rowid" + m_query.from() + " ORDER BY " + order);
+    if (ascending())
+        collectAscending();
+    else
+        m_numbers = numbersInOrder(m_store, m_query);
+    m_seenInserted = m_query.table->inserted;
+    m_seenDeleted = m_query.table->deleted;
+}
+
+void KeySource::collectAscending() {
+    const auto statement = m_store.statement("SELECT rowid" + m_query.from() + " ORDER BY rowid");
     const StatementRun run(*statement);
     bindQuery(*run);
     m_numbers.clear();
     append(*run);
-    m_seenInserted = m_query.table->inserted;
-    m_seenDeleted = m_query.table->deleted;
 }
 
 void KeySource::follow() {

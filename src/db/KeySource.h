@@ -35,6 +35,7 @@ protected:
 
 private:
     void collect();
+    void collectAscending();
     void follow();
     void followDeletions();
     void append(Statement& statement);
@@ -42,7 +43,7 @@ private:
     void standBehind(size_t index);
     bool findAscending(Statement& matches);
     bool findInOrder(Statement& matches);
-    bool ascending() const { return m_query.orderBy.empty(); }
+    bool ascending() const { return m_query.order.empty(); }
 
     Growth m_growth;
     std::vector<int64_t> m_numbers;

@@ -251,7 +251,7 @@ std::unique_ptr<Recordset> Recordset::OpenRecordset() {
     if (isAggregate())
         throw RuntimeError(ErrorNumber::NotAllowed);
     RowQuery query = m_rows->query();
-    query.orderBy = m_sort;
+    query.order = m_sort;
     return m_database->openRows(m_store, std::move(query), m_type);
 }
 

@@ -2,6 +2,7 @@
 
 #include "db/EditBuffer.h"
 #include "db/Field.h"
+#include "db/Schema.h"
 
 #include <cstdint>
 #include <functional>
@@ -156,7 +157,7 @@ private:
     std::shared_ptr<RowWriter> m_writer;
     std::vector<Field> m_fields;
     EditBuffer m_edit;
-    std::string m_sort; // as SQL
+    std::vector<SortTerm> m_sort;
     RecordsetType m_type;
     bool m_noMatch = false;
 };

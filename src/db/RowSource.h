@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/Dialect.h"
 #include "db/RowWindow.h"
 #include "db/Store.h"
 #include "db/Table.h"
@@ -16,11 +17,12 @@ namespace discaro::db {
 
 // Which rows of a table a recordset holds, and in which order.
 struct RowQuery {
-    Table* table;
+    Table* table = nullptr;
     std::shared_ptr<const RecordLayout> layout;
-    std::string where;   // SQL with ?1 ?2 ..., or ""
-    std::string orderBy; // SQL terms, or "" for insertion order
+    std::string where;           // SQL with ?1 ?2 ..., or ""
+    std::vector<SortTerm> order; // empty for insertion order
     std::vector<Value> bindings;
+    ConditionFacts condition;
 
     bool wholeTable() const { return where.empty(); }
     // " FROM table WHERE ..." with the condition, a further one, or both.

@@ -4,6 +4,10 @@
 
 namespace discaro::db {
 
+bool isText(FieldType type) {
+    return type == FieldType::Text || type == FieldType::LongText || type == FieldType::Date;
+}
+
 int TableDef::find(std::string_view fieldName) const {
     for (size_t at = 0; at < fields.size(); ++at)
         if (base::equalAscii(fields[at].name, fieldName))

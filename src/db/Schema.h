@@ -9,6 +9,9 @@ namespace discaro::db {
 // Integer holds 64 bits. LongText is text without a width.
 enum class FieldType { Integer, Double, Text, LongText, Boolean, Date };
 
+// Whether fields of this type are compared and ordered as texts, without regard to case.
+bool isText(FieldType type);
+
 struct FieldDef {
     std::string name;
     FieldType type;
@@ -22,6 +25,13 @@ struct TableDef {
 
     // The position of the field, -1 when the table has none of that name.
     int find(std::string_view name) const;
+};
+
+// A part of an order.
+struct SortTerm {
+    int field; // its position in the table
+    bool descending = false;
+    bool operator==(const SortTerm&) const = default;
 };
 
 struct Schema {

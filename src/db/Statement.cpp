@@ -76,9 +76,9 @@ void Statement::bind(int parameter, const Value& value) {
 }
 
 void Statement::bindAll(std::span<const Value> values) {
-    int parameter = 1;
-    for (const Value& value : values)
-        bind(parameter++, value);
+    const int wanted = sqlite3_bind_parameter_count(m_statement);
+    for (int at = 0; at < std::min(wanted, static_cast<int>(values.size())); ++at)
+        bind(at + 1, values[static_cast<size_t>(at)]);
 }
 
 bool Statement::step() {

@@ -28,7 +28,7 @@ public:
     void bind(int parameter, double number);
     void bind(int parameter, std::string_view text);
     void bind(int parameter, const Value& value);
-    // Binds parameters 1 and on.
+    // Binds parameters 1 and on, as many as the statement has.
     void bindAll(std::span<const Value> values);
 
     // True when it stands on a row, false at the end.

@@ -77,14 +77,16 @@ std::shared_ptr<Statement> Store::prepare(std::string_view sql) {
     return std::make_shared<Statement>(m_connection.handle(), sql);
 }
 
-bool Store::sorts(const std::string& sql) {
-    if (const auto known = m_sorting.find(sql); known != m_sorting.end())
+const std::string& Store::plan(const std::string& sql) {
+    if (const auto known = m_plans.find(sql); known != m_plans.end())
         return known->second;
-    if (m_sorting.size() >= kMostPlans)
-        m_sorting.clear();
-    const bool sorts = m_connection.plan(sql).find("USE TEMP B-TREE") != std::string::npos;
-    m_sorting.emplace(sql, sorts);
-    return sorts;
+    if (m_plans.size() >= kMostPlans)
+        m_plans.clear();
+    return m_plans.emplace(sql, m_connection.plan(sql)).first->second;
+}
+
+bool Store::sorts(const std::string& sql) {
+    return plan(sql).find("USE TEMP B-TREE") != std::string::npos;
 }
 
 void Store::beginWrite() {

@@ -43,7 +43,9 @@ public:
     std::shared_ptr<Statement> statement(std::string_view sql) { return m_statements.get(sql); }
     std::shared_ptr<Statement> prepare(std::string_view sql);
     const StatementCache& statements() const { return m_statements; }
-    // Whether SQLite would sort to run the query. Remembered by the text.
+    // SQLite's words on how it would run the query, one line a step. Remembered by the text.
+    const std::string& plan(const std::string& sql);
+    // Whether it would sort.
     bool sorts(const std::string& sql);
 
     // Runs a write: refuses it on a read-only file and in a lost transaction, makes it part of an open one, and undoes
@@ -80,7 +82,7 @@ private:
     bool m_updatable;
     Connection m_connection;
     StatementCache m_statements;
-    std::unordered_map<std::string, bool> m_sorting;
+    std::unordered_map<std::string, std::string> m_plans;
     Schema m_schema;
     std::vector<Table> m_tables; // in the schema's order
     int64_t m_dataVersion = 0;

@@ -5,7 +5,9 @@
 
 namespace discaro::db::test {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 
 namespace {
@@ -73,14 +75,6 @@ TEST_F(Plans, ARowIsFoundByItsNumber) {
                 HasSubstr("TagKeys (Prog ID=?)"));
 }
 
-TEST_F(Plans, AFixedBeginningIsARangeInTheOrderOfNames) {
-    const std::string plan =
-        m_store.plan("SELECT files.*  FROM Files IN kvt.mde where [id number] like '*'and [file "
-                     "name] like 'read*'  Order by [file name]");
-    EXPECT_THAT(plan, HasSubstr("FileNames (file name>? AND file name<?)"));
-    EXPECT_THAT(plan, Not(HasSubstr("TEMP B-TREE")));
-}
-
 TEST_F(Plans, ANameWithoutWildcardsIsAnEquality) {
     EXPECT_EQ(where("Files", "[file name] like 'Setup.exe'"), "\"file name\" = ?1 COLLATE NOCASE");
     EXPECT_THAT(m_store.planOfCriterion("Files", "[file name] like 'Setup.exe'"),
@@ -91,21 +85,50 @@ TEST_F(Plans, ANameWithoutWildcardsIsAnEquality) {
                 HasSubstr("(file name=?)"));
 }
 
-TEST_F(Plans, LettersThatOtherSignsComposeToStayIndexed) {
-    for (const char* pattern : {"book", "kiosk", "k;`k;k*", "book*", "k*.txt", "k?"}) {
+TEST_F(Plans, AFixedBeginningIsAnIndexSearchWhateverItBeginsWith) {
+    for (const char* pattern :
+         {"read*", "k*", ";*", "`*", "k;`k;k*", "k*.txt", "k?", "caf\u00e9*"}) {
         const std::string plan =
             m_store.planOfCriterion("Files", "[file name] like '" + std::string(pattern) + "'");
-        EXPECT_THAT(plan, HasSubstr("MULTI-INDEX OR")) << pattern;
-        EXPECT_THAT(plan, Not(HasSubstr("SCAN"))) << pattern;
+        EXPECT_THAT(plan, HasSubstr("FileNames (file name>? AND file name<?)")) << pattern;
+        EXPECT_THAT(plan, Not(HasSubstr("OR"))) << pattern;
     }
+    for (const char* text : {"k", ";", "`", "kiosk"})
+        EXPECT_EQ(where("Files", "[file name] like '" + std::string(text) + "'"),
+                  "\"file name\" = ?1 COLLATE NOCASE")
+            << text;
 }
 
-TEST_F(Plans, ContainedTextRunsOverTheIndexOfNamesInOrder) {
-    const std::string plan =
-        m_store.plan("select [file name] from Files where [file name] like '*text*' Order by "
-                     "[file name]");
-    EXPECT_THAT(plan, HasSubstr("SCAN Files USING COVERING INDEX FileNames"));
-    EXPECT_THAT(plan, Not(HasSubstr("TEMP B-TREE")));
+TEST_F(Plans, AReadingOfTheWholeTableGoesWithoutWhatOnlyServesAnIndex) {
+    const auto lean = [](std::string_view criterion) {
+        return parseCriterion(criterion, tableNamed("Files")).condition.lean;
+    };
+    EXPECT_EQ(lean("[Comments] like 'x*'"), "discaro_like(?3, \"Comments\")");
+    EXPECT_EQ(lean("[file size] > 5 and not ([file name] like 'a*' or [file name] like 'b*' and "
+                   "[file size] < 9)"),
+              "\"file size\" > ?1 AND NOT (discaro_like(?4, \"file name\") OR "
+              "discaro_like(?7, \"file name\") AND \"file size\" < ?8)");
+    EXPECT_EQ(lean("[directory number] like 'C1*'"),
+              where("Files", "[directory number] like 'C1*'"));
+}
+
+TEST_F(Plans, OnlyWhatAllRowsMeetIsASearch) {
+    const auto searches = [](std::string_view criterion) {
+        return parseCriterion(criterion, tableNamed("Files")).condition.searches;
+    };
+    EXPECT_THAT(
+        searches("[id number] like '*' and [file name] like 'a*' and [file size] >= 7"),
+        ElementsAre("\"file name\" >= ?1 COLLATE NOCASE AND \"file name\" < ?2 COLLATE NOCASE",
+                    "\"file size\" >= ?4"));
+    EXPECT_THAT(searches("[file name] like 'a' and [id number] like 12"),
+                ElementsAre("\"file name\" = ?1 COLLATE NOCASE", "\"id number\" = ?2"));
+    EXPECT_THAT(searches("[file size] between 1 and 2 and [file name] in ('a', 'b')"),
+                ElementsAre("\"file size\" >= ?1 AND \"file size\" <= ?2",
+                            "\"file name\" COLLATE NOCASE IN (?3, ?4)"));
+    EXPECT_THAT(searches("[file name] like 'a*' or [file size] > 7"), IsEmpty());
+    EXPECT_THAT(searches("not [file name] like 'a*' and [file name] not like 'b*'"), IsEmpty());
+    EXPECT_THAT(searches("([file name] like 'a' or [file name] like 'b') and [file size] <> 3"),
+                IsEmpty());
 }
 
 } // namespace discaro::db::test

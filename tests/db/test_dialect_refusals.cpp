@@ -241,13 +241,41 @@ TEST(DialectRefusals, ConditionsHaveAMostNumber) {
               number(ErrorNumber::SyntaxError));
 }
 
-TEST(DialectRefusals, TheTextHasAMostLength) {
-    const std::string head = "[file name] like '";
-    EXPECT_EQ(errorOfCriterion("Files", head + std::string(65536 - head.size() - 1, 'x') + "'"), 0);
-    EXPECT_EQ(errorOfCriterion("Files", head + std::string(65536 - head.size(), 'x') + "'"),
-              number(ErrorNumber::SyntaxError));
-    EXPECT_EQ(errorOf(std::string(1 << 20, '[')), number(ErrorNumber::SyntaxError));
-    EXPECT_THROW(parseSort(std::string(1 << 20, ' '), tableNamed("Files")), base::RuntimeError);
+TEST(DialectRefusals, ATextMayHaveAnyLength) {
+    constexpr size_t kLong = 16 << 20;
+    const std::string pattern(kLong, 'x');
+    EXPECT_EQ(parseCriterion("[file name] like '" + pattern + "'", tableNamed("Files")).bindings,
+              std::vector<Value>{pattern});
+    EXPECT_EQ(errorOfCriterion("Files", "[Comments] like '*" + std::string(kLong, '?') + "*'"), 0);
+    EXPECT_EQ(errorOf("select * from files" + std::string(kLong, ' ')), 0);
+    EXPECT_EQ(parseSort(std::string(kLong, ' ') + "[file name]", tableNamed("Files")).size(), 1U);
+}
+
+TEST(DialectRefusals, LongTextsThatAreNoneAreRefusedInLinearTime) {
+    constexpr size_t kLong = 16 << 20;
+    for (const char* piece : {"[", "(", "not ", "a ", "1e", "'", "[a] ", "a.", "x,", "-",
+                              "1=1 and ", "[file name] is null or "})
+        for (const char* head :
+             {"", "select ", "select * from files where ", "select * from files order by "}) {
+            const size_t times = kLong / std::string_view(piece).size();
+            EXPECT_NE(errorOf(head + repeated(piece, static_cast<int>(times))), 0) << head << piece;
+        }
+}
+
+TEST(DialectRefusals, AnErrorShowsLittleOfALongText) {
+    const std::string name(1 << 20, 'x');
+    for (const std::string& text :
+         {name, "select * from " + name, "select * from files where [" + name + "] = 1",
+          "select * from files where [file size] = '" + name + "'",
+          "select " + name + "(*) from files", "select * from files in " + name + "/",
+          "select * from files where " + name}) {
+        try {
+            parseStatement(text, catalogueSchema());
+            ADD_FAILURE() << text.substr(0, 60);
+        } catch (const base::RuntimeError& error) {
+            EXPECT_LT(error.description().size(), 300U) << text.substr(0, 60);
+        }
+    }
 }
 
 TEST(DialectRefusals, EveryHeadOfAStatementIsAcceptedOrRefused) {

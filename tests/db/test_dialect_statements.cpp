@@ -22,6 +22,11 @@ Query parse(std::string_view text) {
     return parseStatement(text, catalogueSchema());
 }
 
+std::string orderOf(std::string_view text) {
+    const Query query = parse(text);
+    return orderSql(query.order, *query.table);
+}
+
 std::vector<std::string> columnNames(const Query& query) {
     std::vector<std::string> names;
     for (const int column : query.columns)
@@ -341,13 +346,13 @@ TEST_F(Statements, DeletionWithoutAConditionTakesAll) {
 }
 
 TEST_F(Statements, OrderTakesSeveralFields) {
-    EXPECT_EQ(parse("select * from files Order by [file name]").orderBy, "\"file name\"");
+    EXPECT_EQ(orderOf("select * from files Order by [file name]"), "discaro_order(\"file name\")");
     EXPECT_EQ(
-        parse("select * from files order by [file extension] desc, files.[FILE SIZE] Asc ,comments")
-            .orderBy,
-        "\"file extension\" DESC, \"file size\", \"Comments\"");
-    EXPECT_EQ(parse("select * from files order by file name desc, file size").orderBy,
-              "\"file name\" DESC, \"file size\"");
+        orderOf(
+            "select * from files order by [file extension] desc, files.[FILE SIZE] Asc ,comments"),
+        "discaro_order(\"file extension\") DESC, +(\"file size\"), discaro_order(\"Comments\")");
+    EXPECT_EQ(orderOf("select * from files order by file name desc, file size"),
+              "discaro_order(\"file name\") DESC, +(\"file size\")");
     EXPECT_EQ(errorOf("select * from files order by [file nam]"),
               number(ErrorNumber::UnknownField));
     EXPECT_EQ(errorOf("select * from files order by"), number(ErrorNumber::SyntaxError));
@@ -358,12 +363,13 @@ TEST_F(Statements, OrderTakesSeveralFields) {
 
 TEST_F(Statements, ASortIsAListOfFields) {
     const TableDef& files = tableNamed("Files");
-    EXPECT_EQ(parseSort("[file name]", files), "\"file name\"");
-    EXPECT_EQ(parseSort("[File Name] desc, [file size]", files),
-              "\"file name\" DESC, \"file size\"");
-    EXPECT_EQ(parseSort(" file name", files), "\"file name\"");
-    EXPECT_EQ(parseSort("", files), "");
-    EXPECT_EQ(parseSort("  ", files), "");
+    const int name = files.find("file name");
+    EXPECT_THAT(parseSort("[file name]", files), ElementsAre(SortTerm{name}));
+    EXPECT_THAT(parseSort("[File Name] desc, [file size]", files),
+                ElementsAre(SortTerm{name, true}, SortTerm{files.find("file size")}));
+    EXPECT_THAT(parseSort(" file name", files), ElementsAre(SortTerm{name}));
+    EXPECT_THAT(parseSort("", files), IsEmpty());
+    EXPECT_THAT(parseSort("  ", files), IsEmpty());
     EXPECT_THROW(parseSort("[file name] desc desc", files), base::RuntimeError);
     EXPECT_THROW(parseSort("[file name]; drop table files", files), base::RuntimeError);
     EXPECT_THROW(parseSort("1", files), base::RuntimeError);

@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "db/LikeFunction.h"
+#include "db/RowTaker.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -140,8 +141,8 @@ std::string sqlOf(const Query& query, const std::string& list) {
     sql += " FROM " + quotedName(query.table->name);
     if (!query.where.empty())
         sql += " WHERE " + query.where;
-    if (!query.orderBy.empty())
-        sql += " ORDER BY " + query.orderBy;
+    if (!query.order.empty())
+        sql += " ORDER BY " + orderSql(query.order, *query.table);
     return sql;
 }
 
@@ -197,6 +198,7 @@ DialectStore::DialectStore() {
     sqlite3_open(":memory:", &connection);
     m_connection.reset(connection, &sqlite3_close);
     registerLikeFunction(connection);
+    registerOrderFunction(connection);
     for (const TableDef& table : catalogueSchema().tables)
         execute(createTable(table));
     execute(kIndexes);

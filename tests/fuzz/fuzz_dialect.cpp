@@ -6,6 +6,7 @@
 #include "db/Dialect.h"
 #include "db/LikeFunction.h"
 #include "db/LikePattern.h"
+#include "db/RowTaker.h"
 
 #include <sqlite3.h>
 
@@ -34,6 +35,7 @@ sqlite3* openConnection() {
     sqlite3* connection = nullptr;
     sqlite3_open(":memory:", &connection);
     db::registerLikeFunction(connection);
+    db::registerOrderFunction(connection);
     sqlite3_exec(
         connection,
         R"(CREATE TABLE Files ("directory number" TEXT COLLATE NOCASE, "id number" INTEGER PRIMARY KEY,
@@ -55,8 +57,8 @@ std::string sqlOf(const db::Query& query) {
     sql += " FROM \"" + query.table->name + '"';
     if (!query.where.empty())
         sql += " WHERE " + query.where;
-    if (!query.orderBy.empty())
-        sql += " ORDER BY " + query.orderBy;
+    if (!query.order.empty())
+        sql += " ORDER BY " + db::orderSql(query.order, *query.table);
     return sql;
 }
 
@@ -87,7 +89,7 @@ void check(const db::Query& query) {
 void checkSort(std::string_view text) {
     db::Query query;
     query.table = &schema().tables[0];
-    query.orderBy = db::parseSort(text, *query.table);
+    query.order = db::parseSort(text, *query.table);
     check(query);
 }
 

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "db/RowSource.h"
+#include "db/Store.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace discaro::db {
+
+// The numbers of the rows of a query with an order, in that order; equal ones by their number. Text goes by
+// base::orderKey, null first; descending is ascending turned round.
+//
+// The index on the field to order by is walked on its own where the condition touches nothing but that field and the
+// row number. Else the condition comes first, through an index where a search in one is known to be narrow, in one pass
+// over the table otherwise; then few rows are sorted, and for many the index is walked with the row numbers kept as
+// bits. So no row is fetched through an index of many rows.
+std::vector<int64_t> numbersInOrder(Store& store, const RowQuery& query);
+
+} // namespace discaro::db
