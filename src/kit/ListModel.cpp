@@ -1,6 +1,7 @@
 #include "kit/ListModel.h"
 
 #include "base/RuntimeError.h"
+#include "base/Text.h"
 #include "kit/CellText.h"
 #include "kit/Strings.h"
 
@@ -124,13 +125,13 @@ void ListModel::movePersistent(const std::vector<int>& before) {
 }
 
 void ListModel::arrange() {
-    std::vector<QString> folded(m_items.size());
-    std::ranges::transform(m_items, folded.begin(), [this](const ListItem& item) {
-        return item.column(m_sortKey).toCaseFolded();
+    std::vector<std::string> keys(m_items.size());
+    std::ranges::transform(m_items, keys.begin(), [this](const ListItem& item) {
+        return base::orderKey(utf8(item.column(m_sortKey)));
     });
     std::iota(m_order.begin(), m_order.end(), 0);
-    const auto textOf = [&](int item) -> const QString& {
-        return folded[static_cast<size_t>(item)];
+    const auto textOf = [&](int item) -> const std::string& {
+        return keys[static_cast<size_t>(item)];
     };
     if (m_sortOrder == Qt::AscendingOrder)
         std::ranges::stable_sort(m_order, [&](int a, int b) { return textOf(a) < textOf(b); });

@@ -29,8 +29,8 @@ struct ListColumn {
 };
 
 // The rows of a list and their order. Rows are numbered by their place from 0, in the order shown. While `sorted`,
-// rows stand in the order of their texts in the sort column, without regard to case, by code point; equal texts keep
-// the order of adding. Without it they keep the order that they have, and added rows come at the end.
+// rows stand in the order of their texts in the sort column (base::orderKey, as the store's queries order them); equal
+// texts keep the order of adding. Without it they keep the order that they have, and added rows come at the end.
 //
 // Added rows wait until `flush`, so that adding many is one change of the screen; count, item and placeOf know them at
 // once, behind the others.

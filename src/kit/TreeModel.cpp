@@ -1,6 +1,7 @@
 #include "kit/TreeModel.h"
 
 #include "base/RuntimeError.h"
+#include "base/Text.h"
 #include "kit/CellText.h"
 #include "kit/Strings.h"
 
@@ -131,27 +132,27 @@ void TreeModel::wantSorting(int node) {
 }
 
 bool TreeModel::isInOrder(const Node& family) const {
-    const auto fold = [this](int node) { return text(node).toCaseFolded(); };
-    QString before = fold(family.children.front());
+    const auto keyOf = [this](int node) { return base::orderKey(utf8(text(node))); };
+    std::string before = keyOf(family.children.front());
     for (const int child : family.children) {
-        QString folded = fold(child);
-        if (folded < before)
+        std::string key = keyOf(child);
+        if (key < before)
             return false;
-        before = std::move(folded);
+        before = std::move(key);
     }
     return true;
 }
 
 // The children were added in the order of their indexes, so that tells equal texts apart.
 void TreeModel::arrange(Node& family) {
-    std::vector<std::pair<QString, int>> folded;
-    folded.reserve(family.children.size());
+    std::vector<std::pair<std::string, int>> keyed;
+    keyed.reserve(family.children.size());
     for (const int child : family.children)
-        folded.emplace_back(text(child).toCaseFolded(), child);
-    std::ranges::sort(folded);
-    for (size_t row = 0; row < folded.size(); ++row) {
-        family.children[row] = folded[row].second;
-        at(folded[row].second).row = static_cast<int>(row);
+        keyed.emplace_back(base::orderKey(utf8(text(child))), child);
+    std::ranges::sort(keyed);
+    for (size_t row = 0; row < keyed.size(); ++row) {
+        family.children[row] = keyed[row].second;
+        at(keyed[row].second).row = static_cast<int>(row);
     }
 }
 

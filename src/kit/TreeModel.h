@@ -56,8 +56,8 @@ public:
     // The texts of the ancestors and of the node itself, with a separator between them.
     QString fullPath(int node, QChar separator = u'\\') const;
 
-    // While sorted, a node's children stand in the order of their texts, without regard to case, by code point; equal
-    // texts keep the order of adding.
+    // While sorted, a node's children stand in the order of their texts (base::orderKey, as the store's queries order
+    // them); equal texts keep the order of adding.
     void setSorted(int node, bool sorted);
 
     // Whether the children are in sight. A node without children has nothing to expand: for it nothing changes.

@@ -68,6 +68,14 @@ TEST(ListModel, EqualTextsKeepTheOrderOfAddingInBothDirections) {
     EXPECT_THAT(textsOf(model), ElementsAre("1", "2", "3"));
 }
 
+TEST(ListModel, AccentedLettersStandWithTheirBaseLetter) {
+    ListModel model;
+    filled(model, {"zebra", "\u00C4rger", "b", "\u00e4hnlich", "Azur", "A\u0308hre"});
+    model.setSorted(true);
+    EXPECT_THAT(textsOf(model),
+                ElementsAre("Azur", "\u00e4hnlich", "A\u0308hre", "\u00C4rger", "b", "zebra"));
+}
+
 TEST(ListModel, RowsWithoutTheSortColumnComeFirstWhenAscending) {
     ListModel model;
     model.add(row("file", {"x", "7"}));

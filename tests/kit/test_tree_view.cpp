@@ -115,6 +115,17 @@ TEST(TreeModel, ChildrenAddedLaterAreSortedIn) {
     EXPECT_THAT(childrenOf(nodes, 1), ElementsAre("a", "Aa", "b"));
 }
 
+TEST(TreeModel, AccentedLettersStandWithTheirBaseLetter) {
+    TreeModel nodes;
+    nodes.add({}, "R", "root");
+    for (const char* name : {"zebra", "\u00C4rger", "b", "\u00e4hnlich", "Azur", "A\u0308hre"})
+        nodes.add("R", name, name);
+    nodes.setSorted(1, true);
+    nodes.flush();
+    EXPECT_THAT(childrenOf(nodes, 1),
+                ElementsAre("Azur", "\u00e4hnlich", "A\u0308hre", "\u00C4rger", "b", "zebra"));
+}
+
 TEST(TreeModel, ANodeWithoutChildrenHasNothingToExpand) {
     TreeModel nodes;
     fill(nodes);
