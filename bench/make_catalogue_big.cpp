@@ -1,5 +1,7 @@
-// make_catalogue_big FOLDER: a catalogue of 200 discs in FOLDER/kvt.mde with 1,000,000 files, written as bare rows. Disc
-// 100 has 100,000 directories, disc 2 a directory of 50,000 files (\LARGE), and every other disc 500 directories.
+// make_catalogue_big FOLDER [ACCENTED]: a catalogue of 200 discs in FOLDER/kvt.mde with 1,000,000 files, written as bare rows. Disc
+// 100 has 100,000 directories, disc 2 a directory of 50,000 files (\LARGE), and every other disc 500 directories. Of a thousand names
+// so many as ACCENTED says, none without it, have a letter with an accent. Programs and libraries have texts of a
+// version resource, some files a comment.
 #include "catalogue/EmptyCatalogue.h"
 
 #include <sqlite3.h>
@@ -51,6 +53,11 @@ public:
         sqlite3_bind_int64(m_statement, ++m_at, value);
         return *this;
     }
+    Insert& nothing(int fields) {
+        for (; fields > 0; --fields)
+            sqlite3_bind_null(m_statement, ++m_at);
+        return *this;
+    }
     void run() {
         if (sqlite3_step(m_statement) != SQLITE_DONE)
             fail(m_connection);
@@ -66,8 +73,9 @@ private:
 
 class Catalogue {
 public:
-    explicit Catalogue(sqlite3* connection)
-        : m_disc(connection,
+    Catalogue(sqlite3* connection, uint64_t accented)
+        : m_accented(accented)
+        , m_disc(connection,
                  "INSERT INTO Drive(\"id number\", \"Drive letter\", \"volume name\", \"Serial "
                  "Number\","
                  " \"prefered name\", \"file system\", \"Total Size\", \"free size\", Comments)"
@@ -82,8 +90,12 @@ public:
               " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?8, ?6, ?7)")
         , m_file(connection, "INSERT INTO Files(\"directory number\", \"file name\", \"file "
                              "extension\", \"file size\","
-                             " Attributes, \"File date\", \"file time\", \"number of icons\")"
-                             " VALUES (?1, ?2, ?3, ?4, 'RA', ?5, '10:15:00 AM', ?6)") {}
+                             " Attributes, \"File date\", \"file time\", \"number of icons\","
+                             " \"Company Name\", Description, Copyright, \"Product name\","
+                             " \"Product Version\", \"Internal Name\", \"Original file Name\","
+                             " Comments)"
+                             " VALUES (?1, ?2, ?3, ?4, 'RA', ?5, '10:15:00 AM', ?6,"
+                             " ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14)") {}
 
     void addDisc(int number) {
         const std::string text = std::to_string(number);
@@ -137,15 +149,42 @@ private:
             const std::string date = "0" + std::to_string(1 + mixed % 9) + "/" +
                                      std::to_string(10 + mixed % 19) + "/" +
                                      std::to_string(90 + mixed % 10);
-            m_file.text(directory).text("File" + std::to_string(mixed) + extension).text(extension);
-            m_file.number(static_cast<double>(mixed) / 7)
-                .text(date)
-                .whole(static_cast<int64_t>(mixed % 5))
-                .run();
+            const std::string name = nameOf(mixed) + extension;
+            m_file.text(directory).text(name).text(extension);
+            m_file.number(static_cast<double>(mixed) / 7).text(date);
+            m_file.whole(static_cast<int64_t>(mixed % 5));
+            addDetails(mixed, name, extension == ".exe" || extension == ".dll");
+            m_file.run();
             ++m_files;
         }
     }
 
+    std::string nameOf(uint64_t mixed) const {
+        static constexpr std::array<const char*, 4> kAccented = {"\u00C4rger", "f\u00fcr ", "File ",
+                                                                 "Stra\u00dfe"};
+        if (mixed * 7919 % 1000 >= m_accented)
+            return "File" + std::to_string(mixed);
+        const std::string end = mixed % 4 == 2 ? "\u00e9" : "";
+        return kAccented[mixed % kAccented.size()] + std::to_string(mixed) + end;
+    }
+
+    void addDetails(uint64_t mixed, const std::string& name, bool program) {
+        if (program) {
+            const std::string maker = "Company " + std::to_string(mixed % 100);
+            m_file.text(maker).text("Part " + std::to_string(mixed % 1000) + " of the product");
+            m_file.text("Copyright (C) " + maker + " 19" + std::to_string(90 + mixed % 10));
+            m_file.text("Product " + std::to_string(mixed % 300));
+            m_file.text(std::to_string(mixed % 9) + ".0.1").text(name).text(name);
+        } else {
+            m_file.nothing(7);
+        }
+        if (mixed % 50 == 0)
+            m_file.text("seen on the disc of chapter " + std::to_string(mixed % 12) + ".4");
+        else
+            m_file.nothing(1);
+    }
+
+    uint64_t m_accented;
     Insert m_disc;
     Insert m_directory;
     Insert m_file;
@@ -154,11 +193,11 @@ private:
     int64_t m_directories = 0;
 };
 
-void write(sqlite3* connection) {
+void write(sqlite3* connection, uint64_t accented) {
     sqlite3_exec(connection, "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN", nullptr,
                  nullptr, nullptr);
     {
-        Catalogue catalogue(connection);
+        Catalogue catalogue(connection, accented);
         for (int disc = 1; disc <= kDiscs; ++disc)
             catalogue.addDisc(disc);
         catalogue.fillLargeDirectory();
@@ -171,8 +210,8 @@ void write(sqlite3* connection) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::cerr << "usage: make_catalogue_big FOLDER\n";
+    if (argc != 2 && argc != 3) {
+        std::cerr << "usage: make_catalogue_big FOLDER [ACCENTED]\n";
         return 2;
     }
     const std::filesystem::path folder = argv[1];
@@ -182,6 +221,6 @@ int main(int argc, char** argv) {
     sqlite3* connection = nullptr;
     if (sqlite3_open(file.c_str(), &connection) != SQLITE_OK)
         fail(connection);
-    write(connection);
+    write(connection, argc == 3 ? std::strtoull(argv[2], nullptr, 10) : 0);
     sqlite3_close(connection);
 }
