@@ -45,7 +45,7 @@ bool existsOnDrive(const std::string& path, const disc::DriveTable& drives) {
     const auto folder = path.substr(0, std::max<size_t>(path.rfind('\\'), 3));
     if (!base::skipErrors([&] { lister.setPath(folder); }))
         return true;
-    return lister.fileExists(path);
+    return lister.fileExists(path) || base::skipErrors([&] { lister.setPath(path); });
 }
 
 bool existsOnComputer(const std::filesystem::path& path) {

@@ -168,10 +168,14 @@ TEST(NameChecks, EachDiscOfTheSerialIsAskedAboutUntilOneIsRefused) {
 
 TEST(FileExists, IsFalseOnlyForAMissingFileInAFolderThatIsThere) {
     ScanRig rig;
-    rig.insert(folder("", {file("autorun.inf")}));
+    rig.insert(folder("", {file("autorun.inf"), folder("SUB")}));
     EXPECT_TRUE(app::Module1::FileExists(rig.root + "AUTORUN.INF", rig.drives));
     EXPECT_FALSE(app::Module1::FileExists(rig.root + "other.inf", rig.drives));
     EXPECT_TRUE(app::Module1::FileExists(rig.root + "NOWHERE\\other.inf", rig.drives));
+    EXPECT_TRUE(app::Module1::FileExists(rig.root + "sub", rig.drives)) << "a directory";
+    EXPECT_TRUE(app::Module1::FileExists(rig.root + "SUB\\", rig.drives));
+    EXPECT_TRUE(app::Module1::FileExists(rig.root, rig.drives));
+    EXPECT_FALSE(app::Module1::FileExists(rig.root + "SUB\\other", rig.drives));
     const auto here = app::Module1::ApplicationPath;
     EXPECT_TRUE(app::Module1::FileExists((here / "kvt.mde").string()));
     EXPECT_FALSE(app::Module1::FileExists((here / "kvt.bak").string()));
