@@ -49,9 +49,7 @@ constexpr std::array kErrors = {
 std::string describe(ErrorNumber number, std::string_view detail) {
     const auto* entry = std::ranges::find(kErrors, number, &Entry::number);
     std::string text(entry == kErrors.end() ? "Unknown error" : entry->description);
-    if (detail.empty())
-        return text + ".";
-    return text + ": " + std::string(detail);
+    return detail.empty() ? text : text + ": " + std::string(detail);
 }
 
 } // namespace
@@ -59,5 +57,12 @@ std::string describe(ErrorNumber number, std::string_view detail) {
 RuntimeError::RuntimeError(ErrorNumber number, std::string_view detail)
     : m_number(static_cast<int>(number))
     , m_description(describe(number, detail)) {}
+
+RuntimeError RuntimeError::about(std::string_view thing) const {
+    RuntimeError named = *this;
+    if (m_description.find(thing) == std::string::npos)
+        named.m_description.append(" (").append(thing).append(")");
+    return named;
+}
 
 } // namespace discaro::base

@@ -47,8 +47,12 @@ enum class ErrorNumber : int {
 // How a failing statement of the store or of a disc says so. Callers may test the number.
 class RuntimeError : public std::exception {
 public:
-    // The description is the table's text for the number, with ": " and the detail behind it when there is one.
+    // The description is the table's text for the number, with ": " and the detail behind it when there is one. It
+    // ends without a full stop: what it is about may follow it.
     explicit RuntimeError(ErrorNumber number, std::string_view detail = {});
+
+    // The same error with the thing that it is about, in brackets behind the description that does not name it yet.
+    RuntimeError about(std::string_view thing) const;
 
     int number() const { return m_number; }
     bool is(ErrorNumber number) const { return m_number == static_cast<int>(number); }

@@ -3,6 +3,7 @@
 #include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "disc/FileBytes.h"
+#include "disc/Names.h"
 
 #include <algorithm>
 #include <charconv>
@@ -156,7 +157,7 @@ std::filesystem::path findBeside(const std::filesystem::path& sheet, std::string
     const auto renamed = std::filesystem::path(sheet).replace_extension(".bin");
     if (isRegular(renamed))
         return renamed;
-    throw base::RuntimeError(base::ErrorNumber::PathMissing, std::string(written));
+    throw base::RuntimeError(base::ErrorNumber::PathMissing, shownPath(written));
 }
 
 // Gives the tracks of a sheet their addresses on the disc and their bytes in the files.
@@ -261,7 +262,7 @@ CueSheet parseCueSheet(std::string_view text) {
 DiscData openCueSheet(const std::filesystem::path& path) {
     const auto sheet = parseCueSheet(readText(path));
     if (sheet.tracks.empty())
-        throw base::RuntimeError(base::ErrorNumber::FileSystemUnknown, path.string());
+        throw base::RuntimeError(base::ErrorNumber::FileSystemUnknown);
     return DiscLayout(sheet, path).lay();
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "disc/FolderMedium.h"
+#include "disc/Names.h"
 #include "disc/OpenImage.h"
 
 #include <system_error>
@@ -28,7 +29,7 @@ std::shared_ptr<const Medium> openDevice(const std::string& device) {
         if (error.is(ErrorNumber::FileSystemUnknown) ||
             error.is(ErrorNumber::FileSystemUnsupported))
             throw;
-        throw RuntimeError(ErrorNumber::DriveNotReady, device);
+        throw RuntimeError(ErrorNumber::DriveNotReady, shownPath(device));
     }
 }
 
@@ -38,7 +39,7 @@ std::shared_ptr<const Medium> openDrive(const ComputerDrive& drive) {
     if (drive.point.empty())
         return openDevice(drive.device);
     if (!isFolder(drive.point))
-        throw RuntimeError(ErrorNumber::DriveNotReady, drive.point);
+        throw RuntimeError(ErrorNumber::DriveNotReady, shownPath(drive.point));
     return std::make_shared<FolderMedium>(drive.point, FolderMedium::Use::Mount);
 }
 
@@ -60,7 +61,7 @@ std::shared_ptr<const Medium> openAdded(const fs::path& path) {
     std::error_code failure;
     const auto type = fs::status(path, failure).type();
     if (type != fs::file_type::regular && type != fs::file_type::block)
-        throw RuntimeError(ErrorNumber::FileSystemUnknown);
+        throw RuntimeError(ErrorNumber::FileSystemUnknown).about(shownPath(path));
     return openImage(path);
 }
 

@@ -138,7 +138,7 @@ char DriveTable::addImageOrFolder(const fs::path& path) {
     std::error_code failure;
     const auto whole = fs::canonical(path, failure);
     if (failure)
-        throw RuntimeError(ErrorNumber::PathMissing, shownName(path.native()));
+        throw RuntimeError(ErrorNumber::PathMissing, shownPath(path));
     if (const char known = letterOf(whole); known != '\0') {
         auto& drive = driveOf(known);
         drive.turn = ++m_turn;
@@ -205,7 +205,7 @@ DriveFacts DriveTable::facts(std::string_view text) const {
 std::shared_ptr<const Medium> DriveTable::openFile(Drive& drive) const {
     std::error_code failure;
     if (!fs::exists(drive.addedPath, failure))
-        throw RuntimeError(ErrorNumber::PathMissing, shownName(drive.addedPath.native()));
+        throw RuntimeError(ErrorNumber::PathMissing, shownPath(drive.addedPath));
     const auto version = versionOf(drive.addedPath);
     auto medium = version == drive.addedVersion ? drive.shared.lock() : nullptr;
     if (!medium)
@@ -239,7 +239,7 @@ void DriveTable::locate(Drive& drive) const {
     const auto present = drivesOf(m_readComputer());
     const auto found = std::ranges::find(present, drive.computer.key, &ComputerDrive::key);
     if (found == present.end())
-        throw RuntimeError(ErrorNumber::DriveNotReady, drive.computer.point);
+        throw RuntimeError(ErrorNumber::DriveNotReady, shownPath(drive.computer.point));
     drive.computer = *found;
 }
 

@@ -1,6 +1,7 @@
 #include "disc/FileBytes.h"
 
 #include "base/RuntimeError.h"
+#include "disc/Names.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -32,7 +33,7 @@ FileBytes::FileBytes(const std::filesystem::path& path)
     : m_file(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
     if (m_file < 0)
         throw base::RuntimeError(openingError(errno),
-                                 path.string() + " (" + std::strerror(errno) + ")");
+                                 shownPath(path) + " (" + std::strerror(errno) + ")");
     const auto end = ::lseek(m_file, 0, SEEK_END);
     m_size = end > 0 ? static_cast<uint64_t>(end) : 0;
 }

@@ -54,6 +54,10 @@ std::string shownName(std::string_view raw) {
     return decodedSafely(raw);
 }
 
+std::string shownPath(const std::filesystem::path& path) {
+    return base::decodeUnlabelled(path.native());
+}
+
 std::string_view withoutVersion(std::string_view name) {
     const auto mark = name.rfind(';');
     if (mark == std::string_view::npos || mark == 0 || mark + 1 == name.size())

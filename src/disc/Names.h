@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@ namespace discaro::disc {
 // read as base::decodeUnlabelled tells; a backslash, a slash and a NUL become U+FF3C, U+FF0F and U+FFFD; names that
 // would mean a place ("." and "..") are written with full-width stops; an empty name becomes U+FFFD.
 std::string shownName(std::string_view raw);
+
+// A path of the computer as a text for the user: valid UTF-8 with its slashes.
+std::string shownPath(const std::filesystem::path& path);
 
 // Without the file version at the end (";1"). A name that is nothing else stays whole.
 std::string_view withoutVersion(std::string_view name);

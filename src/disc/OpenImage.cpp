@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "disc/IsoMedium.h"
+#include "disc/Names.h"
 #include "disc/UdfMedium.h"
 
 #include <optional>
@@ -68,7 +69,11 @@ std::unique_ptr<Medium> openMedium(const DiscData& data) {
 }
 
 std::unique_ptr<Medium> openImage(const std::filesystem::path& path) {
-    return openMedium(openSectors(path));
+    try {
+        return openMedium(openSectors(path));
+    } catch (const base::RuntimeError& error) {
+        throw error.about(shownPath(path));
+    }
 }
 
 } // namespace discaro::disc

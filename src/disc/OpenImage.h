@@ -12,7 +12,8 @@ namespace discaro::disc {
 // the last one that can be. A bridge disc is read as ISO 9660; as UDF where there is no ISO 9660 side, or where that
 // side is just a note: no directory and at most two files, fewer than the UDF side holds.
 // Throws base::RuntimeError: PathMissing, DriveNotReady, ReadFailure, FileSystemUnknown (the file is no image),
-// FileSystemUnsupported (it is one, of something that can't be read, and the description says what).
+// FileSystemUnsupported (it is one, of something that can't be read, and the description says what). Every
+// description names the file.
 std::unique_ptr<Medium> openImage(const std::filesystem::path& path);
 
 // The same for data that is at hand.

@@ -1,6 +1,7 @@
 #include "disc/OpticalDrive.h"
 
 #include "base/RuntimeError.h"
+#include "disc/Names.h"
 
 #include <cdio/cdio.h>
 #include <cdio/logging.h>
@@ -41,7 +42,7 @@ uint64_t lastSessionStart(const std::filesystem::path& device) {
         return 0;
     const auto tracks = cdio_get_num_tracks(drive.get());
     if (tracks == 0 || tracks == CDIO_INVALID_TRACK)
-        throw base::RuntimeError(base::ErrorNumber::DriveNotReady, device.string());
+        throw base::RuntimeError(base::ErrorNumber::DriveNotReady, shownPath(device));
     if (!hasDataTrack(drive.get(), tracks))
         throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported,
                                  "the disc holds audio tracks alone");

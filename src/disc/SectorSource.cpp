@@ -6,6 +6,7 @@
 #include "disc/CueSheet.h"
 #include "disc/DiscBytes.h"
 #include "disc/FileBytes.h"
+#include "disc/Names.h"
 #include "disc/NrgImage.h"
 #include "disc/OpticalDrive.h"
 
@@ -83,7 +84,7 @@ DiscData openDevice(const std::filesystem::path& path) {
     const auto start = lastSessionStart(path);
     const auto device = std::make_shared<FileBytes>(path);
     if (device->size() == 0)
-        throw base::RuntimeError(base::ErrorNumber::DriveNotReady, path.string());
+        throw base::RuntimeError(base::ErrorNumber::DriveNotReady, shownPath(path));
     DiscData data{device, {start}};
     if (start > 0)
         data.sessions.push_back(0);
@@ -118,10 +119,10 @@ DiscData openSectors(const std::filesystem::path& path) {
     std::error_code error;
     const auto status = fs::status(path, error);
     if (!fs::exists(status))
-        throw base::RuntimeError(base::ErrorNumber::PathMissing, path.string());
+        throw base::RuntimeError(base::ErrorNumber::PathMissing, shownPath(path));
     const bool isDevice = fs::is_block_file(status);
     if (!isDevice && !fs::is_regular_file(status))
-        throw base::RuntimeError(base::ErrorNumber::FileSystemUnknown, path.string());
+        throw base::RuntimeError(base::ErrorNumber::FileSystemUnknown);
     auto data = isDevice ? openDevice(path) : openRegular(path);
     data.sectors = std::make_shared<BufferedBytes>(std::move(data.sectors));
     return data;

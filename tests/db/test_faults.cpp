@@ -200,7 +200,7 @@ TEST_F(LostTransactions, TellWhatTheyWereLostToUntilTheNextOneBegins) {
     EXPECT_EQ(errorOfAdding(7), 0);
     m_discs->Database()->store()->connection().execute("ROLLBACK");
     EXPECT_EQ(described([] { DBEngine::CommitTrans(); }),
-              "The transaction was undone after an earlier failure.");
+              "The transaction was undone after an earlier failure");
 }
 
 TEST_F(LostTransactions, ClosingTheDataSourcesEndsIt) {

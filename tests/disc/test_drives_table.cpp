@@ -217,6 +217,25 @@ TEST_F(DriveTableTest, WhatCannotBeAddedChangesNothing) {
     EXPECT_EQ(table.letters(), "C");
 }
 
+TEST_F(DriveTableTest, WhatCannotBeFoundIsToldByItsPath) {
+    auto table = makeTable();
+    const auto folder = scratch.makeFolder("going");
+    const auto told = [](auto&& statement) {
+        try {
+            statement();
+        } catch (const base::RuntimeError& error) {
+            return error.description();
+        }
+        return std::string("no error");
+    };
+    const auto nowhere = scratch.path() / "nowhere";
+    EXPECT_EQ(told([&] { table.addImageOrFolder(nowhere); }),
+              "The path was not found: " + nowhere.string());
+    const char letter = table.addImageOrFolder(folder);
+    fs::remove(folder);
+    EXPECT_EQ(told([&] { table.share(letter); }), "The path was not found: " + folder.string());
+}
+
 TEST_F(DriveTableTest, LettersEndAtZ) {
     auto table = makeTable();
     const auto first = scratch.makeFolder("first");

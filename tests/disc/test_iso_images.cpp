@@ -94,6 +94,33 @@ TEST(Images, OtherFileSystemsOfDiscsAreNamed) {
     }
 }
 
+TEST(Images, ErrorsNameTheFileWithItsSlashes) {
+    const ScratchFolder folder;
+    const auto told = [](const std::filesystem::path& path) {
+        try {
+            openImage(path);
+        } catch (const base::RuntimeError& error) {
+            return error.description();
+        }
+        return std::string("no error");
+    };
+    std::string mac(100000, '\0');
+    mac.replace(1024, 2, "BD");
+    const auto text = folder.write("text.iso", "no disc image at all");
+    const auto macImage = folder.write("mac.iso", mac);
+    const auto sheet = folder.write("disc.cue", "FILE \"\xDC.bin\" BINARY\n TRACK 01 MODE1/2352\n"
+                                                "  INDEX 01 00:00:00\n");
+    const auto empty = folder.write("empty.cue", "no sheet");
+    const auto gone = folder.path() / "gone.iso";
+    EXPECT_EQ(told(text), "The file is not a disc image (" + text.string() + ")");
+    EXPECT_EQ(told(macImage),
+              "The file system of this disc can't be read: HFS (" + macImage.string() + ")");
+    EXPECT_EQ(told(sheet), "The path was not found: Ü.bin (" + sheet.string() + ")");
+    EXPECT_EQ(told(empty), "The file is not a disc image (" + empty.string() + ")");
+    EXPECT_EQ(told(gone), "The path was not found: " + gone.string());
+    EXPECT_EQ(told(folder.path()), "The file is not a disc image (" + folder.path().string() + ")");
+}
+
 TEST(Images, FilesAreOpenedByPath) {
     const ScratchFolder folder;
     expectSmallImage(*openImage(folder.write("disc.iso", smallImage())));

@@ -60,6 +60,14 @@ TEST(Names, TheVersionIsCut) {
     EXPECT_EQ(withoutVersion("a;b;2"), "a;b");
 }
 
+TEST(Names, APathOfTheComputerKeepsItsSlashesAndReadsAsText) {
+    EXPECT_EQ(shownPath("/home/anna/my disc.iso"), "/home/anna/my disc.iso");
+    EXPECT_EQ(shownPath("/home/\xDC"
+                        "bung/a\\b"),
+              "/home/Übung/a\\b");
+    EXPECT_EQ(shownPath(""), "");
+}
+
 TEST(Names, ASemicolonThatBeginsNoVersionStays) {
     EXPECT_EQ(withoutVersion("A;TXT"), "A;TXT");
     EXPECT_EQ(withoutVersion("A;"), "A;");

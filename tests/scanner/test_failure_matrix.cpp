@@ -164,7 +164,7 @@ TEST_P(FailureMatrix, PromptsAndLogsAsTheProcedureDoes) {
     EXPECT_EQ(rig.watcher.prompts, row.prompts() + (row.losesPlace() && row.cancels() ? 1 : 0));
     std::string log = entry(RuntimeError(row.number).description(), row.failure.place);
     if (row.losesPlace())
-        log += entry("The value is out of range.", " in Directory :- *S1");
+        log += entry("The value is out of range", " in Directory :- *S1");
     EXPECT_EQ(rig.errorLog, log);
 }
 
@@ -212,7 +212,7 @@ std::string repeated(const std::string& entry, int times) {
     return all;
 }
 
-constexpr auto kUnread = "\r\n\r\nThe disc could not be read. in File :- A.TXT";
+constexpr auto kUnread = "\r\n\r\nThe disc could not be read in File :- A.TXT";
 
 } // namespace
 
@@ -311,7 +311,7 @@ INSTANTIATE_TEST_SUITE_P(
                            {"SEEN", "FINE"}},
                     Damage{"AsAWhole",
                            folder("BROKEN", {file("LOST")}).withFailure(ErrorNumber::ReadFailure),
-                           "The disc could not be read.",
+                           "The disc could not be read",
                            {"FINE"}}),
     [](const auto& param) { return std::string(param.param.name); });
 

@@ -71,7 +71,7 @@ TEST(Executables, OneThatCannotBeOpenedHasNothingOfTheOneBefore) {
                            file("B.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure)}));
     rig.scan(detail("all"));
     EXPECT_EQ(rig.field("files", "[file name] = 'B.EXE'", "Company Name"), "");
-    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read. in File :- B.EXE");
+    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read in File :- B.EXE");
 }
 
 // ---- setup.ini and autorun.inf

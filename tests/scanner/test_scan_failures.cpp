@@ -126,7 +126,7 @@ TEST(FailingDisc, TheCommentsHoldTheReportTheUsersTextAndAnEntryForEachError) {
     std::string entries;
     for (const char* name : {"BAD1.TXT", "BAD2.TXT"})
         for (int i = 0; i < 4; ++i)
-            entries += std::string("\r\n\r\nThe disc could not be read. in File :- ") + name;
+            entries += std::string("\r\n\r\nThe disc could not be read in File :- ") + name;
     EXPECT_EQ(rig.field("drive", {}, "Comments"),
               "Scanned with basic details ignoring all errors.\r\nfrom a magazine\r\n" + entries);
 }
@@ -227,7 +227,7 @@ TEST(FailingDisc, ABarThatRefusesAValueIsAnErrorOfTheFile) {
     rig.watcher.atDiscBar = [] { throw base::RuntimeError(base::ErrorNumber::InvalidValue); };
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.count("files"), 1);
-    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe value is out of range. in File :- A.TXT");
+    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe value is out of range in File :- A.TXT");
     EXPECT_EQ(rig.watcher.bars,
               (std::vector<std::string>{"disc tip", "directory", "directory tip"}))
         << "the other statements of the display run all the same";
@@ -240,7 +240,7 @@ TEST(FailingDisc, ABarAndItsTipThatBothRefuseAreTwoErrors) {
     rig.watcher.atDiscBar = refuse;
     rig.watcher.atDiscBarTip = refuse;
     rig.scan(action("ignore"));
-    const std::string entry = "\r\n\r\nThe value is out of range. in File :- A.TXT";
+    const std::string entry = "\r\n\r\nThe value is out of range in File :- A.TXT";
     EXPECT_EQ(rig.errorLog, entry + entry);
     EXPECT_EQ(rig.watcher.bars, (std::vector<std::string>{"directory", "directory tip"}));
 }

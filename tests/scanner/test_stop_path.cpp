@@ -113,7 +113,7 @@ TEST_F(StopPath, InTheMiddleOfTheTreePassesThroughTheCallersLoopsToo) {
     scan("ignore");
     EXPECT_EQ(numbers, (Texts{"C1D1S1", "C1D1S1S1", "C1D1S1S1S2"}));
     EXPECT_EQ(rig.errorLog,
-              "\r\n\r\nThe value is out of range. in Directory :- " + rig.root + "S1\\X")
+              "\r\n\r\nThe value is out of range in Directory :- " + rig.root + "S1\\X")
         << "X has no second directory";
 }
 
@@ -125,7 +125,7 @@ MemoryNode discWithPlainDirectories() {
 }
 
 std::string missedDirectory(const ScanRig& rig) {
-    return "\r\n\r\nThe value is out of range. in Directory :- " + rig.root + "S1";
+    return "\r\n\r\nThe value is out of range in Directory :- " + rig.root + "S1";
 }
 
 } // namespace
@@ -155,7 +155,7 @@ TEST_F(StopPath, AnOkAtAPromptAsksOnceMoreWhenTheWayOutFails) {
     rig.watcher.answers = {true, true};
     scan("cancel", discWithPlainDirectories());
     EXPECT_EQ(rig.watcher.prompts, 2);
-    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read. in Directory :- " + rig.root +
+    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read in Directory :- " + rig.root +
                                 "S1" + missedDirectory(rig));
 }
 
