@@ -2,13 +2,16 @@
 
 #include "db/DataSource.h"
 #include "disc/Lister.h"
-#include "disc/VersionResource.h"
 #include "scanner/ErrorHandling.h"
 #include "scanner/ScanOptions.h"
 #include "scanner/ScanWatcher.h"
 
 #include <cstdint>
 #include <string>
+
+namespace discaro::disc {
+class Executable;
+}
 
 namespace discaro::scanner {
 
@@ -70,7 +73,8 @@ private:
     void CaptureFile();
     bool captureFacts();
     bool captureResources();
-    void inspectFile();
+    bool captureVersion(disc::Executable& executable);
+    void saveFile();
     void ReadSetupIni();
 
     // The steps after the walk
@@ -100,8 +104,8 @@ private:
     double DirectoriesVisited = 0;    // kept, shown nowhere
     double FilesDone = 0;
     double FilesLeft = 0;
-    std::string SetupAppName;            // goes into the directory's comments
-    disc::FileResources m_fileResources; // of the file in hand, at full detail
+    double FilesKept = 0;     // rows that were saved
+    std::string SetupAppName; // goes into the directory's comments
 };
 
 } // namespace discaro::scanner

@@ -2,9 +2,14 @@
 #include "base/Stamp.h"
 #include "base/Text.h"
 #include "catalogue/Names.h"
+#include "disc/Executable.h"
+#include "disc/VersionResource.h"
 #include "scanner/DiscFiles.h"
 #include "scanner/FileCapture.h"
 #include "scanner/ScanEngine.h"
+
+#include <memory>
+#include <optional>
 
 namespace discaro::scanner {
 
@@ -89,8 +94,6 @@ bool ScanEngine::captureOneFile() {
     if (m_request.options.DetailLevel == "minimal") {
         CaptureFileMinimal();
     } else {
-        if (m_request.options.DetailLevel != "basic")
-            runStatement(m_desk, kScanFilesHandler, [&] { inspectFile(); });
         m_watcher.yield();
         CaptureFile();
     }
@@ -146,7 +149,12 @@ void ScanEngine::CaptureFileMinimal() {
             if (const auto extension = extensionOf(CurrentFilePath); !extension.empty())
                 file(files::kFileExtension) = extension;
         },
-        [&] { m_data.files.UpdateRecord(); });
+        [&] { saveFile(); });
+}
+
+void ScanEngine::saveFile() {
+    m_data.files.UpdateRecord();
+    ++FilesKept;
 }
 
 void ScanEngine::CaptureFile() {
@@ -169,7 +177,7 @@ void ScanEngine::CaptureFile() {
         return;
     if (m_request.options.DetailLevel != "basic" && !captureResources())
         return;
-    runStatement(m_desk, kCaptureFileHandler, [&] { m_data.files.UpdateRecord(); });
+    runStatement(m_desk, kCaptureFileHandler, [&] { saveFile(); });
 }
 
 bool ScanEngine::captureFacts() {
@@ -191,24 +199,45 @@ bool ScanEngine::captureFacts() {
         });
 }
 
-// At full detail the file is opened once for both its texts and its icons.
-void ScanEngine::inspectFile() {
-    m_fileResources = {};
-    m_fileResources = disc::readResources(*m_lister.openFile(CurrentFilePath));
+// The file is opened once for both its texts and its icons.
+bool ScanEngine::captureResources() {
+    std::unique_ptr<disc::ByteSource> content;
+    std::optional<disc::Executable> executable;
+    return runStatements(
+               m_desk, kCaptureFileHandler, [&] { content = m_lister.openFile(CurrentFilePath); },
+               [&] {
+                   if (content)
+                       executable.emplace(*content);
+               }) &&
+           (!executable || captureVersion(*executable)) &&
+           runStatements(
+               m_desk, kCaptureFileHandler,
+               [&] {
+                   if (executable)
+                       rows(m_data.files)(files::kNumberOfIcons) = executable->icons();
+               },
+               [&] { ReadSetupIni(); });
 }
 
-bool ScanEngine::captureResources() {
-    db::Recordset& file = rows(m_data.files);
-    const disc::VersionTexts& texts = m_fileResources.version;
+bool ScanEngine::captureVersion(disc::Executable& executable) {
+    std::optional<disc::VersionTexts> texts;
+    const auto write = [&](std::string_view field, std::string disc::VersionTexts::*text) {
+        return [&, field, text] {
+            if (texts)
+                rows(m_data.files)(field) = (*texts).*text;
+        };
+    };
+    using Texts = disc::VersionTexts;
     return runStatements(
-        m_desk, kCaptureFileHandler, [&] { file(files::kCompanyName) = texts.companyName; },
-        [&] { file(files::kDescription) = texts.fileDescription; },
-        [&] { file(files::kCopyright) = texts.legalCopyright; },
-        [&] { file(files::kProductName) = texts.productName; },
-        [&] { file(files::kProductVersion) = texts.productVersion; },
-        [&] { file(files::kInternalName) = texts.internalName; },
-        [&] { file(files::kOriginalFileName) = texts.originalFileName; },
-        [&] { file(files::kNumberOfIcons) = m_fileResources.icons; }, [&] { ReadSetupIni(); });
+        m_desk, kCaptureFileHandler,
+        [&] { texts = disc::versionTexts(executable.versionResource()); },
+        write(files::kCompanyName, &Texts::companyName),
+        write(files::kDescription, &Texts::fileDescription),
+        write(files::kCopyright, &Texts::legalCopyright),
+        write(files::kProductName, &Texts::productName),
+        write(files::kProductVersion, &Texts::productVersion),
+        write(files::kInternalName, &Texts::internalName),
+        write(files::kOriginalFileName, &Texts::originalFileName));
 }
 
 // The directory's last file decides: any other name clears what an earlier setup.ini gave.

@@ -74,6 +74,46 @@ TEST(Executables, OneThatCannotBeOpenedHasNothingOfTheOneBefore) {
     EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read in File :- B.EXE");
 }
 
+TEST(Executables, OfOneThatCannotBeReadJustTheTextsAndIconsStayEmpty) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure)}));
+    rig.scan(detail("all"));
+    for (const char* field :
+         {"Company Name", "Description", "Copyright", "Product name", "Product Version",
+          "Internal Name", "Original file Name", "number of icons"})
+        EXPECT_TRUE(rig.isNull("files", {}, field)) << field;
+    EXPECT_EQ(rig.field("files", {}, "file size"), "0.001953125");
+    EXPECT_EQ(rig.field("files", {}, "Attributes"), "R");
+    EXPECT_FALSE(rig.isNull("files", {}, "file time"));
+}
+
+TEST(Executables, TextsThatWereReadStayWhenTheIconsCannotBe) {
+    auto resources = iconResources(1000);
+    resources.push_back(versionResource());
+    const auto disc = folder("", {executable("A.EXE", resources)});
+    int reads = 0;
+    {
+        ScanRig rig;
+        const auto& medium = rig.insert(disc);
+        rig.scan(detail("all"));
+        reads = medium.calls(Asked::Read);
+    }
+    ScanRig rig;
+    rig.insert(disc).failOn(Asked::Read, reads); // the last of the icons
+    rig.scan(detail("all"));
+    EXPECT_EQ(rig.field("files", {}, "Company Name"), sampleTexts().companyName);
+    EXPECT_TRUE(rig.isNull("files", {}, "number of icons"));
+    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read in File :- A.EXE");
+}
+
+TEST(Executables, OneThatCannotBeReadStillLetsASetupIniBehindItName) {
+    ScanRig rig;
+    rig.insert(folder("", {file("A.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure),
+                           file("setup.ini", "[Startup]\nAppName=Named")}));
+    rig.scan(detail("all"));
+    EXPECT_EQ(rig.field("directories", {}, "Comments"), "Named");
+}
+
 // ---- setup.ini and autorun.inf
 
 TEST(SetupIni, IsLookedForWithTwoBackslashesInARoot) {

@@ -245,13 +245,24 @@ TEST(FailingDisc, ABarAndItsTipThatBothRefuseAreTwoErrors) {
     EXPECT_EQ(rig.watcher.bars, (std::vector<std::string>{"directory", "directory tip"}));
 }
 
-TEST(FailingDisc, AnExecutableThatNeverOpensEndsWithTheUsersOk) {
+TEST(FailingDisc, UnderCancelAnExecutableThatNeverOpensIsAskedAboutOnceAndHasNoRow) {
     ScanRig rig;
     rig.insert(
         folder("", {file("P.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure), file("Q")}));
-    rig.watcher.answers = {false, false, true};
     rig.scan(action("cancel", "all"));
-    EXPECT_EQ(rig.watcher.prompts, 3) << "the statement runs again until the user stops";
+    EXPECT_EQ(rig.watcher.prompts, 1);
+    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read in File :- P.EXE");
+    EXPECT_EQ(rig.watcher.log.back(), "finished");
+    EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"Q"});
+}
+
+TEST(FailingDisc, UnderCancelAnExecutableThatNeverOpensEndsTheScanWithTheUsersOk) {
+    ScanRig rig;
+    rig.insert(
+        folder("", {file("P.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure), file("Q")}));
+    rig.watcher.answers = {true};
+    rig.scan(action("cancel", "all"));
+    EXPECT_EQ(rig.watcher.prompts, 1);
     EXPECT_EQ(rig.watcher.log.back(), "stopped");
     EXPECT_EQ(rig.count("files"), 0);
 }
