@@ -1,7 +1,6 @@
 #include "disc/FolderFile.h"
 
 #include "base/RuntimeError.h"
-#include "disc/Descriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -50,11 +49,6 @@ private:
     uint64_t m_size;
 };
 
-void requireRegular(const struct stat& facts) {
-    if (!S_ISREG(facts.st_mode))
-        throw RuntimeError(ErrorNumber::ReadFailure, "not a regular file");
-}
-
 } // namespace
 
 std::string systemText(int error) {
@@ -71,14 +65,23 @@ std::unique_ptr<ByteSource> openFolderFile(int directory, const std::string& nam
     struct stat facts {};
     if (::fstatat(directory, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0)
         throwSystemError(errno);
-    requireRegular(facts);
+    if (!S_ISREG(facts.st_mode))
+        return nullptr;
     constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
-    Descriptor descriptor(::openat(directory, name.c_str(), kFlags));
-    if (!descriptor || ::fstat(descriptor.number(), &facts) != 0)
+    Descriptor file(::openat(directory, name.c_str(), kFlags));
+    if (!file)
         throwSystemError(errno);
-    requireRegular(facts); // the name may have passed to something else in between
-    return std::make_unique<FolderFile>(std::move(descriptor),
-                                        static_cast<uint64_t>(facts.st_size));
+    return folderFile(std::move(file));
+}
+
+std::unique_ptr<ByteSource> folderFile(Descriptor file) {
+    struct stat facts {};
+    if (file && ::fstat(file.number(), &facts) != 0)
+        throwSystemError(errno);
+    // The name may have passed to something else before it was opened.
+    const bool readable = file && S_ISREG(facts.st_mode);
+    return std::make_unique<FolderFile>(std::move(file),
+                                        readable ? static_cast<uint64_t>(facts.st_size) : 0);
 }
 
 } // namespace discaro::disc

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "disc/Descriptor.h"
 #include "disc/Medium.h"
 
 #include <memory>
@@ -13,8 +14,11 @@ std::string systemText(int error);
 // Throws base::RuntimeError: PathMissing when the name is gone or no longer what it was, else ReadFailure.
 [[noreturn]] void throwSystemError(int error);
 
-// The regular file of this name in an open directory. Anything else is never opened: a pipe would wait, a device
-// would act. Throws base::RuntimeError (PathMissing, ReadFailure).
+// The regular file of this name in an open directory. Null for anything else, which is never opened: a pipe would
+// wait, a device would act. Throws base::RuntimeError (PathMissing, ReadFailure).
 std::unique_ptr<ByteSource> openFolderFile(int directory, const std::string& name);
+
+// The bytes of what is open for reading; none where that is nothing or no regular file. Throws ReadFailure.
+std::unique_ptr<ByteSource> folderFile(Descriptor file);
 
 } // namespace discaro::disc

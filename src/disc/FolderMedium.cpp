@@ -1,8 +1,8 @@
 #include "disc/FolderMedium.h"
 
 #include "base/RuntimeError.h"
-#include "disc/Descriptor.h"
 #include "disc/FolderFile.h"
+#include "disc/FolderLink.h"
 #include "disc/FolderTree.h"
 #include "disc/MountTable.h"
 #include "disc/Names.h"
@@ -165,13 +165,27 @@ FileFacts FolderMedium::fileFacts(const Place& /*directory*/, const Place& file)
     if (::fstatat(::dirfd(m_tree->open(number)), file.raw.c_str(), &facts, AT_SYMLINK_NOFOLLOW) !=
         0)
         throwSystemError(errno);
+    if (S_ISLNK(facts.st_mode))
+        if (const auto target = linked(number, file.raw, O_PATH))
+            ::fstat(target.number(), &facts);
     return {hasLength(facts.st_mode) ? static_cast<uint64_t>(facts.st_size) : 0, facts.st_mtime,
             attributesOf(file.raw, facts.st_mode, m_tree->isReadOnly(number))};
 }
 
 std::unique_ptr<ByteSource> FolderMedium::open(const Place& /*directory*/,
                                                const Place& file) const {
-    return openFolderFile(::dirfd(m_tree->open(static_cast<uint32_t>(file.number))), file.raw);
+    const auto number = static_cast<uint32_t>(file.number);
+    if (auto own = openFolderFile(::dirfd(m_tree->open(number)), file.raw))
+        return own;
+    return folderFile(linked(number, file.raw, O_RDONLY));
+}
+
+// The regular file inside the folder that a link leads to; none for everything else.
+Descriptor FolderMedium::linked(uint32_t directory, const std::string& name, int access) const {
+    const auto above = m_tree->pathBelowRoot(directory);
+    const auto link = above.empty() ? name : above + "/" + name;
+    return openLinked({::dirfd(m_tree->open(FolderTree::kRoot)), m_tree->root().native()}, link,
+                      access);
 }
 
 } // namespace discaro::disc

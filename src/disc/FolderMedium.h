@@ -1,5 +1,6 @@
 #pragma once
 
+#include "disc/Descriptor.h"
 #include "disc/Medium.h"
 
 #include <filesystem>
@@ -13,9 +14,9 @@ class FolderTree;
 // What stands for a folder's volume label: its last path component, empty for "/".
 std::string folderLabel(const std::filesystem::path& folder);
 
-// A directory tree of the computer as a medium. Names keep their bytes. Symbolic links are listed as files with
-// facts of their own and never followed; pipes, devices and sockets are listed as files of length 0 and can't be
-// opened. A directory that stands inside itself fails with DirectoryLoop, one that is gone with PathMissing, a root
+// A directory tree of the computer as a medium. Names keep their bytes. Symbolic links are listed as files. One that
+// leads to a file inside the folder has that file's facts and bytes; others have facts of their own and, like pipes,
+// devices and sockets, which have length 0, no bytes. A directory that stands inside itself fails with DirectoryLoop, one that is gone with PathMissing, a root
 // that can't be opened with DriveNotReady. For one thread.
 //
 // Facts. Label: folderLabel. File system: "CDFS", "UDF", or the kernel's name
@@ -41,6 +42,7 @@ public:
 private:
     // A place's number is that of the directory that lists it, its raw name the rest. The root has neither.
     uint32_t numberOf(const Place& directory) const;
+    Descriptor linked(uint32_t directory, const std::string& name, int access) const;
 
     Use m_use;
     std::unique_ptr<FolderTree> m_tree;

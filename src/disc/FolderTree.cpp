@@ -120,6 +120,13 @@ void FolderTree::note(uint32_t directory, DIR* stream) {
     node.readOnly = ::fstatvfs(::dirfd(stream), &system) == 0 && (system.f_flag & ST_RDONLY) != 0;
 }
 
+std::string FolderTree::pathBelowRoot(uint32_t directory) const {
+    std::string path;
+    for (uint32_t at = directory; at != kRoot; at = m_nodes[at].parent)
+        path.insert(0, path.empty() ? m_nodes[at].name : m_nodes[at].name + "/");
+    return path;
+}
+
 bool FolderTree::isInsideItself(uint32_t directory) const {
     const Identity identity = m_nodes[directory].identity;
     for (uint32_t at = directory; at != kRoot;) {

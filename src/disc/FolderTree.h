@@ -43,6 +43,9 @@ public:
     // gone or was never numbered, ReadFailure for all else.
     DIR* open(uint32_t directory);
 
+    // The path below the root, with slashes between the names; empty for the root itself.
+    std::string pathBelowRoot(uint32_t directory) const;
+
     // Of a directory that was opened once: whether its file system can't be written.
     bool isReadOnly(uint32_t directory) const { return m_nodes[directory].readOnly; }
 

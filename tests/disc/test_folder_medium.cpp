@@ -136,25 +136,7 @@ TEST_F(FolderMediumTest, ADotInFrontIsHiddenAndNoWriteBitIsReadOnly) {
     EXPECT_EQ(factsOf(".locked").attributes, attribute::kReadOnly | attribute::kHidden);
 }
 
-TEST_F(FolderMediumTest, SymbolicLinksAreFilesOfTheirOwn) {
-    folder.makeFolder("real");
-    folder.write("target", "twelve bytes");
-    fs::create_directory_symlink("real", folder.path() / "to-folder");
-    fs::create_symlink("target", folder.path() / "to-file");
-    fs::create_symlink("nothing-here", folder.path() / "dangling");
-    fs::create_symlink("loop", folder.path() / "loop");
-    const auto listing = listRoot();
-    EXPECT_THAT(namesOf(listing.directories), ElementsAre("real"));
-    EXPECT_THAT(namesOf(listing.files),
-                UnorderedElementsAre("to-folder", "to-file", "target", "dangling", "loop"));
-    EXPECT_EQ(factsOf("to-folder").size, 4u);
-    EXPECT_EQ(factsOf("to-file").size, 6u);
-    EXPECT_EQ(factsOf("dangling").size, 12u);
-    for (const auto* name : {"to-folder", "to-file", "dangling", "loop"})
-        EXPECT_EQ(errorOf([&] { openFile(name); }), numberOf(ErrorNumber::ReadFailure)) << name;
-}
-
-TEST_F(FolderMediumTest, PipesAndSocketsAreListedWithoutLengthAndNeverOpened) {
+TEST_F(FolderMediumTest, PipesAndSocketsHaveFactsAndNeitherLengthNorBytes) {
     ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
@@ -165,7 +147,9 @@ TEST_F(FolderMediumTest, PipesAndSocketsAreListedWithoutLengthAndNeverOpened) {
     EXPECT_THAT(namesOf(listRoot().files), UnorderedElementsAre("pipe", "socket"));
     for (const auto* name : {"pipe", "socket"}) {
         EXPECT_EQ(factsOf(name).size, 0u);
-        EXPECT_EQ(errorOf([&] { openFile(name); }), numberOf(ErrorNumber::ReadFailure));
+        EXPECT_GT(factsOf(name).modified, 0);
+        EXPECT_EQ(openFile(name)->size(), 0u);
+        EXPECT_EQ(contentOf(*openFile(name)), "");
     }
 }
 
