@@ -106,6 +106,7 @@ void Store::begin() {
         throw base::RuntimeError(base::ErrorNumber::CatalogueReadOnly, m_path);
     // Exclusive: a reader that would keep the commit from succeeding is noticed now, not after hours of writing.
     m_connection.execute("BEGIN EXCLUSIVE");
+    noteVersion(); // from here on nothing that was read before another program's writing counts
 }
 
 void Store::commit() {
@@ -127,8 +128,11 @@ void Store::noteAll() {
 }
 
 void Store::noteOthers() {
-    if (m_connection.inTransaction())
-        return;
+    if (!m_connection.inTransaction())
+        noteVersion();
+}
+
+void Store::noteVersion() {
     const auto statement = m_statements.get("PRAGMA data_version");
     const StatementRun run(*statement);
     const int64_t version = run->step() ? run->integer(0) : 0;

@@ -72,6 +72,7 @@ public:
     void noteOthers();
 
 private:
+    void noteVersion();
     void beginWrite();
     void writeFailed(const base::RuntimeError& error);
     void removeIdleJournal();

@@ -8,6 +8,9 @@
 #include "scanner/DiscFiles.h"
 #include "scanner/Texts.h"
 
+#include <limits>
+#include <variant>
+
 namespace discaro::scanner {
 
 using base::skipErrors;
@@ -17,6 +20,8 @@ namespace masterTable = catalogue::masterTable;
 namespace {
 
 constexpr int64_t kHighestFreeNumber = 1000000;
+constexpr int64_t kHighestNumber = std::numeric_limits<int64_t>::max();
+constexpr double kKilobytesInMegabyte = 1024;
 
 } // namespace
 
@@ -77,24 +82,24 @@ bool ScanEngine::stopIfCancelled() {
     return true;
 }
 
-int64_t ScanEngine::freeDiscNumber() {
-    for (int64_t number = 1; number <= kHighestFreeNumber; ++number) {
+// The lowest number that no disc has; the last one where all are taken.
+int64_t ScanEngine::freeDiscNumber(int64_t from, int64_t to) {
+    int64_t number = from;
+    for (; number < to; ++number) {
         rows(m_data.discs).FindFirst("[id number] = " + std::to_string(number));
         if (rows(m_data.discs).NoMatch())
-            return number;
+            break;
     }
-    return DiscNumber;
+    return number;
 }
 
 void ScanEngine::ClaimDiscNumber() {
     const bool free = m_request.options.UseFreeNumber == "true";
     db::Recordset& master = rows(m_data.master);
-    if (free)
-        DiscNumber = freeDiscNumber();
-    else
-        DiscNumber =
-            static_cast<int64_t>(db::numberOf(master.Fields(masterTable::kScannedCdRoms).Value())) +
-            1;
+    const db::Value last = master.Fields(masterTable::kScannedCdRoms).Value();
+    const auto* const number = std::get_if<int64_t>(&last);
+    const int64_t next = !free && number != nullptr && *number < kHighestNumber ? *number + 1 : 1;
+    DiscNumber = freeDiscNumber(next, free ? kHighestFreeNumber : kHighestNumber);
     master.Edit();
     if (!free)
         master(masterTable::kScannedCdRoms) = DiscNumber;
@@ -102,16 +107,13 @@ void ScanEngine::ClaimDiscNumber() {
     m_data.master.UpdateRecord();
 }
 
-// Without the disc's row nothing of the disc can be kept. A number that a free one has overtaken is the usual reason.
+// Without the disc's row nothing of the disc can be kept.
 void ScanEngine::AddDriveRow() {
     try {
         fillDriveRow();
         m_data.discs.UpdateRecord();
     } catch (const base::RuntimeError& error) {
-        const bool taken = error.is(base::ErrorNumber::RuleViolated);
-        m_desk.giveUp(taken ? "The CD-ROM number " + std::to_string(DiscNumber) +
-                                  " is in use already. Choose \"any free number\" in the options."
-                            : error.description());
+        m_desk.giveUp(error.description());
     }
 }
 

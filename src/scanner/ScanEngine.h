@@ -52,7 +52,7 @@ public:
 private:
     // The steps before the walk
     void ClaimDiscNumber();
-    int64_t freeDiscNumber();
+    int64_t freeDiscNumber(int64_t from, int64_t to);
     void AddDriveRow();
     void fillDriveRow();
     void ReadAutorun(const std::string& root);

@@ -290,41 +290,6 @@ TEST(FailingDisc, TheWalkReadsTheRootAnewAfterTheQuickScan) {
 
 // ---- A catalogue that refuses
 
-TEST(RefusingCatalogue, ANumberThatAFreeOneOvertookEndsTheScanWithAMessage) {
-    ScanRig rig;
-    rig.insert(folder("", {file("A")}));
-    auto options = action("ignore");
-    options.UseFreeNumber = "true";
-    rig.scan(options);
-    rig.scan(action("ignore"));
-    EXPECT_EQ(rig.watcher.log.back(), "stopped");
-    EXPECT_EQ(rig.watcher.log[rig.watcher.log.size() - 2],
-              "not saved: The CD-ROM number 1 is in use already. Choose \"any free number\" in the "
-              "options.");
-    EXPECT_EQ(rig.count("drive"), 1);
-    EXPECT_EQ(rig.field("drive", {}, "Comments"),
-              "Scanned with basic details ignoring all errors.\r\n")
-        << "the other disc's comments stay";
-}
-
-TEST(RefusingCatalogue, ADiscWhoseDriveIsGoneIsNotScannedWithoutARowOfItsOwn) {
-    ScanRig rig;
-    rig.insert(folder("", {file("A")}));
-    rig.scan();
-    scanner::ScanEngine engine(
-        {rig.masterSource, rig.discs, rig.directories, rig.files}, rig.drives, rig.lister,
-        rig.watcher,
-        {.driveLetter = 'X', .preferredName = {}, .comments = {}, .quickFiles = 0, .options = {}});
-    engine.run();
-    EXPECT_EQ(rig.watcher.log.back(), "stopped");
-    EXPECT_TRUE(rig.watcher.log[rig.watcher.log.size() - 2].starts_with(
-        "not saved: The path was not found"))
-        << rig.watcher.log[rig.watcher.log.size() - 2];
-    EXPECT_EQ(rig.count("drive"), 1);
-    EXPECT_EQ(rig.count("files"), 1);
-    EXPECT_EQ(rig.master("scanned cd-roms"), "1");
-}
-
 TEST(RefusingCatalogue, ADiscTableThatTakesNoRowEndsTheScan) {
     ScanRig rig;
     rig.insert(folder("", {file("A")}));
