@@ -13,6 +13,15 @@ constexpr int kBufferLength = 50;
 
 } // namespace
 
+void readRoot(disc::Lister& lister, const std::string& root) {
+    lister.letGo();
+    lister.setPath(root);
+    lister.setFilePath(root);
+    if (lister.listCount() == 0 && lister.fileCount() == 0)
+        if (const auto damage = lister.takeDamage())
+            throw *damage;
+}
+
 void readAutorun(disc::Lister& lister, const std::string& root,
                  const std::function<void(const std::string& line)>& line) {
     const std::string path = root + "autorun.inf";

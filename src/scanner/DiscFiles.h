@@ -7,6 +7,10 @@
 
 namespace discaro::scanner {
 
+// Lets go of the disc, which may be another one since it was looked at last, and moves to its root. Throws
+// base::RuntimeError where the drive can't be read, or nothing of the root.
+void readRoot(disc::Lister& lister, const std::string& root);
+
 // Calls with each line of the disc's autorun.inf, without line ends; all lines count, whatever section they stand
 // in. A disc without the file has none. Throws base::RuntimeError where the file can't be read; the lines before
 // that have been given. Text beyond the first MiB is left out.

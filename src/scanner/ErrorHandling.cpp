@@ -8,12 +8,24 @@
 
 namespace discaro::scanner {
 
+namespace {
+
+// The numbers of the discs stand together.
+bool isOfDisc(const base::RuntimeError& error) {
+    return error.number() >= static_cast<int>(base::ErrorNumber::PathMissing) &&
+           error.number() <= static_cast<int>(base::ErrorNumber::FileDamaged);
+}
+
+} // namespace
+
 ErrorDesk::ErrorDesk(const ScanOptions& options, ScanWatcher& watcher, PlaceName placeName)
     : m_options(options)
     , m_watcher(watcher)
     , m_placeName(std::move(placeName)) {}
 
 ErrorDesk::Next ErrorDesk::handle(const base::RuntimeError& error, const ErrorHandler& handler) {
+    m_discFailed |= isOfDisc(error);
+    m_discGone |= error.is(base::ErrorNumber::DriveNotReady);
     if (handler.looksForConversion && error.is(base::ErrorNumber::DataTypeConversion))
         AskStopOnError();
     const bool file = handler.place == ErrorHandler::Place::File;
@@ -50,8 +62,8 @@ std::string ErrorDesk::ErrorLog() const {
 
 void ErrorDesk::giveUp(const std::string& reason) {
     app::Module1::ScanCancelled = 1;
-    if (!std::exchange(m_gaveUp, true))
-        m_watcher.scanNotSaved(reason);
+    if (m_reason.empty())
+        m_reason = reason;
 }
 
 void ErrorDesk::AskStopOnError() {

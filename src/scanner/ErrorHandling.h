@@ -49,8 +49,15 @@ public:
     // user wants the scan stopped. When it was the catalogue that failed, who stops the scan is told how.
     Next handle(const base::RuntimeError& error, const ErrorHandler& handler);
 
-    // Ends the scan because the catalogue can't take it whole; the user is told the first reason.
+    // Ends the scan because the catalogue can't take it whole. The first reason is the one to tell, when the
+    // transaction is over.
     void giveUp(const std::string& reason);
+    // Empty as long as nothing ended the scan but the user.
+    const std::string& reason() const { return m_reason; }
+
+    // Whether something of the disc could not be read; whether the disc itself was not there.
+    bool discFailed() const { return m_discFailed; }
+    bool discGone() const { return m_discGone; }
 
     // Asks whether to stop; a yes sets the shared flag and lets pending events run.
     void AskStopOnError();
@@ -67,7 +74,9 @@ private:
 
     std::string m_log;
     size_t m_unlogged = 0;
-    bool m_gaveUp = false;
+    std::string m_reason;
+    bool m_discFailed = false;
+    bool m_discGone = false;
 };
 
 // Runs one statement of a procedure under its handler. Returns false when the procedure ends here.

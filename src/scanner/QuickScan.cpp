@@ -2,6 +2,7 @@
 
 #include "base/Number.h"
 #include "base/RuntimeError.h"
+#include "scanner/DiscFiles.h"
 #include "scanner/Texts.h"
 
 namespace discaro::scanner {
@@ -9,12 +10,7 @@ namespace discaro::scanner {
 void QuickScan::begin(char driveLetter) {
     m_directories = 0;
     m_files = 0;
-    m_lister.letGo(); // the disc may be another one since it was looked at last
-    m_lister.setPath(rootPath(driveLetter));
-    m_lister.setFilePath(m_lister.path());
-    if (m_lister.listCount() == 0 && m_lister.fileCount() == 0)
-        if (const auto damage = m_lister.takeDamage())
-            throw *damage;
+    readRoot(m_lister, rootPath(driveLetter));
     m_files += m_lister.fileCount();
 }
 

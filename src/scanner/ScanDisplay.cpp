@@ -6,6 +6,7 @@
 #include "kit/Strings.h"
 #include "kit/Yield.h"
 #include "scanner/Scanform.h"
+#include "scanner/Texts.h"
 
 #include <array>
 #include <charconv>
@@ -164,17 +165,21 @@ void ScanDisplay::scanFinished() {
     m_form.Command1(7).setFocus();
 }
 
-void ScanDisplay::scanNotSaved(const std::string& reason) {
-    kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" +
-                    kit::qt(reason),
-                kit::Buttons::Ok, kit::Icon::Critical, "Error during Scan", &m_form);
+void ScanDisplay::discLost(double kept, double counted, bool logged) {
+    kit::MsgBox(kit::qt(discLostText(kept, counted, logged)), kit::Buttons::Ok,
+                kit::Icon::Exclamation, "Error during Scan", &m_form);
 }
 
-void ScanDisplay::scanStopped() {
+// The box stands over the menu: by then the transaction is over, and other programs may have the catalogue.
+void ScanDisplay::scanStopped(const std::string& reason) {
     m_form.Unload();
     kit::yield();
     app::Windows::Show("Switch");
     kit::yield();
+    if (!reason.empty())
+        kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" +
+                        kit::qt(reason),
+                    kit::Buttons::Ok, kit::Icon::Critical, "Error during Scan");
 }
 
 void ScanDisplay::showWalkStage(Stage stage) {

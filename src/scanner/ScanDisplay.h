@@ -38,8 +38,8 @@ public:
     void clockStopped() override;
     void beep() override;
     void scanFinished() override;
-    void scanNotSaved(const std::string& reason) override;
-    void scanStopped() override;
+    void discLost(double kept, double counted, bool logged) override;
+    void scanStopped(const std::string& reason) override;
 
 private:
     enum class Stage { NotStarted, Running, Finished };

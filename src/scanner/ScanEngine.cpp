@@ -35,7 +35,16 @@ ScanEngine::ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc
     , m_desk(m_request.options, watcher,
              [this](ErrorHandler::Place place) { return placeName(place); }) {}
 
+void ScanEngine::lookAtDisc() {
+    const std::string root = rootPath(m_request.driveLetter);
+    const disc::DriveFacts facts = m_drives.facts(root);
+    readRoot(m_lister, root); // which may be another disc's than the quick scan's
+    m_disc = facts;
+}
+
 void ScanEngine::run() {
+    if (!m_disc)
+        lookAtDisc();
     db::DBEngine::BeginTrans();
     FilesDone = 0;
     FilesLeft = m_request.quickFiles;
@@ -68,17 +77,29 @@ void ScanEngine::finish() {
     m_watcher.beep();
     try {
         db::DBEngine::CommitTrans();
-        m_watcher.scanFinished();
     } catch (const base::RuntimeError& error) {
         m_desk.giveUp(error.description());
-        m_watcher.scanStopped();
     }
+    if (stopIfCancelled())
+        return;
+    skipErrors([&] { m_watcher.scanFinished(); });
+    if (discIsLost())
+        m_watcher.discLost(FilesKept, m_request.quickFiles, m_request.options.LogErrors == "true");
+}
+
+// A disc that has gone leaves a walk that tells every file and directory by itself, as unreadable ones do. It is gone
+// when it says so, when files are missing, and when its root can't be read any more.
+bool ScanEngine::discIsLost() {
+    if (!m_desk.discFailed())
+        return false;
+    return m_desk.discGone() || FilesDone < m_request.quickFiles ||
+           !skipErrors([&] { readRoot(m_lister, rootPath(m_request.driveLetter)); });
 }
 
 bool ScanEngine::stopIfCancelled() {
     if (!cancelled())
         return false;
-    m_watcher.scanStopped();
+    m_watcher.scanStopped(m_desk.reason());
     return true;
 }
 
@@ -110,17 +131,14 @@ void ScanEngine::ClaimDiscNumber() {
 // Without the disc's row nothing of the disc can be kept.
 void ScanEngine::AddDriveRow() {
     try {
-        fillDriveRow();
+        fillDriveRow(*m_disc);
         m_data.discs.UpdateRecord();
     } catch (const base::RuntimeError& error) {
         m_desk.giveUp(error.description());
     }
 }
 
-void ScanEngine::fillDriveRow() {
-    const disc::DriveFacts facts = m_drives.facts(rootPath(m_request.driveLetter));
-    // Looking at the drive may have found another disc in it than the quick scan did.
-    skipErrors([&] { m_lister.reread(); });
+void ScanEngine::fillDriveRow(const disc::DriveFacts& facts) {
     db::Recordset& disc = rows(m_data.discs);
     disc.AddNew();
     skipErrors([&] { disc(drive::kIdNumber) = DiscNumber; });

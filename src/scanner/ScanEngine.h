@@ -1,12 +1,14 @@
 #pragma once
 
 #include "db/DataSource.h"
+#include "disc/DriveTable.h"
 #include "disc/Lister.h"
 #include "scanner/ErrorHandling.h"
 #include "scanner/ScanOptions.h"
 #include "scanner/ScanWatcher.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace discaro::disc {
@@ -41,9 +43,14 @@ public:
     ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister,
                ScanWatcher& watcher, ScanRequest request);
 
-    // Runs the scan to its end, or to the stop that the user asked for; in both cases the watcher hears of it.
-    // Throws base::RuntimeError only when no transaction can be begun: then nothing has happened. Failing statements
-    // of the walk are handled in the walk, those of the other steps are passed over.
+    // Looks at the disc that is in the drive now. Throws base::RuntimeError where it is gone or nothing of its root can
+    // be read.
+    void lookAtDisc();
+
+    // Runs the scan to its end, or to the stop that the user asked for; in both cases the watcher hears of it. Looks at
+    // the disc first where nobody has yet. Throws base::RuntimeError only when that fails or no transaction can be
+    // begun: then nothing has happened. Failing statements of the walk are handled in the walk, those of the other
+    // steps are passed over.
     void run();
 
     const std::string& DirectoryNumber() const { return DirectoryId; }
@@ -54,7 +61,7 @@ private:
     void ClaimDiscNumber();
     int64_t freeDiscNumber(int64_t from, int64_t to);
     void AddDriveRow();
-    void fillDriveRow();
+    void fillDriveRow(const disc::DriveFacts& facts);
     void ReadAutorun(const std::string& root);
 
     // The walk
@@ -83,6 +90,7 @@ private:
     void LogErrorsToComments();
     void RollUpTotals();
     void finish();
+    bool discIsLost();
 
     bool cancelled() const;
     std::string placeName(ErrorHandler::Place place) const;
@@ -94,6 +102,8 @@ private:
     ScanWatcher& m_watcher;
     ScanRequest m_request;
     ErrorDesk m_desk;
+
+    std::optional<disc::DriveFacts> m_disc; // of the disc in hand, once it was looked at
 
     int64_t DiscNumber = 0;           // the disc in hand
     std::string DirectoryId;          // number of the directory in hand

@@ -48,12 +48,14 @@ public:
     virtual void beep() {}
     virtual void scanFinished() {}
 
-    // The catalogue refused the scan as a whole and stands as before; the scan stops.
-    virtual void scanNotSaved(const std::string& /*reason*/) {}
+    // The scan was committed, but the disc went away during the walk: so many of the files that the quick scan
+    // counted are in the catalogue.
+    virtual void discLost(double /*kept*/, double /*counted*/, bool /*logged*/) {}
 
-    // The scan was stopped: the window closes and the main menu comes back. The transaction ends with the window's
-    // data sources.
-    virtual void scanStopped() {}
+    // The scan was stopped, and the catalogue stands as before. The window closes, which ends the transaction with its
+    // data sources, and the main menu comes back; then the reason is told. It is empty where the user wanted the stop,
+    // else what kept the catalogue from taking the scan.
+    virtual void scanStopped(const std::string& /*reason*/) {}
 };
 
 } // namespace discaro::scanner

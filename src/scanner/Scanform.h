@@ -182,6 +182,7 @@ private:
     bool scanIsRunning() const;
     kit::Answer say(const QString& text, kit::Icon icon, const QString& title);
     ScanRequest request();
+    void runScan();
     void showWholeText(bool whole);
 
     int16_t ScanPage = 1;

@@ -115,13 +115,21 @@ void Scanform::Command2_Click() {
         return;
     m_engine = std::make_unique<ScanEngine>(ScanSources{Data1, Data2, Data3, Data4}, m_drives, Dir1,
                                             m_display, request());
-    try {
-        m_engine->run();
-    } catch (const base::RuntimeError& error) {
-        say(qt(error.description()), kit::Icon::Critical, "Error");
-    }
+    runScan();
     m_engine.reset();
     Dir1.letGo();
+}
+
+// What keeps a scan from beginning is told, the disc as at the quick scan, and it can be started again.
+void Scanform::runScan() {
+    auto icon = kit::Icon::Exclamation;
+    try {
+        m_engine->lookAtDisc();
+        icon = kit::Icon::Critical;
+        m_engine->run();
+    } catch (const base::RuntimeError& error) {
+        say(qt(error.description()), icon, "Error");
+    }
 }
 
 void Scanform::Command6_Click() {

@@ -41,6 +41,12 @@ std::string directoryInHand(const disc::Lister& lister) {
     return lister.path() + "     (" + std::to_string(lister.fileCount()) + " File(s))";
 }
 
+std::string discLostText(double kept, double counted, bool logged) {
+    return "The CD-ROM could not be read to its end. " + base::numberText(kept) + " of the " +
+           base::numberText(counted) + " files that were counted are in the catalogue." +
+           (logged ? " The errors are in the CD-ROM's comments." : "");
+}
+
 std::string settingsText(const ScanSettings& settings) {
     return settingsLine("* These are the final settings for your CD-ROM.") +
            settingsLine("* To start scanning press Finish.") +

@@ -26,6 +26,10 @@ std::string initialComments(const ScanOptions& options, const std::string& userC
 // "D:\DIR     (12 File(s))": the directory in hand.
 std::string directoryInHand(const disc::Lister& lister);
 
+// After a scan whose disc went away during the walk: how many of the counted files are in the catalogue, and where
+// the errors are kept when they are.
+std::string discLostText(double kept, double counted, bool logged);
+
 // What page 5 of the wizard shows before anything is written.
 struct ScanSettings {
     std::string preferredName;

@@ -5,6 +5,7 @@
 #include "db/DBEngine.h"
 #include "disc/DriveTable.h"
 #include "scanner/QuickScan.h"
+#include "scanner/Texts.h"
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
@@ -80,10 +81,12 @@ void TestWatcher::beep() {
 void TestWatcher::scanFinished() {
     log.emplace_back("finished");
 }
-void TestWatcher::scanNotSaved(const std::string& reason) {
-    log.push_back("not saved: " + reason);
+void TestWatcher::discLost(double kept, double counted, bool logged) {
+    log.push_back("disc lost: " + scanner::discLostText(kept, counted, logged));
 }
-void TestWatcher::scanStopped() {
+void TestWatcher::scanStopped(const std::string& reason) {
+    if (!reason.empty())
+        log.push_back("not saved: " + reason);
     log.emplace_back("stopped");
     if (whenStopped)
         whenStopped();

@@ -45,8 +45,8 @@ public:
     void clockStopped() override;
     void beep() override;
     void scanFinished() override;
-    void scanNotSaved(const std::string& reason) override;
-    void scanStopped() override;
+    void discLost(double kept, double counted, bool logged) override;
+    void scanStopped(const std::string& reason) override;
 
     std::function<void()> whenStopped;
     std::function<void()> atDiscBar;    // may throw, as a bar does that refuses a value

@@ -197,22 +197,6 @@ TEST(FailingDisc, ADirectoryInsideItselfEndsAndIsLogged) {
     EXPECT_FALSE(rig.errorLog.empty());
 }
 
-TEST(FailingDisc, ADiscThatVanishesMidwayEndsAsASuccessWithALog) {
-    std::vector<MemoryNode> children;
-    for (int i = 0; i < 20; ++i)
-        children.push_back(folder("D" + std::to_string(i), {file("A", "x"), file("B", "y")}));
-    ScanRig rig;
-    auto& medium = rig.insert(folder("", children));
-    rig.watcher.atYield = [&](int number) {
-        if (number == 40)
-            medium.vanishAfter(0);
-    };
-    rig.scan(action("ignore"));
-    EXPECT_EQ(rig.watcher.log.back(), "finished");
-    EXPECT_EQ(rig.count("directories"), 21);
-    EXPECT_FALSE(rig.errorLog.empty());
-}
-
 TEST(FailingDisc, AnUnreadableExecutableKeepsItsRowAtFullDetail) {
     ScanRig rig;
     rig.insert(

@@ -213,6 +213,28 @@ TEST_F(Drives, AnAddedFolderThatHasGoneIsToldAndAnotherDriveCanBeChosen) {
     EXPECT_EQ(count("drive"), 0);
 }
 
+TEST_F(Drives, AnAddedFolderThatHasGoneWhenTheScanStartsIsToldAndTheScanCanBeStartedAgain) {
+    const auto path = makeFolder("going");
+    open();
+    form->addDisc(path);
+    typeInto(*form->Text2, "Disc");
+    for (int page = 2; page < 5; ++page)
+        next();
+    click(button(3));
+    std::filesystem::remove_all(path);
+    box.expect(QString::fromStdString("The path was not found: " + path.string()), Buttons::Ok,
+               Icon::Exclamation, "Error");
+    click(*form->Command2);
+    EXPECT_EQ(count("drive") + count("directories") + count("files"), 0);
+    EXPECT_TRUE(form->Picture2->isVisible());
+    EXPECT_TRUE(form->Command2->isVisible() && form->Command2->isEnabled());
+    EXPECT_FALSE(form->Command6->isVisible());
+    EXPECT_TRUE(button(4).isEnabled());
+    makeFolder("going");
+    click(*form->Command2);
+    EXPECT_EQ(count("drive"), 1);
+}
+
 TEST_F(Drives, AnAddedFolderIsNotHeldOpenOnThePagesAndAfterTheScan) {
     const auto path = makeFolder("held");
     open();

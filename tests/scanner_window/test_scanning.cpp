@@ -277,6 +277,55 @@ TEST_F(Scanning, MoreFilesThanCountedAreRefusedByTheBarAndLogged) {
     EXPECT_NE(field("drive", "Comments").find(" in File :- F"), std::string::npos);
 }
 
+TEST_F(Scanning, ADiscThatIsGoneAtTheStartIsToldAndTheScanCanBeStartedAgain) {
+    auto& medium = insert(manyFiles());
+    goToScanning();
+    medium.vanishAfter(0);
+    box.expect("There is no disc in the drive, or it cannot be read", Buttons::Ok,
+               Icon::Exclamation, "Error");
+    click(*form->Command2);
+    EXPECT_FALSE(db::DBEngine::InTransaction());
+    EXPECT_EQ(count("drive") + count("directories") + count("files"), 0);
+    EXPECT_TRUE(form->Command2->isVisible() && form->Command2->isEnabled());
+    EXPECT_FALSE(form->Command6->isVisible());
+    EXPECT_TRUE(button(4).isEnabled());
+    medium.vanishAfter(1000);
+    click(*form->Command2);
+    EXPECT_EQ(count("files"), 50);
+}
+
+TEST_F(Scanning, ADiscThatGoesInTheWalkIsToldAfterTheCommit) {
+    auto& medium =
+        insert(folder("", {folder("A", {file("1"), file("2")}), folder("B", {file("3")})}));
+    goToScanning();
+    duringScan([&medium] { medium.vanishAfter(0); });
+    box.expectTitled("Error during Scan", Icon::Exclamation);
+    box.atQuestion = [] { EXPECT_FALSE(db::DBEngine::InTransaction()); };
+    click(*form->Command2);
+    EXPECT_EQ(box.last().text, "The CD-ROM could not be read to its end. " +
+                                   QString::number(count("files")) +
+                                   " of the 3 files that were counted are in the catalogue. The "
+                                   "errors are in the CD-ROM's comments.");
+    EXPECT_EQ(count("drive"), 1);
+    EXPECT_TRUE(button(7).isEnabled());
+}
+
+TEST_F(Scanning, AScanThatCannotBeSavedIsToldOverTheMenuWhenItsTransactionIsOver) {
+    goToScanning();
+    form->Data2.SetReadOnly(true);
+    form->Data2.Refresh();
+    box.expect("The scan could not be saved. The catalogue stands as it was before.\n\n"
+               "The operation is not supported for this object: the recordset is a snapshot",
+               Buttons::Ok, Icon::Critical, "Error during Scan");
+    box.atQuestion = [this] {
+        EXPECT_FALSE(db::DBEngine::InTransaction());
+        EXPECT_TRUE(isUp("Switch"));
+    };
+    click(*form->Command2);
+    EXPECT_FALSE(isUp("Scanform"));
+    EXPECT_EQ(count("directories"), 0);
+}
+
 TEST_F(Scanning, FinishReturnsAndAnotherScanOpensAFreshWizard) {
     scan();
     click(*form->Command5);

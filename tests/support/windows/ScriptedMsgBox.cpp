@@ -29,6 +29,8 @@ ScriptedMsgBox& ScriptedMsgBox::expectTitled(const QString& title, kit::Icon ico
 kit::Answer ScriptedMsgBox::answer(const kit::Question& question) {
     ++m_asked;
     m_last = question;
+    if (atQuestion)
+        atQuestion();
     if (m_steps.empty()) {
         ADD_FAILURE() << "not expected: " << question.title.toStdString() << ": "
                       << question.text.toStdString();

@@ -3,6 +3,7 @@
 #include "kit/MsgBox.h"
 
 #include <deque>
+#include <functional>
 
 namespace discaro::test {
 
@@ -23,6 +24,9 @@ public:
     ScriptedMsgBox& expectTitled(const QString& title, kit::Icon icon,
                                  kit::Buttons buttons = kit::Buttons::Ok,
                                  kit::Answer answer = kit::Answer::Ok);
+
+    // Runs while each box is up, if it is set.
+    std::function<void()> atQuestion;
 
     // What was asked last.
     const kit::Question& last() const { return m_last; }
