@@ -189,7 +189,9 @@ DriveType DriveTable::type(std::string_view root) const {
 DriveFacts DriveTable::facts(std::string_view text) const {
     const char letter = letterIn(text);
     auto& drive = driveOf(letter);
-    DriveFacts result{rootText(letter), drive.computer.type, {}, {}, {}, 0, 0};
+    DriveFacts result;
+    result.root = rootText(letter);
+    result.type = drive.computer.type;
     base::skipErrors([&] {
         const auto volume = drive.isAdded() ? share(letter)->facts() : lookAgain(drive);
         result.label = volume.label;
@@ -197,6 +199,7 @@ DriveFacts DriveTable::facts(std::string_view text) const {
         result.fileSystem = volume.fileSystem;
         result.totalMegabytes = static_cast<double>(volume.totalBytes) / kMegabyte;
         result.freeMegabytes = static_cast<double>(volume.freeBytes) / kMegabyte;
+        result.isFolder = volume.isFolder;
     });
     return result;
 }

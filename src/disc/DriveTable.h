@@ -22,6 +22,7 @@ struct DriveFacts {
     std::string fileSystem; // "CDFS", "UDF", or the kernel's name of the type
     double totalMegabytes = 0;
     double freeMegabytes = 0;
+    bool isFolder = false; // whose size is the sum of what it holds; the total is 0
 };
 
 // Gives each thing that can be read a drive letter. C: is the root file system; from D: on come, in order, the

@@ -134,10 +134,17 @@ VolumeFacts FolderMedium::facts() const {
     if (!folder || ::fstat(folder.number(), &own) != 0 ||
         ::fstatfs(folder.number(), &system) != 0 || ::fstatvfs(folder.number(), &space) != 0)
         throw RuntimeError(ErrorNumber::DriveNotReady, systemText(errno));
-    const bool full = m_use == Use::Disc || (space.f_flag & ST_RDONLY) != 0;
-    return {folderLabel(m_tree->root()), fileSystemName(m_tree->root()), serialOf(system, own),
-            uint64_t{space.f_blocks} * space.f_frsize,
-            full ? 0 : uint64_t{space.f_bavail} * space.f_frsize};
+    VolumeFacts facts;
+    facts.label = folderLabel(m_tree->root());
+    facts.fileSystem = fileSystemName(m_tree->root());
+    facts.serial = serialOf(system, own);
+    facts.isFolder = m_use == Use::Disc;
+    if (facts.isFolder)
+        return facts;
+    facts.totalBytes = uint64_t{space.f_blocks} * space.f_frsize;
+    const bool full = (space.f_flag & ST_RDONLY) != 0;
+    facts.freeBytes = full ? 0 : uint64_t{space.f_bavail} * space.f_frsize;
+    return facts;
 }
 
 Place FolderMedium::root() const {

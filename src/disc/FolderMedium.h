@@ -19,7 +19,7 @@ std::string folderLabel(const std::filesystem::path& folder);
 // devices and sockets, which have length 0, no bytes. A directory that stands inside itself fails with DirectoryLoop, one that is gone with PathMissing, a root
 // that can't be opened with DriveNotReady. For one thread.
 //
-// Facts. Label: folderLabel. File system: "CDFS", "UDF", or the kernel's name
+// Facts. Label: folderLabel. Size: that of the file system, of a folder for a disc none. File system: "CDFS", "UDF", or the kernel's name
 // of the type. Serial: made from the file system's identity and the folder's place in it, so it is the same each
 // time, and differs between folders.
 class FolderMedium : public Medium {

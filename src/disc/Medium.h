@@ -64,6 +64,7 @@ struct VolumeFacts {
     std::string serial;     // "XXXX-XXXX" in hexadecimal
     uint64_t totalBytes = 0;
     uint64_t freeBytes = 0; // 0 on read-only media
+    bool isFolder = false;  // totalBytes is 0: only a walk tells the size
 };
 
 // One readable file system: a folder, a disc image, a disc in a drive. Any of the functions may throw

@@ -58,6 +58,7 @@ void ScanEngine::run() {
         return;
     skipErrors([&] { m_lister.setPath(start); });
     skipErrors([&] { UpdateMasterTotals(); });
+    skipErrors([&] { WriteFolderSize(); });
     skipErrors([&] { m_watcher.walkFinished(); });
     skipErrors([&] { rows(m_data.master).Edit(); });
     skipErrors([&] { rows(m_data.master)(masterTable::kScanError) = "no error"; });
@@ -177,11 +178,25 @@ void ScanEngine::UpdateMasterTotals() {
     m_data.master.UpdateRecord();
 }
 
-void ScanEngine::LogErrorsToComments() {
+bool ScanEngine::moveToDiscRow() {
     db::Recordset& disc = rows(m_data.discs);
     disc.MoveLast();
-    if (db::numberOf(disc.Fields(drive::kIdNumber).Value()) != static_cast<double>(DiscNumber))
+    return db::numberOf(disc.Fields(drive::kIdNumber).Value()) == static_cast<double>(DiscNumber);
+}
+
+// What a folder holds is known when it has been walked.
+void ScanEngine::WriteFolderSize() {
+    if (!m_disc->isFolder || !moveToDiscRow())
         return;
+    rows(m_data.discs).Edit();
+    rows(m_data.discs)(drive::kTotalSize) = DiscSize / kKilobytesInMegabyte;
+    m_data.discs.UpdateRecord();
+}
+
+void ScanEngine::LogErrorsToComments() {
+    if (!moveToDiscRow())
+        return;
+    db::Recordset& disc = rows(m_data.discs);
     disc.Edit();
     disc(drive::kComments) =
         db::textOf(disc.Fields(drive::kComments).Value()).append(kLineEnd).append(ErrorLog());

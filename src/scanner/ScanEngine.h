@@ -87,6 +87,8 @@ private:
     // The steps after the walk
     bool stopIfCancelled();
     void UpdateMasterTotals();
+    bool moveToDiscRow();
+    void WriteFolderSize();
     void LogErrorsToComments();
     void RollUpTotals();
     void finish();
@@ -111,6 +113,7 @@ private:
     std::string CurrentFilePath;      // base, backslash, name
     std::string CurrentDirectoryBase; // the directory's path without a trailing backslash
     double DirectorySize = 0;         // kilobytes of the files seen in this directory
+    double DiscSize = 0;              // the same of all directories
     double DirectoriesVisited = 0;    // kept, shown nowhere
     double FilesDone = 0;
     double FilesLeft = 0;

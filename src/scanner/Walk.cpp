@@ -100,7 +100,12 @@ bool ScanEngine::captureOneFile() {
     showFileDone();
     return runStatements(
         m_desk, kScanFilesHandler,
-        [&] { DirectorySize += static_cast<double>(m_lister.fileLength(CurrentFilePath)) / 1024; },
+        [&] {
+            const double kilobytes =
+                static_cast<double>(m_lister.fileLength(CurrentFilePath)) / 1024;
+            DirectorySize += kilobytes;
+            DiscSize += kilobytes;
+        },
         [&] { CurrentFileName = m_lister.nextFile(); });
 }
 
