@@ -227,4 +227,10 @@ void TreeView::changeEvent(QEvent* event) {
         layIcons();
 }
 
+// Beside short texts a row reaches to the right edge all the same.
+void TreeView::resizeEvent(QResizeEvent* event) {
+    QTreeView::resizeEvent(event);
+    header()->setMinimumSectionSize(viewport()->width());
+}
+
 } // namespace discaro::kit

@@ -3,6 +3,7 @@
 
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QHeaderView>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -190,6 +191,14 @@ TEST_F(TreeViewTest, ShowsWhatIsExpanded) {
     EXPECT_FALSE(m_tree.isExpanded(m_tree.nodes().place(2))) << "not before the event loop";
     m_tree.flush();
     EXPECT_TRUE(m_tree.isExpanded(m_tree.nodes().place(2)));
+}
+
+TEST_F(TreeViewTest, ARowReachesToTheRightEdgeAtEveryWidth) {
+    for (const int width : {600, 200, 400}) {
+        m_tree.resize(width, 300);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(m_tree.header()->sectionSize(0), m_tree.viewport()->width()) << width;
+    }
 }
 
 TEST_F(TreeViewTest, ExpansionAndSelectionStayWhenNodesAreAdded) {
