@@ -23,52 +23,51 @@ Division::Division(kit::Form& window, Parts parts)
     : m_window(window)
     , m_parts(std::move(parts)) {}
 
-bool Division::isFirstSize() const {
-    return m_window.size() == m_window.firstSize();
+// Some desktops make a window smaller than it may be.
+QSize Division::more() const {
+    return (m_window.size() - m_window.firstSize()).expandedTo(QSize(0, 0));
+}
+
+QRect Division::first(const QWidget* control) const {
+    return m_window.tablePlace(*control);
 }
 
 void Division::lay() {
-    const QSize more = (m_window.size() - m_window.firstSize()).expandedTo(QSize(0, 0));
-    const int across = more.width();
-    const int down = more.height();
-    const auto first = [this](QWidget* control) { return m_window.tablePlace(*control); };
+    const int across = more().width();
+    const int down = more().height();
     // The menu bar chooses its own height.
     for (QWidget* each : m_parts.wide)
         each->resize(first(each).width() + across, each->height());
-    m_parts.area->resize(first(m_parts.area).size() + more);
+    m_parts.area->resize(first(m_parts.area).size() + more());
     m_parts.discs->setGeometry(first(m_parts.discs).adjusted(0, 0, across, 0));
     m_parts.number->setGeometry(first(m_parts.number).translated(across, 0));
     m_parts.statusBar->setGeometry(first(m_parts.statusBar).adjusted(0, down, across, down));
-    m_parts.tree->setGeometry(first(m_parts.tree).adjusted(0, 0, 0, down));
-    for (QWidget* each : m_parts.right)
-        each->setGeometry(first(each).adjusted(0, 0, across, down));
-    m_parts.heading->setGeometry(first(m_parts.heading));
-    m_parts.path->setGeometry(first(m_parts.path).adjusted(0, 0, across, 0));
-    divide(treeWidth());
+    divide(treeWidth(), across, down);
 }
 
 // The right side moves along with the tree's edge and makes room for the handle.
-void Division::divide(int tree) {
-    const int handle = isFirstSize() ? 0 : m_window.scaled(kHandle);
-    const int moved = tree - m_parts.tree->width() + handle;
-    m_parts.tree->resize(tree, m_parts.tree->height());
-    m_parts.heading->resize(tree, m_parts.heading->height());
+void Division::divide(int tree, int across, int down) {
+    const int handle = more().isNull() ? 0 : m_window.scaled(kHandle);
+    const int wider = tree - first(m_parts.tree).width();
+    const int moved = wider + handle;
+    m_parts.heading->setGeometry(first(m_parts.heading).adjusted(0, 0, wider, 0));
+    m_parts.tree->setGeometry(first(m_parts.tree).adjusted(0, 0, wider, down));
+    m_parts.path->setGeometry(first(m_parts.path).adjusted(moved, 0, across, 0));
     for (QWidget* each : m_parts.right)
-        each->setGeometry(each->geometry().adjusted(moved, 0, 0, 0));
-    m_parts.path->setGeometry(m_parts.path->geometry().adjusted(moved, 0, 0, 0));
+        each->setGeometry(first(each).adjusted(moved, 0, across, down));
     const int top = m_parts.heading->y();
     m_parts.handle->setGeometry(tree, top, handle, m_parts.tree->geometry().bottom() + 1 - top);
     m_parts.handle->setVisible(handle > 0);
 }
 
 int Division::treeWidth() const {
-    const int first = m_window.tablePlace(*m_parts.tree).width();
-    if (isFirstSize())
-        return first;
-    const int shared = first * m_window.width() / m_window.firstSize().width();
+    const int firstWidth = first(m_parts.tree).width();
+    if (more().isNull())
+        return firstWidth;
+    const int width = m_window.firstSize().width() + more().width();
+    const int shared = firstWidth * width / m_window.firstSize().width();
     const int wanted = m_chosen ? m_window.scaled(*m_chosen) : shared;
-    return std::clamp(wanted, m_window.scaled(kLeastTree),
-                      m_window.width() - m_window.scaled(kLeastRight));
+    return std::clamp(wanted, m_window.scaled(kLeastTree), width - m_window.scaled(kLeastRight));
 }
 
 void Division::divideAt(int treeWidth) {

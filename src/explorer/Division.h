@@ -42,9 +42,10 @@ public:
     void restore(const QSettings& settings);
 
 private:
-    bool isFirstSize() const;
+    QSize more() const;
+    QRect first(const QWidget* control) const;
     int treeWidth() const;
-    void divide(int across);
+    void divide(int tree, int across, int down);
 
     kit::Form& m_window;
     Parts m_parts;

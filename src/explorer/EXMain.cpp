@@ -4,6 +4,7 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "db/WaitOnce.h"
+#include "explorer/Division.h"
 #include "kit/Beep.h"
 #include "kit/MsgBox.h"
 #include "kit/Yield.h"
@@ -47,6 +48,8 @@ constexpr Way kWays[] = {
 };
 
 } // namespace
+
+EXMain::~EXMain() = default;
 
 // Handlers that run in a yield wait for a locked catalogue by themselves.
 void EXMain::yield() {

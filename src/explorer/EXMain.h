@@ -2,7 +2,6 @@
 
 #include "app/HandOver.h"
 #include "db/DataSource.h"
-#include "explorer/Division.h"
 #include "kit/Divider.h"
 #include "kit/ElidedLabel.h"
 #include "kit/FormTable.h"
@@ -22,6 +21,7 @@
 
 namespace discaro::explorer {
 
+class Division;
 struct ListingRow;
 struct OrderKey;
 struct ViewChoice;
@@ -38,6 +38,7 @@ class EXMain : public kit::Form {
     Q_OBJECT
 public:
     EXMain();
+    ~EXMain() override;
 
     // Carries out a command word, in any case; a word that is none does nothing. Failing statements are skipped, but
     // a window that follows in the explorer's place and can't be loaded is reported as an unhandled error.

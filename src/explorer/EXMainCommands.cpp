@@ -3,6 +3,7 @@
 #include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "db/WaitOnce.h"
+#include "explorer/Division.h"
 #include "explorer/EXMain.h"
 #include "explorer/ListingOrder.h"
 #include "explorer/ListingRows.h"

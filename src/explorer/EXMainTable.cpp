@@ -1,3 +1,4 @@
+#include "explorer/Division.h"
 #include "explorer/EXMain.h"
 #include "explorer/FileKinds.h"
 

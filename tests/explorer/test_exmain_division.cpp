@@ -168,6 +168,18 @@ TEST_F(ExplorerDivision, ItDoesNotShrinkBelowItsFirstSize) {
     EXPECT_EQ(window.size(), window.firstSize());
 }
 
+TEST_F(ExplorerDivision, ADesktopThatMakesItSmallerCutsTheFirstLayout) {
+    EXMain& window = rig.open();
+    window.setMinimumSize(0, 0);
+    window.resize(200, 100);
+    kit::yield();
+    EXPECT_THAT(movedControls(window), IsEmpty());
+    window.resize(200, 700);
+    kit::yield();
+    EXPECT_EQ(window.tvwdb->width(), 152);
+    EXPECT_EQ(rightEnd(window.lvwdb), 618);
+}
+
 TEST_F(ExplorerDivision, SizeAndDivisionAreThereAgain) {
     EXMain& first = rig.open();
     enlarge(first, 120, 130);
