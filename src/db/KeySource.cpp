@@ -199,7 +199,9 @@ void KeySource::rowInserted(int64_t number) {
 void KeySource::rowDeleted() {
     RowSource::rowDeleted();
     m_numbers.erase(m_numbers.begin() + static_cast<std::ptrdiff_t>(m_index));
-    m_seenDeleted = m_query.table->deleted;
+    // What others have deleted before is still to be followed.
+    if (m_query.table->deleted == m_seenDeleted + 1)
+        m_seenDeleted = m_query.table->deleted;
 }
 
 } // namespace discaro::db

@@ -131,6 +131,16 @@ TEST_F(RecordsetQueries, AFilterFollowsDeletions) {
     EXPECT_THAT(allTexts(*rows, "id number"), ElementsAre("C12D1S1", "C12D1S1S2"));
 }
 
+TEST_F(RecordsetQueries, AFilterLosesWhatOthersDeletedBeforeItsOwnDeletion) {
+    const auto rows =
+        open()->OpenRecordset("select * from Directories where [id number] like 'C12D1S*'");
+    rows->MoveLast();
+    open()->Execute("delete * from Directories where [id number] like 'C12D1S10'");
+    rows->Delete();
+    EXPECT_EQ(rows->RecordCount(), 2);
+    EXPECT_THAT(allTexts(*rows, "id number"), ElementsAre("C12D1S1", "C12D1S1S1"));
+}
+
 TEST_F(RecordsetQueries, PositionsInAFilterCountItsRowsOnly) {
     const auto rows =
         open()->OpenRecordset("select * from Directories where [drive id number] = 12");
