@@ -199,6 +199,9 @@ Value valueOf(const RowWindow& window, const Cell& cell, FieldType type) {
     case CellType::Integer:
         return integerValue(cell.integer, type);
     case CellType::Real:
+        // What an integer column can't hold the engine stores as a real number.
+        if (type == FieldType::Integer)
+            return integerFrom(cell.real);
         return cell.real;
     case CellType::Text:
         return type == FieldType::Date ? shortDate(window.text(cell))

@@ -200,6 +200,16 @@ TEST_F(FieldAssignments, ARefusedValueLeavesTheEarlierOne) {
     EXPECT_EQ((*things)("whole").Text(), "5");
 }
 
+TEST_F(FieldAssignments, AStoredCountBeyondSixtyFourBitsIsAnError) {
+    const auto things = open()->OpenRecordset("Things");
+    RawDatabase(path()).execute(
+        "INSERT INTO Things(whole, fraction) VALUES (9223372036854775808, 1e300)");
+    things->MoveFirst();
+    EXPECT_EQ(errorOf([&] { (void)(*things)("whole").Value(); }),
+              number(ErrorNumber::DataTypeConversion));
+    EXPECT_EQ((*things)("fraction").Number(), 1e300);
+}
+
 TEST_F(FieldAssignments, FieldsAreReachedByAnyCapitalsAndByPosition) {
     const auto things = open()->OpenRecordset("Things");
     EXPECT_EQ(things->FieldCount(), 6);
