@@ -91,8 +91,8 @@ void Connection::configure(Mode mode) {
     setOption(handle, SQLITE_DBCONFIG_DQS_DDL, 0);
     registerLikeFunction(handle);
     registerRowFunctions(handle, &m_taker);
-    execute("PRAGMA synchronous=FULL; PRAGMA foreign_keys=ON; PRAGMA cache_size=-65536;"
-            "PRAGMA temp_store=MEMORY; PRAGMA secure_delete=OFF");
+    execute("PRAGMA synchronous=EXTRA; PRAGMA foreign_keys=ON; PRAGMA cache_size=-65536;"
+            "PRAGMA temp_store=MEMORY; PRAGMA secure_delete=OFF; PRAGMA cell_size_check=ON");
     // This one reads the file, so what is wrong with the file shows here.
     if (mode == Mode::ReadWrite)
         execute("PRAGMA journal_mode=DELETE");

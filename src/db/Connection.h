@@ -33,9 +33,9 @@ public:
         Connection& m_connection;
     };
 
-    // Opens a file that exists and sets the store's ways: rollback journal, full synchronisation,
-    // foreign keys, the cache, a short wait for other programs' locks, a distrust of what a damaged
-    // or foreign file brings along. The file is not read yet.
+    // Opens a file that exists and sets the store's ways: rollback journal, a commit that no power cut takes back,
+    // foreign keys, the cache, a short wait for other programs' locks, a distrust of what a damaged or foreign file
+    // brings along. The file is not read yet.
     Connection(const std::string& path, Mode mode);
     ~Connection();
     Connection(const Connection&) = delete;

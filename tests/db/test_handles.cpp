@@ -1,6 +1,7 @@
 #include "db/Engine.h"
 #include "db/RawDatabase.h"
 #include "db/Shelf.h"
+#include "db/Store.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -98,6 +99,13 @@ TEST_F(Handles, WhatAnotherProgramAddedCountsInANewRecordset) {
     RawDatabase(path()).execute("INSERT INTO Discs VALUES(2, 'two')");
     EXPECT_EQ(database->OpenRecordset("Discs")->RecordCount(), 2);
     EXPECT_EQ(rows->RecordCount(), 2);
+}
+
+TEST_F(Handles, ACommitWaitsForTheDiskAndDamagedPagesAreNoticed) {
+    const auto database = open();
+    EXPECT_EQ(database->store()->connection().number("PRAGMA synchronous"), 3);
+    EXPECT_EQ(database->store()->connection().number("PRAGMA cell_size_check"), 1);
+    EXPECT_EQ(database->store()->connection().text("PRAGMA journal_mode"), "delete");
 }
 
 TEST_F(Handles, AMissingFileIsNotOpen) {
