@@ -1,5 +1,6 @@
 #include "catalogue/EmptyCatalogue.h"
 
+#include "catalogue/Names.h"
 #include "catalogue/Schema.h"
 #include "db/DBEngine.h"
 
@@ -10,7 +11,8 @@ void createEmptyCatalogue(const std::filesystem::path& path) {
 }
 
 db::FileFormat catalogueFormat() {
-    return {kApplicationId, kFormatVersion, catalogueSchema()};
+    return {kApplicationId, kFormatVersion, catalogueSchema(), catalogueParts(),
+            std::string(kRowNumbers)};
 }
 
 } // namespace discaro::catalogue

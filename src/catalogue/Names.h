@@ -11,6 +11,7 @@ inline constexpr std::string_view kDirectories = "Directories";
 inline constexpr std::string_view kFiles = "Files";
 inline constexpr std::string_view kProgTag = "Prog Tag";
 inline constexpr std::string_view kMasterTable = "Master Table";
+inline constexpr std::string_view kRowNumbers = "Row Numbers";
 
 namespace drive {
 inline constexpr std::string_view kIdNumber = "id number";

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/FileFormat.h"
 #include "db/Schema.h"
 
 #include <cstdint>
@@ -15,6 +16,9 @@ inline constexpr int32_t kFormatVersion = 1;
 
 // The five tables, their fields in the order of their positions, which queries and the results window rely on.
 db::Schema catalogueSchema();
+
+// What a catalogue has besides them: indexes, triggers, the one row of the master table, the table of numbers noted.
+std::vector<db::FormatPart> catalogueParts();
 
 // The SQL that makes an empty catalogue of an empty database, in order.
 std::vector<std::string> schemaStatements();

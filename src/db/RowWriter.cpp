@@ -13,15 +13,34 @@ constexpr size_t kMostUpdates = 32;
 
 } // namespace
 
-std::string RowWriter::insertSql() const {
+std::string RowWriter::insertSql(const std::string& number) const {
     std::string names;
     std::string values;
-    for (const FieldDef& field : m_layout->definition.fields) {
+    const auto add = [&](const FieldDef& field, const std::string& value) {
         names.append(names.empty() ? "" : ",").append(quotedName(field.name));
-        values.append(values.empty() ? "?" : ",?");
-    }
+        values.append(values.empty() ? "" : ",").append(value);
+    };
+    for (size_t field = 0; field < m_layout->size(); ++field)
+        if (!isNumber(field))
+            add(m_layout->definition.fields[field], "?" + std::to_string(field + 1));
+    if (m_table.numberField >= 0)
+        add(m_table.definition->fields[static_cast<size_t>(m_table.numberField)], number);
     return "INSERT INTO " + quotedName(m_layout->definition.name) + "(" + names + ") VALUES(" +
            values + ")";
+}
+
+bool RowWriter::isNumber(size_t field) const {
+    return m_layout->columns[field] == m_table.numberField;
+}
+
+// Once a row stands behind all numbers ever given, the engine's own choice, the highest and one, is right for those
+// that follow it, as long as nobody else can write and nothing is deleted.
+Statement& RowWriter::insertStatement() {
+    const bool plain = m_table.numberFree && m_store.connection().inTransaction();
+    auto& statement = plain ? m_insert : m_insertNumbered;
+    if (statement == nullptr)
+        statement = m_store.prepare(insertSql(plain ? "NULL" : m_table.freeNumber));
+    return *statement;
 }
 
 std::string RowWriter::updateSql(uint64_t mask) const {
@@ -47,13 +66,13 @@ Statement& RowWriter::updateStatement(uint64_t mask) {
 
 int64_t RowWriter::insert(const EditBuffer& row) {
     return m_store.write([&] {
-        if (m_insert == nullptr)
-            m_insert = m_store.prepare(insertSql());
-        const StatementRun run(*m_insert);
+        const StatementRun run(insertStatement());
         for (size_t field = 0; field < m_layout->size(); ++field)
-            row.bind(field, *run, static_cast<int>(field) + 1);
+            if (!isNumber(field))
+                row.bind(field, *run, static_cast<int>(field) + 1);
         run->step();
         m_table.noteInsert();
+        m_table.numberFree = true;
         return m_store.connection().lastRowNumber();
     });
 }

@@ -33,14 +33,17 @@ public:
     bool remove(int64_t number);
 
 private:
-    std::string insertSql() const;
+    std::string insertSql(const std::string& number) const;
+    Statement& insertStatement();
+    bool isNumber(size_t field) const;
     std::string updateSql(uint64_t mask) const;
     Statement& updateStatement(uint64_t mask);
 
     Store& m_store;
     Table& m_table;
     std::shared_ptr<const RecordLayout> m_layout;
-    std::shared_ptr<Statement> m_insert;
+    std::shared_ptr<Statement> m_insert;         // the engine chooses the number
+    std::shared_ptr<Statement> m_insertNumbered; // for a table whose numbers are never given again
     std::unordered_map<uint64_t, std::shared_ptr<Statement>> m_updates;
 };
 

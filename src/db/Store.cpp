@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <system_error>
@@ -27,6 +28,16 @@ bool canBeChanged(const std::filesystem::path& path) {
     return writable(path) && writable(path.parent_path());
 }
 
+// The number behind the highest that any row has had, where no row has it; else the engine's own choice is that number.
+std::string freeNumber(const Schema& schema, const Table& table, const std::string& numberTable) {
+    const TableDef* numbers = schema.find(numberTable);
+    if (table.numberField < 0 || numbers == nullptr || numbers->find(table.definition->name) < 0)
+        return "NULL";
+    const std::string name = quotedName(table.definition->name);
+    return "(SELECT " + name + "+1 FROM " + quotedName(numberTable) + " WHERE " + name +
+           ">=ifnull((SELECT max(rowid) FROM " + name + "),0))";
+}
+
 } // namespace
 
 Store::Store(std::string path, FileIdentity identity, const FileFormat& format)
@@ -37,6 +48,8 @@ Store::Store(std::string path, FileIdentity identity, const FileFormat& format)
     , m_statements(m_connection.handle()) {
     removeIdleJournal();
     readTables(format);
+    if (m_updatable && complete(format))
+        readTables(format);
 }
 
 Store::~Store() = default;
@@ -64,9 +77,30 @@ void Store::readTables(const FileFormat& format) {
         Table& table = m_tables[i];
         table.definition = &m_schema.tables[i];
         table.numberField = stored.numberFields[i];
+        table.freeNumber = freeNumber(m_schema, table, format.numberTable);
         table.layout = wholeLayout(*table.definition);
         table.writer = std::make_shared<RowWriter>(*this, table, table.layout);
     }
+}
+
+// What can't be made (a lock, a full disk, rows that break the rule of an index) stays missing.
+bool Store::complete(const FileFormat& format) {
+    const auto isMissing = [this](const FormatPart& part) {
+        bool missing = false;
+        base::skipErrors([&] { missing = m_connection.number(part.missing) != 0; });
+        return missing;
+    };
+    if (std::ranges::none_of(format.parts, isMissing))
+        return false;
+    base::skipErrors([&] {
+        m_connection.execute("BEGIN IMMEDIATE");
+        for (const FormatPart& part : format.parts)
+            if (m_connection.inTransaction() && isMissing(part))
+                base::skipErrors([&] { m_connection.execute(part.statement); });
+        m_connection.execute("COMMIT");
+    });
+    rollback();
+    return true;
 }
 
 Table& Store::table(const TableDef& definition) {
@@ -107,6 +141,8 @@ void Store::begin() {
     // Exclusive: a reader that would keep the commit from succeeding is noticed now, not after hours of writing.
     m_connection.execute("BEGIN EXCLUSIVE");
     noteVersion(); // from here on nothing that was read before another program's writing counts
+    for (Table& table : m_tables)
+        table.numberFree = false;
 }
 
 void Store::commit() {

@@ -77,6 +77,7 @@ private:
     void writeFailed(const base::RuntimeError& error);
     void removeIdleJournal();
     void readTables(const FileFormat& format);
+    bool complete(const FileFormat& format);
 
     std::string m_path;
     FileIdentity m_identity;

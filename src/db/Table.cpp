@@ -42,6 +42,7 @@ void Table::noteAll() {
     ++inserted;
     ++deleted;
     ++changed;
+    numberFree = false;
     count.reset();
 }
 

@@ -32,6 +32,10 @@ struct RecordLayout {
 struct Table {
     const TableDef* definition = nullptr; // in the store's schema
     int numberField = -1; // the field that the database fills itself, -1 when there is none
+    std::string
+        freeNumber; // SQL: the number for a new row, or null where the engine's own choice is right
+    bool numberFree =
+        false; // within a transaction: the engine's own choice is right for the next row
     std::shared_ptr<const RecordLayout> layout;
     std::shared_ptr<RowWriter> writer;
 
