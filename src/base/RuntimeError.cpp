@@ -25,6 +25,8 @@ constexpr std::array kErrors = {
     Entry{ErrorNumber::DiskFull, "There is not enough space on the disk"},
     Entry{ErrorNumber::StorageFailure, "The catalogue file could not be read or written"},
     Entry{ErrorNumber::OutOfMemory, "Not enough memory"},
+    Entry{ErrorNumber::CatalogueReplaced,
+          "The catalogue file was replaced, removed or changed by another program"},
     Entry{ErrorNumber::NoCurrentRecord, "No current record"},
     Entry{ErrorNumber::DataTypeConversion, "Data type conversion error"},
     Entry{ErrorNumber::NoEditInProgress, "Update without AddNew or Edit"},

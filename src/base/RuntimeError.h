@@ -21,6 +21,7 @@ enum class ErrorNumber : int {
     DiskFull = 3415,
     StorageFailure = 3416,
     OutOfMemory = 3417,
+    CatalogueReplaced = 3418,
     NoCurrentRecord = 3420,
     DataTypeConversion = 3421,
     NoEditInProgress = 3422,

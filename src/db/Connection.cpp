@@ -1,5 +1,6 @@
 #include "db/Connection.h"
 
+#include "db/FileGuard.h"
 #include "db/LikeFunction.h"
 #include "db/SqliteError.h"
 #include "db/WaitOnce.h"
@@ -70,8 +71,7 @@ Connection::Connection(const std::string& path, Mode mode)
     const int flags = SQLITE_OPEN_NOMUTEX |
                       (mode == Mode::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
     sqlite3* handle = nullptr;
-    const char* layer = fileLayer().empty() ? nullptr : fileLayer().c_str();
-    const int code = sqlite3_open_v2(path.c_str(), &handle, flags, layer);
+    const int code = sqlite3_open_v2(path.c_str(), &handle, flags, guardedLayer(fileLayer()));
     m_handle.reset(handle);
     if (code != SQLITE_OK)
         raise(handle, code);
@@ -96,6 +96,33 @@ void Connection::configure(Mode mode) {
     // This one reads the file, so what is wrong with the file shows here.
     if (mode == Mode::ReadWrite)
         execute("PRAGMA journal_mode=DELETE");
+}
+
+bool Connection::ownsFile() const {
+    return db::ownsFile(handle());
+}
+
+void Connection::requireFile() const {
+    if (!ownsFile())
+        throw base::RuntimeError(base::ErrorNumber::CatalogueReplaced,
+                                 sqlite3_db_filename(handle(), "main"));
+}
+
+void Connection::commit() {
+    requireFile();
+    expectCommit(handle());
+    execute("COMMIT");
+    requireFile();
+}
+
+// Another program may have switched the file to a write-ahead log, and may have it open still.
+void Connection::useRollbackJournal() {
+    if (!hasWriteAheadLog(handle()))
+        return;
+    number("PRAGMA schema_version"); // SQLite takes notice of the log when it reads
+    if (text("PRAGMA journal_mode=DELETE") != "delete")
+        throw base::RuntimeError(base::ErrorNumber::CatalogueLocked,
+                                 sqlite3_db_filename(handle(), "main"));
 }
 
 void Connection::execute(const std::string& sql) {

@@ -41,6 +41,17 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
+    // Throws CatalogueReplaced when the path no longer names the file that was opened, or when somebody has written to
+    // it past SQLite's locks. See db/FileGuard.h.
+    void requireFile() const;
+    bool ownsFile() const;
+    // Throws so too when the file is lost while its pages are written; what is committed to a file that has gone by the
+    // end is not in the one of its name.
+    void commit();
+    // Before a write: turns a file with a write-ahead log back to a rollback journal. CatalogueLocked when another
+    // program keeps it from that.
+    void useRollbackJournal();
+
     // Runs statements that give no rows, separated by semicolons.
     void execute(const std::string& sql);
     // The first cell of the first row; 0 or "" when there is none.

@@ -28,7 +28,9 @@ public:
 
     // Opens a catalogue that exists; never creates one. Throws FileMissing, NotACatalogue (a
     // folder, another kind of file, a database without the expected tables), CatalogueDamaged,
-    // CatalogueLocked, StorageFailure. A read-only file, or one in a read-only folder, opens for
+    // CatalogueLocked, StorageFailure, CatalogueReplaced (there are handles on a file that the path
+    // does not name any more, or that has been overwritten; the next opening after the last of them
+    // has closed takes the file that is there). A read-only file, or one in a read-only folder, opens for
     // reading.
     static std::shared_ptr<Database> OpenDatabase(const std::filesystem::path& path);
 

@@ -49,6 +49,8 @@ public:
     // already.
     void Close();
     bool IsOpen() const { return m_store != nullptr; }
+    // Whether no recordset is open through it.
+    bool idle() const { return m_recordsets.empty(); }
 
     // The path given to OpenDatabase, made absolute; also after Close.
     const std::string& Name() const { return m_name; }

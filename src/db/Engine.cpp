@@ -1,6 +1,7 @@
 #include "db/Engine.h"
 
 #include "base/RuntimeError.h"
+#include "db/Database.h"
 #include "db/SaveGroup.h"
 
 #include <sys/stat.h>
@@ -31,6 +32,11 @@ FileIdentity identityOf(const std::filesystem::path& path) {
     return {status.st_dev, status.st_ino};
 }
 
+bool names(const std::filesystem::path& path, const FileIdentity& file) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 && FileIdentity{status.st_dev, status.st_ino} == file;
+}
+
 } // namespace
 
 // Never destroyed: handles in static variables may close after any other static object is gone.
@@ -39,16 +45,60 @@ Engine& Engine::instance() {
     return *engine;
 }
 
+// Under the name of an open file there may be another by now, beside the journal of the first.
 std::shared_ptr<Store> Engine::open(const std::filesystem::path& path) {
-    const FileIdentity identity = identityOf(path);
+    const std::string name = path.lexically_normal().string();
+    const auto isLost = [&](const std::shared_ptr<Store>& store) {
+        return store->hasName(name) && !(names(path, store->identity()) && store->ownsFile());
+    };
     for (const auto& store : openStores())
+        if (isLost(store))
+            closeIdle(*store);
+    if (std::ranges::any_of(openStores(), isLost))
+        throw RuntimeError(ErrorNumber::CatalogueReplaced, name);
+    const FileIdentity identity = identityOf(path);
+    auto store = known(identity);
+    if (store == nullptr)
+        store = openNew(path, identity);
+    store->requireFile();
+    store->addName(name);
+    return store;
+}
+
+// Handles that nobody works through do not stand in the way of the file that has taken the place of theirs.
+void Engine::closeIdle(const Store& store) {
+    std::vector<Database*> ofStore;
+    for (const Handle& handle : m_handles) {
+        if (handle.database->store().get() != &store)
+            continue;
+        if (handle.bound || !handle.database->idle())
+            return;
+        ofStore.push_back(handle.database);
+    }
+    if (m_transaction.state() == Transaction::State::None)
+        for (Database* database : ofStore)
+            database->Close();
+}
+
+std::shared_ptr<Store> Engine::known(const FileIdentity& identity) {
+    for (auto& store : openStores())
         if (store->identity() == identity)
             return store;
+    return nullptr;
+}
+
+std::shared_ptr<Store> Engine::openNew(const std::filesystem::path& path,
+                                       const FileIdentity& identity) {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::canonical(path, error);
     if (error)
         refuse(error.value(), path);
+    for (const auto& store : openStores())
+        if (store->path() == real)
+            throw RuntimeError(ErrorNumber::CatalogueReplaced, real.string());
     auto store = std::make_shared<Store>(real.string(), identity, m_format);
+    if (!names(real, identity))
+        throw RuntimeError(ErrorNumber::CatalogueReplaced, real.string());
     m_stores.push_back(store);
     return store;
 }
@@ -92,7 +142,7 @@ std::vector<const Database*> Engine::owners() const {
     return owners;
 }
 
-void Engine::handleOpened(const Database& handle, bool bound) {
+void Engine::handleOpened(Database& handle, bool bound) {
     m_handles.push_back({&handle, bound});
 }
 

@@ -17,7 +17,8 @@ class Engine {
 public:
     static Engine& instance();
 
-    // The store of a file, the same for every path to it.
+    // The store of a file, the same for every path to it. CatalogueReplaced when one is open whose file is no longer
+    // that of the path.
     std::shared_ptr<Store> open(const std::filesystem::path& path);
     // Whether a file is open in this process.
     bool isOpen(const std::filesystem::path& path);
@@ -28,15 +29,18 @@ public:
     void beginTransaction();
 
     // Bound handles are those of data sources.
-    void handleOpened(const Database& handle, bool bound);
+    void handleOpened(Database& handle, bool bound);
     void handleClosed(const Database& handle);
 
 private:
     struct Handle {
-        const Database* database;
+        Database* database;
         bool bound;
     };
 
+    std::shared_ptr<Store> known(const FileIdentity& identity);
+    std::shared_ptr<Store> openNew(const std::filesystem::path& path, const FileIdentity& identity);
+    void closeIdle(const Store& store);
     std::vector<std::shared_ptr<Store>> openStores();
     std::vector<const Database*> owners() const;
 

@@ -21,6 +21,7 @@ struct Translation {
 
 constexpr std::array kTranslations = {
     Translation{SQLITE_IOERR_NOMEM, ErrorNumber::OutOfMemory},
+    Translation{SQLITE_READONLY_DBMOVED, ErrorNumber::CatalogueReplaced},
     Translation{SQLITE_PERM, ErrorNumber::CatalogueReadOnly},
     Translation{SQLITE_READONLY, ErrorNumber::CatalogueReadOnly},
     Translation{SQLITE_BUSY, ErrorNumber::CatalogueLocked},
@@ -67,7 +68,8 @@ void raise(sqlite3* connection, int code) {
 
 bool breaksTransaction(const base::RuntimeError& error) {
     return error.is(ErrorNumber::DiskFull) || error.is(ErrorNumber::StorageFailure) ||
-           error.is(ErrorNumber::OutOfMemory) || error.is(ErrorNumber::CatalogueDamaged);
+           error.is(ErrorNumber::OutOfMemory) || error.is(ErrorNumber::CatalogueDamaged) ||
+           error.is(ErrorNumber::CatalogueReplaced);
 }
 
 } // namespace discaro::db

@@ -123,21 +123,42 @@ bool Store::sorts(const std::string& sql) {
     return plan(sql).find("USE TEMP B-TREE") != std::string::npos;
 }
 
+// In a transaction a look at the file now and then is enough for the user to hear of it in time; the commit looks again.
 void Store::beginWrite() {
+    constexpr unsigned kLookAt = 64;
     if (!m_updatable)
         throw base::RuntimeError(base::ErrorNumber::CatalogueReadOnly, m_path);
     if (SaveGroup* const group = SaveGroup::current())
         group->giveWay();
     Engine::instance().transaction().join(*this);
+    const bool alone = !m_connection.inTransaction();
+    if (alone || m_writes++ % kLookAt == 0)
+        requireFile();
+    if (alone)
+        m_connection.useRollbackJournal();
 }
 
+void Store::endWrite() {
+    if (!m_connection.inTransaction())
+        requireFile();
+}
+
+// In a file that somebody has written over anything can fail; the reason is told, not what it led to.
 void Store::writeFailed(const base::RuntimeError& error) {
-    Engine::instance().transaction().writeFailed(*this, error);
+    Transaction& transaction = Engine::instance().transaction();
+    const bool known = error.is(base::ErrorNumber::TransactionLost);
+    if (known || m_connection.ownsFile() || error.is(base::ErrorNumber::CatalogueReplaced))
+        return transaction.writeFailed(*this, error);
+    const base::RuntimeError reason(base::ErrorNumber::CatalogueReplaced, m_path);
+    transaction.writeFailed(*this, reason);
+    throw reason;
 }
 
 void Store::begin() {
     if (!m_updatable)
         throw base::RuntimeError(base::ErrorNumber::CatalogueReadOnly, m_path);
+    requireFile();
+    m_connection.useRollbackJournal();
     // Exclusive: a reader that would keep the commit from succeeding is noticed now, not after hours of writing.
     m_connection.execute("BEGIN EXCLUSIVE");
     noteVersion(); // from here on nothing that was read before another program's writing counts
@@ -146,7 +167,7 @@ void Store::begin() {
 }
 
 void Store::commit() {
-    m_connection.execute("COMMIT");
+    m_connection.commit();
 }
 
 void Store::rollback() noexcept {

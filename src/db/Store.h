@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -48,18 +49,28 @@ public:
     // Whether it would sort.
     bool sorts(const std::string& sql);
 
-    // Runs a write: refuses it on a read-only file and in a lost transaction, makes it part of an open one, and undoes
-    // that whole transaction when the write fails in a way that leaves the file in doubt.
+    // Runs a write: refuses it on a read-only file, on one that is no longer this store's and in a lost transaction,
+    // makes it part of an open one, and undoes that whole transaction when the write fails in a way that leaves the
+    // file in doubt.
     template <typename Write>
     auto write(Write&& write) {
-        beginWrite();
         try {
-            return write();
+            beginWrite();
+            const auto result = write();
+            endWrite();
+            return result;
         } catch (const base::RuntimeError& error) {
             writeFailed(error);
             throw;
         }
     }
+
+    // Whether the path still names the file and nobody has written over it; requireFile throws CatalogueReplaced.
+    bool ownsFile() const { return m_connection.ownsFile(); }
+    void requireFile() const { m_connection.requireFile(); }
+    // The names by which handles have asked for it.
+    void addName(std::string name) { m_names.insert(std::move(name)); }
+    bool hasName(const std::string& name) const { return m_names.contains(name); }
 
     // The parts of a transaction on this file. rollback never throws.
     void begin();
@@ -74,6 +85,7 @@ public:
 private:
     void noteVersion();
     void beginWrite();
+    void endWrite();
     void writeFailed(const base::RuntimeError& error);
     void removeIdleJournal();
     void readTables(const FileFormat& format);
@@ -88,6 +100,8 @@ private:
     Schema m_schema;
     std::vector<Table> m_tables; // in the schema's order
     int64_t m_dataVersion = 0;
+    std::set<std::string> m_names;
+    unsigned m_writes = 0; // in transactions
 };
 
 // Reads within its scope share one lock, which otherwise is taken and given back for each.

@@ -83,7 +83,8 @@ RuntimeError Transaction::lost() const {
 }
 
 void Transaction::failureSeen(const RuntimeError& error) {
-    if (m_state == State::Open && m_cause.empty() && breaksTransaction(error))
+    const bool first = m_cause.empty() || error.is(ErrorNumber::CatalogueReplaced);
+    if (m_state == State::Open && first && breaksTransaction(error))
         m_cause = error.description();
 }
 

@@ -27,7 +27,7 @@ public:
     // what broke the transaction.
     void join(Store& store);
     // Whenever a statement fails. The first failure of its kind is what a lost transaction was lost to, also when
-    // whoever ran the statement passed over it.
+    // whoever ran the statement passed over it; a file that was replaced is the reason for whatever failed before.
     void failureSeen(const base::RuntimeError& error);
     // After a failed write.
     void writeFailed(Store& store, const base::RuntimeError& error);

@@ -74,15 +74,6 @@ TEST_F(Handles, NothingLiesBesideAnIdleFile) {
     EXPECT_THAT(listing(), ElementsAre("shelf.db"));
 }
 
-TEST_F(Handles, AFilePutInItsPlaceIsANewFile) {
-    addDisc(1, "one");
-    const auto old = open();
-    make("next.db");
-    fs::rename(folder() / "next.db", path());
-    EXPECT_EQ(open()->OpenRecordset("Discs")->RecordCount(), 0);
-    EXPECT_EQ(old->OpenRecordset("Discs")->RecordCount(), 1);
-}
-
 TEST_F(Handles, AnotherProgramReadsWhatIsSaved) {
     const auto database = open();
     addDisc(1, "one");

@@ -302,7 +302,7 @@ TEST(RefusingCatalogue, TheLogGoesIntoNoOtherDiscsComments) {
     EXPECT_EQ(rig.field("drive", {}, "Comments"), before);
 }
 
-TEST(RefusingCatalogue, OneThatIsGoneAtTheTotalsDoesNotCrash) {
+TEST(RefusingCatalogue, OneThatIsMovedAwayIsToldAndStaysAsItWas) {
     ScanRig rig;
     rig.insert(folder("", {file("A"), folder("S", {file("B"), file("C")})}));
     const auto path = app::Module1::cataloguePath();
@@ -312,8 +312,15 @@ TEST(RefusingCatalogue, OneThatIsGoneAtTheTotalsDoesNotCrash) {
             std::filesystem::rename(path, away);
     };
     rig.scan();
-    EXPECT_EQ(rig.watcher.log.back(), "finished");
+    EXPECT_EQ(rig.watcher.log.back(), "stopped");
+    EXPECT_NE(rig.watcher.log[rig.watcher.log.size() - 2].find("The catalogue file was replaced, "
+                                                               "removed or changed"),
+              std::string::npos);
+    rig.close();
+    app::Module1::CatalogueDb.reset();
     std::filesystem::rename(away, path);
+    rig.open();
+    EXPECT_EQ(rig.count("drive") + rig.count("directories") + rig.count("files"), 0);
 }
 
 // ---- Stops

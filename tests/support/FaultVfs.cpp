@@ -21,8 +21,11 @@ struct FaultVfs::Layer {
     int operations = 0;
     bool failed = false;
     int64_t space = INT64_MAX;
+    int actAt = INT_MAX;
+    std::function<void()> action;
 
-    int operate();
+    enum class On { Database, Other };
+    int operate(On what = On::Other);
     int resize(sqlite3_file* file, int64_t size);
 };
 
@@ -31,6 +34,7 @@ namespace {
 struct File {
     sqlite3_file base;
     void* layer;
+    bool database;
     sqlite3_file real; // the real layer's own data follows
 };
 
@@ -81,8 +85,10 @@ int deviceCharacteristics(sqlite3_file*) {
 
 } // namespace
 
-int FaultVfs::Layer::operate() {
+int FaultVfs::Layer::operate(On what) {
     const int number = operations++;
+    if (number == actAt && what == On::Other)
+        action();
     if (lasting ? number < failAt : number != failAt)
         return SQLITE_OK;
     if (fault == Fault::Death)
@@ -109,6 +115,9 @@ int FaultVfs::Layer::resize(sqlite3_file* file, int64_t size) {
 FaultVfs::FaultVfs()
     : m_layer(std::make_unique<Layer>()) {
     using Self = Layer;
+    static constexpr auto on = [](sqlite3_file* file) {
+        return own(file)->database ? Layer::On::Database : Layer::On::Other;
+    };
     m_layer->real = sqlite3_vfs_find(nullptr);
     m_layer->vfs = *m_layer->real;
     m_layer->vfs.zName = "discaro-fault";
@@ -122,7 +131,7 @@ FaultVfs::FaultVfs()
             auto* self = static_cast<Self*>(own(file)->layer);
             sqlite3_int64 size = 0;
             fileSize(file, &size);
-            int code = self->operate();
+            int code = self->operate(on(file));
             if (code == SQLITE_OK && at + bytes > size)
                 code = self->resize(file, at + bytes);
             return code != SQLITE_OK ? code
@@ -130,7 +139,7 @@ FaultVfs::FaultVfs()
         },
         [](sqlite3_file* file, sqlite3_int64 size) {
             auto* self = static_cast<Self*>(own(file)->layer);
-            int code = self->operate();
+            int code = self->operate(on(file));
             if (code == SQLITE_OK)
                 code = self->resize(file, size);
             return code != SQLITE_OK ? code : real(file)->pMethods->xTruncate(real(file), size);
@@ -155,6 +164,7 @@ FaultVfs::FaultVfs()
         File* opened = own(file);
         opened->base.pMethods = nullptr;
         opened->layer = layer;
+        opened->database = (flags & SQLITE_OPEN_MAIN_DB) != 0;
         const int code = layer->real->xOpen(layer->real, path, &opened->real, flags, flagsOut);
         if (code == SQLITE_OK)
             opened->base.pMethods = &layer->methods;
@@ -184,11 +194,18 @@ void FaultVfs::failAt(int operation, Fault fault, bool lasting) {
     m_layer->operations = 0;
     m_layer->failed = false;
     m_layer->space = INT64_MAX;
+    m_layer->actAt = INT_MAX;
 }
 
 void FaultVfs::limitSpace(int64_t bytes) {
     heal();
     m_layer->space = bytes;
+}
+
+void FaultVfs::actAt(int operation, std::function<void()> action) {
+    heal();
+    m_layer->actAt = operation;
+    m_layer->action = std::move(action);
 }
 
 void FaultVfs::heal() {

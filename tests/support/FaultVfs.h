@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -25,6 +26,9 @@ public:
     void failAt(int operation, Fault fault, bool lasting = true);
     // From now on files may grow by this many bytes together; beyond that the disk is full until some shrink or go.
     void limitSpace(int64_t bytes);
+    // Nothing fails, but before the operation of that number, counted from 0 again, the action runs, as if another
+    // program came in between. A database's own writes and cuts are left out: those nobody comes in between.
+    void actAt(int operation, std::function<void()> action);
     // Nothing fails any more.
     void heal();
     // Operations since failAt or heal.

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+struct sqlite3;
+
+namespace discaro::db {
+
+// A layer between SQLite and its file layer that keeps a connection from touching any file but the one that it opened.
+//
+// That file is the connection's own as long as its path names it (device, inode) and nobody writes past SQLite's locks:
+// while the connection holds the lock for writing, size and time of change are those of its own last write; while it
+// does not, whoever has changed the file has counted the change on, as every SQLite program does (the change counter,
+// bytes 24 to 27). Once it is not:
+// - A file that somebody else has changed is not written any more, not by a rollback either. What a rollback has to
+//   undo is undone only where all that the connection has written still stands there.
+// - A file that has only lost its name is written on, so that a rollback leaves it whole wherever it has been moved to.
+// - A journal at the path is not read, and it is deleted only by the connection that made it.
+// For SQLite these are no errors, so that its rollbacks run to their end. Whoever writes asks ownsFile before and after;
+// only a commit that is expected fails, with SQLITE_READONLY_DBMOVED.
+
+// The name of this layer over another; empty for the default one.
+const char* guardedLayer(const std::string& layer);
+
+// Whether the file of a connection, opened through such a layer, is its own.
+bool ownsFile(sqlite3* connection);
+
+// Before a commit: it is to fail when the file turns out not to be the connection's own.
+void expectCommit(sqlite3* connection);
+
+// Whether the file's header says that it has a write-ahead log.
+bool hasWriteAheadLog(sqlite3* connection);
+
+} // namespace discaro::db
