@@ -1,4 +1,5 @@
 #include "base/RuntimeError.h"
+#include "catalogue/EmptyCatalogue.h"
 #include "db/Connection.h"
 #include "explorer_properties/PropertiesTest.h"
 #include "kit/Strings.h"
@@ -8,6 +9,9 @@
 #include <fcntl.h>
 #include <sqlite3.h>
 #include <unistd.h>
+
+#include <fstream>
+#include <iterator>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -71,6 +75,21 @@ protected:
         QCoreApplication::setApplicationName("discaro-test");
     }
     ~Hostile() override { db::Connection::setLockWait(2000); }
+
+    static std::string bytesOf(const std::filesystem::path& path) {
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    // An empty catalogue, put in the place of the present one; returns what it holds.
+    template <typename Put>
+    std::string putInPlace(Put&& put) const {
+        const auto other = catalogue.folder() / "other.mde";
+        discaro::catalogue::createEmptyCatalogue(other);
+        std::string bytes = bytesOf(other);
+        put(other);
+        return bytes;
+    }
 
     // The exit code of the program's end that a click brings about; -1 when it goes on. The report
     // is checked here, other questions go on to the script.
@@ -307,6 +326,36 @@ TEST_F(Hostile, AReadOnlyCatalogueIsShownAndEndsTheProgramWhenItIsWritten) {
     EXPECT_EQ(form.Label1->text(), "File Name :  readme.txt");
     type(*form.Text1, "note");
     EXPECT_EQ(endOfClick(*form.Command2, ErrorNumber::CatalogueReadOnly), 1);
+}
+
+// Catalogues in whose place another program has put something
+
+TEST_F(Hostile, AReplacedCatalogueEndsTheProgramWhenItIsWrittenAndStaysAsItIs) {
+    auto& form = open<EXFile>();
+    type(*form.Text1, "note");
+    const std::string left =
+        putInPlace([this](const auto& other) { std::filesystem::rename(other, catalogue.path()); });
+    EXPECT_EQ(endOfClick(*form.Command1, ErrorNumber::CatalogueReplaced), 1);
+    EXPECT_TRUE(bytesOf(catalogue.path()) == left);
+}
+
+TEST_F(Hostile, AnOverwrittenCatalogueEndsTheProgramWhenItIsWrittenAndStaysAsItIs) {
+    auto& form = open<EXDir>();
+    type(*form.Text1, "note");
+    const std::string left = putInPlace([this](const auto& other) {
+        std::filesystem::copy_file(other, catalogue.path(),
+                                   std::filesystem::copy_options::overwrite_existing);
+    });
+    EXPECT_EQ(endOfClick(*form.Command1, ErrorNumber::CatalogueReplaced), 1);
+    EXPECT_TRUE(bytesOf(catalogue.path()) == left);
+}
+
+TEST_F(Hostile, ARemovedCatalogueEndsTheProgramWhenItIsWritten) {
+    auto& form = open<EXCDROM>();
+    type(*form.Text2, "note");
+    std::filesystem::remove(catalogue.path());
+    EXPECT_EQ(endOfClick(*form.Command1, ErrorNumber::CatalogueReplaced), 1);
+    EXPECT_FALSE(std::filesystem::exists(catalogue.path()));
 }
 
 // Yields

@@ -1,8 +1,14 @@
 #include "base/RuntimeError.h"
+#include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
 #include "db/Connection.h"
 #include "db/DBEngine.h"
 #include "scanner_window/WizardTest.h"
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <ostream>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -434,3 +440,117 @@ TEST_F(Scanning, TheTrayNotificationsRestoreAndMinimise) {
     EXPECT_EQ(form->state(), kit::Form::State::Normal);
     EXPECT_TRUE(form->isVisible());
 }
+
+// ---- Another program takes the catalogue away, or puts another in its place, while the wizard is up
+
+namespace {
+
+namespace fs = std::filesystem;
+
+enum class Deed { Replaced, Removed, Overwritten };
+
+std::ostream& operator<<(std::ostream& out, Deed deed) {
+    static constexpr const char* kNames[] = {"Replaced", "Removed", "Overwritten"};
+    return out << kNames[static_cast<int>(deed)];
+}
+
+std::string bytesOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+class OtherCatalogue : public Scanning, public testing::WithParamInterface<Deed> {
+protected:
+    OtherCatalogue() {
+        for (int64_t number = 5; number < 9; ++number)
+            addDisc(number, std::to_string(number).c_str(), "none");
+        catalogue::createEmptyCatalogue(other());
+        db::Connection(other().string(), db::Connection::Mode::ReadWrite)
+            .execute("INSERT INTO Drive(\"id number\") VALUES (77)");
+        goToScanning();
+    }
+
+    static fs::path path() { return app::Module1::cataloguePath(); }
+    static fs::path other() { return app::Module1::ApplicationPath / "other.mde"; }
+
+    void perform() {
+        if (GetParam() == Deed::Replaced)
+            fs::rename(other(), path());
+        else if (GetParam() == Deed::Removed)
+            fs::remove(path());
+        else
+            fs::copy_file(other(), path(), fs::copy_options::overwrite_existing);
+        m_left = bytesOf(path());
+        m_done = true;
+    }
+
+    // The box tells it, and what the other program left is as it left it.
+    void expectTold() {
+        EXPECT_TRUE(m_done);
+        EXPECT_TRUE(GetParam() == Deed::Removed ||
+                    box.last().text.contains("The catalogue file was replaced, removed or changed "
+                                             "by another program"))
+            << box.last().text.toStdString();
+        EXPECT_EQ(fs::exists(path()), GetParam() != Deed::Removed);
+        EXPECT_TRUE(bytesOf(path()) == m_left);
+        EXPECT_FALSE(fs::exists(path().string() + "-journal"));
+    }
+
+    // Without any catalogue there is no main menu to go back to, which a second box tells.
+    void scanInVain() {
+        box.expectTitled("Error during Scan", Icon::Critical);
+        if (GetParam() == Deed::Removed)
+            box.expectTitled("Error", Icon::Critical);
+        click(*form->Command2);
+        EXPECT_FALSE(isUp("Scanform"));
+        EXPECT_EQ(isUp("Switch"), GetParam() != Deed::Removed);
+        EXPECT_TRUE(box.last().text.startsWith(
+            GetParam() == Deed::Removed
+                ? "The catalogue file was not found"
+                : "The scan could not be saved. The catalogue stands as it was before."));
+        expectTold();
+    }
+
+    std::string m_left;
+    bool m_done = false;
+};
+
+} // namespace
+
+TEST_P(OtherCatalogue, AtTheStartIsToldAndNothingIsScanned) {
+    perform();
+    box.expectTitled("Error", Icon::Critical);
+    click(*form->Command2);
+    EXPECT_TRUE(form->Command2->isVisible());
+    expectTold();
+}
+
+TEST_P(OtherCatalogue, InTheMiddleIsTold) {
+    insert(manyFiles());
+    duringScan([this] { perform(); });
+    scanInVain();
+}
+
+TEST_P(OtherCatalogue, InTheTotalsIsTold) {
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, form, [this] {
+        if (!m_done && form->Picture4(1).isVisible())
+            perform();
+    });
+    watch.start(0);
+    scanInVain();
+}
+
+TEST_P(OtherCatalogue, IsTheOneThatTheNextWizardOpens) {
+    perform();
+    form->Unload();
+    app::Module1::CatalogueDb.reset();
+    if (GetParam() == Deed::Removed)
+        catalogue::createEmptyCatalogue(path());
+    open();
+    EXPECT_EQ(count("drive"), GetParam() == Deed::Removed ? 0 : 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, OtherCatalogue,
+                         testing::Values(Deed::Replaced, Deed::Removed, Deed::Overwritten),
+                         testing::PrintToStringParamName());
