@@ -1,6 +1,7 @@
 #include "app/Windows.h"
 
 #include "kit/Ground.h"
+#include "kit/UnhandledErrors.h"
 
 #include <QtCore/QPointer>
 
@@ -23,11 +24,11 @@ Registry& registry() {
 }
 
 // A handler may be between one window and the next: only the event loop can tell that none will
-// come.
+// come. The loop of a box that reports an error comes round too; the box itself ends the program.
 void checkForEnd() {
     kit::atGround([] {
         const Registry& all = registry();
-        if (all.forms.empty() && all.whenNoneIsLeft)
+        if (all.forms.empty() && all.whenNoneIsLeft && !kit::isEndingByError())
             all.whenNoneIsLeft();
     });
 }

@@ -1,9 +1,14 @@
 #include "app/AppTest.h"
 #include "app/Main.h"
 #include "app/SingleInstance.h"
+#include "kit/UnhandledErrors.h"
+
+#include <filesystem>
+#include <fstream>
 
 using namespace discaro;
 using namespace discaro::test;
+namespace Module1 = discaro::app::Module1;
 namespace Windows = discaro::app::Windows;
 
 namespace {
@@ -12,6 +17,37 @@ class Main : public AppTest {
 protected:
     std::filesystem::path mark() const { return folder.filePath("mark").toStdString(); }
 };
+
+// A box on the screen, whose event loop comes round before it is answered.
+class BoxWithEventLoop {
+public:
+    BoxWithEventLoop()
+        : m_before(kit::setAnswerer([this](const kit::Question& question) {
+            texts.push_back(question.text.toStdString());
+            QCoreApplication::processEvents();
+            return kit::Answer::Ok;
+        })) {}
+    ~BoxWithEventLoop() { kit::setAnswerer(m_before); }
+    BoxWithEventLoop(const BoxWithEventLoop&) = delete;
+    BoxWithEventLoop& operator=(const BoxWithEventLoop&) = delete;
+
+    std::vector<std::string> texts;
+
+private:
+    kit::Answerer m_before;
+};
+
+// The exit status of a program whose last window has just failed to come.
+int statusOf(const std::function<void()>& step) {
+    const ThrowingEnd end;
+    Windows::setWhenNoneIsLeft([] { kit::EndProgram(); });
+    try {
+        kit::reportingErrors(step);
+    } catch (const ProgramEnded& ended) {
+        return ended.exitCode;
+    }
+    return -1;
+}
 
 } // namespace
 
@@ -22,6 +58,28 @@ TEST_F(Main, ShowsTheMenuAfterMakingTheFolderReady) {
     EXPECT_FALSE(menuWasUp);
     ASSERT_TRUE(Windows::IsLoaded("Switch"));
     EXPECT_TRUE(Windows::Find("Switch")->isVisible());
+}
+
+TEST_F(Main, ACatalogueThatCanNotBeOpenedIsReportedAndEndsTheProgramWithStatus1) {
+    std::ofstream(Module1::cataloguePath()) << std::string(5000, 'x');
+    const BoxWithEventLoop box;
+    const app::SingleInstance instance(mark());
+    EXPECT_EQ(statusOf([&] { app::Main(instance, [] {}); }), 1);
+    ASSERT_EQ(box.texts.size(), 1U);
+    EXPECT_THAT(box.texts[0], ::testing::StartsWith("Run-time error 3411:"));
+}
+
+TEST_F(Main, TheSameWhereTheMenuCanNotComeBack) {
+    stub("Search");
+    Windows::Show("Search");
+    const BoxWithEventLoop box;
+    EXPECT_EQ(statusOf([] {
+                  std::filesystem::remove(Module1::cataloguePath());
+                  Windows::Unload("Search");
+                  Windows::Show("Switch");
+              }),
+              1);
+    EXPECT_EQ(box.texts.size(), 1U);
 }
 
 TEST_F(Main, RefusesASecondInstance) {

@@ -85,6 +85,12 @@ class Display:
         """The title of the window that has the keyboard; empty when none has."""
         return self._xdotool("getwindowfocus", "getwindowname").stdout.strip()
 
+    def active_size(self):
+        """Width and height of the window that has the keyboard; none when none has."""
+        told = self._xdotool("getwindowfocus", "getwindowgeometry", "--shell").stdout
+        facts = dict(line.split("=", 1) for line in told.splitlines() if "=" in line)
+        return (int(facts["WIDTH"]), int(facts["HEIGHT"])) if "WIDTH" in facts else None
+
     def photograph(self, picture):
         subprocess.run(["import", "-window", "root", picture], env=self.environment, check=False)
 
@@ -104,7 +110,8 @@ class Program:
     QUESTION = "Confim Deletion !!!"
     FAILURE = "Error during Scan"
 
-    def __init__(self, display, folder, file_size_limit=None):
+    def __init__(self, display, folder, file_size_limit=None, by=()):
+        """`by` is a command before the program's own, such as one that takes rights away."""
         self.display = display
         runtime = os.path.join(folder, "runtime")
         os.makedirs(runtime, mode=0o700, exist_ok=True)
@@ -117,9 +124,12 @@ class Program:
                 resource.setrlimit(resource.RLIMIT_FSIZE, (file_size_limit, resource.RLIM_INFINITY))
 
         self._process = subprocess.Popen(
-            [os.path.join(folder, "discaro")], cwd=runtime, preexec_fn=limit, start_new_session=True,
+            [*by, os.path.join(folder, "discaro")], cwd=runtime, preexec_fn=limit, start_new_session=True,
             env=dict(display.environment, XDG_RUNTIME_DIR=runtime, HOME=runtime, XDG_CONFIG_HOME=runtime),
             stdin=subprocess.DEVNULL, stdout=self._log, stderr=self._log)
+        self.wait_for_start()
+
+    def wait_for_start(self):
         self.wait_for_window(self.MENU)
         self.wait_until_idle()
 
@@ -132,6 +142,10 @@ class Program:
     def kill(self):
         self._process.send_signal(signal.SIGKILL)
         return self._process.wait()
+
+    def wait_for_end(self, seconds=30):
+        """Returns the exit status."""
+        return self._process.wait(seconds)
 
     def wait_for_window(self, title, seconds=30):
         def shown():
