@@ -1,9 +1,12 @@
 #include "kit/MsgBox.h"
 
+#include <QtCore/QPointer>
+#include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QMessageBox>
 
+#include <algorithm>
 #include <utility>
 
 namespace discaro::kit {
@@ -35,19 +38,49 @@ QWidget* ownerOf(const Question& question) {
     return modal ? modal : QApplication::activeWindow();
 }
 
-// Keeps the box in front of its owner, and centred on it.
-void tieToOwner(QWidget& box, QWidget* owner) {
-    if (!owner || !owner->isVisible())
-        return;
-    box.winId(); // makes the native window, which can be told whom it belongs to
-    box.windowHandle()->setTransientParent(owner->windowHandle());
-    box.adjustSize();
-    box.move(owner->frameGeometry().center() - box.rect().center());
-}
+// Stands in front of its owner and centred on it. It is no child of the owner, which may be gone before the answer
+// comes.
+class Box : public QMessageBox {
+public:
+    Box(const kit::Question& question, QWidget* owner)
+        : QMessageBox(iconOf(question.icon), question.title, question.text, Ok) {
+        if (!owner || !owner->isVisible())
+            return;
+        m_owner = owner;
+        winId(); // makes the native window, which can be told whom it belongs to
+        windowHandle()->setTransientParent(owner->windowHandle());
+    }
 
-// The box is no child of its owner, which may be gone before the answer comes.
+protected:
+    // Only here the text has been wrapped and the box has its size.
+    void showEvent(QShowEvent* event) override {
+        QMessageBox::showEvent(event);
+        if (m_owner)
+            centreOn(*m_owner);
+    }
+
+private:
+    // Without the frames, which are alike as far as both have one: its own is not known yet.
+    void centreOn(const QWidget& owner) {
+        const QRect inner = owner.geometry();
+        const QRect outer = owner.frameGeometry();
+        const QRect room = owner.screen()->availableGeometry().adjusted(
+            inner.left() - outer.left(), inner.top() - outer.top(), inner.right() - outer.right(),
+            inner.bottom() - outer.bottom());
+        QRect place(QPoint(), size());
+        place.moveCenter(inner.center());
+        place.moveRight(std::min(place.right(), room.right()));
+        place.moveBottom(std::min(place.bottom(), room.bottom()));
+        place.moveLeft(std::max(place.left(), room.left()));
+        place.moveTop(std::max(place.top(), room.top()));
+        setGeometry(place);
+    }
+
+    QPointer<QWidget> m_owner;
+};
+
 Answer ask(const Question& question) {
-    QMessageBox box(iconOf(question.icon), question.title, question.text, QMessageBox::Ok);
+    Box box(question, ownerOf(question));
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     box.setDefaultButton(QMessageBox::Ok);
@@ -57,7 +90,6 @@ Answer ask(const Question& question) {
         box.setEscapeButton(QMessageBox::Cancel);
     }
     box.setWindowModality(Qt::ApplicationModal);
-    tieToOwner(box, ownerOf(question));
     return box.exec() == QMessageBox::Cancel ? Answer::Cancel : Answer::Ok;
 }
 

@@ -21,7 +21,8 @@ struct Question {
 
 // Shows a box and waits for its answer. The text is plain: it may hold names with any characters,
 // and the user can select and copy it. Closing the box or Escape is Cancel where there is one, else
-// OK. Without a parent the box belongs to the window in front.
+// OK. Without a parent the box belongs to the window in front. It stands centred on
+// the window that it belongs to, on the screen where there is none.
 Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& title,
               QWidget* parent = nullptr);
 

@@ -1,6 +1,7 @@
 #include "kit/SampleTest.h"
 
 #include <QtCore/QTimer>
+#include <QtGui/QScreen>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMessageBox>
 
@@ -93,6 +94,33 @@ TEST(MsgBox, StandsOverTheWindowThatAsks) {
                   40);
     });
     kit::MsgBox("text", kit::Buttons::Ok, kit::Icon::None, "title", form->Command1.begin()->second);
+    form->Unload();
+    kit::destroyUnloadedWindows();
+}
+
+TEST(MsgBox, StandsCentredOnItsWindowAlsoWhenItsTextIsWrapped) {
+    auto* form = new SampleForm;
+    form->Show();
+    form->move(250, 200);
+    const QString longText = QString("The scan operation will be stopped. ").repeated(12);
+    whenBoxIsUp([form](QMessageBox& box) {
+        const QPoint off = box.frameGeometry().center() - form->frameGeometry().center();
+        EXPECT_LE(std::abs(off.x()), 1);
+        EXPECT_LE(std::abs(off.y()), 1);
+        EXPECT_LT(box.width(), 700) << "the text is wrapped";
+    });
+    kit::MsgBox(longText, kit::Buttons::OkCancel, kit::Icon::Critical, "title", form);
+    form->Unload();
+    kit::destroyUnloadedWindows();
+}
+
+TEST(MsgBox, StaysOnTheScreenOfAWindowAtItsEdge) {
+    auto* form = new SampleForm;
+    form->Show();
+    const QRect screen = form->screen()->availableGeometry();
+    form->move(screen.bottomRight() - QPoint(60, 60));
+    whenBoxIsUp([screen](QMessageBox& box) { EXPECT_TRUE(screen.contains(box.frameGeometry())); });
+    kit::MsgBox(QString("text ").repeated(40), kit::Buttons::Ok, kit::Icon::None, "title", form);
     form->Unload();
     kit::destroyUnloadedWindows();
 }
