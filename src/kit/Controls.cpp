@@ -4,17 +4,27 @@
 #include "kit/CellText.h"
 #include "kit/Keys.h"
 
+#include <QtGui/QHelpEvent>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QLineEdit>
 #include <QtWidgets/QStyle>
+#include <QtWidgets/QStyleOptionButton>
+#include <QtWidgets/QStyledItemDelegate>
+#include <QtWidgets/QToolTip>
+
+#include <algorithm>
+#include <functional>
 
 namespace discaro::kit {
 
 namespace {
 
 constexpr int kWholeText = Qt::UserRole + 1;
+constexpr int kFile = Qt::UserRole + 2;
+constexpr int kPath = Qt::UserRole + 3;
 
 // As high as the label, and as wide as its text with round ends beside it.
 void drawPill(QLabel& label, const QPen& pen, const QBrush& brush) {
@@ -31,6 +41,50 @@ void drawPill(QLabel& label, const QPen& pen, const QBrush& brush) {
     painter.setBrush(brush);
     painter.drawRoundedRect(place, place.height() / 2, place.height() / 2);
 }
+
+// Shows the files' names in a column of their own, paler than the drives; one that is too long loses its middle.
+class DriveDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& given,
+               const QModelIndex& index) const override {
+        QStyledItemDelegate::paint(painter, given, index);
+        QStyleOptionViewItem option = given;
+        initStyleOption(&option, index);
+        const auto* style = option.widget ? option.widget->style() : QApplication::style();
+        const QRect text =
+            style->subElementRect(QStyle::SE_ItemViewItemText, &option, option.widget);
+        const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1;
+        const QRect room = text.adjusted(margin + fileColumn(option, index), 0, -margin, 0);
+        const bool selected = option.state.testFlag(QStyle::State_Selected);
+        QColor ink = option.palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
+        ink.setAlphaF(kPaler);
+        painter->save();
+        painter->setPen(ink);
+        painter->drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                          option.fontMetrics.elidedText(index.data(kFile).toString(),
+                                                        Qt::ElideMiddle, room.width()));
+        painter->restore();
+    }
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return QStyledItemDelegate::sizeHint(option, index) +
+               QSize(0, option.fontMetrics.height() / 2);
+    }
+
+private:
+    static constexpr float kPaler = 0.75F;
+
+    // Behind the widest of the drives.
+    static int fileColumn(const QStyleOptionViewItem& option, const QModelIndex& index) {
+        int widest = 0;
+        for (int row = 0; row < index.model()->rowCount(); ++row)
+            widest = std::max(widest, option.fontMetrics.horizontalAdvance(
+                                          index.sibling(row, 0).data().toString()));
+        return widest + 2 * option.fontMetrics.height();
+    }
+};
 
 } // namespace
 
@@ -155,6 +209,14 @@ void Button::hideEvent(QHideEvent* event) {
     QPushButton::hideEvent(event);
 }
 
+MenuButton::MenuButton(QWidget* parent)
+    : Button(parent) {}
+
+void MenuButton::initStyleOption(QStyleOptionButton* option) const {
+    Button::initStyleOption(option);
+    option->features |= QStyleOptionButton::HasMenu;
+}
+
 CheckBox::CheckBox(QWidget* parent)
     : QCheckBox(parent) {
     connect(this, &QCheckBox::toggled, this, &CheckBox::Click);
@@ -163,9 +225,28 @@ CheckBox::CheckBox(QWidget* parent)
 OptionButton::OptionButton(QWidget* parent)
     : QRadioButton(parent) {
     connect(this, &QRadioButton::toggled, this, [this](bool chosen) {
-        if (chosen)
-            emit Click();
+        if (!chosen)
+            return;
+        leadTabToChosen();
+        emit Click();
     });
+    leadTabToChosen(); // which may be one that was made before
+}
+
+void OptionButton::focusInEvent(QFocusEvent* event) {
+    QRadioButton::focusInEvent(event); // leads the Tab key to the one with the focus
+    leadTabToChosen();
+}
+
+void OptionButton::leadTabToChosen() {
+    if (!parentWidget())
+        return;
+    const auto group =
+        parentWidget()->findChildren<OptionButton*>(QString(), Qt::FindDirectChildrenOnly);
+    const bool anyChosen =
+        std::any_of(group.begin(), group.end(), std::mem_fn(&OptionButton::value));
+    for (auto* each : group)
+        each->setFocusPolicy(each->value() || !anyChosen ? Qt::StrongFocus : Qt::ClickFocus);
 }
 
 ComboBox::ComboBox(QWidget* parent)
@@ -214,6 +295,34 @@ void ComboBox::showPopup() {
 DriveList::DriveList(QWidget* parent)
     : ComboBox(parent) {
     setFocusPolicy(Qt::StrongFocus);
+    setItemDelegate(new DriveDelegate(this));
+}
+
+void DriveList::addDrive(const QString& drive, const QString& file, const QString& path) {
+    addItem(drive);
+    if (file.isEmpty())
+        return;
+    const int index = count() - 1;
+    setItemData(index, file, kFile);
+    setItemData(index, path, kPath);
+    setItemData(index, tipText(path), Qt::ToolTipRole);
+    setItemData(index, drive + QStringLiteral(", ") + file, Qt::AccessibleTextRole);
+}
+
+QString DriveList::file(int index) const {
+    return itemData(index, kFile).toString();
+}
+
+QString DriveList::path(int index) const {
+    return itemData(index, kPath).toString();
+}
+
+bool DriveList::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip)
+        return ComboBox::event(event);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
+                       currentData(Qt::ToolTipRole).toString(), this);
+    return true;
 }
 
 void DriveList::wheelEvent(QWheelEvent* event) {

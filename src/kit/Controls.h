@@ -79,6 +79,16 @@ private:
     bool m_hadPress = false; // since it was shown
 };
 
+// A button that opens a menu, and shows it by an arrow. Its click handler opens the menu.
+class MenuButton : public Button {
+    Q_OBJECT
+public:
+    explicit MenuButton(QWidget* parent = nullptr);
+
+protected:
+    void initStyleOption(QStyleOptionButton* option) const override;
+};
+
 // Click is raised by every change of the value, whoever makes it: a handler that sets the box is
 // entered again.
 class CheckBox : public QCheckBox {
@@ -94,7 +104,7 @@ signals:
 };
 
 // One of several in the same container. Click is raised when it becomes the chosen one, whoever
-// chooses it.
+// chooses it. The Tab key leads to the chosen one.
 class OptionButton : public QRadioButton {
     Q_OBJECT
 public:
@@ -105,6 +115,12 @@ public:
 
 signals:
     void Click();
+
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+
+private:
+    void leadTabToChosen();
 };
 
 // Click is raised when an item is chosen, by the user (also the same again) or by the program;
@@ -137,14 +153,21 @@ private:
     bool m_clickIsDue = false; // the list is open and nothing has been chosen from it
 };
 
-// The drives as their letters and names. The caller gives the items. The wheel turns it only while it has the focus:
-// a choice of drive has effects, so passing over it must not make one.
+// The drives as their letters and names. The caller gives the items. The open list shows the file's name behind a
+// drive that is a file, and its tool tip is the file's path, as is that of the closed box. The wheel turns it only while
+// it has the focus: a choice of drive has effects, so passing over it must not make one.
 class DriveList : public ComboBox {
     Q_OBJECT
 public:
     explicit DriveList(QWidget* parent = nullptr);
 
+    void addDrive(const QString& drive, const QString& file = {}, const QString& path = {});
+    // "" for a drive that is no file.
+    QString file(int index) const;
+    QString path(int index) const;
+
 protected:
+    bool event(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 };
 

@@ -56,6 +56,11 @@ int64_t ProgressBar::percent() const {
     return static_cast<int64_t>(static_cast<double>(m_value) / static_cast<double>(m_max) * 100.0);
 }
 
+void ProgressBar::paintNow() {
+    m_pace.cancel();
+    draw();
+}
+
 void ProgressBar::draw() {
     const auto whole = static_cast<double>(m_max - m_min);
     const double done = whole > 0 ? static_cast<double>(m_value - m_min) / whole : 0.0;

@@ -28,6 +28,9 @@ public:
     // The whole percentage of value by max, rounded down. Throws InvalidValue while max is 0.
     int64_t percent() const;
 
+    // Paints what it has now, for work that lets no event run.
+    void paintNow();
+
 private:
     void setRange(int64_t min, int64_t max);
     void draw();

@@ -3,7 +3,10 @@
 #include "kit/SampleTest.h"
 
 #include <QtGui/QAccessible>
+#include <QtGui/QHelpEvent>
+#include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QPlainTextEdit>
+#include <QtWidgets/QToolTip>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -66,6 +69,70 @@ TEST_F(Controls, AnOptionButtonClicksWhenItIsChosenAndNotWhenItIsLeft) {
     form->Option1->setValue(true);
     EXPECT_FALSE(form->Option2->value());
     EXPECT_THAT(form->heard, ElementsAre("two"));
+}
+
+TEST_F(Controls, TheTabKeyLeadsToTheChosenOptionOfAGroup) {
+    const auto reached = [this] {
+        std::vector<std::string> options;
+        for (const auto& name : tabOrder(*form))
+            if (name.starts_with("Option"))
+                options.push_back(name);
+        return options;
+    };
+    EXPECT_THAT(reached(), ElementsAre("Option1"));
+    form->Option2->setValue(true);
+    EXPECT_THAT(reached(), ElementsAre("Option2"));
+    form->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(form));
+    form->Option1->setFocus();
+    EXPECT_THAT(reached(), ElementsAre("Option2")) << "also after the other had the focus";
+}
+
+TEST_F(Controls, AMenuButtonShowsAnArrow) {
+    const auto pictureOf = [](kit::Button& button) {
+        button.resize(120, 30);
+        button.setText("Disc");
+        return button.grab().toImage();
+    };
+    kit::Button plain;
+    kit::MenuButton withMenu;
+    EXPECT_NE(pictureOf(plain), pictureOf(withMenu));
+}
+
+TEST(DriveList, TheClosedBoxShowsTheDriveAloneAndTheListTheFileToo) {
+    kit::DriveList list;
+    list.resize(300, 30);
+    list.addDrive("D: [SAME]", "one.iso", "/discs/one.iso");
+    const QImage named = list.grab().toImage();
+    EXPECT_EQ(list.text(), "D: [SAME]");
+    kit::DriveList unnamed;
+    unnamed.resize(300, 30);
+    unnamed.addDrive("D: [SAME]");
+    EXPECT_EQ(named, unnamed.grab().toImage());
+    const auto opened = [](kit::DriveList& each) {
+        each.show();
+        each.showPopup();
+        const QImage seen = each.view()->grab().toImage();
+        each.hidePopup();
+        return seen;
+    };
+    EXPECT_NE(opened(list), opened(unnamed));
+}
+
+TEST(DriveList, ThePathIsTheToolTipOfItsItemAndOfTheClosedBox) {
+    kit::DriveList list;
+    list.resize(300, 30);
+    list.addDrive("C:\\");
+    list.addDrive("D: [SAME]", "one.iso", "/discs/<b>/one.iso");
+    list.show();
+    EXPECT_EQ(list.path(1), "/discs/<b>/one.iso");
+    EXPECT_EQ(list.path(0), "");
+    EXPECT_EQ(list.itemData(1, Qt::ToolTipRole), "<span>/discs/&lt;b&gt;/one.iso");
+    EXPECT_EQ(list.itemData(1, Qt::AccessibleTextRole), "D: [SAME], one.iso");
+    list.setListIndex(1);
+    QHelpEvent hover(QEvent::ToolTip, QPoint(10, 10), list.mapToGlobal(QPoint(10, 10)));
+    QCoreApplication::sendEvent(&list, &hover);
+    EXPECT_EQ(QToolTip::text(), "<span>/discs/&lt;b&gt;/one.iso");
 }
 
 TEST_F(Controls, ACombosChoiceByTheProgramClicksAndChanges) {

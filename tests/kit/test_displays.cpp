@@ -112,6 +112,17 @@ TEST(ProgressBar, ComesToShowTheLastValue) {
     EXPECT_TRUE(waitFor([&] { return bar.QProgressBar::value() == bar.maximum(); }));
 }
 
+TEST(ProgressBar, PaintsWhatItHasWithoutTheEventLoop) {
+    kit::ProgressBar bar;
+    bar.resize(100, 20);
+    bar.setMax(10);
+    for (int value = 1; value <= 10; ++value) {
+        bar.setValue(value);
+        bar.paintNow();
+        EXPECT_EQ(bar.QProgressBar::value(), value * 1000);
+    }
+}
+
 TEST(Pace, ShowsTheFirstChangeAtOnceAndManyMoreTogether) {
     int shown = 0;
     kit::Pace pace([&] { ++shown; });
