@@ -105,6 +105,10 @@ void EXCDROM::keyPressEvent(QKeyEvent* event) {
         Form::keyPressEvent(event);
 }
 
+bool EXCDROM::isLeftByEscape() const {
+    return !m_bound.isTouched(*Text1) && !m_bound.isTouched(*Text2) && !m_bound.isTouched(*Text3);
+}
+
 void EXCDROM::paintEvent(QPaintEvent*) {
     m_ground.paint(*this);
 }

@@ -73,6 +73,10 @@ void EXDir::keyPressEvent(QKeyEvent* event) {
         Form::keyPressEvent(event);
 }
 
+bool EXDir::isLeftByEscape() const {
+    return !m_bound.isTouched(*Text1);
+}
+
 void EXDir::paintEvent(QPaintEvent*) {
     m_ground.paint(*this);
 }

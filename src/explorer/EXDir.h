@@ -31,6 +31,7 @@ public:
 protected:
     void Form_Load() override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool isLeftByEscape() const override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

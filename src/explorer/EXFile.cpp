@@ -102,6 +102,10 @@ void EXFile::keyPressEvent(QKeyEvent* event) {
         Form::keyPressEvent(event);
 }
 
+bool EXFile::isLeftByEscape() const {
+    return !m_bound.isTouched(*Text1);
+}
+
 void EXFile::paintEvent(QPaintEvent*) {
     m_ground.paint(*this);
 }

@@ -20,8 +20,6 @@ PropertiesKey propertiesKey(const QKeyEvent& event) {
             return PropertiesKey::PreviousPage;
         return PropertiesKey::None;
     }
-    if (event.matches(QKeySequence::Cancel))
-        return PropertiesKey::Leave;
     const bool enter = isOneOf(key, Qt::Key_Return, Qt::Key_Enter);
     return enter && !event.isAutoRepeat() ? PropertiesKey::Ok : PropertiesKey::None;
 }

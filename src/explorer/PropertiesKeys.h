@@ -8,9 +8,9 @@ namespace discaro::explorer {
 
 // The keys of the properties windows, beside the access letters of the buttons. A box with several
 // lines keeps Enter for itself.
-enum class PropertiesKey { None, Leave, Ok, NextPage, PreviousPage };
+enum class PropertiesKey { None, Ok, NextPage, PreviousPage };
 
-// Escape; Enter; Ctrl with Tab or Page Down; Ctrl with Shift and Tab, or with Page Up.
+// Enter; Ctrl with Tab or Page Down; Ctrl with Shift and Tab, or with Page Up.
 PropertiesKey propertiesKey(const QKeyEvent& event);
 
 // Shows the next page, or the one before; behind the last comes the first.
@@ -20,9 +20,7 @@ void turnPage(kit::Tabs& tabs, PropertiesKey key);
 template <typename Window>
 bool obeyKey(Window& window, const QKeyEvent& event) {
     const PropertiesKey key = propertiesKey(event);
-    if (key == PropertiesKey::Leave)
-        window.Unload();
-    else if (key == PropertiesKey::Ok)
+    if (key == PropertiesKey::Ok)
         window.Command2->click();
     else if (key != PropertiesKey::None)
         turnPage(*window.SSTab1, key);

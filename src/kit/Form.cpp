@@ -1,5 +1,6 @@
 #include "kit/Form.h"
 
+#include "kit/Beep.h"
 #include "kit/Ground.h"
 #include "kit/TrayIcon.h"
 #include "kit/Yield.h"
@@ -8,6 +9,7 @@
 #include <QtCore/QEventLoop>
 #include <QtGui/QCloseEvent>
 #include <QtGui/QFontMetricsF>
+#include <QtGui/QKeyEvent>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
@@ -135,6 +137,14 @@ void Form::centre() {
     m_centred = true;
     if (const QScreen* shownOn = display())
         move(shownOn->availableGeometry().center() - QRect(QPoint(0, 0), size()).center());
+}
+
+void Form::openAt(QPoint place) {
+    m_centred = true;
+    const QScreen* display = QGuiApplication::screenAt(place + rect().center());
+    if (!display)
+        return centre();
+    move(place);
 }
 
 void Form::Unload() {
@@ -269,6 +279,15 @@ bool Form::event(QEvent* event) {
     if (event->type() == QEvent::Paint)
         m_painted = true;
     return result;
+}
+
+// One that is held leaves one window only.
+void Form::keyPressEvent(QKeyEvent* event) {
+    const bool hasFrame = !windowFlags().testFlag(Qt::FramelessWindowHint);
+    if (!hasFrame || !event->matches(QKeySequence::Cancel))
+        QWidget::keyPressEvent(event);
+    else if (!event->isAutoRepeat())
+        isLeftByEscape() ? static_cast<void>(close()) : Beep();
 }
 
 void Form::closeEvent(QCloseEvent* event) {

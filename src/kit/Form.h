@@ -23,6 +23,9 @@ namespace discaro::kit {
 // declared in the form table no longer run from the moment of unloading on. A window is always made
 // with `new`, and nobody deletes it.
 //
+// Escape leaves a window that has a frame as the frame's close button does, unless the window says
+// that something typed would be lost.
+//
 // Places are told in logical pixels for the reference font. They grow with the font in use: `scale`
 // is the factor.
 class Form : public QWidget {
@@ -113,7 +116,14 @@ protected:
     // given goes first.
     void atUnload(std::function<void()> release);
 
+    // Opens the window there, and not in the middle of the screen, as far as the screen has it.
+    void openAt(QPoint place);
+
+    // Whether Escape leaves it now; where not, it beeps.
+    virtual bool isLeftByEscape() const { return true; }
+
     bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;

@@ -284,6 +284,17 @@ TEST_F(DeleteWindow, LeavingGoesToTheMenuWhenItCameFromThere) {
     EXPECT_FALSE(app::Windows::IsLoaded("EXMain"));
 }
 
+TEST_F(DeleteWindow, EscapeLeavesFromBothLists) {
+    addDisc(1, "One");
+    for (const bool details : {false, true}) {
+        open();
+        QTest::keyClick(details ? form->DriveInfo : form->ListView1, Qt::Key_Escape);
+        EXPECT_FALSE(app::Windows::IsLoaded("DeleteCD"));
+        EXPECT_TRUE(app::Windows::IsLoaded("Switch"));
+        app::Windows::Unload("Switch");
+    }
+}
+
 TEST_F(DeleteWindow, LeavingShowsNothingForAnyOtherWordAsLongAsThereAreDiscs) {
     addDisc(1, "One");
     app::Module1::ReturnTo = "search";

@@ -58,6 +58,17 @@ TEST(ExplorerEmpty, AnEmptyCatalogueBeepsAndGoesBackToTheMenu) {
     EXPECT_FALSE(rig.isUp("Loading"));
 }
 
+TEST_F(ExplorerLoad, EscapeShowsTheMenuFromTreeListingAndDiscList) {
+    for (const int place : {0, 1, 2}) {
+        app::Windows::Unload("Switch");
+        auto& window = rig.open();
+        QWidget* const focus[] = {window.tvwdb, window.lvwdb, window.Combo1};
+        QTest::keyClick(focus[place], Qt::Key_Escape);
+        EXPECT_FALSE(rig.isUp("EXMain")) << place;
+        EXPECT_TRUE(rig.isUp("Switch")) << place;
+    }
+}
+
 TEST_F(ExplorerLoad, ExitAndTheFrameBothShowTheMenu) {
     rig.open().RunCommand("exit");
     EXPECT_TRUE(rig.isUp("Switch"));

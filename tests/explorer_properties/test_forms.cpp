@@ -73,11 +73,16 @@ TYPED_TEST(PropertiesForms, EveryControlOfTheKeyboardSaysWhatItIs) {
     EXPECT_THAT(speechless(this->template open<TypeParam>()), IsEmpty());
 }
 
-TYPED_TEST(PropertiesForms, EscapeClosesAndWritesNothing) {
+TYPED_TEST(PropertiesForms, EscapeClosesWhereNothingTypedIsLost) {
     auto& form = this->template open<TypeParam>();
     const auto before = this->catalogue.everything();
     auto* box = form.template findChild<kit::TextBox*>("Text1");
+    const QString stored = box->text();
     this->type(*box, "typed");
+    QTest::keyClick(&box->editor(), Qt::Key_Escape);
+    EXPECT_TRUE(this->isOpen());
+    EXPECT_TRUE(box->text().contains("typed"));
+    box->setText(stored);
     QTest::keyClick(&box->editor(), Qt::Key_Escape);
     EXPECT_FALSE(this->isOpen());
     EXPECT_EQ(this->catalogue.everything(), before);

@@ -22,6 +22,7 @@ public:
     std::function<void()> onUnload;
     std::function<void()> onCommand;
     std::function<void()> onTimer;
+    bool holdsTyped = false;
 
     kit::Label* Label1 = nullptr;
     kit::TextBox* Text1 = nullptr;
@@ -42,10 +43,12 @@ public:
     kit::TrayIcon* TrayIcon1 = nullptr;
 
     using Form::atUnload;
+    using Form::openAt;
 
 protected:
     void Form_Load() override;
     void Form_Unload() override;
+    bool isLeftByEscape() const override { return !holdsTyped; }
 
 private:
     static const kit::FormTable<SampleForm> kTable;

@@ -158,6 +158,40 @@ TEST_F(Form, ClosingByTheFrameUnloads) {
     EXPECT_TRUE(form->isUnloaded());
 }
 
+TEST_F(Form, EscapeClosesItFromWhateverHasTheFocus) {
+    form->Show();
+    QTest::keyClick(form->Combo1, Qt::Key_Escape);
+    EXPECT_THAT(form->heard, ElementsAre("load", "unload"));
+}
+
+TEST_F(Form, EscapeThatWouldLoseSomethingTypedOnlyBeeps) {
+    const CountedBeeps beeps;
+    form->Show();
+    form->holdsTyped = true;
+    QTest::keyClick(&form->Text1->editor(), Qt::Key_Escape);
+    EXPECT_FALSE(form->isUnloaded());
+    EXPECT_EQ(beeps.count(), 1);
+}
+
+TEST_F(Form, AnEscapeKeyThatIsHeldClosesNothingMore) {
+    form->Show();
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, {}, true);
+    QCoreApplication::sendEvent(form, &held);
+    EXPECT_FALSE(form->isUnloaded());
+}
+
+TEST_F(Form, OpensWhereItIsTold) {
+    form->openAt({31, 42});
+    form->Show();
+    EXPECT_EQ(form->pos(), QPoint(31, 42));
+}
+
+TEST_F(Form, OpensInTheMiddleWhereThePlaceIsOnNoScreen) {
+    form->openAt({100000, 100000});
+    form->Show();
+    EXPECT_TRUE(form->screen()->geometry().contains(form->geometry().center()));
+}
+
 TEST_F(Form, DoesNotShowWhenItsLoadHandlerUnloadsIt) {
     form->onLoad = [this] { form->Unload(); };
     form->Show();
