@@ -30,6 +30,7 @@ std::string SimSubdirectories;
 std::string SimFiles;
 std::string SimSize;
 std::string SimDiscName;
+std::vector<std::filesystem::path> DroppedDiscs;
 std::string ResultKind;
 std::string SearchSql;
 std::filesystem::path ApplicationPath;

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // The shared module: the variables through which windows talk to each other, and the procedures that all of them
 // use. One window sets variables and shows the next, which reads them. Numbers in text variables are decimal.
@@ -44,6 +45,9 @@ extern std::string SimSubdirectories; // directories in its subtree
 extern std::string SimFiles;          // files in its subtree
 extern std::string SimSize;           // size of its subtree
 extern std::string SimDiscName;       // the disc's preferred name
+
+// Image files and folders that were dropped on the main menu, for the wizard to read as discs.
+extern std::vector<std::filesystem::path> DroppedDiscs;
 
 extern std::string ResultKind; // kind of rows that the results window shows
 extern std::string SearchSql;  // the composed query

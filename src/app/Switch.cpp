@@ -5,13 +5,17 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "kit/Colour.h"
+#include "kit/DroppedFiles.h"
 #include "kit/EndProgram.h"
 #include "kit/Shape.h"
 #include "kit/Yield.h"
 
+#include <QtGui/QDropEvent>
 #include <QtGui/QGuiApplication>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QWindow>
+
+#include <optional>
 
 namespace discaro::app {
 
@@ -19,6 +23,7 @@ namespace {
 
 constexpr int kEntries = 8;
 constexpr int kNoLabel = 9;
+constexpr int kScan = 0;
 constexpr int kAbout = 5;
 constexpr int kExit = 6;
 
@@ -28,6 +33,12 @@ constexpr int kCircleEnd = 479;
 
 // The entries that an empty catalogue does not offer.
 constexpr int kNeedDiscs[] = {1, 2, 3, 7};
+
+const char* const kNoDisc = "There is no disc in the catalogue yet. Scan one first.";
+const char* const kNotThere = "This version of Discaro does not have this window yet.";
+
+// Where the menu was when it was left last.
+std::optional<QPoint> g_lastPlace;
 
 // The pale pill on which the hovered entry's dark red reads.
 const QColor kHoverGround(230, 233, 250);
@@ -40,7 +51,7 @@ const char* windowOf(int index) {
 }
 
 void setFurtherVariables(int index) {
-    if (index == 0)
+    if (index == kScan)
         Module1::ScanCancelled = 0;
     else if (index == 2)
         Module1::JumpDisc.clear();
@@ -50,6 +61,8 @@ void setFurtherVariables(int index) {
 
 void Switch::Form_Load() {
     cutToCircle();
+    if (g_lastPlace)
+        openAt(*g_lastPlace);
     LabelColour = std::to_string(kit::numberOf(Label1(0).foreColour()));
     LastLabel = kNoLabel;
     Data1.SetDatabaseName(Module1::cataloguePath());
@@ -57,6 +70,10 @@ void Switch::Form_Load() {
     atUnload([this] { Data1.Close(); });
     Data1.Refresh();
     disableMissingWindows();
+}
+
+void Switch::Form_Unload() {
+    g_lastPlace = pos();
 }
 
 void Switch::cutToCircle() {
@@ -68,7 +85,14 @@ void Switch::cutToCircle() {
 void Switch::disableMissingWindows() {
     for (const auto& [index, label] : Label1)
         if (index != kExit && !Windows::Exists(windowOf(index)))
-            label->setEnabled(false);
+            grey(index, kNotThere);
+}
+
+void Switch::grey(int index, const char* reason) {
+    if (!Label1(index).isEnabled())
+        return;
+    Label1(index).setEnabled(false);
+    Label1(index).setToolTip(reason);
 }
 
 void Switch::Timer1_Timer() {
@@ -77,7 +101,7 @@ void Switch::Timer1_Timer() {
         if (Data1.Recordset().RecordCount() != 0)
             return;
         for (const int index : kNeedDiscs)
-            Label1(index).setEnabled(false);
+            grey(index, kNoDisc);
     });
 }
 
@@ -127,11 +151,11 @@ void Switch::Image1_MouseDown(QPoint position) {
         windowHandle()->startSystemMove();
 }
 
-void Switch::Image1_MouseMove(QPoint position) {
+// By the place on the screen: the one in the picture is that of the picture before the moves that are still under way.
+void Switch::Image1_MouseMove(QPoint, QPoint global) {
     if (!Dragging)
         return;
-    move(x() + position.x() - static_cast<int>(DragX),
-         y() + position.y() - static_cast<int>(DragY));
+    move(global - QPoint(static_cast<int>(DragX), static_cast<int>(DragY)));
     kit::yield();
 }
 
@@ -150,6 +174,20 @@ void Switch::TrayIcon1_Restore() {
 
 void Switch::TrayIcon1_Minimise() {
     setState(State::Minimised);
+}
+
+void Switch::dragEnterEvent(QDragEnterEvent* event) {
+    const bool takes = Windows::Exists(windowOf(kScan));
+    event->setAccepted(takes && !kit::droppedFiles(*event->mimeData()).empty());
+}
+
+// Whoever drags waits for the drop to end, which the move to the wizard would hold up.
+void Switch::dropEvent(QDropEvent* event) {
+    event->setDropAction(Qt::CopyAction); // the files stay where they are
+    event->accept();
+    Module1::DroppedDiscs = kit::droppedFiles(*event->mimeData());
+    QMetaObject::invokeMethod(
+        this, [this] { isUnloaded() ? void() : openWindow(kScan); }, Qt::QueuedConnection);
 }
 
 void Switch::keyPressEvent(QKeyEvent* event) {

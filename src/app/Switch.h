@@ -12,7 +12,8 @@ namespace discaro::app {
 
 // The main menu: a round window with eight entries. Entries that need a disc in the catalogue are
 // disabled while it has none; an entry whose window is not part of the program is disabled from the
-// start.
+// start; its tool tip tells why. It comes up again where it was last, for as long as the program
+// runs. Image files and folders that are dropped on it open the wizard.
 //
 // Keys: Tab and the arrow keys go through the entries, Enter and Space choose.
 class Switch : public kit::Form {
@@ -35,14 +36,17 @@ public:
 
 protected:
     void Form_Load() override;
+    void Form_Unload() override;
     void keyPressEvent(QKeyEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     static const kit::FormTable<Switch> kTable;
 
     void Label1_MouseMove(int index);
     void Image1_MouseDown(QPoint position);
-    void Image1_MouseMove(QPoint position);
+    void Image1_MouseMove(QPoint position, QPoint global);
     void Image1_MouseUp();
     void Command1_Click();
     void Timer1_Timer();
@@ -51,6 +55,7 @@ private:
 
     void cutToCircle();
     void disableMissingWindows();
+    void grey(int index, const char* reason);
     void openWindow(int index);
     void showAbout();
 

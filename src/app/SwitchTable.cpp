@@ -128,6 +128,7 @@ Switch::Switch()
             .border = Border::None}) {
     setAttribute(Qt::WA_TranslucentBackground);
     kTable.build(*this);
+    setAcceptDrops(true);
 }
 
 } // namespace discaro::app

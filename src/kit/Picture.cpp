@@ -56,22 +56,22 @@ void Picture::paintEvent(QPaintEvent*) {
 }
 
 void Picture::mousePressEvent(QMouseEvent* event) {
-    emit MouseDown(event->position().toPoint());
+    emit MouseDown(event->position().toPoint(), event->globalPosition().toPoint());
 }
 
 void Picture::mouseMoveEvent(QMouseEvent* event) {
-    emit MouseMove(event->position().toPoint());
+    emit MouseMove(event->position().toPoint(), event->globalPosition().toPoint());
 }
 
 void Picture::mouseReleaseEvent(QMouseEvent* event) {
     const QPoint position = event->position().toPoint();
-    emit MouseUp(position);
+    emit MouseUp(position, event->globalPosition().toPoint());
     if (rect().contains(position))
         emit Click();
 }
 
 void Picture::mouseDoubleClickEvent(QMouseEvent* event) {
-    emit MouseDown(event->position().toPoint());
+    emit MouseDown(event->position().toPoint(), event->globalPosition().toPoint());
     emit DoubleClick();
 }
 

@@ -22,10 +22,10 @@ public:
 signals:
     void Click();
     void DoubleClick();
-    // Positions in the picture, in pixels of the screen.
-    void MouseDown(QPoint position);
-    void MouseMove(QPoint position);
-    void MouseUp(QPoint position);
+    // Positions in the picture as it stood at the event, and on the screen; in pixels.
+    void MouseDown(QPoint position, QPoint global);
+    void MouseMove(QPoint position, QPoint global);
+    void MouseUp(QPoint position, QPoint global);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -6,9 +6,14 @@
 #include "kit/TrayIcon.h"
 #include "support/windows/GoldenForm.h"
 
+#include <QtCore/QMimeData>
 #include <QtCore/QTimer>
+#include <QtCore/QUrl>
+#include <QtGui/QDropEvent>
 
+#include <cmath>
 #include <filesystem>
+#include <numbers>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -121,6 +126,23 @@ TEST_F(Switch, EveryColourReadsWellWhereItStands) {
     }
     hover(menu.Label1(3));
     EXPECT_GE(kit::contrast(menu.Label1(3).foreColour(), menu.Label1(3).ground()), 4.5);
+}
+
+// A shape has hard edges: what stands there must be close to what is usually behind it.
+TEST_F(Switch, ItsEdgeIsPaleAllAround) {
+    auto& menu = open();
+    const QImage face = menu.Image1->grab().toImage();
+    for (int degree = 0; degree < 360; ++degree) {
+        const double angle = degree * std::numbers::pi / 180;
+        double radius = 241;
+        QPoint edge;
+        do {
+            radius -= 0.25;
+            edge = QPoint(static_cast<int>(240.5 + radius * std::cos(angle)),
+                          static_cast<int>(240.5 + radius * std::sin(angle)));
+        } while (!menu.mask().contains(edge));
+        EXPECT_LT(kit::contrast(face.pixelColor(edge), Qt::white), 4.0) << degree;
+    }
 }
 
 TEST_F(Switch, ItsMarqueeScrollsTheNameOfTheProgram) {
@@ -294,6 +316,61 @@ TEST_F(Switch, AClickOnExitEndsTheProcess) {
                 "");
 }
 
+// ---- Greyed entries, and what is dropped
+
+TEST_F(Switch, AGreyedEntryTellsWhy) {
+    auto& empty = open();
+    for (const int index : {1, 2, 3, 7})
+        EXPECT_EQ(empty.Label1(index).toolTip(),
+                  "There is no disc in the catalogue yet. Scan one first.");
+    EXPECT_EQ(empty.Label1(0).toolTip(), "");
+    empty.Unload();
+    auto& full = openWithDisc();
+    for (const auto& [index, label] : full.Label1)
+        EXPECT_EQ(label->toolTip(), "") << index;
+}
+
+TEST_F(Switch, AnEntryWhoseWindowIsMissingTellsThatWhateverTheCatalogueHolds) {
+    Windows::Clear();
+    Windows::Register("Switch", [] { return new app::Switch; });
+    auto& menu = open();
+    EXPECT_EQ(menu.Label1(3).toolTip(), "This version of Discaro does not have this window yet.");
+    EXPECT_EQ(menu.Label1(6).toolTip(), "");
+}
+
+TEST_F(Switch, ADroppedImageOpensTheWizardWithIt) {
+    auto& menu = open();
+    QMimeData data;
+    data.setUrls({QUrl("file:///discs/a.iso"), QUrl("file:///discs/b.iso")});
+    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&menu, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    Module1::ScanCancelled = 1;
+    QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&menu, &drop);
+    EXPECT_TRUE(Windows::IsLoaded("Switch")) << "whoever drags is not held up";
+    ASSERT_TRUE(waitFor([] { return Windows::IsLoaded("Scanform"); }));
+    EXPECT_FALSE(Windows::IsLoaded("Switch"));
+    EXPECT_EQ(Module1::ScanCancelled, 0);
+    EXPECT_THAT(std::exchange(Module1::DroppedDiscs, {}),
+                ElementsAre("/discs/a.iso", "/discs/b.iso"));
+}
+
+TEST_F(Switch, WhatIsNoFileIsNotTaken) {
+    auto& menu = open();
+    QMimeData data;
+    data.setUrls({QUrl("http://localhost/disc.iso")});
+    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&menu, &enter);
+    EXPECT_FALSE(enter.isAccepted());
+}
+
+TEST_F(Switch, EscapeLeavesItUp) {
+    auto& menu = open();
+    QTest::keyClick(&menu, Qt::Key_Escape);
+    EXPECT_TRUE(menu.isVisible());
+}
+
 // ---- Hovering
 
 TEST_F(Switch, EntriesRestInTheirColourUntilOneIsHovered) {
@@ -361,6 +438,31 @@ TEST_F(Switch, IsDraggedByItsFaceWithAnyButton) {
         QTest::mouseRelease(menu.Image1, button, {}, QPoint(30, 200));
         menu.Unload();
     }
+}
+
+TEST_F(Switch, FollowsTheMouseAlsoWhenItsMovesLagBehind) {
+    auto& menu = open();
+    const QPoint start = menu.pos();
+    QTest::mousePress(menu.Image1, Qt::LeftButton, {}, QPoint(30, 200));
+    for (const QPoint& moved : {QPoint(7, -10), QPoint(30, -40), QPoint(90, -60)}) {
+        // Told in places of the window as it stood at first, as a busy screen does.
+        QMouseEvent event(QEvent::MouseMove, QPoint(30, 200) + moved,
+                          start + QPoint(30, 200) + moved, Qt::NoButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QCoreApplication::sendEvent(menu.Image1, &event);
+        EXPECT_EQ(menu.pos(), start + moved);
+    }
+    QTest::mouseRelease(menu.Image1, Qt::LeftButton, {}, QPoint(30, 200));
+}
+
+TEST_F(Switch, ComesBackWhereItWas) {
+    auto& menu = openWithDisc();
+    menu.move(menu.pos() + QPoint(41, -23));
+    const QPoint place = menu.pos();
+    click(menu.Label1(2));
+    EXPECT_FALSE(Windows::IsLoaded("Switch"));
+    Windows::Unload("EXMain");
+    EXPECT_EQ(open().pos(), place);
 }
 
 TEST_F(Switch, AMoveWithoutAPressDragsNothing) {
