@@ -254,6 +254,10 @@ std::string DriveTable::shownText(char letter) const {
     return label.empty() ? root : root.substr(0, 2) + " [" + label + "]";
 }
 
+const fs::path& DriveTable::addedPath(char letter) const {
+    return driveOf(letter).addedPath;
+}
+
 const Medium& DriveTable::medium(char letter) const {
     auto& drive = driveOf(letter);
     drive.kept = share(letter);

@@ -69,6 +69,10 @@ public:
     // What a drive list shows: "D: [LABEL]" when the disc has a label, else "D:\". Never waits for a network.
     std::string shownText(char letter) const;
 
+    // The image file or folder that the user added as this drive; empty for any other.
+    // Throws PathMissing when there is no such drive.
+    const std::filesystem::path& addedPath(char letter) const;
+
     // Opened on first use. The reference is good until refresh(), until facts() finds another disc in the drive, or
     // until it is asked for again after an added image has changed; share() is for callers who can't promise that.
     // Throws PathMissing when there is no such drive or what was added has gone, DriveNotReady when it has no disc that

@@ -22,6 +22,8 @@ std::string clockText(char sign, int64_t minutes, int64_t seconds) {
 } // namespace
 
 void ScanClock::start() {
+    ElapsedMinutes = 0;
+    ElapsedSeconds = 0;
     FirstTick = true;
 }
 

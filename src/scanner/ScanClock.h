@@ -9,7 +9,7 @@ namespace discaro::scanner {
 // more than a minute between two ticks loses whole minutes.
 class ScanClock {
 public:
-    // The next tick counts as the first.
+    // From nothing; the next tick counts as the first.
     void start();
 
     // One tick at this second of the minute, 0 to 59.

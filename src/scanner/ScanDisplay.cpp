@@ -48,7 +48,7 @@ void ScanDisplay::scanStarted(double files) {
     m_walks = true;
     m_form.Command2->hide();
     m_form.Command6->show();
-    m_form.Text6->setFocus(); // away from Cancel, which a second Enter would press
+    m_form.Command6->setFocus();
     m_form.Command1(4).setEnabled(false);
     showWalkStage(Stage::Running);
     m_form.NumLED1(0).show();
@@ -126,8 +126,10 @@ void ScanDisplay::cancelImpossible() {
     m_form.Command6->setEnabled(false);
 }
 
+// One yield often lets nothing be painted, and no event runs after it until the totals are there.
 void ScanDisplay::totalsStarted() {
     showTotalsStage(Stage::Running);
+    m_form.repaint();
 }
 
 void ScanDisplay::totalsBarSized(int64_t directories) {
@@ -138,7 +140,12 @@ void ScanDisplay::totalsBarSized(int64_t directories) {
 }
 
 void ScanDisplay::advanceTotalsBar() {
-    m_form.ProgressBar1->setValue(m_form.ProgressBar1->value() + 1);
+    kit::ProgressBar& bar = *m_form.ProgressBar1;
+    bar.setValue(bar.value() + 1);
+    if (m_discPercent == bar.percent())
+        return;
+    m_discPercent = bar.percent();
+    bar.paintNow();
 }
 
 void ScanDisplay::totalsFinished() {

@@ -50,8 +50,8 @@ private:
     static void showPercent(kit::ProgressBar& bar, std::optional<int64_t>& shown);
 
     Scanform& m_form;
-    bool m_walks = false;                      // and yields at every file
-    std::optional<int64_t> m_discPercent;      // in the bar's tool tip
+    bool m_walks = false;                 // and yields at every file
+    std::optional<int64_t> m_discPercent; // in the bar's tool tip; of the totals the one painted
     std::optional<int64_t> m_directoryPercent; // the same
     std::optional<QString> m_inCaption;        // the part done, as the window's caption has it
 };

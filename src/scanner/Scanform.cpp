@@ -5,13 +5,16 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
+#include "disc/Names.h"
 #include "kit/Beep.h"
+#include "kit/DroppedFiles.h"
 #include "kit/MsgBox.h"
 #include "kit/Strings.h"
 #include "kit/Yield.h"
 #include "scanner/NameChecks.h"
 #include "scanner/Texts.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QMimeData>
 #include <QtCore/QScopedValueRollback>
@@ -22,7 +25,7 @@
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMenu>
 
-#include <algorithm>
+#include <utility>
 
 namespace discaro::scanner {
 
@@ -34,11 +37,19 @@ namespace {
 
 // Text1 where entries stand below it, and where it has the page to itself; its width and top are the table's.
 constexpr QRect kTextAboveEntries(24, 16, 592, 128);
-constexpr QRect kTextAlone(24, 16, 592, 338);
+constexpr QRect kTextAlone(24, 16, 592, 362);
 
-// The bytes of the name as the file system has them, which need not be text.
-std::filesystem::path pathOf(const QUrl& url) {
-    return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+// More would not fit on the screen.
+constexpr qsizetype kMostRefused = 10;
+
+// Where images and folders are looked for: at first at home, then where the last one lay, as long as the program runs.
+QString& lastFolder() {
+    static QString folder = QDir::homePath();
+    return folder;
+}
+
+std::filesystem::path pathOf(const QString& name) {
+    return QFile::encodeName(name).toStdString();
 }
 
 QString paragraphs(std::initializer_list<const char*> lines) {
@@ -66,6 +77,10 @@ void Scanform::Form_Load() {
     TrayIcon1->setToolTipText(caption());
     app::Windows::Unload("Loading");
     m_options = {};
+    // Once the window is up: what can't be read is told in a box on it.
+    QMetaObject::invokeMethod(
+        this, [this] { takeDropped(std::exchange(app::Module1::DroppedDiscs, {})); },
+        Qt::QueuedConnection);
 }
 
 void Scanform::openSources() {
@@ -103,13 +118,30 @@ void Scanform::closeEvent(QCloseEvent* event) {
 
 // Escape is the screen's way out, as far as it has one now.
 void Scanform::keyPressEvent(QKeyEvent* event) {
-    if (event->key() != Qt::Key_Escape) {
+    const bool leads = event->matches(QKeySequence::Cancel) && !event->isAutoRepeat();
+    if (leads && isLeftByEscape())
+        wayOut()->click();
+    else
         Form::keyPressEvent(event);
-        return;
-    }
-    for (kit::Button* wayOut : {Command3, Command6, &Command1(4), &Command1(7), &Command1(0)})
-        if (wayOut->isVisible() && wayOut->isEnabled())
-            return wayOut->click();
+}
+
+bool Scanform::isLeftByEscape() const {
+    const kit::Button* out = wayOut();
+    const bool cancels = out == &Command1(0) || out == &Command1(4);
+    return out && !(cancels && holdsTyped());
+}
+
+kit::Button* Scanform::wayOut() const {
+    for (kit::Button* button : {Command3, Command6, &Command1(4), &Command1(7), &Command1(0)})
+        if (button->isVisible() && button->isEnabled())
+            return button;
+    return nullptr;
+}
+
+// A name that is the volume label was not typed.
+bool Scanform::holdsTyped() const {
+    const bool hasName = !Text2->text().isEmpty() && !Check1->value();
+    return hasName || !Text3->text().isEmpty();
 }
 
 bool Scanform::scanIsRunning() const {
@@ -123,8 +155,15 @@ void Scanform::loadDrives() {
     const QSignalBlocker quiet(Drive1);
     const QString chosen = Drive1->text();
     Drive1->clear();
-    for (const char letter : m_drives.letters())
-        Drive1->addItem(qt(m_drives.shownText(letter)));
+    for (const char letter : m_drives.letters()) {
+        const auto& path = m_drives.addedPath(letter);
+        const auto drive = qt(m_drives.shownText(letter));
+        if (path.empty())
+            Drive1->addDrive(drive);
+        else
+            Drive1->addDrive(drive, qt(disc::shownName(path.filename().native())),
+                             qt(disc::shownPath(path)));
+    }
     if (!chosen.isEmpty())
         setDrive(utf8(chosen));
 }
@@ -140,7 +179,13 @@ void Scanform::setDrive(const std::string& drive) {
             Drive1->setListIndex(i);
 }
 
+// The user's own choice stays.
 void Scanform::chooseDiscDrive() {
+    const QScopedValueRollback choosing(m_choosesDrive, true);
+    if (m_drives.type(std::string_view(&m_ownDrive, 1)) == disc::DriveType::CdRom) {
+        setDrive(rootPath(m_ownDrive));
+        return giveFactsDrive();
+    }
     for (const char letter : m_drives.letters()) {
         const std::string root = rootPath(letter);
         if (m_drives.type(root) != disc::DriveType::CdRom)
@@ -169,6 +214,8 @@ void Scanform::Drive1_Change() {
     Dir1.letGo(); // the disc may be changed until the quick scan comes
     giveFactsDrive();
     const bool disc = DrvFact1.type == disc::DriveType::CdRom;
+    if (disc && !m_choosesDrive)
+        m_ownDrive = drive()[0];
     if (!disc) {
         kit::Beep();
         say("You must choose a CD-ROM Drive", kit::Icon::None, "Error");
@@ -186,34 +233,43 @@ void Scanform::Dir1_Change() {
 
 void Scanform::DiscImage_Click() {
     QMenu menu(this);
-    const QAction* file = menu.addAction("Image &File...");
+    const QAction* files = menu.addAction("Image &Files...");
     menu.addAction("F&older...");
     const QAction* chosen = menu.exec(DiscImage->mapToGlobal(QPoint(0, DiscImage->height())));
     if (!chosen || isUnloaded())
         return;
-    const QString path = chosen == file ? askForImage() : askForFolder();
-    if (!path.isEmpty() && !isUnloaded())
-        addDisc(QFile::encodeName(path).toStdString());
+    const QStringList names = chosen == files ? askForImages() : QStringList(askForFolder());
+    std::vector<std::filesystem::path> paths;
+    for (const QString& name : names)
+        if (!name.isEmpty())
+            paths.push_back(pathOf(name));
+    if (!isUnloaded())
+        addDiscs(paths);
 }
 
-QString Scanform::askForImage() {
-    return QFileDialog::getOpenFileName(
-        this, "Read a disc image", QFile::decodeName(m_lastFolder.c_str()),
+QStringList Scanform::askForImages() {
+    return QFileDialog::getOpenFileNames(
+        this, "Read a disc image", lastFolder(),
         "Disc images (*.iso *.bin *.cue *.nrg *.img *.mdf);;All files (*)");
 }
 
 QString Scanform::askForFolder() {
-    return QFileDialog::getExistingDirectory(this, "Read a folder as a disc",
-                                             QFile::decodeName(m_lastFolder.c_str()));
+    return QFileDialog::getExistingDirectory(this, "Read a folder as a disc", lastFolder());
 }
 
-void Scanform::addDisc(const std::filesystem::path& path) {
-    if (path.empty())
+// The first is asked for again at the end: many others may have taken its letter.
+void Scanform::addDiscs(const std::vector<std::filesystem::path>& paths) {
+    if (paths.empty())
         return;
-    m_lastFolder = path.parent_path();
-    try {
-        const char letter = m_drives.addImageOrFolder(path);
-        const std::string chosen = rootPath(letter);
+    lastFolder() = QFile::decodeName(paths.front().parent_path().c_str());
+    QStringList refused;
+    std::filesystem::path first;
+    for (const auto& path : paths)
+        if (!addDrive(path, refused).empty() && first.empty())
+            first = path;
+    const std::string chosen = first.empty() ? "" : addDrive(first, refused);
+    if (!chosen.empty()) {
+        m_ownDrive = chosen[0];
         loadDrives();
         {
             const QSignalBlocker quiet(Drive1);
@@ -222,9 +278,27 @@ void Scanform::addDisc(const std::filesystem::path& path) {
         if (ScanPage == 1)
             goNext();
         setDrive(chosen);
-    } catch (const base::RuntimeError& error) {
-        say(qt(error.description()), kit::Icon::Exclamation, "Error");
     }
+    tellRefused(refused);
+}
+
+// Returns its root; "" when it can't be read.
+std::string Scanform::addDrive(const std::filesystem::path& path, QStringList& refused) {
+    try {
+        return rootPath(m_drives.addImageOrFolder(path));
+    } catch (const base::RuntimeError& error) {
+        refused << qt(error.description());
+        return {};
+    }
+}
+
+void Scanform::tellRefused(const QStringList& refused) {
+    if (refused.isEmpty() || isUnloaded())
+        return;
+    QString text = refused.mid(0, kMostRefused).join("\n\n");
+    if (refused.size() > kMostRefused)
+        text += QString("\n\n%1 more can't be read either.").arg(refused.size() - kMostRefused);
+    say(text, kit::Icon::Exclamation, "Error");
 }
 
 bool Scanform::takesDiscs() const {
@@ -232,8 +306,7 @@ bool Scanform::takesDiscs() const {
 }
 
 void Scanform::dragEnterEvent(QDragEnterEvent* event) {
-    const auto urls = event->mimeData()->urls();
-    event->setAccepted(takesDiscs() && std::ranges::any_of(urls, &QUrl::isLocalFile));
+    event->setAccepted(takesDiscs() && !kit::droppedFiles(*event->mimeData()).empty());
 }
 
 // Whoever drags waits for the drop to end, which a message box would hold up.
@@ -241,15 +314,15 @@ void Scanform::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction); // the file stays where it is
     event->accept();
     QMetaObject::invokeMethod(
-        this, [this, urls = event->mimeData()->urls()] { takeDropped(urls); },
+        this, [this, paths = kit::droppedFiles(*event->mimeData())] { takeDropped(paths); },
         Qt::QueuedConnection);
 }
 
-void Scanform::takeDropped(const QList<QUrl>& urls) {
+void Scanform::takeDropped(const std::vector<std::filesystem::path>& paths) {
+    if (paths.empty() || !takesDiscs())
+        return;
     activateWindow();
-    for (const QUrl& url : urls)
-        if (url.isLocalFile() && takesDiscs())
-            addDisc(pathOf(url));
+    addDiscs(paths);
 }
 
 // ---- The pages

@@ -14,12 +14,12 @@
 #include "scanner/ScanEngine.h"
 #include "scanner/ScanOptions.h"
 
-#include <QtCore/QDir>
-#include <QtCore/QUrl>
+#include <QtCore/QStringList>
 
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace discaro::scanner {
 
@@ -31,8 +31,8 @@ public:
     // Over the drives of this table, which must outlive the window.
     explicit Scanform(disc::DriveTable& drives = disc::driveTable());
 
-    // Adds an image file or a folder as a drive and chooses it; tells why when it can't be read.
-    void addDisc(const std::filesystem::path& path);
+    // Adds image files and folders as drives and chooses the first of them; tells which can't be read, and why.
+    void addDiscs(const std::vector<std::filesystem::path>& paths);
 
     // The three screens, of which one shows
     kit::Panel* Picture1 = nullptr;       // the wizard's pages
@@ -43,16 +43,16 @@ public:
         Command1; // 0 and 4 Cancel, 1 and 5 Back, 2 and 6 Next, 3 and 7 Finish
 
     // The wizard's pages
-    kit::TextBox* Text1 = nullptr;    // what to do on this page
-    kit::Label* Label2 = nullptr;     // caption of the entry in use
-    kit::TextBox* Text2 = nullptr;    // preferred name
-    kit::TextBox* Text3 = nullptr;    // comments
-    kit::TextBox* Text4 = nullptr;    // the quick scan's results
-    kit::Label* Label3 = nullptr;     // "Drive Name"
-    kit::DriveList* Drive1 = nullptr; // the drives
-    kit::Button* DiscImage = nullptr; // reads an image file or a folder as a disc
-    kit::CheckBox* Check1 = nullptr;  // the volume label is the name
-    kit::Button* Command4 = nullptr;  // to the options
+    kit::TextBox* Text1 = nullptr;        // what to do on this page
+    kit::Label* Label2 = nullptr;         // caption of the entry in use
+    kit::TextBox* Text2 = nullptr;        // preferred name
+    kit::TextBox* Text3 = nullptr;        // comments
+    kit::TextBox* Text4 = nullptr;        // the quick scan's results
+    kit::Label* Label3 = nullptr;         // "Drive Name"
+    kit::DriveList* Drive1 = nullptr;     // the drives
+    kit::MenuButton* DiscImage = nullptr; // reads image files or a folder as discs
+    kit::CheckBox* Check1 = nullptr;      // the volume label is the name
+    kit::Button* Command4 = nullptr;      // to the options
 
     // The options
     kit::Label* Label6 = nullptr;         // the screen's heading
@@ -112,6 +112,7 @@ public:
 protected:
     void Form_Load() override;
     void closeEvent(QCloseEvent* event) override;
+    bool isLeftByEscape() const override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -169,10 +170,12 @@ private:
     void chooseDiscDrive();
     void giveFactsDrive();
     void lookAtDisc();
-    QString askForImage();
+    QStringList askForImages();
     QString askForFolder();
+    std::string addDrive(const std::filesystem::path& path, QStringList& refused);
+    void tellRefused(const QStringList& refused);
     bool takesDiscs() const;
-    void takeDropped(const QList<QUrl>& urls);
+    void takeDropped(const std::vector<std::filesystem::path>& paths);
     void goBack();
     void goNext();
     bool namePagePasses();
@@ -180,6 +183,8 @@ private:
     void runQuickScan();
     void closeAndReturn();
     bool scanIsRunning() const;
+    kit::Button* wayOut() const;
+    bool holdsTyped() const;
     kit::Answer say(const QString& text, kit::Icon icon, const QString& title);
     ScanRequest request();
     void runScan();
@@ -189,10 +194,10 @@ private:
     bool QuickScanDone = false;
     ScanOptions m_options;
     disc::DriveTable& m_drives;
-    disc::DriveFacts DrvFact1; // of the drive given last
-    disc::Lister Dir1;         // lists directories and files of the drive in hand
-    // Where images and folders are looked for: at first at home, then where the last one lay.
-    std::filesystem::path m_lastFolder = QDir::homePath().toStdString();
+    disc::DriveFacts DrvFact1;   // of the drive given last
+    disc::Lister Dir1;           // lists directories and files of the drive in hand
+    char m_ownDrive = '\0';      // the disc drive that the user chose or added last
+    bool m_choosesDrive = false; // the window itself chooses one
     QuickScan m_quickScan;
     bool m_quickScanRuns = false;
     ScanClock m_clock;

@@ -167,6 +167,7 @@ void Scanform::Timer1_Timer() {
 
 void Scanform::startClock() {
     m_clock.start();
+    NumLED2->setCaption(qt(m_clock.elapsed()));
     Timer2->setEnabled(true);
 }
 

@@ -13,14 +13,16 @@ using kit::control;
 namespace {
 
 constexpr int kPageTop = 64;
-constexpr int kPageHeight = 416;
+constexpr int kPageHeight = 440;
 constexpr int kWidth = 640;
 
 // 40 twips, in logical pixels.
 constexpr int kShadow = 3;
 
-// The row of buttons at the foot of both screens.
-constexpr int kButtonTop = 370;
+// The row of buttons at the foot of both screens, and above it that of the scan's own. What ends a scan stands at one
+// end of that, and what begins the next at the other: a late click must not hit it.
+constexpr int kScanButtonTop = 350;
+constexpr int kButtonTop = 394;
 constexpr int kButtonWidth = 96;
 constexpr int kButtonHeight = 30;
 constexpr int kButtonLeft[] = {208, 312, 416, 520};
@@ -38,11 +40,16 @@ void takeNoDrops(kit::TextBox& box) {
     box.editor().setAcceptDrops(false);
 }
 
-kit::Row<Scanform, kit::NumLed, true> counter(int index, const char* tip) {
+constexpr int kCounterTop = 138;
+constexpr int kWalkTop = kCounterTop + 2;
+constexpr int kTotalsTop = kCounterTop + 32;
+
+kit::Row<Scanform, kit::NumLed, true> counter(int index, const char* counts, const char* tip) {
     return control(&Scanform::NumLED1, "NumLED1", index)
-        .at(24, 128, 190, 58)
+        .at(24, kCounterTop, 190, 58)
         .in(&Scanform::Picture2)
         .tip(tip)
+        .says(counts)
         .hidden();
 }
 
@@ -121,7 +128,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .at(480, 270, 136, 30)
         .in(&Scanform::Picture1)
         .text("Disc &Image...")
-        .tip("Read an image file or a folder as a disc")
+        .tip("Read image files or a folder as discs. You can also drop them on this window.")
         .click(&Scanform::DiscImage_Click),
     control(&Scanform::Command4, "Command4")
         .at(24, kButtonTop, 110, kButtonHeight)
@@ -160,7 +167,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .size(1.3)
         .bold(),
     control(&Scanform::SSTab1, "SSTab1")
-        .at(24, 44, 592, 312)
+        .at(24, 44, 592, 336)
         .in(&Scanform::Picture6)
         .pages({"Scan Details", "Errors", "Numbering"})
         .says("Options"),
@@ -285,68 +292,82 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .multiLine()
         .readOnly()
         .says("Instructions"),
-    counter(0, "Click to see the decremental counter.").click(&Scanform::NumLED1_Click),
-    counter(1, "Click to see the incremental counter.").click(&Scanform::NumLED1_Click),
-    stage(&Scanform::Picture3, "Picture3", 0, 130, ":/scan/waiting.svg").says("Not started"),
-    stage(&Scanform::Picture3, "Picture3", 1, 130, ":/scan/running.svg").says("Running").hidden(),
-    stage(&Scanform::Picture3, "Picture3", 2, 130, ":/scan/finished.svg").says("Finished").hidden(),
+    counter(0, "Files done", "Click to see the decremental counter.")
+        .click(&Scanform::NumLED1_Click),
+    counter(1, "Files to come", "Click to see the incremental counter.")
+        .click(&Scanform::NumLED1_Click),
+    stage(&Scanform::Picture3, "Picture3", 0, kWalkTop, ":/scan/waiting.svg").says("Not started"),
+    stage(&Scanform::Picture3, "Picture3", 1, kWalkTop, ":/scan/running.svg")
+        .says("Running")
+        .hidden(),
+    stage(&Scanform::Picture3, "Picture3", 2, kWalkTop, ":/scan/finished.svg")
+        .says("Finished")
+        .hidden(),
     control(&Scanform::Label5, "Label5", 0)
-        .at(268, 130, 142, 24)
+        .at(268, kWalkTop, 142, 24)
         .in(&Scanform::Picture2)
         .text("Scanning CD-ROM"),
-    stage(&Scanform::Picture4, "Picture4", 0, 160, ":/scan/waiting.svg").says("Not started"),
-    stage(&Scanform::Picture4, "Picture4", 1, 160, ":/scan/running.svg").says("Running").hidden(),
-    stage(&Scanform::Picture4, "Picture4", 2, 160, ":/scan/finished.svg").says("Finished").hidden(),
-    stage(&Scanform::Picture4, "Picture4", 3, 160, ":/scan/finished.svg").says("Finished").hidden(),
+    stage(&Scanform::Picture4, "Picture4", 0, kTotalsTop, ":/scan/waiting.svg").says("Not started"),
+    stage(&Scanform::Picture4, "Picture4", 1, kTotalsTop, ":/scan/running.svg")
+        .says("Running")
+        .hidden(),
+    stage(&Scanform::Picture4, "Picture4", 2, kTotalsTop, ":/scan/finished.svg")
+        .says("Finished")
+        .hidden(),
+    stage(&Scanform::Picture4, "Picture4", 3, kTotalsTop, ":/scan/finished.svg")
+        .says("Finished")
+        .hidden(),
     control(&Scanform::Label5, "Label5", 1)
-        .at(268, 160, 142, 24)
+        .at(268, kTotalsTop, 142, 24)
         .in(&Scanform::Picture2)
         .text("Calculating Totals"),
     control(&Scanform::NumLED2, "NumLED2")
-        .at(426, 128, 190, 58)
+        .at(426, kCounterTop, 190, 58)
         .in(&Scanform::Picture2)
         .tip("Click to see the approximate remaining time.")
+        .says("Elapsed Time")
         .hidden()
         .click(&Scanform::NumLED2_Click),
     control(&Scanform::NumLED3, "NumLED3")
-        .at(426, 128, 190, 58)
+        .at(426, kCounterTop, 190, 58)
         .in(&Scanform::Picture2)
         .tip("Click to see the elapsed time.")
+        .says("Remaining Time")
         .hidden()
         .click(&Scanform::NumLED3_Click),
     control(&Scanform::Label9, "Label9")
-        .at(426, 188, 190, 20)
+        .at(426, kCounterTop + 60, 190, 20)
         .in(&Scanform::Picture2)
         .text("Elapsed Time")
         .align(Qt::AlignCenter)
         .hidden(),
     control(&Scanform::Label4, "Label4")
-        .at(24, 214, 380, 20)
+        .at(24, 212, 380, 20)
         .in(&Scanform::Picture2)
         .text("Directory")
         .labels(&Scanform::Text6),
-    control(&Scanform::Text6, "Text6").at(24, 236, 592, 28).in(&Scanform::Picture2).readOnly(),
+    control(&Scanform::Text6, "Text6").at(24, 234, 592, 28).in(&Scanform::Picture2).readOnly(),
     control(&Scanform::ProgressBar1, "ProgressBar1")
-        .at(24, 280, 592, 24)
+        .at(24, 274, 592, 24)
         .in(&Scanform::Picture2)
         .says("Whole CD-ROM"),
     control(&Scanform::ProgressBar2, "ProgressBar2")
-        .at(24, 316, 592, 24)
+        .at(24, 308, 592, 24)
         .in(&Scanform::Picture2)
         .says("Current directory"),
     control(&Scanform::Command2, "Command2")
-        .at(24, kButtonTop, 160, kButtonHeight)
+        .at(24, kScanButtonTop, 160, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("&Start Scanning")
         .click(&Scanform::Command2_Click),
     control(&Scanform::Command6, "Command6")
-        .at(24, kButtonTop, 160, kButtonHeight)
+        .at(24, kScanButtonTop, 160, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("Cance&l Scanning")
         .hidden()
         .click(&Scanform::Command6_Click),
     control(&Scanform::Command5, "Command5")
-        .at(24, kButtonTop, 176, kButtonHeight)
+        .at(440, kScanButtonTop, 176, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("Scan &Another CD-ROM")
         .hidden()

@@ -5,6 +5,8 @@
 #include <QtCore/QMimeData>
 #include <QtCore/QTemporaryFile>
 #include <QtGui/QDropEvent>
+#include <QtWidgets/QFileDialog>
+#include <QtWidgets/QMenu>
 
 #include <fstream>
 
@@ -123,9 +125,123 @@ TEST_F(WithoutDiscDrive, TheDefaultDriveStaysChosenAndNextStops) {
 
 TEST_F(Drives, GoingBackToTheNamePageChoosesTheDriveAnew) {
     addDrive(folder(""));
-    goTo(3);
+    open();
+    next();
+    typeInto(*form->Text2, "Disc");
+    next();
+    addDrive(folder(""));
     back();
-    EXPECT_EQ(form->Drive1->text(), "E: [MEMORY]");
+    EXPECT_EQ(form->Drive1->text(), "F: [MEMORY]");
+}
+
+TEST_F(Drives, ADiscDriveThatTheUserChoseStaysChosen) {
+    addDrive(folder(""));
+    goTo(3); // with the tests' drive chosen
+    back();
+    EXPECT_EQ(form->Drive1->text(), "D: [MEMORY]");
+    EXPECT_EQ(form->Text2->text(), "");
+    back();
+    next();
+    EXPECT_EQ(form->Drive1->text(), "D: [MEMORY]");
+}
+
+TEST_F(Drives, AnAddedDiscStaysChosen) {
+    open();
+    form->addDiscs({makeFolder("added")});
+    typeInto(*form->Text2, "Disc");
+    addDrive(folder(""));
+    next();
+    back();
+    EXPECT_EQ(form->Drive1->text(), "E: [added]");
+}
+
+TEST_F(Drives, ADriveThatIsNoDiscDriveDoesNotStayChosen) {
+    goTo(2);
+    box.expect("You must choose a CD-ROM Drive", Buttons::Ok, Icon::None, "Error");
+    form->Drive1->setListIndex(0);
+    back();
+    next();
+    EXPECT_EQ(form->Drive1->text(), "D: [MEMORY]");
+}
+
+TEST_F(Drives, TheListTellsAddedDiscsApart) {
+    const auto one = makeFolder("one/same");
+    const auto two = makeFolder("two/same");
+    open();
+    form->addDiscs({one, two});
+    const int last = form->Drive1->count() - 1;
+    EXPECT_EQ(form->Drive1->itemText(last), "F: [same]");
+    EXPECT_EQ(form->Drive1->file(last), "same");
+    EXPECT_EQ(form->Drive1->path(last).toStdString(), two.string());
+    EXPECT_EQ(form->Drive1->path(last - 1).toStdString(), one.string());
+    EXPECT_EQ(form->Drive1->file(1), "") << "a drive that is no file";
+    EXPECT_EQ(form->Drive1->text(), "E: [same]");
+}
+
+TEST_F(Drives, OfSeveralDiscsTheFirstIsChosenAndWhatCanNotBeReadIsToldInOneBox) {
+    open();
+    box.expectTitled("Error", Icon::Exclamation);
+    form->addDiscs({"/not/there.iso", makeFolder("first"), "/nor/this.iso", makeFolder("second")});
+    EXPECT_EQ(form->Drive1->text(), "E: [first]");
+    EXPECT_EQ(form->Drive1->itemText(3), "F: [second]");
+    EXPECT_TRUE(form->Text2->isVisible()) << "page 2";
+    EXPECT_TRUE(box.last().text.contains("there.iso"));
+    EXPECT_TRUE(box.last().text.contains("this.iso"));
+}
+
+TEST_F(Drives, AHundredFilesThatCanNotBeReadMakeABoxThatFitsTheScreen) {
+    open();
+    box.expectTitled("Error", Icon::Exclamation);
+    form->addDiscs(std::vector<std::filesystem::path>(100, "/not/there.iso"));
+    EXPECT_TRUE(box.last().text.endsWith("90 more can't be read either."));
+    EXPECT_TRUE(button(2).isVisible());
+    EXPECT_FALSE(form->Text2->isVisible()) << "still on page 1";
+}
+
+TEST_F(Drives, OfMoreDiscsThanLettersTheFirstIsChosen) {
+    std::vector<std::filesystem::path> many;
+    for (int disc = 0; disc < 30; ++disc)
+        many.push_back(makeFolder("disc" + std::to_string(disc)));
+    open();
+    form->addDiscs(many);
+    EXPECT_TRUE(form->Drive1->text().endsWith("[disc0]")) << form->Drive1->text().toStdString();
+}
+
+TEST_F(Drives, WhatWasDroppedOnTheMenuIsReadOnceByTheWizard) {
+    app::Module1::DroppedDiscs = {makeFolder("dropped")};
+    open();
+    EXPECT_TRUE(waitFor([this] { return form->Text2->isVisible(); }));
+    EXPECT_EQ(form->Drive1->text(), "E: [dropped]");
+    EXPECT_TRUE(app::Module1::DroppedDiscs.empty());
+}
+
+TEST_F(Drives, TheButtonForDiscsOpensAMenuAndTellsOfDropping) {
+    goTo(2);
+    EXPECT_TRUE(qobject_cast<kit::MenuButton*>(form->DiscImage));
+    EXPECT_TRUE(form->DiscImage->toolTip().contains("drop"));
+}
+
+TEST_F(Drives, ImagesAreLookedForWhereTheLastDiscLayAlsoInTheNextWizard) {
+    const auto place = makeFolder("looked at/disc");
+    open();
+    form->addDiscs({place});
+    form->Unload();
+    open();
+    goTo(2);
+    QString shown;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, form, [&] {
+        if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+            QTest::keyClick(menu, Qt::Key_F);
+        } else if (auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget())) {
+            EXPECT_EQ(dialog->fileMode(), QFileDialog::ExistingFiles);
+            shown = dialog->directory().absolutePath();
+            dialog->reject();
+        }
+    });
+    watch.start(0);
+    form->DiscImage->click();
+    EXPECT_EQ(shown.toStdString(), place.parent_path().string());
 }
 
 TEST_F(Drives, TheTickTakesTheLabelOfTheDiscThatIsInTheDriveNow) {
@@ -203,7 +319,7 @@ TEST_F(Drives, ADiscThatHasGoneEndsTheProgramWhetherItHadSubdirectoriesOrNot) {
 TEST_F(Drives, AnAddedFolderThatHasGoneIsToldAndAnotherDriveCanBeChosen) {
     const auto path = makeFolder("gone");
     open();
-    form->addDisc(path);
+    form->addDiscs({path});
     typeInto(*form->Text2, "Disc");
     next();
     std::filesystem::remove_all(path);
@@ -238,7 +354,7 @@ TEST_F(Drives, AnAddedFolderThatHasGoneWhenTheScanStartsIsToldAndTheScanCanBeSta
 TEST_F(Drives, AnAddedFolderIsNotHeldOpenOnThePagesAndAfterTheScan) {
     const auto path = makeFolder("held");
     open();
-    form->addDisc(path);
+    form->addDiscs({path});
     EXPECT_FALSE(isOpenHere(path));
     typeInto(*form->Text2, "Disc");
     for (int page = 2; page < 5; ++page) {
@@ -254,7 +370,7 @@ TEST_F(Drives, AnAddedFolderIsNotHeldOpenOnThePagesAndAfterTheScan) {
 TEST_F(Drives, AnImageThatIsWrittenAnewIsReadAnew) {
     const auto image = makeImage("first", {"OLD.TXT"});
     open();
-    form->addDisc(image);
+    form->addDiscs({image});
     form->Check1->click();
     EXPECT_EQ(form->Text2->text(), "FIRST");
     makeImage("second", {"NEW.TXT", "MORE.TXT"});
@@ -276,7 +392,7 @@ TEST_F(Drives, AnImageThatIsWrittenAnewIsReadAnew) {
 TEST_F(Drives, WhenAllLettersAreGivenTheLastDiscAddedIsTheChosenOne) {
     open();
     for (int disc = 0; disc < 26; ++disc)
-        form->addDisc(makeFolder("disc" + std::to_string(disc)));
+        form->addDiscs({makeFolder("disc" + std::to_string(disc))});
     EXPECT_TRUE(form->Drive1->text().endsWith("[disc25]")) << form->Drive1->text().toStdString();
     EXPECT_EQ(form->Drive1->count(), 24);
     EXPECT_EQ(form->Drive1->findText("E: [disc0]"), -1) << "its letter has been given again";
@@ -295,7 +411,7 @@ TEST_F(Drives, AFileThatIsNoDiscIsRefusedWithAClearMessage) {
     next();
     box.expectTitled("Error", Icon::Exclamation);
     const QString before = form->Drive1->text();
-    form->addDisc(text.fileName().toStdString());
+    form->addDiscs({text.fileName().toStdString()});
     EXPECT_EQ(form->Drive1->text(), before);
     EXPECT_TRUE(box.last().text.contains("not a disc image")) << box.last().text.toStdString();
 }

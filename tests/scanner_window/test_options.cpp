@@ -117,6 +117,19 @@ TEST_F(Options, TheScreensFitAtAnyFontSize) {
     }
 }
 
+TEST_F(Options, TheTabKeyLeadsToTheTickedChoices) {
+    open();
+    form->Option5->click();
+    for (const auto& [button, reached] : {std::pair{form->Option1, false},
+                                          {form->Option2, true},
+                                          {form->Option4, false},
+                                          {form->Option5, true},
+                                          {form->Option6, false},
+                                          {form->Option7, true}})
+        EXPECT_EQ(bool(button->focusPolicy() & Qt::TabFocus), reached)
+            << button->objectName().toStdString();
+}
+
 TEST_F(Options, EscapeGoesBackToThePageAndTheButtonHasTheFocus) {
     open();
     click(*form->Command4);

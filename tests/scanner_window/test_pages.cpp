@@ -292,7 +292,7 @@ TEST_F(Pages, NeitherButtonLeavesThePageWhileTheQuickScanRuns) {
     next();
     EXPECT_EQ(looks, 1);
     EXPECT_TRUE(isUp("Scanform"));
-    EXPECT_EQ(beeps.count(), 1) << "the frame's button says that it can't";
+    EXPECT_EQ(beeps.count(), 2) << "the frame's button and the key say that they can't";
     EXPECT_EQ(said(*form->Text4), "2 Directories\r\n0 Files");
 }
 
@@ -394,6 +394,36 @@ TEST_F(Pages, AnEnterKeyThatIsHeldLeadsOnePageOn) {
     EXPECT_TRUE(form->Picture1->isVisible()) << "and no further";
 }
 
+TEST_F(Pages, EscapeLeavesWhereNothingTypedIsLost) {
+    goTo(2);
+    QTest::keyClick(form->Text2, Qt::Key_Escape);
+    EXPECT_TRUE(isUp("Scanform")) << "with a name";
+    EXPECT_EQ(form->Text2->text(), "Disc");
+    EXPECT_EQ(beeps.count(), 1);
+    form->Text2->setText({});
+    QTest::keyClick(form->Text2, Qt::Key_Escape);
+    EXPECT_FALSE(isUp("Scanform"));
+    EXPECT_TRUE(isUp("Switch"));
+}
+
+TEST_F(Pages, EscapeDoesNotLoseTypedCommentsOnAnyScreen) {
+    open();
+    next();
+    form->Check1->click();
+    next();
+    typeInto(*form->Text3, "mine");
+    next();
+    next();
+    QTest::keyClick(form, Qt::Key_Escape);
+    EXPECT_TRUE(isUp("Scanform"));
+    click(button(3));
+    QTest::keyClick(form, Qt::Key_Escape);
+    EXPECT_TRUE(isUp("Scanform"));
+    form->Text3->setText({});
+    QTest::keyClick(form, Qt::Key_Escape);
+    EXPECT_FALSE(isUp("Scanform")) << "the label as the name is not typed";
+}
+
 TEST_F(Pages, EnterLeadsOnAndEscapeOut) {
     open();
     EXPECT_EQ(form->focusWidget(), &button(2));
@@ -402,6 +432,7 @@ TEST_F(Pages, EnterLeadsOnAndEscapeOut) {
     typeInto(*form->Text2, "Disc");
     QTest::keyClick(form->Text2, Qt::Key_Return);
     EXPECT_TRUE(form->Text3->isVisible());
+    form->Text2->setText({});
     QTest::keyClick(form->Text3, Qt::Key_Escape);
     EXPECT_FALSE(isUp("Scanform"));
     EXPECT_TRUE(isUp("Switch"));

@@ -5,10 +5,13 @@
 #include "db/DBEngine.h"
 #include "scanner_window/WizardTest.h"
 
+#include <QtGui/QAccessible>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <ostream>
+#include <set>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -41,6 +44,27 @@ protected:
     void duringScan(std::function<void()> action) {
         QTimer::singleShot(0, form, std::move(action));
     }
+};
+
+// The values that the upper bar is painted with while the totals are computed.
+class BarProbe : public QObject {
+public:
+    explicit BarProbe(scanner::Scanform& form)
+        : m_form(form) {
+        form.ProgressBar1->installEventFilter(this);
+    }
+
+    std::set<int> values;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint && m_form.Picture4(1).isVisible())
+            values.insert(m_form.ProgressBar1->QProgressBar::value());
+        return false;
+    }
+
+private:
+    scanner::Scanform& m_form;
 };
 
 MemoryNode manyFiles() {
@@ -156,6 +180,53 @@ TEST_F(Scanning, TheClockCountsOnItsTicks) {
     form->NumLED1(0).setCaption("0+");
     emit form->Timer2->Tick();
     EXPECT_EQ(form->NumLED3->caption(), "-00:00") << "before the first file";
+}
+
+TEST_F(Scanning, TheElapsedTimeIsShownFromTheStartOn) {
+    goToScanning();
+    QString atStart;
+    duringScan([&] { atStart = form->NumLED2->caption(); });
+    click(*form->Command2);
+    EXPECT_EQ(atStart, "+00:00");
+}
+
+TEST_F(Scanning, WhileItRunsTheFocusIsOnCancelScanning) {
+    goToScanning();
+    QWidget* focus = nullptr;
+    duringScan([&] { focus = form->focusWidget(); });
+    click(*form->Command2);
+    EXPECT_EQ(focus, form->Command6);
+}
+
+TEST_F(Scanning, ALateClickOnCancelDoesNotBeginAnotherScan) {
+    scan();
+    EXPECT_FALSE(form->Command5->geometry().intersects(form->Command6->geometry()));
+}
+
+TEST_F(Scanning, TheBarMovesWithEachDirectoryOfTheTotals) {
+    std::vector<MemoryNode> folders;
+    for (int i = 0; i < 30; ++i)
+        folders.push_back(folder("D" + std::to_string(i)));
+    insert(folder("", folders));
+    goToScanning();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(form));
+    BarProbe probe(*form);
+    click(*form->Command2);
+    EXPECT_GE(probe.values.size(), 31U);
+    EXPECT_EQ(*probe.values.rbegin(), 10000);
+}
+
+TEST_F(Scanning, EachCounterSaysWhatItCounts) {
+    scan();
+    const auto says = [](QWidget& counter) {
+        return QAccessible::queryAccessibleInterface(&counter)
+            ->text(QAccessible::Name)
+            .toStdString();
+    };
+    EXPECT_EQ(says(form->NumLED1(0)), "Files done: 3+");
+    EXPECT_EQ(says(form->NumLED1(1)), "Files to come: 0-");
+    EXPECT_EQ(says(*form->NumLED2), "Elapsed Time: +00:00");
+    EXPECT_EQ(says(*form->NumLED3), "Remaining Time: -00:00");
 }
 
 TEST_F(Scanning, TheFirstOfTwoClicksOnStartCancelsNothing) {
@@ -373,9 +444,12 @@ TEST_F(Scanning, ACatalogueThatAnotherProgramHasLockedIsToldBeforeAnythingHappen
     EXPECT_EQ(count("drive"), 0);
 }
 
-TEST_F(Scanning, ASecondEnterAfterTheStartAsksNothing) {
+TEST_F(Scanning, AnEnterKeyThatIsHeldFromTheStartOnAsksNothing) {
     goToScanning();
-    duringScan([this] { QTest::keyClick(form->focusWidget(), Qt::Key_Return); });
+    duringScan([this] {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+        QCoreApplication::sendEvent(form->focusWidget(), &held);
+    });
     click(*form->Command2);
     EXPECT_EQ(box.asked(), 0);
     EXPECT_TRUE(button(7).isEnabled());
