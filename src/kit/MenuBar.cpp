@@ -3,6 +3,7 @@
 #include "base/RuntimeError.h"
 #include "kit/UnhandledErrors.h"
 
+#include <QtGui/QActionGroup>
 #include <QtGui/QShortcut>
 
 namespace discaro::kit {
@@ -41,17 +42,25 @@ QMenu* MenuBar::addMenu(QWidget& parent, const MenuLine& line, Form& window) {
 }
 
 void MenuBar::fill(QMenu& menu, const std::vector<MenuLine>& lines, Form& window) {
+    QActionGroup* choices = nullptr;
     for (const MenuLine& line : lines) {
         if (line.hasSeparator)
             menu.addSeparator();
-        if (line.isMenu)
+        if (line.hasSeparator || !line.takesMark)
+            choices = nullptr;
+        if (line.isMenu) {
             menu.addMenu(addMenu(menu, line, window));
-        else
-            addItem(menu, line, window);
+            continue;
+        }
+        QAction& item = addItem(menu, line, window);
+        if (!line.takesMark)
+            continue;
+        choices = choices ? choices : new QActionGroup(&menu);
+        choices->addAction(&item);
     }
 }
 
-void MenuBar::addItem(QMenu& menu, const MenuLine& line, Form& window) {
+QAction& MenuBar::addItem(QMenu& menu, const MenuLine& line, Form& window) {
     QAction* made = menu.addAction(QString::fromUtf8(line.caption));
     made->setObjectName(QString::fromLatin1(line.name));
     made->setCheckable(line.takesMark);
@@ -60,6 +69,7 @@ void MenuBar::addItem(QMenu& menu, const MenuLine& line, Form& window) {
         if (!window.isUnloaded() && !isEndingByError() && run)
             run(window);
     });
+    return *made;
 }
 
 // Styles draw the line at the bar's foot below the items: the bar is no higher than they are, and stands at the foot of

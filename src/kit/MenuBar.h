@@ -42,7 +42,8 @@ struct MenuLine {
         hasSeparator = true;
         return std::move(*this);
     }
-    // It can have a check mark, which the window sets.
+    // It is one of several choices, and can have the mark of the one in force, which the window sets. Choices that
+    // stand together, with nothing between them, exclude each other.
     MenuLine&& mark(bool marked = false) && {
         takesMark = true;
         isMarked = marked;
@@ -91,7 +92,7 @@ protected:
 
 private:
     void fill(QMenu& menu, const std::vector<MenuLine>& lines, Form& window);
-    void addItem(QMenu& menu, const MenuLine& line, Form& window);
+    QAction& addItem(QMenu& menu, const MenuLine& line, Form& window);
     QMenu* addMenu(QWidget& parent, const MenuLine& line, Form& window);
 };
 

@@ -227,6 +227,24 @@ TEST(MenuBar, IsMadeFromItsLines) {
     EXPECT_THROW(bar.menu("fileOpen"), base::RuntimeError);
 }
 
+TEST(MenuBar, ChoicesThatStandTogetherExcludeEachOther) {
+    test::SampleForm window;
+    MenuBar bar(&window);
+    bar.build({menu("View", "&View",
+                    {item("large", "&Large", [](Form&) {}).mark(true),
+                     item("small", "&Small", [](Form&) {}).mark(),
+                     item("up", "&Up", [](Form&) {}).mark(true).separated(),
+                     item("down", "&Down", [](Form&) {}).mark()})},
+              window);
+    bar.item("small").trigger();
+    bar.item("small").trigger();
+    EXPECT_TRUE(bar.isMarked("small")) << "chosen again it stays";
+    EXPECT_FALSE(bar.isMarked("large"));
+    EXPECT_TRUE(bar.isMarked("up")) << "another choice";
+    bar.setMarked("up", false);
+    EXPECT_FALSE(bar.isMarked("up"));
+}
+
 TEST(MenuBar, ItemsOfAnUnloadedWindowRest) {
     auto* window = new test::SampleForm;
     window->Load();
