@@ -251,6 +251,7 @@ void OptionButton::leadTabToChosen() {
 
 ComboBox::ComboBox(QWidget* parent)
     : QComboBox(parent) {
+    setFocusPolicy(Qt::StrongFocus);
     connect(this, &QComboBox::currentIndexChanged, this, &ComboBox::changeIndex);
     connect(this, &QComboBox::currentTextChanged, this, &ComboBox::Change);
     connect(this, &QComboBox::activated, this, &ComboBox::choose);
@@ -292,9 +293,27 @@ void ComboBox::showPopup() {
     QComboBox::showPopup();
 }
 
+void ComboBox::wheelEvent(QWheelEvent* event) {
+    if (hasFocus())
+        QComboBox::wheelEvent(event);
+    else
+        event->ignore();
+}
+
+QString ComboBox::tip() const {
+    const QString own = currentData(Qt::ToolTipRole).toString();
+    return own.isEmpty() ? tipText(currentData(kWholeText).toString()) : own;
+}
+
+bool ComboBox::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip || !toolTip().isEmpty() || tip().isEmpty())
+        return QComboBox::event(event);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), tip(), this);
+    return true;
+}
+
 DriveList::DriveList(QWidget* parent)
     : ComboBox(parent) {
-    setFocusPolicy(Qt::StrongFocus);
     setItemDelegate(new DriveDelegate(this));
 }
 
@@ -315,21 +334,6 @@ QString DriveList::file(int index) const {
 
 QString DriveList::path(int index) const {
     return itemData(index, kPath).toString();
-}
-
-bool DriveList::event(QEvent* event) {
-    if (event->type() != QEvent::ToolTip)
-        return ComboBox::event(event);
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                       currentData(Qt::ToolTipRole).toString(), this);
-    return true;
-}
-
-void DriveList::wheelEvent(QWheelEvent* event) {
-    if (hasFocus())
-        ComboBox::wheelEvent(event);
-    else
-        event->ignore();
 }
 
 Panel::Panel(QWidget* parent)

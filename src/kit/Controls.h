@@ -32,6 +32,10 @@ public:
     void setGround(const QColor& colour);
     QColor ground() const { return m_ground; }
 
+    // Painted behind another label of the same text, and passed over by screen readers.
+    void makeShadow() { m_shadow = true; }
+    bool isShadow() const { return m_shadow; }
+
     // An entry to choose: it takes the focus by Tab, answers Enter and Space with a click, marks
     // the focus with a frame in the given colour, and is told to screen readers as a button.
     void makeEntry(const QColor& focusMark);
@@ -56,6 +60,7 @@ private:
     void drawEntry();
 
     bool m_pressed = false;
+    bool m_shadow = false;
     QColor m_focusMark;
     QColor m_ground;
 };
@@ -125,6 +130,9 @@ private:
 
 // Click is raised when an item is chosen, by the user (also the same again) or by the program;
 // Change when the text shown is another than before.
+//
+// The wheel turns it only while it has the focus: a choice has effects, so passing over it must not make one. The
+// closed box tells in a tool tip what the tip of the chosen item is, else the whole text of a line.
 class ComboBox : public QComboBox {
     Q_OBJECT
 public:
@@ -146,7 +154,12 @@ signals:
     void Click();
     void Change();
 
+protected:
+    bool event(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
 private:
+    QString tip() const;
     void changeIndex(int index);
     void choose();
 
@@ -154,8 +167,7 @@ private:
 };
 
 // The drives as their letters and names. The caller gives the items. The open list shows the file's name behind a
-// drive that is a file, and its tool tip is the file's path, as is that of the closed box. The wheel turns it only while
-// it has the focus: a choice of drive has effects, so passing over it must not make one.
+// drive that is a file, and its tool tip is the file's path, as is that of the closed box.
 class DriveList : public ComboBox {
     Q_OBJECT
 public:
@@ -165,10 +177,6 @@ public:
     // "" for a drive that is no file.
     QString file(int index) const;
     QString path(int index) const;
-
-protected:
-    bool event(QEvent* event) override;
-    void wheelEvent(QWheelEvent* event) override;
 };
 
 // A container of other controls, and a surface to click on.

@@ -33,6 +33,7 @@ void light(kit::Label& label) {
 
 void shade(kit::Label& label) {
     label.setForeColour(QColor(9, 24, 46));
+    label.makeShadow();
 }
 
 // What is dropped on the window is a disc, wherever it falls.

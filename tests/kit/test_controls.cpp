@@ -1,10 +1,13 @@
 #include "base/RuntimeError.h"
+#include "kit/CellText.h"
 #include "kit/Colour.h"
 #include "kit/SampleTest.h"
 
 #include <QtGui/QAccessible>
 #include <QtGui/QHelpEvent>
+#include <QtGui/QWheelEvent>
 #include <QtWidgets/QAbstractItemView>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QPlainTextEdit>
 #include <QtWidgets/QToolTip>
 
@@ -179,6 +182,63 @@ TEST_F(Controls, AComboShowsALineAndKeepsItsWholeText) {
     EXPECT_EQ(form->Combo1->itemData(line), 7);
 }
 
+TEST_F(Controls, TheWheelTurnsAComboOnlyWithTheFocus) {
+    const auto turn = [this] {
+        const QPointF at(5, 5);
+        QWheelEvent wheel(at, form->Combo1->mapToGlobal(at), QPoint(), QPoint(0, -120),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(form->Combo1, &wheel);
+        return form->Combo1->listIndex();
+    };
+    form->Combo1->setListIndex(0);
+    form->Command1(0).setFocus();
+    EXPECT_EQ(turn(), 0);
+    EXPECT_NE(form->focusWidget(), form->Combo1) << "nor does it bring the focus";
+    form->Combo1->setFocus();
+    form->activateWindow();
+    ASSERT_TRUE(waitFor([this] { return form->Combo1->hasFocus(); }));
+    EXPECT_EQ(turn(), 1);
+}
+
+TEST_F(Controls, TheClosedBoxTellsItsWholeLineInAToolTip) {
+    const auto tip = [this] {
+        QToolTip::hideText();
+        QHelpEvent hover(QEvent::ToolTip, QPoint(5, 5), form->Combo1->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(form->Combo1, &hover);
+        return QToolTip::text();
+    };
+    form->Combo1->addLine("<b>R&D</b>  a\r\nb");
+    form->Combo1->addLine("D:");
+    form->Combo1->setItemData(form->Combo1->count() - 1, "/a/path", Qt::ToolTipRole);
+    form->Combo1->setListIndex(form->Combo1->count() - 2);
+    EXPECT_EQ(tip(), kit::tipText("<b>R&D</b>  a\r\nb"));
+    form->Combo1->setListIndex(form->Combo1->count() - 1);
+    EXPECT_EQ(tip(), "/a/path");
+    form->Combo1->setListIndex(0);
+    EXPECT_EQ(form->Combo1->toolTip(), "") << "a plain choice needs none";
+}
+
+TEST_F(Controls, AComboSaysItsNameAndWhatIsChosen) {
+    form->Combo1->addLine("R&D  disc:");
+    form->Combo1->setListIndex(form->Combo1->count() - 1);
+    auto* voice = QAccessible::queryAccessibleInterface(form->Combo1);
+    EXPECT_EQ(voice->role(), QAccessible::ComboBox);
+    form->Combo1->setAccessibleName({});
+    EXPECT_EQ(voice->text(QAccessible::Name), "R&D  disc:");
+    form->Combo1->setAccessibleName("CD-ROM");
+    EXPECT_EQ(voice->text(QAccessible::Name), "CD-ROM: R&D  disc:");
+    EXPECT_EQ(voice->text(QAccessible::Value), "R&D  disc:");
+    ASSERT_EQ(voice->childCount(), 1);
+    EXPECT_EQ(voice->indexOfChild(voice->child(0)), 0);
+    voice->actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    EXPECT_TRUE(form->Combo1->view()->isVisible());
+    voice->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_FALSE(form->Combo1->view()->isVisible());
+    form->Combo1->setEditable(true);
+    EXPECT_EQ(voice->childCount(), 2);
+    EXPECT_EQ(voice->child(1)->object(), form->Combo1->lineEdit());
+}
+
 TEST_F(Controls, AnEditableComboTakesAnyText) {
     form->Combo1->setEditable(true);
     EXPECT_TRUE(form->Combo1->setText("<>"));
@@ -291,4 +351,31 @@ TEST_F(Entry, PaintsThePillBehindItsText) {
     EXPECT_EQ(label.grab().toImage().pixelColor(30, 3), QColor(250, 240, 230));
     label.setGround({});
     EXPECT_NE(label.grab().toImage().pixelColor(30, 3), QColor(250, 240, 230));
+}
+
+TEST_F(Entry, SaysItsTextAsItIs) {
+    auto* voice = QAccessible::queryAccessibleInterface(&label);
+    for (const char* text : {"R&D", "two  blanks", "D:\\NOTES:", "&"}) {
+        label.setText(text);
+        EXPECT_EQ(voice->text(QAccessible::Name), text);
+    }
+}
+
+TEST_F(Entry, ACaptionIsSaidWithoutItsMarks) {
+    QWidget window;
+    kit::Label caption(&window);
+    QWidget box(&window);
+    caption.setBuddy(&box);
+    caption.setText("&Preferred Name:");
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&caption)->text(QAccessible::Name),
+              "Preferred Name");
+}
+
+TEST_F(Entry, AShadowIsNotSaid) {
+    label.show();
+    auto* voice = QAccessible::queryAccessibleInterface(&label);
+    EXPECT_FALSE(voice->state().invisible);
+    label.makeShadow();
+    EXPECT_TRUE(voice->state().invisible);
+    EXPECT_EQ(voice->text(QAccessible::Name), "");
 }
