@@ -211,6 +211,8 @@ void TreeModel::setExpanded(int node, bool expanded) {
 }
 
 void TreeModel::noteExpanded(int node, bool expanded) {
+    if (at(node).children.empty())
+        return;
     if (std::exchange(at(node).expanded, expanded) != expanded)
         expanded ? emit Expand(node) : emit Collapse(node);
 }
@@ -229,6 +231,13 @@ std::vector<int> TreeModel::expandedNodes() const {
 
 int TreeModel::firstInSight() const {
     return m_root.children.empty() ? 0 : m_root.children.front();
+}
+
+int TreeModel::lastInSight() const {
+    int node = 0;
+    while ((node == 0 || isExpanded(node)) && !family(node).children.empty())
+        node = family(node).children.back();
+    return node;
 }
 
 int TreeModel::nextInSight(int node) const {
@@ -287,6 +296,12 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     default:
         return {};
     }
+}
+
+Qt::ItemFlags TreeModel::flags(const QModelIndex& index) const {
+    const int node = nodeAt(index);
+    const bool leaf = node != 0 && at(node).children.empty();
+    return QAbstractItemModel::flags(index) | (leaf ? Qt::ItemNeverHasChildren : Qt::NoItemFlags);
 }
 
 } // namespace discaro::kit

@@ -67,6 +67,9 @@ public:
     // The next node in sight below a node as the tree is shown, 0 behind the last.
     int nextInSight(int node) const;
     int firstInSight() const;
+    // The one at the very end, 0 in a tree without nodes, and how many nodes stand above a node.
+    int lastInSight() const;
+    int levelOf(int node) const { return at(node).level - 1; }
 
     // Takes the waiting changes in. Returns whether the nodes were given to the view anew, which then has none
     // expanded and no current one.
@@ -78,7 +81,7 @@ public:
     // For the view: where a node stands (invalid while it waits), and which node stands there (0 for none).
     QModelIndex place(int node) const;
     int nodeAt(const QModelIndex& index) const;
-    // Notes what the user did in the view.
+    // Notes what the user did in the view; a node without children stays as it is.
     void noteExpanded(int node, bool expanded);
 
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -86,6 +89,7 @@ public:
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex&) const override { return 1; }
     QVariant data(const QModelIndex& index, int role) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 signals:
     void Expand(int node);

@@ -6,8 +6,10 @@
 #include "kit/WindowScale.h"
 
 #include <QtCore/QScopedValueRollback>
+#include <QtGui/QClipboard>
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QMouseEvent>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QScrollBar>
 
@@ -126,6 +128,34 @@ void TreeView::ensureVisible(int node) {
     scrollTo(m_nodes.place(node));
 }
 
+// The base class would go to the left edge, where a node far down has nothing but its indentation.
+void TreeView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    QScrollBar& bar = *horizontalScrollBar();
+    const int before = bar.value();
+    QTreeView::scrollTo(index, hint);
+    if (!index.isValid())
+        return;
+    resizeColumnToContents(0);
+    updateGeometries();
+    bar.setValue(before);
+    const int mark = indentation();
+    const int left = visualRect(index).left() + bar.value() - mark;
+    const int right = left + mark + sizeHintForIndex(index).width();
+    const int room = viewport()->width();
+    bar.setValue(right <= room ? 0 : std::min(left, std::max(bar.value(), right - room)));
+}
+
+// The base class leaves the last row of a long tree out.
+int TreeView::sizeHintForColumn(int column) const {
+    const int width = QTreeView::sizeHintForColumn(column);
+    const int last = m_nodes.lastInSight();
+    const QModelIndex place = last == 0 ? QModelIndex() : m_nodes.place(last);
+    if (!place.isValid())
+        return width;
+    const int left = (m_nodes.levelOf(last) + 1) * indentation();
+    return std::max(width, left + sizeHintForIndex(place).width());
+}
+
 void TreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTreeView::currentChanged(current, previous);
     if (!m_quiet && !m_answering && current.isValid())
@@ -165,17 +195,42 @@ void TreeView::mouseDoubleClickEvent(QMouseEvent* event) {
     emit DblClick();
 }
 
-void TreeView::keyPressEvent(QKeyEvent* event) {
-    if (isEnter(*event) && selectedNode() != 0) {
-        emit DblClick();
+void TreeView::clickParent() {
+    const int node = selectedNode();
+    const int above = node == 0 ? 0 : m_nodes.parentOf(node);
+    if (above == 0)
         return;
-    }
+    selectNode(above);
+    emit NodeClick(above);
+}
+
+bool TreeView::keyActs(const QKeyEvent& event) {
+    if (selectedNode() == 0)
+        return false;
+    if (event.matches(QKeySequence::Copy))
+        QApplication::clipboard()->setText(m_nodes.text(selectedNode()));
+    else if (isEnter(event))
+        emit DblClick();
+    else if (event.key() == Qt::Key_Backspace && event.modifiers() == Qt::NoModifier)
+        clickParent();
+    else
+        return false;
+    return true;
+}
+
+void TreeView::keyPressEvent(QKeyEvent* event) {
+    if (keyActs(*event))
+        return;
     const int before = selectedNode();
+    const int scrolled = horizontalScrollBar()->value();
     {
         const QScopedValueRollback answering(m_answering, true);
         QTreeView::keyPressEvent(event);
     }
     const int node = selectedNode();
+    // The base class scrolls the node out of sight where an arrow leads nowhere.
+    if (node == before)
+        horizontalScrollBar()->setValue(scrolled);
     if (node != 0 && node != before)
         emit NodeClick(node);
 }

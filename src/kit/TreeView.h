@@ -12,8 +12,8 @@ namespace discaro::kit {
 // A tree of nodes with pictures, made for a hundred thousand of them. What is changed in `nodes` shows at the next
 // return to the event loop.
 //
-// Keys: arrows, typing a beginning, Enter as a double click, the menu key. A double click also expands or collapses
-// the node, before it is told.
+// Keys: arrows, typing a beginning, Enter as a double click, Backspace as a click on the parent, the menu key; Ctrl+C
+// copies the selected node's text. A double click also expands or collapses the node, before it is told.
 class TreeView : public QTreeView {
     Q_OBJECT
 public:
@@ -28,13 +28,16 @@ public:
     // Selects a node and raises no NodeClick. Its ancestors are expanded so that it is in sight. Throws
     // base::RuntimeError InvalidValue when there is no such node.
     void selectNode(int node);
-    // Expands the node's ancestors and scrolls it into sight. Throws InvalidValue.
+    // Expands the node's ancestors and scrolls it into sight, sideways as far as its text goes. Throws InvalidValue.
     void ensureVisible(int node);
+    // Acts as a click on the parent of the selected node; does nothing on a node at the top, or on none.
+    void clickParent();
 
     // Brings what waits before the user now.
     void flush();
 
     void keyboardSearch(const QString& keys) override;
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
 signals:
     // The user clicked a node, also the one that is selected already, or went to another by keyboard.
@@ -46,6 +49,7 @@ signals:
     void MenuWanted(QPoint global); // right button or menu key
 
 protected:
+    int sizeHintForColumn(int column) const override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -60,6 +64,7 @@ private:
     void later();
     void applyExpansions(const std::vector<int>& nodes);
     void noteExpanded(const QModelIndex& index, bool expanded);
+    bool keyActs(const QKeyEvent& event);
     void uncover(int node);
     void setCurrent(int node);
     void layIcons();

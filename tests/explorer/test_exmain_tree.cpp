@@ -3,6 +3,7 @@
 #include "kit/Yield.h"
 
 #include <QtCore/QTimer>
+#include <QtGui/QWheelEvent>
 #include <QtWidgets/QScrollBar>
 
 namespace discaro::test {
@@ -58,6 +59,16 @@ TEST_F(ExplorerTree, ManyDiscsDropDownWithAScrollBar) {
     EXPECT_TRUE(bar->isVisible());
     EXPECT_GT(bar->maximum(), 0);
     window.Combo1->hidePopup();
+}
+
+TEST_F(ExplorerTree, TheWheelChangesTheDiscOnlyWithTheFocus) {
+    EXMain& window = rig.open();
+    window.tvwdb->setFocus();
+    const QPointF at(5, 5);
+    QWheelEvent wheel(at, window.Combo1->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(window.Combo1, &wheel);
+    EXPECT_EQ(window.Combo1->listIndex(), 0);
 }
 
 TEST_F(ExplorerTree, DiscNamesOfAnyCharactersStandOnOneLine) {
@@ -372,6 +383,30 @@ TEST_F(ExplorerTree, ArrowsAndTypingGoFromNodeToNode) {
     QTest::keyClick(window.tvwdb, Qt::Key_P);
     EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C1D1S2"));
     EXPECT_EQ(window.Label2->text(), "D:\\Play");
+}
+
+TEST_F(ExplorerTree, ADirectoryWithoutDirectoriesKeepsTheClosedPicture) {
+    EXMain& window = openGames();
+    clickNode(window, "C1D1S2");
+    for (const auto key : {Qt::Key_Plus, Qt::Key_Right, Qt::Key_Asterisk}) {
+        QTest::keyClick(window.tvwdb, key);
+        EXPECT_EQ(image(window, "C1D1S2"), "closed");
+    }
+    choose(window, "expand");
+    EXPECT_EQ(image(window, "C1D1S2"), "closed");
+}
+
+TEST_F(ExplorerTree, BackspaceIsAClickOnTheParentUpToTheDisc) {
+    EXMain& window = openGames();
+    clickNode(window, "C1D1S1");
+    for (const char* above : {"C1D1", "R", "R"}) {
+        QTest::keyClick(window.tvwdb, Qt::Key_Backspace);
+        EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, above));
+        EXPECT_EQ(window.LastNode, nodeOf(window, above));
+        EXPECT_EQ(window.focusWidget(), window.tvwdb);
+    }
+    EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre(" DOCS", " PLAY", "readme.txt", "setup.exe"));
+    EXPECT_TRUE(window.DriveInfo->isVisible());
 }
 
 TEST_F(ExplorerTree, EnterIsADoubleClick) {

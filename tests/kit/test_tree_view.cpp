@@ -1,8 +1,10 @@
 #include "base/RuntimeError.h"
 #include "kit/TreeView.h"
 
+#include <QtGui/QClipboard>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QHeaderView>
 
 #include <gmock/gmock.h>
@@ -153,6 +155,8 @@ TEST(TreeModel, KnowsWhatIsInSight) {
     nodes.setExpanded(2, true);
     EXPECT_EQ(nodes.nextInSight(4), 5);
     EXPECT_EQ(nodes.nextInSight(5), 0);
+    EXPECT_EQ(nodes.lastInSight(), 5);
+    EXPECT_EQ(TreeModel().lastInSight(), 0);
 }
 
 TEST(TreeModel, ClearingForgetsEverything) {
@@ -271,6 +275,39 @@ TEST_F(TreeViewTest, AnAsteriskExpandsAllBelow) {
     m_tree.selectNode(1);
     QTest::keyClick(&m_tree, Qt::Key_Asterisk);
     EXPECT_TRUE(m_tree.nodes().isExpanded(2));
+    EXPECT_FALSE(m_tree.nodes().isExpanded(3)) << "it has nothing to expand";
+}
+
+TEST_F(TreeViewTest, NoKeyExpandsANodeWithoutChildren) {
+    QSignalSpy expanded(&m_tree, &TreeView::Expand);
+    QSignalSpy collapsed(&m_tree, &TreeView::Collapse);
+    m_tree.selectNode(5);
+    for (const auto key : {Qt::Key_Plus, Qt::Key_Right, Qt::Key_Asterisk, Qt::Key_Minus})
+        QTest::keyClick(&m_tree, key);
+    EXPECT_FALSE(m_tree.nodes().isExpanded(5));
+    EXPECT_FALSE(m_tree.isExpanded(m_tree.nodes().place(5)));
+    EXPECT_TRUE(expanded.isEmpty());
+    EXPECT_TRUE(collapsed.isEmpty());
+}
+
+TEST_F(TreeViewTest, BackspaceIsAClickOnTheParentUpToTheFirst) {
+    m_tree.selectNode(4);
+    QSignalSpy clicks(&m_tree, &TreeView::NodeClick);
+    for (const int above : {2, 1}) {
+        QTest::keyClick(&m_tree, Qt::Key_Backspace);
+        EXPECT_EQ(m_tree.selectedNode(), above);
+        EXPECT_EQ(clicks.takeLast()[0].toInt(), above);
+    }
+    QTest::keyClick(&m_tree, Qt::Key_Backspace);
+    EXPECT_EQ(m_tree.selectedNode(), 1);
+    EXPECT_TRUE(clicks.isEmpty());
+}
+
+TEST_F(TreeViewTest, TheTextOfTheSelectedNodeIsCopied) {
+    m_tree.nodes().setText(4, "R&D  x\ty");
+    m_tree.selectNode(4);
+    QTest::keyClick(&m_tree, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "R&D  x\ty");
 }
 
 TEST_F(TreeViewTest, ADoubleClickTurnsTheNodeAndIsTold) {
@@ -320,6 +357,74 @@ TEST_F(TreeViewTest, ExpandingEverythingIsOneChangeOfTheScreen) {
         nodes.setExpanded(node, false);
     m_tree.flush();
     EXPECT_FALSE(m_tree.isExpanded(nodes.place(nodes.find("7"))));
+}
+
+// ---- Sideways
+
+namespace {
+
+// A narrow tree with a chain of directories one in the other, and a long way down a second one.
+class DeepTreeTest : public testing::Test {
+protected:
+    DeepTreeTest() {
+        m_tree.resize(152, 339);
+        m_tree.nodes().add({}, "R", "Root");
+        addChain("a");
+        for (int i = 0; i < 1000; ++i)
+            m_tree.nodes().add("R", QString::number(i), "n");
+        addChain("z");
+        m_tree.show();
+        m_tree.flush();
+    }
+    void addChain(const QString& key) {
+        QString above = "R";
+        for (int level = 0; level < 10; ++level) {
+            const QString here = key + QString::number(level);
+            m_tree.nodes().add(above, here, "Directory");
+            above = here;
+        }
+    }
+    // Whether the node's text is in sight from its beginning to its end.
+    bool isInSight(const QString& key) {
+        const QModelIndex place = m_tree.nodes().place(m_tree.nodes().find(key));
+        const QRect node = m_tree.visualRect(place);
+        const int right = node.left() + m_tree.sizeHintForIndex(place).width();
+        return node.left() >= 0 && right <= m_tree.viewport()->width() && node.top() >= 0 &&
+               node.bottom() <= m_tree.viewport()->height();
+    }
+
+    TreeView m_tree;
+};
+
+} // namespace
+
+TEST_F(DeepTreeTest, ATextFarToTheRightComesIntoSightAndOneAtTheEdgeComesBack) {
+    for (const char* key : {"a9", "R", "z9", "a5", "500", "z6"}) {
+        m_tree.ensureVisible(m_tree.nodes().find(key));
+        EXPECT_TRUE(isInSight(key)) << key;
+    }
+}
+
+TEST_F(DeepTreeTest, TheKeyboardKeepsTheNodeInSight) {
+    m_tree.selectNode(m_tree.nodes().find("a0"));
+    for (int level = 0; level < 18; ++level) {
+        QTest::keyClick(&m_tree, Qt::Key_Right);
+        EXPECT_TRUE(isInSight(m_tree.nodes().key(m_tree.selectedNode()))) << level;
+    }
+    EXPECT_EQ(m_tree.nodes().key(m_tree.selectedNode()), "a9");
+    m_tree.selectNode(m_tree.nodes().find("0"));
+    for (int press = 0; press < 5; ++press)
+        QTest::keyClick(&m_tree, Qt::Key_Right);
+    EXPECT_TRUE(isInSight("0")) << "there is nothing to go into";
+}
+
+TEST_F(DeepTreeTest, OfATextWiderThanTheTreeTheBeginningIsInSight) {
+    const int node = m_tree.nodes().find("z9");
+    m_tree.nodes().setText(node, QString(100, u'w'));
+    m_tree.ensureVisible(node);
+    const int left = m_tree.visualRect(m_tree.nodes().place(node)).left();
+    EXPECT_GE(left, 0);
+    EXPECT_LT(left, m_tree.viewport()->width() / 2);
 }
 
 } // namespace discaro::kit
