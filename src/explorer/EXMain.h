@@ -135,6 +135,7 @@ private:
     void lvwdb_Click();
     void lvwdb_DblClick();
     void lvwdb_ColumnClick(int column);
+    void lvwdb_Backspace();
     void lvwdb_MouseDown(QPoint global);
     void DriveInfo_DblClick();
     void DriveInfo_MouseDown(QPoint global);
@@ -144,6 +145,8 @@ private:
     void listDirectories(int node);
     void listFiles(int node);
     void addRow(const ListingRow& row);
+    void tellEmpty(int node);
+    QString nameOf(const kit::ListItem& row) const;
     void showCount();
     void showTotal();
     void showSelection();

@@ -130,11 +130,20 @@ void EXMain::ShowDirectory() {
     ShowDirectoryInfo();
     prgload->show();
     lvwdb->clear();
-    skipErrors([&] { listDirectories(node); });
+    lvwdb->setEmptyText({});
+    bool directories = false;
+    skipErrors([&] {
+        listDirectories(node);
+        directories = true;
+    });
     skipErrors([this] {
         Label2->setText(qt(Data2.Recordset()(catalogue::directories::kDirectoryPath).Text()));
     });
-    skipErrors([&] { listFiles(node); });
+    skipErrors([&] {
+        listFiles(node);
+        if (directories)
+            tellEmpty(node);
+    });
     prgload->hide();
     showCount();
     skipErrors([this] { showTotal(); });
@@ -163,6 +172,24 @@ void EXMain::listFiles(int node) {
 
 void EXMain::addRow(const ListingRow& row) {
     lvwdb->add(itemOf(row));
+}
+
+// Of a disc among all discs only the files are listed.
+void EXMain::tellEmpty(int node) {
+    const bool amongDiscs = tvwdb->nodes().image(node) == u"cdrom";
+    if (lvwdb->rows().count() == 0)
+        lvwdb->setEmptyText(amongDiscs ? "No files in this directory" : "This directory is empty");
+}
+
+// A directory is listed in capitals; its own name is the node's.
+QString EXMain::nameOf(const kit::ListItem& row) const {
+    const int node = isFile(row) ? 0 : tvwdb->nodes().find(row.key);
+    return node == 0 ? row.text : tvwdb->nodes().text(node);
+}
+
+// From a directory to the one that holds it, up to the disc.
+void EXMain::lvwdb_Backspace() {
+    tvwdb->clickParent();
 }
 
 void EXMain::lvwdb_DblClick() {

@@ -62,12 +62,15 @@ void dressListing(kit::ListView& list) {
                      {"No. of Icons", kListing, kRightSide},
                      {"Real no.", 0, kRightSide}});
     list.setMultiSelect();
+    list.setFirstSelected();
 }
 
 auto facts(const char* header) {
     return [header](kit::ListView& list) {
         list.setColumns({{header, kFact}, {"Value", kFactValue}});
         list.fillWithLastColumn();
+        list.setFirstSelected();
+        list.setCopied([](const kit::ListItem& fact) { return fact.column(1); });
     };
 }
 
@@ -187,6 +190,7 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .click(&EXMain::lvwdb_Click)
         .when(&kit::ListView::DblClick, &EXMain::lvwdb_DblClick)
         .when(&kit::ListView::ColumnClick, &EXMain::lvwdb_ColumnClick)
+        .when(&kit::ListView::Backspace, &EXMain::lvwdb_Backspace)
         .when(&kit::ListView::MenuWanted, &EXMain::lvwdb_MouseDown),
     rightPane(&EXMain::DriveInfo, "DriveInfo")
         .says("CD-ROM information")
@@ -251,6 +255,7 @@ EXMain::EXMain()
         const bool large = lvwdb->view() == kit::ListView::View::LargeIcons;
         return (large ? ImageList3 : ImageList4)->icon(key);
     });
+    lvwdb->setCopied([this](const kit::ListItem& row) { return nameOf(row); });
     DriveInfo->setPictures(ImageList2->pictures());
     Dirinfo->setPictures(ImageList2->pictures());
     disableMissingWindows();

@@ -131,6 +131,7 @@ void EXMain::addFirstNode() {
 void EXMain::ResetViews() {
     tvwdb->nodes().clear();
     lvwdb->clear();
+    lvwdb->setEmptyText({});
     addFirstNode();
 }
 

@@ -5,6 +5,11 @@
 namespace discaro::kit {
 
 // Shows the cells of lists and trees. A tool tip comes only where the cell does not show its whole text.
+//
+// In a list of icons a cell has the room that its name needs, as far as the view is that wide: beside a small picture
+// in steps of a column's width, so that columns stand below each other; in a list view as it is, since the column there
+// is as wide as its longest name. Below a large picture all have the same room, and a name breaks into two lines
+// wherever it has to.
 class CellDelegate : public QStyledItemDelegate {
     Q_OBJECT
 public:
@@ -12,11 +17,17 @@ public:
 
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
-    // Never larger than the room that a view of icons gives each; below a large icon all of it.
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+private:
+    bool showsAll(const QStyleOptionViewItem& option, const QModelIndex& index, int width) const;
 };
+
+// Without the focus a view's selection is pale, so that the one that has it stands out. To be called again when the
+// palette has changed.
+void paleWithoutFocus(QWidget& view);
 
 } // namespace discaro::kit

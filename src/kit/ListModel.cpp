@@ -25,6 +25,10 @@ ListModel::ListModel(QObject* parent)
 void ListModel::setColumns(std::vector<ListColumn> columns) {
     beginResetModel();
     m_columns = std::move(columns);
+    m_seen.clear();
+    for (size_t column = 0; column < m_columns.size(); ++column)
+        if (m_columns[column].width > 0)
+            m_seen.push_back(static_cast<int>(column));
     endResetModel();
 }
 
@@ -85,17 +89,32 @@ int ListModel::placeOf(const QString& key) const {
 // Rows that are sorted already stay in order by themselves.
 void ListModel::setSortKey(int column) {
     if (std::exchange(m_sortKey, column) != column)
-        sortNow();
+        orderChanged();
 }
 
 void ListModel::setSortOrder(Qt::SortOrder order) {
     if (std::exchange(m_sortOrder, order) != order)
-        sortNow();
+        orderChanged();
 }
 
 void ListModel::setSorted(bool sorted) {
     if (std::exchange(m_sorted, sorted) != sorted)
-        sortNow();
+        orderChanged();
+}
+
+void ListModel::orderChanged() {
+    sortNow();
+    emit OrderChanged();
+}
+
+int ListModel::columnOf(int section) const {
+    const auto place = static_cast<size_t>(section);
+    return section >= 0 && place < m_seen.size() ? m_seen[place] : section;
+}
+
+int ListModel::sectionOf(int column) const {
+    const auto behind = std::ranges::upper_bound(m_seen, column);
+    return std::max(0, static_cast<int>(behind - m_seen.begin()) - 1);
 }
 
 void ListModel::sortNow() {
@@ -139,24 +158,42 @@ void ListModel::arrange() {
         std::ranges::stable_sort(m_order, [&](int a, int b) { return textOf(b) < textOf(a); });
 }
 
+void ListModel::showColumns(bool all) {
+    const int others = static_cast<int>(m_seen.size()) - 1;
+    if (others < 1 || m_allColumns == all)
+        return;
+    if (all) {
+        beginInsertColumns({}, 1, others);
+        m_allColumns = true;
+        endInsertColumns();
+    } else {
+        beginRemoveColumns({}, 1, others);
+        m_allColumns = false;
+        endRemoveColumns();
+    }
+}
+
 int ListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(m_order.size());
 }
 
 int ListModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : std::max<int>(1, static_cast<int>(m_columns.size()));
+    if (parent.isValid())
+        return 0;
+    return m_allColumns ? std::max(1, static_cast<int>(m_seen.size())) : 1;
 }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount())
         return {};
     const ListItem& shown = item(index.row());
-    const auto column = static_cast<size_t>(index.column());
+    const int number = columnOf(index.column());
+    const auto column = static_cast<size_t>(number);
     switch (role) {
     case Qt::DisplayRole:
-        return oneLine(shown.column(index.column()));
+        return oneLine(shown.column(number));
     case Qt::ToolTipRole:
-        return tipText(shown.column(index.column()));
+        return tipText(shown.column(number));
     case Qt::DecorationRole:
         return column == 0 && m_pictures && !shown.icon.isEmpty() ? m_pictures(shown.icon)
                                                                   : QVariant();
@@ -164,17 +201,17 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
         return column < m_columns.size() ? QVariant(m_columns[column].alignment | Qt::AlignVCenter)
                                          : QVariant();
     case Qt::AccessibleTextRole:
-        return column == 0 ? spokenRow(shown) : oneLine(shown.column(index.column()));
+        return column == 0 ? spokenRow(shown) : oneLine(shown.column(number));
     default:
         return {};
     }
 }
 
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    const bool declared = section >= 0 && static_cast<size_t>(section) < m_columns.size();
-    if (orientation != Qt::Horizontal || !declared)
+    const bool seen = section >= 0 && static_cast<size_t>(section) < m_seen.size();
+    if (orientation != Qt::Horizontal || !seen)
         return {};
-    const ListColumn& column = m_columns[static_cast<size_t>(section)];
+    const ListColumn& column = m_columns[static_cast<size_t>(columnOf(section))];
     if (role == Qt::DisplayRole)
         return column.header;
     if (role == Qt::TextAlignmentRole)
@@ -184,7 +221,7 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
 
 // A row as one sentence: its text, then each seen column with its header.
 QString ListModel::spokenRow(const ListItem& item) const {
-    QString spoken = oneLine(item.text).trimmed();
+    QString spoken = oneLine(item.text);
     for (size_t column = 1; column < m_columns.size(); ++column) {
         const QString& cell = item.column(static_cast<int>(column));
         if (m_columns[column].width > 0 && !cell.isEmpty())

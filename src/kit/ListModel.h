@@ -32,6 +32,8 @@ struct ListColumn {
 // rows stand in the order of their texts in the sort column (base::orderKey, as the store's queries order them); equal
 // texts keep the order of adding. Without it they keep the order that they have, and added rows come at the end.
 //
+// The view gets the columns that are seen, and numbers them without the others.
+//
 // Added rows wait until `flush`, so that adding many is one change of the screen; count, item and placeOf know them at
 // once, behind the others.
 class ListModel : public QAbstractTableModel {
@@ -62,20 +64,34 @@ public:
     void setSortKey(int column);
     Qt::SortOrder sortOrder() const { return m_sortOrder; }
     void setSortOrder(Qt::SortOrder order);
+    bool isSorted() const { return m_sorted; }
     void setSorted(bool sorted);
+
+    // The column of a section of the view, and the section of a column: for a hidden one, which holds what the one in
+    // front of it is sorted by, that one's.
+    int columnOf(int section) const;
+    int sectionOf(int column) const;
+    // Whether the view gets every column that is seen, or the first one alone.
+    void showColumns(bool all);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
+signals:
+    // The sort column, the direction, or whether the rows are sorted.
+    void OrderChanged();
+
 private:
+    void orderChanged();
     void sortNow();
     void arrange();
     void movePersistent(const std::vector<int>& before);
     QString spokenRow(const ListItem& item) const;
 
     std::vector<ListColumn> m_columns;
+    std::vector<int> m_seen; // the columns that are not hidden
     std::vector<ListItem> m_items;
     std::vector<int> m_order; // place shown -> place in m_items, for the rows that were flushed
     std::unordered_map<QString, int> m_keys;
@@ -83,6 +99,7 @@ private:
     int m_sortKey = 0;
     Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
     bool m_sorted = false;
+    bool m_allColumns = true;
 };
 
 } // namespace discaro::kit

@@ -6,9 +6,13 @@
 #include "kit/WindowScale.h"
 
 #include <QtCore/QTimer>
+#include <QtGui/QClipboard>
 #include <QtGui/QContextMenuEvent>
 #include <QtGui/QMouseEvent>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QStyleOption>
 
 #include <algorithm>
 #include <utility>
@@ -20,10 +24,12 @@ namespace {
 constexpr int kLargeIcon = 32;
 constexpr int kSmallIcon = 16;
 
-// Room of an icon with its text, in lines of the font.
+// Room of a large icon with its text, in lines of the font.
 constexpr int kLargeWidth = 7;
 constexpr int kLargeLines = 2;
-constexpr int kSmallWidth = 10;
+
+// So many icons are laid out before the list is painted, and as many at a time behind that.
+constexpr int kBatch = 1000;
 
 } // namespace
 
@@ -35,13 +41,12 @@ public:
     static void doubleClicked(ListView& list, const QMouseEvent& event) {
         list.doubleClicked(event);
     }
-    static bool keyChooses(ListView& list, const QKeyEvent& event) {
-        return list.keyChooses(event);
-    }
+    static bool keyActs(ListView& list, const QKeyEvent& event) { return list.keyActs(event); }
     static int keyBegins(ListView& list) { return list.keyBegins(); }
     static void keyDone(ListView& list, int itemBefore) { list.keyDone(itemBefore); }
     static void menuKey(ListView& list) { list.menuKey(); }
     static void search(ListView& list, const QString& keys) { list.search(keys); }
+    static void painted(ListView& list) { list.paintEmpty(); }
 };
 
 namespace {
@@ -76,7 +81,7 @@ protected:
         Events::doubleClicked(m_list, *event);
     }
     void keyPressEvent(QKeyEvent* event) override {
-        if (Events::keyChooses(m_list, *event))
+        if (Events::keyActs(m_list, *event))
             return;
         const int before = Events::keyBegins(m_list);
         View::keyPressEvent(event);
@@ -85,6 +90,15 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override {
         if (event->reason() == QContextMenuEvent::Keyboard)
             Events::menuKey(m_list);
+    }
+    void paintEvent(QPaintEvent* event) override {
+        View::paintEvent(event);
+        Events::painted(m_list);
+    }
+    void changeEvent(QEvent* event) override {
+        View::changeEvent(event);
+        if (event->type() == QEvent::PaletteChange)
+            paleWithoutFocus(*this);
     }
     // Nor does releasing it elsewhere, and Ctrl does not take the selection away.
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
@@ -103,6 +117,13 @@ private:
     ListView& m_list;
 };
 
+// Icons that have not been laid out yet have no place to scroll to.
+void layDownTo(QListView& icons, int place) {
+    icons.setLayoutMode(place < kBatch ? QListView::Batched : QListView::SinglePass);
+    icons.doItemsLayout();
+    icons.setLayoutMode(QListView::Batched);
+}
+
 } // namespace
 
 ListView::ListView(QWidget* parent)
@@ -115,10 +136,16 @@ ListView::ListView(QWidget* parent)
     m_report->setUniformRowHeights(true);
     m_report->setAllColumnsShowFocus(true);
     m_report->header()->setSectionsClickable(true);
+    m_report->header()->setSectionsMovable(false);
     m_report->header()->setStretchLastSection(false);
     m_report->header()->setHighlightSections(false);
-    connect(m_report->header(), &QHeaderView::sectionClicked, this, &ListView::ColumnClick);
-    m_icons->setUniformItemSizes(true);
+    // The header turns its mark at a click; whether that turns the order is up to the window.
+    connect(m_report->header(), &QHeaderView::sectionClicked, this, [this](int section) {
+        emit ColumnClick(m_model.columnOf(section));
+        markOrder();
+    });
+    connect(&m_model, &ListModel::OrderChanged, this, &ListView::markOrder);
+    m_icons->setBatchSize(kBatch);
     m_icons->setLayoutMode(QListView::Batched);
     prepare(*m_report);
     prepare(*m_icons);
@@ -144,6 +171,7 @@ void ListView::prepare(QAbstractItemView& view) {
     view.setEditTriggers(QAbstractItemView::NoEditTriggers);
     view.setTabKeyNavigation(false);
     view.setFrameShape(QFrame::StyledPanel);
+    paleWithoutFocus(view);
 }
 
 QAbstractItemView& ListView::shown() const {
@@ -163,6 +191,7 @@ void ListView::attach(QAbstractItemView& view) {
     layColumns();
     if (!m_header.isEmpty())
         m_report->header()->restoreState(m_header);
+    markOrder();
 }
 
 // The header forgets its columns with the model, and with them what the user has made of them.
@@ -179,11 +208,16 @@ void ListView::setColumns(std::vector<ListColumn> columns) {
 }
 
 void ListView::layColumns() {
-    int number = 0;
-    for (const ListColumn& column : m_model.columns()) {
-        m_report->setColumnHidden(number, column.width == 0);
-        m_report->setColumnWidth(number++, scaledLength(column.width));
-    }
+    int section = 0;
+    for (const ListColumn& column : m_model.columns())
+        if (column.width > 0)
+            m_report->setColumnWidth(section++, scaledLength(column.width));
+}
+
+void ListView::markOrder() {
+    QHeaderView& header = *m_report->header();
+    header.setSortIndicator(m_model.sectionOf(m_model.sortKey()), m_model.sortOrder());
+    header.setSortIndicatorShown(m_model.isSorted());
 }
 
 void ListView::layIcons() {
@@ -193,9 +227,9 @@ void ListView::layIcons() {
     m_report->setIconSize(QSize(small, small));
     m_icons->setIconSize(QSize(icon, icon));
     const int line = QFontMetrics(font()).height();
-    const QSize largeRoom(line * kLargeWidth, icon + (kLargeLines + 1) * line);
-    const QSize smallRoom(line * kSmallWidth, std::max(icon, line) + line / 3);
-    m_icons->setGridSize(large ? largeRoom : smallRoom);
+    const QSize room(line * kLargeWidth, icon + (kLargeLines + 1) * line);
+    m_icons->setGridSize(large ? room : QSize());
+    m_icons->setUniformItemSizes(large);
 }
 
 // Nobody can widen a column then, so the last one takes what room there is.
@@ -222,12 +256,14 @@ void ListView::setView(View view) {
     m_icons->setViewMode(large ? QListView::IconMode : QListView::ListMode);
     m_icons->setFlow(view == View::List ? QListView::TopToBottom : QListView::LeftToRight);
     m_icons->setWrapping(true);
-    m_icons->setWordWrap(large);
     m_icons->setResizeMode(QListView::Adjust);
     m_icons->setMovement(QListView::Static);
     layIcons();
     if (wasReport != (view == View::Report)) {
         detach(wasReport ? static_cast<QAbstractItemView&>(*m_report) : *m_icons);
+        m_model.showColumns(!wasReport);
+        m_selection.select(m_selection.selection(),
+                           QItemSelectionModel::Select | QItemSelectionModel::Rows);
         attach(shown());
     }
     setCurrentWidget(&shown());
@@ -235,6 +271,8 @@ void ListView::setView(View view) {
     nameViews();
     if (focused)
         shown().setFocus();
+    if (view != View::Report)
+        layDownTo(*m_icons, m_selection.currentIndex().row());
     shown().scrollTo(m_selection.currentIndex());
 }
 
@@ -256,8 +294,11 @@ ListModel& ListView::rows() {
 void ListView::takeIn() {
     m_flushWanted = false;
     m_model.flush();
+    const QItemSelectionModel::SelectionFlags look =
+        m_firstSelected ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                        : QItemSelectionModel::NoUpdate;
     if (!m_selection.currentIndex().isValid() && m_model.count() > 0)
-        m_selection.setCurrentIndex(m_model.index(0, 0), QItemSelectionModel::NoUpdate);
+        m_selection.setCurrentIndex(m_model.index(0, 0), look);
 }
 
 int ListView::selectedItem() {
@@ -297,7 +338,10 @@ void ListView::select(int place) {
 }
 
 void ListView::ensureVisible(int place) {
-    shown().scrollTo(rows().index(place, 0));
+    const QModelIndex index = rows().index(place, 0);
+    if (m_view != View::Report && place >= kBatch)
+        layDownTo(*m_icons, place);
+    shown().scrollTo(index);
 }
 
 void ListView::pressed(const QMouseEvent& event) {
@@ -325,12 +369,54 @@ void ListView::doubleClicked(const QMouseEvent& event) {
         emit DblClickBeside();
 }
 
-bool ListView::keyChooses(const QKeyEvent& event) {
-    if (!isEnter(event) || event.modifiers() & (Qt::ControlModifier | Qt::AltModifier))
+bool ListView::keyActs(const QKeyEvent& event) {
+    if (event.matches(QKeySequence::Copy)) {
+        copy();
+        return true;
+    }
+    if (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier))
         return false;
-    if (selectedItem() >= 0)
+    if (isEnter(event) && selectedItem() >= 0)
         emit DblClick();
-    return true;
+    if (event.key() == Qt::Key_Backspace)
+        emit Backspace();
+    return isEnter(event) || event.key() == Qt::Key_Backspace;
+}
+
+void ListView::copy() {
+    QStringList texts;
+    for (const int place : selectedPlaces()) {
+        const ListItem& row = m_model.item(place);
+        texts << (m_copied ? m_copied(row) : row.text);
+    }
+    if (const QString all = texts.join(u'\n'); !all.isEmpty())
+        QApplication::clipboard()->setText(all);
+}
+
+void ListView::setEmptyText(const QString& text) {
+    m_emptyText = text;
+    setAccessibleDescription(text);
+    nameViews();
+    shown().viewport()->update();
+}
+
+void ListView::paintEmpty() {
+    if (m_emptyText.isEmpty() || m_model.count() > 0)
+        return;
+    QWidget& ground = *shown().viewport();
+    QPainter painter(&ground);
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    const int line = painter.fontMetrics().height();
+    QRect place;
+    painter.drawText(ground.rect().adjusted(line, line, -line, -line),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, m_emptyText, &place);
+    if (!shown().hasFocus())
+        return;
+    QStyleOptionFocusRect mark;
+    mark.initFrom(&ground);
+    mark.rect = place.adjusted(-line / 2, -line / 4, line / 2, line / 4);
+    mark.state |= QStyle::State_KeyboardFocusChange;
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &painter, &ground);
 }
 
 int ListView::keyBegins() {

@@ -7,14 +7,19 @@
 #include <QtWidgets/QStackedWidget>
 #include <QtWidgets/QTreeView>
 
+#include <functional>
+
 namespace discaro::kit {
 
 // A list of rows with pictures, shown as large icons, small icons, a list, or a report with columns.
 //
 // One row is the selected item: the one that the keyboard is on. It need not be among the rows that are selected, that
-// is, highlighted; a list that has just been filled has its first row for it and no row selected.
+// is, highlighted. A list that has just been filled has its first row for it, and no row selected unless the window
+// wants it to look selected.
 //
-// Keys: arrows, typing a beginning, Enter as a double click, the menu key.
+// A mark in a header shows the order that the rows are in, once they are sorted.
+//
+// Keys: arrows, typing a beginning, Enter as a double click, Backspace, the menu key; Ctrl+C copies the rows selected.
 class ListView : public QStackedWidget {
     Q_OBJECT
 public:
@@ -31,6 +36,12 @@ public:
     void fillWithLastColumn();
     // Ctrl and Shift select several rows.
     void setMultiSelect();
+    // The first row of a filled list looks selected, too.
+    void setFirstSelected() { m_firstSelected = true; }
+    // What Ctrl+C takes of a row, one line each; the row's text where nothing is given.
+    void setCopied(std::function<QString(const ListItem&)> copied) { m_copied = std::move(copied); }
+    // What a list without rows says in pale text; empty for nothing.
+    void setEmptyText(const QString& text);
 
     View view() const { return m_view; }
     void setView(View view);
@@ -65,6 +76,7 @@ signals:
     void ItemClick(int place);      // the user clicked a row or went to it by keyboard
     void ColumnClick(int column);   // a column's header, from 0
     void MenuWanted(QPoint global); // right button or menu key
+    void Backspace();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -83,7 +95,10 @@ private:
     void pressed(const QMouseEvent& event);
     void released(const QMouseEvent& event);
     void doubleClicked(const QMouseEvent& event);
-    bool keyChooses(const QKeyEvent& event);
+    bool keyActs(const QKeyEvent& event);
+    void copy();
+    void markOrder();
+    void paintEmpty();
     int keyBegins();
     void keyDone(int itemBefore);
     void menuKey();
@@ -95,6 +110,9 @@ private:
     QListView* m_icons;
     View m_view = View::Report;
     TypeAhead m_typeAhead;
+    std::function<QString(const ListItem&)> m_copied;
+    QString m_emptyText;
+    bool m_firstSelected = false;
     bool m_flushWanted = false;
     bool m_selectionMoved = false;
     bool m_doubleClicked = false; // the button is still down from a double click

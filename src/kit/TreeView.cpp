@@ -42,6 +42,7 @@ TreeView::TreeView(QWidget* parent)
     header()->setStretchLastSection(false);
     header()->setResizeContentsPrecision(kWidthPrecision);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    paleWithoutFocus(*this);
     layIcons();
     m_later.setSingleShot(true);
     connect(&m_later, &QTimer::timeout, this, &TreeView::flush);
@@ -278,6 +279,8 @@ void TreeView::layIcons() {
 
 void TreeView::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        paleWithoutFocus(*this);
     if (event->type() == QEvent::FontChange)
         layIcons();
 }

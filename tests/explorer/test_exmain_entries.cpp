@@ -6,6 +6,7 @@
 #include "kit/Yield.h"
 
 #include <QtCore/QTimer>
+#include <QtGui/QActionGroup>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QTreeView>
 
@@ -150,11 +151,12 @@ protected:
     }
     static void clickHeader(EXMain& window, int column) {
         auto& report = static_cast<QTreeView&>(window.lvwdb->shown());
-        report.scrollTo(window.lvwdb->rows().index(0, column));
+        const int section = window.lvwdb->rows().sectionOf(column);
+        report.scrollTo(window.lvwdb->rows().index(0, section));
         QHeaderView& headers = header(window);
         QTest::mouseClick(
             headers.viewport(), Qt::LeftButton, {},
-            QPoint(headers.sectionViewportPosition(column) + 20, headers.height() / 2));
+            QPoint(headers.sectionViewportPosition(section) + 20, headers.height() / 2));
     }
     // Whether this key and no other is marked in both menus and pressed.
     static void expectKey(EXMain& window, const explorer::OrderKey& wanted) {
@@ -237,10 +239,26 @@ TEST_F(ExplorerEntries, EveryOrderItemMarksItsTwinAndItsButton) {
         }
 }
 
-TEST_F(ExplorerEntries, EveryHeaderInSightPicksItsKey) {
+TEST_F(ExplorerEntries, ChoicesThatExcludeEachOtherLookLikeIt) {
     EXMain& window = openFor("");
+    for (const QAction* item : window.findChildren<QAction*>())
+        if (item->isCheckable()) {
+            ASSERT_NE(item->actionGroup(), nullptr) << kit::utf8(item->objectName());
+            EXPECT_TRUE(item->actionGroup()->isExclusive());
+        }
+    choose(window, "listviewDetails");
+    EXPECT_TRUE(window.MenuBar1->isMarked("listviewDetails")) << "chosen again it stays";
+}
+
+TEST_F(ExplorerEntries, EveryHeaderInSightPicksItsKeyAndBearsTheMark) {
+    EXMain& window = openFor("");
+    EXPECT_FALSE(header(window).isSortIndicatorShown()) << "nothing was chosen yet";
     for (const int number : {2, 1, 4, 5, 7, 8}) {
         clickHeader(window, number - 1);
+        EXPECT_TRUE(header(window).isSortIndicatorShown());
+        EXPECT_EQ(header(window).sortIndicatorSection(),
+                  window.lvwdb->rows().sectionOf(number - 1));
+        EXPECT_EQ(header(window).sortIndicatorOrder(), Qt::AscendingOrder);
         expectKey(window, *explorer::orderKeyOfHeader(number));
         EXPECT_EQ(window.lvwdb->rows().sortOrder(), Qt::AscendingOrder);
     }

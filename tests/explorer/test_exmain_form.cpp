@@ -14,8 +14,10 @@
 namespace discaro::test {
 
 using explorer::EXMain;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 
 namespace {
 
@@ -209,6 +211,40 @@ TEST_F(ExplorerForm, EverythingSaysWhatItIs) {
     EXPECT_EQ(voiceOf(window.Dirinfo->shown()).text(QAccessible::Name), "Directory information");
 }
 
+TEST_F(ExplorerForm, TheDiscListSaysItsNameAndTheDisc) {
+    EXMain& window = rig.open();
+    EXPECT_EQ(voiceOf(*window.Combo1).text(QAccessible::Name),
+              "CD-ROM: Atlas       (CD-ROM No. 2)");
+}
+
+TEST_F(ExplorerForm, ThePathIsSaidAsItIs) {
+    EXMain& window = rig.open();
+    window.Label2->setText("D:\\R&D\\a  b:");
+    EXPECT_EQ(voiceOf(*window.Label2).text(QAccessible::Name), "D:\\R&D\\a  b:");
+}
+
+TEST_F(ExplorerForm, NothingIsAnItemThatIsNotSeen) {
+    EXMain& window = rig.open();
+    window.Combo1->setListIndex(1);
+    clickNode(window, "C1D1");
+    const auto items = [&](const char* look) {
+        window.RunCommand(look);
+        QAccessibleInterface& voice = voiceOf(window.lvwdb->shown());
+        std::vector<std::string> names;
+        for (int child = 0; child < voice.childCount(); ++child)
+            names.push_back(kit::utf8(voice.child(child)->text(QAccessible::Name)));
+        return names;
+    };
+    const std::vector<std::string> report = items("report view");
+    ASSERT_EQ(report.size(), 30U) << "six headers, and four rows of six cells";
+    EXPECT_THAT(
+        std::vector(report.begin(), report.begin() + 6),
+        ElementsAre("File Name", "Size", "Extension", "Modified", "Attributes", "No. of Icons"));
+    EXPECT_THAT(report, Not(Contains("000000000010")));
+    for (const char* look : {"list view", "small icons", "large icons"})
+        EXPECT_EQ(items(look).size(), 4U) << look;
+}
+
 TEST_F(ExplorerForm, RowsReadTheirCells) {
     EXMain& window = rig.open();
     window.Combo1->setListIndex(1);
@@ -217,7 +253,7 @@ TEST_F(ExplorerForm, RowsReadTheirCells) {
     EXPECT_EQ(rows.index(3, 0).data(Qt::AccessibleTextRole),
               "setup.exe, Size 1,526 Kb, Extension .exe File, Modified 04/28/99, Attributes RA, "
               "No. of Icons 3");
-    EXPECT_EQ(rows.index(0, 0).data(Qt::AccessibleTextRole), "DOCS");
+    EXPECT_EQ(rows.index(0, 0).data(Qt::AccessibleTextRole), " DOCS");
     EXPECT_EQ(window.DriveInfo->rows().index(1, 0).data(Qt::AccessibleTextRole),
               "Preferred Name, Value Games");
     EXPECT_EQ(window.tvwdb->nodes().index(0, 0).data(Qt::AccessibleTextRole), "CD-ROM Number  1");

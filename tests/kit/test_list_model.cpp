@@ -164,9 +164,32 @@ TEST(ListModel, RowsAreSpokenWithTheColumnsThatAreSeen) {
     model.add(row(" DOCS"));
     model.add(row("%1.txt", {"12 Kb", "000000000012", ""}));
     model.flush();
-    EXPECT_EQ(model.index(0, 0).data(Qt::AccessibleTextRole), "DOCS");
+    EXPECT_EQ(model.index(0, 0).data(Qt::AccessibleTextRole), " DOCS");
     EXPECT_EQ(model.index(1, 0).data(Qt::AccessibleTextRole), "%1.txt, Size 12 Kb");
     EXPECT_EQ(model.index(1, 1).data(Qt::AccessibleTextRole), "12 Kb");
+}
+
+TEST(ListModel, NamesAreSpokenAsTheyAre) {
+    ListModel model;
+    for (const char* name : {"R&D", "two  blanks ", "colon:"})
+        EXPECT_EQ(filled(model, {name}).index(model.count() - 1, 0).data(Qt::AccessibleTextRole),
+                  name);
+}
+
+TEST(ListModel, ColumnsThatAreNotSeenAreNoCells) {
+    ListModel model;
+    model.setColumns({{"Name", 10}, {"Size", 10}, {"Real Size", 0}, {"Note", 10}});
+    model.add(row("a", {"12 Kb", "000000000012", "n"}));
+    model.flush();
+    EXPECT_EQ(model.columnCount(), 3);
+    EXPECT_EQ(model.index(0, 2).data(Qt::DisplayRole), "n");
+    EXPECT_EQ(model.headerData(2, Qt::Horizontal, Qt::DisplayRole), "Note");
+    EXPECT_EQ(model.columnOf(2), 3);
+    EXPECT_EQ(model.sectionOf(3), 2);
+    EXPECT_EQ(model.sectionOf(2), 1) << "the one in front of it";
+    model.setSortKey(2);
+    model.setSorted(true);
+    EXPECT_EQ(model.item(0).column(2), "000000000012");
 }
 
 TEST(ListModel, PicturesComeByKeyInTheFirstColumn) {

@@ -1,12 +1,18 @@
 #include "base/RuntimeError.h"
+#include "kit/CellDelegate.h"
+#include "kit/Colour.h"
 #include "kit/ListView.h"
 
+#include <QtGui/QClipboard>
 #include <QtGui/QMouseEvent>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
+#include <QtWidgets/QHeaderView>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <set>
 
 namespace discaro::kit {
 
@@ -37,6 +43,11 @@ protected:
         const QRect row = m_list.shown().visualRect(m_list.rows().index(place, 0));
         return {row.left() + 8, row.center().y()};
     }
+    QHeaderView& header() { return *static_cast<QTreeView&>(m_list.shown()).header(); }
+    void clickHeader(int section) {
+        QTest::mouseClick(header().viewport(), Qt::LeftButton, {},
+                          QPoint(header().sectionViewportPosition(section) + 20, 4));
+    }
     void key(Qt::Key which, Qt::KeyboardModifiers with = {}) {
         QTest::keyClick(&m_list.shown(), which, with);
     }
@@ -62,6 +73,23 @@ protected:
     }
 };
 
+// The texts as the cells paint them.
+class ShownTexts : private CellDelegate {
+public:
+    explicit ShownTexts(ListView& list)
+        : m_list(list) {}
+    QString of(int place) const {
+        QStyleOptionViewItem option;
+        option.initFrom(&m_list.shown());
+        option.widget = &m_list.shown();
+        initStyleOption(&option, m_list.rows().index(place, 0));
+        return option.text;
+    }
+
+private:
+    ListView& m_list;
+};
+
 } // namespace
 
 TEST_F(ListViewTest, AFilledListHasItsFirstRowForItemAndNoneSelected) {
@@ -74,6 +102,25 @@ TEST_F(ListViewTest, AFilledListHasItsFirstRowForItemAndNoneSelected) {
     EXPECT_THAT(m_list.selectedPlaces(), IsEmpty());
     m_list.clear();
     EXPECT_EQ(m_list.selectedItem(), -1);
+}
+
+TEST_F(ListViewTest, TheFirstRowOfAFilledListLooksSelectedWhereTheWindowWantsIt) {
+    m_list.setFirstSelected();
+    for (int filled = 0; filled < 2; ++filled) {
+        add({"b", "a"});
+        EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{0});
+        EXPECT_EQ(m_list.selectedItem(), 0);
+        m_list.select(1);
+        add({"c"});
+        EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{1}) << "until another is";
+        m_list.clear();
+        EXPECT_THAT(m_list.selectedPlaces(), IsEmpty());
+    }
+    m_list.rows().setSorted(true);
+    add({"b", "a"});
+    EXPECT_EQ(m_list.selectedRow().text, "a") << "the first as it is shown";
+    key(Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_THAT(m_list.selectedPlaces(), ElementsAre(0, 1));
 }
 
 TEST_F(ListViewTest, AddedRowsShowAtTheNextReturnToTheEventLoop) {
@@ -203,6 +250,19 @@ TEST_F(ListViewTest, EveryLookHasTheSameRowsAndSelection) {
     }
 }
 
+TEST_F(ListViewTest, RowsStaySelectedWithAllTheirCellsWhenTheLookChanges) {
+    add({"a", "b", "c"});
+    click(0);
+    click(2, Qt::LeftButton, Qt::ControlModifier);
+    for (const auto view : {ListView::View::List, ListView::View::Report}) {
+        m_list.setView(view);
+        EXPECT_THAT(m_list.selectedPlaces(), ElementsAre(0, 2));
+        EXPECT_TRUE(m_list.isSelected(2));
+        const QModelIndex last = m_list.rows().index(0, m_list.shown().model()->columnCount() - 1);
+        EXPECT_TRUE(m_list.shown().selectionModel()->isSelected(last));
+    }
+}
+
 TEST_F(ListViewTest, BelowALargePictureThereIsRoomForTwoLines) {
     add({"a", "A NAME OF MANY WORDS THAT IS LONG"});
     m_list.setView(ListView::View::LargeIcons);
@@ -214,11 +274,156 @@ TEST_F(ListViewTest, BelowALargePictureThereIsRoomForTwoLines) {
     EXPECT_FALSE(small.intersects(large));
 }
 
+TEST_F(ListViewTest, BelowALargePictureAWordBreaksWhereItHasTo) {
+    add({"AVeryLongNameOfAFile.txt", "short.txt",
+         "ANameThatIsMuchTooLongForTheRoomOfTwoLinesBelowAPicture.txt"});
+    m_list.setView(ListView::View::LargeIcons);
+    const ShownTexts shown(m_list);
+    const QStringList lines = shown.of(0).split(QChar(QChar::LineSeparator));
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_EQ(lines.join(QString()), "AVeryLongNameOfAFile.txt");
+    EXPECT_EQ(shown.of(1), "short.txt");
+    EXPECT_EQ(shown.of(2).count(QChar(QChar::LineSeparator)), 1);
+    EXPECT_TRUE(shown.of(2).endsWith(QChar(0x2026)));
+    for (int place = 0; place < 3; ++place)
+        for (const QString& line : shown.of(place).split(QChar(QChar::LineSeparator)))
+            EXPECT_LT(m_list.fontMetrics().horizontalAdvance(line),
+                      m_list.shown().visualRect(m_list.rows().index(place, 0)).width());
+}
+
+TEST_F(ListViewTest, BesideASmallPictureANameHasTheRoomThatItNeeds) {
+    m_list.resize(640, 300);
+    const QString longName = "A name of middling length.txt";
+    for (const auto view : {ListView::View::SmallIcons, ListView::View::List}) {
+        m_list.clear();
+        m_list.add({.key = {}, .text = longName, .icon = {}, .tag = {}, .subItems = {}});
+        add({"b", "c"});
+        m_list.setView(view);
+        const QRect place = m_list.shown().visualRect(m_list.rows().index(0, 0));
+        EXPECT_GT(place.width(), m_list.shown().iconSize().width() +
+                                     m_list.fontMetrics().horizontalAdvance(longName));
+        EXPECT_FALSE(place.intersects(m_list.shown().visualRect(m_list.rows().index(1, 0))));
+    }
+}
+
+TEST_F(ListViewTest, SmallIconsStandInColumnsThatFillTheWidth) {
+    add({"a", "A name of middling length that is long.txt", "b", "c", "d", "e", "f", "g", "h"});
+    for (const int width : {466, 640, 817}) {
+        m_list.resize(width, 300);
+        m_list.setView(ListView::View::Report);
+        m_list.setView(ListView::View::SmallIcons);
+        const auto place = [this](int row) {
+            return m_list.shown().visualRect(m_list.rows().index(row, 0));
+        };
+        const int column = place(0).width();
+        EXPECT_EQ(place(1).width() % column, 0);
+        int right = 0;
+        for (int row = 0; row < 9; ++row) {
+            EXPECT_EQ(place(row).left() % column, 0);
+            right = std::max(right, place(row).right());
+        }
+        EXPECT_GT(right, width - column) << "whatever the width";
+    }
+}
+
+TEST_F(ListViewTest, ANameWiderThanTheListIsAsWideAsTheList) {
+    const QString name(300, u'W');
+    m_list.add({.key = {}, .text = name, .icon = {}, .tag = {}, .subItems = {}});
+    add({"b"});
+    for (const auto view : {ListView::View::SmallIcons, ListView::View::List}) {
+        m_list.setView(view);
+        EXPECT_LE(m_list.shown().visualRect(m_list.rows().index(0, 0)).width(),
+                  m_list.shown().viewport()->width());
+    }
+}
+
+TEST_F(ListViewTest, RowsFarDownComeIntoSightInEveryLook) {
+    for (int row = 0; row < 2000; ++row)
+        m_list.add(
+            {.key = {}, .text = QString::number(row), .icon = {}, .tag = {}, .subItems = {}});
+    for (const auto view : {ListView::View::LargeIcons, ListView::View::SmallIcons,
+                            ListView::View::List, ListView::View::Report}) {
+        m_list.setView(view);
+        m_list.ensureVisible(0);
+        m_list.ensureVisible(1900);
+        const QRect row = m_list.shown().visualRect(m_list.rows().index(1900, 0));
+        EXPECT_TRUE(m_list.shown().viewport()->rect().contains(row.center()));
+    }
+}
+
+// ---- The focus
+
+TEST_F(ListViewTest, TheSelectionIsPaleWithoutTheFocus) {
+    for (const auto view : {ListView::View::Report, ListView::View::List}) {
+        m_list.setView(view);
+        const QPalette colours = m_list.shown().palette();
+        EXPECT_NE(colours.color(QPalette::Inactive, QPalette::Highlight),
+                  colours.color(QPalette::Active, QPalette::Highlight));
+        EXPECT_GE(contrast(colours.color(QPalette::Inactive, QPalette::HighlightedText),
+                           colours.color(QPalette::Inactive, QPalette::Highlight)),
+                  4.5);
+        EXPECT_GE(contrast(colours.color(QPalette::Inactive, QPalette::Highlight),
+                           colours.color(QPalette::Active, QPalette::Base)),
+                  1.2);
+    }
+}
+
+TEST_F(ListViewTest, ThePaleSelectionFollowsThePalette) {
+    QPalette dark = m_list.palette();
+    dark.setColor(QPalette::Base, Qt::black);
+    dark.setColor(QPalette::Text, Qt::white);
+    m_list.setPalette(dark);
+    const QPalette colours = m_list.shown().palette();
+    EXPECT_LT(colours.color(QPalette::Inactive, QPalette::Highlight).lightness(), 100);
+    EXPECT_EQ(colours.color(QPalette::Inactive, QPalette::HighlightedText), QColor(Qt::white));
+}
+
 TEST_F(ListViewTest, TheFocusStaysWhenTheLookChanges) {
     add({"a"});
     m_list.setFocus();
     m_list.setView(ListView::View::List);
     EXPECT_EQ(m_list.window()->focusWidget(), &m_list.shown());
+}
+
+// ---- Keys
+
+TEST_F(ListViewTest, TheRowsSelectedAreCopied) {
+    add({" DOCS", "R&D  1:", "c"});
+    QApplication::clipboard()->setText("before");
+    key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "before") << "no row is selected";
+    click(1);
+    key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "R&D  1:");
+    click(2, Qt::LeftButton, Qt::ControlModifier);
+    key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "R&D  1:\nc");
+    m_list.setCopied([](const ListItem& row) { return row.column(1); });
+    key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "value\nvalue");
+}
+
+TEST_F(ListViewTest, BackspaceIsTold) {
+    QSignalSpy backspaces(&m_list, &ListView::Backspace);
+    key(Qt::Key_Backspace);
+    add({"a"});
+    key(Qt::Key_Backspace);
+    key(Qt::Key_Backspace, Qt::ControlModifier);
+    EXPECT_EQ(backspaces.size(), 2);
+}
+
+// ---- A list without rows
+
+TEST_F(ListViewTest, AListWithoutRowsSaysWhatItWasGiven) {
+    const QImage bare = m_list.grab().toImage();
+    m_list.setEmptyText("Nothing is here");
+    EXPECT_NE(m_list.grab().toImage(), bare);
+    EXPECT_EQ(m_list.shown().accessibleDescription(), "Nothing is here");
+    m_list.setView(ListView::View::List);
+    EXPECT_EQ(m_list.shown().accessibleDescription(), "Nothing is here");
+    m_list.setView(ListView::View::Report);
+    m_list.setEmptyText({});
+    EXPECT_EQ(m_list.grab().toImage(), bare);
 }
 
 TEST_F(ListViewTest, TypingSkipsBlanksAndCase) {
@@ -247,14 +452,65 @@ TEST_F(ListViewTest, TheViewInsideSaysTheNameOfTheList) {
     EXPECT_EQ(m_list.shown().accessibleName(), "Files");
 }
 
-TEST_F(ListViewTest, ColumnsOfNoWidthAreHiddenAlsoAfterAChangeOfLook) {
+TEST_F(ListViewTest, ColumnsOfNoWidthAreNotInTheViewAlsoAfterAChangeOfLook) {
     m_list.setColumns({{"Name", 120}, {"Sort", 0}, {"Value", 60}});
-    auto& report = static_cast<QTreeView&>(m_list.shown());
-    EXPECT_TRUE(report.isColumnHidden(1));
+    EXPECT_EQ(header().count(), 2);
     m_list.setView(ListView::View::List);
     m_list.setView(ListView::View::Report);
-    EXPECT_TRUE(report.isColumnHidden(1));
-    EXPECT_EQ(report.columnWidth(2), 60);
+    EXPECT_EQ(header().count(), 2);
+    EXPECT_EQ(header().sectionSize(1), 60);
+    QSignalSpy clicks(&m_list, &ListView::ColumnClick);
+    clickHeader(1);
+    ASSERT_EQ(clicks.size(), 1);
+    EXPECT_EQ(clicks[0][0].toInt(), 2) << "the column, with those that are not seen";
+}
+
+TEST_F(ListViewTest, ColumnsCannotBeDraggedToAnotherPlace) {
+    add({"a"});
+    EXPECT_FALSE(header().sectionsMovable());
+    QWidget* place = header().viewport();
+    const int middle = header().height() / 2;
+    QTest::mousePress(place, Qt::LeftButton, {}, QPoint(20, middle));
+    for (const int x : {60, 160, 220}) {
+        const QPoint at(x, middle);
+        QMouseEvent move(QEvent::MouseMove, at, place->mapToGlobal(at), Qt::NoButton,
+                         Qt::LeftButton, {});
+        QApplication::sendEvent(place, &move);
+    }
+    QTest::mouseRelease(place, Qt::LeftButton, {}, QPoint(220, middle));
+    EXPECT_EQ(header().visualIndex(0), 0);
+}
+
+// ---- The mark of the order
+
+TEST_F(ListViewTest, TheMarkOfTheOrderComesWithTheFirstChoice) {
+    m_list.setColumns({{"Name", 120}, {"Value", 60}, {"Sort", 0}});
+    add({"a", "b"});
+    m_list.rows().setSortOrder(Qt::AscendingOrder);
+    EXPECT_FALSE(header().isSortIndicatorShown());
+    clickHeader(1);
+    EXPECT_FALSE(header().isSortIndicatorShown()) << "a click alone orders nothing";
+    m_list.rows().setSortKey(2);
+    m_list.rows().setSorted(true);
+    EXPECT_TRUE(header().isSortIndicatorShown());
+    EXPECT_EQ(header().sortIndicatorSection(), 1) << "in front of the column that is not seen";
+    m_list.rows().setSortOrder(Qt::DescendingOrder);
+    EXPECT_EQ(header().sortIndicatorOrder(), Qt::DescendingOrder);
+    m_list.setView(ListView::View::List);
+    m_list.rows().setSortKey(0);
+    m_list.setView(ListView::View::Report);
+    EXPECT_TRUE(header().isSortIndicatorShown());
+    EXPECT_EQ(header().sortIndicatorSection(), 0);
+}
+
+TEST_F(ListViewTest, TheMarkOfTheOrderShowsTheOrderInForceHoweverOftenAHeaderIsClicked) {
+    add({"a", "b"});
+    m_list.rows().setSorted(true);
+    for (const int section : {0, 0, 1, 0}) {
+        clickHeader(section);
+        EXPECT_EQ(header().sortIndicatorSection(), 0);
+        EXPECT_EQ(header().sortIndicatorOrder(), Qt::AscendingOrder);
+    }
 }
 
 TEST_F(SingleListViewTest, TheRowClickedStaysTheOneSelectedWhenTheMouseIsDraggedOn) {

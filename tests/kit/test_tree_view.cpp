@@ -310,6 +310,14 @@ TEST_F(TreeViewTest, TheTextOfTheSelectedNodeIsCopied) {
     EXPECT_EQ(QApplication::clipboard()->text(), "R&D  x\ty");
 }
 
+TEST_F(TreeViewTest, TheSelectionIsPaleWithoutTheFocus) {
+    const QPalette colours = m_tree.palette();
+    EXPECT_NE(colours.color(QPalette::Inactive, QPalette::Highlight),
+              colours.color(QPalette::Active, QPalette::Highlight));
+    EXPECT_EQ(colours.color(QPalette::Inactive, QPalette::HighlightedText),
+              colours.color(QPalette::Active, QPalette::Text));
+}
+
 TEST_F(TreeViewTest, ADoubleClickTurnsTheNodeAndIsTold) {
     bool expandedThen = false;
     QObject::connect(&m_tree, &TreeView::DblClick,
