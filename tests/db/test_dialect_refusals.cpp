@@ -252,7 +252,7 @@ TEST(DialectRefusals, ATextMayHaveAnyLength) {
 }
 
 TEST(DialectRefusals, LongTextsThatAreNoneAreRefusedInLinearTime) {
-    constexpr size_t kLong = 16 << 20;
+    constexpr size_t kLong = 1 << 20;
     for (const char* piece : {"[", "(", "not ", "a ", "1e", "'", "[a] ", "a.", "x,", "-",
                               "1=1 and ", "[file name] is null or "})
         for (const char* head :

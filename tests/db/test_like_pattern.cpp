@@ -250,7 +250,7 @@ TEST(LikePattern, LongPartsWithWildcardsMatchAsDefined) {
                                                        "1", "\u00e9", "\u65e5", "\xC3"};
     std::mt19937 random(4);
     size_t matching = 0;
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 600; ++round) {
         std::string text;
         while (text.size() < 700)
             text += kText[random() % kText.size()];
@@ -274,8 +274,8 @@ TEST(LikePattern, LongPartsWithWildcardsMatchAsDefined) {
         matching += expected ? 1 : 0;
         ASSERT_EQ(matches(pattern, text), expected) << pattern << " like " << text;
     }
-    EXPECT_GT(matching, 300U);
-    EXPECT_LT(matching, 2700U);
+    EXPECT_GT(matching, 60U);
+    EXPECT_LT(matching, 540U);
 }
 
 // These would take minutes if every place were tried by itself.

@@ -16,6 +16,15 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
+struct StoredRow {
+    std::string key;
+    int64_t number;
+    std::string name;
+    double size;
+    std::string directory;
+    auto operator<=>(const StoredRow&) const = default;
+};
+
 class RowOrder : public Shelf {
 protected:
     void addNames(const std::vector<std::string>& names) const {
@@ -46,17 +55,25 @@ protected:
         return numbers;
     }
 
-    // The rows of the table that a filter lets through, put into order here.
-    std::vector<int64_t> expected(const std::function<bool(Recordset&)>& filter) const {
-        std::vector<std::pair<std::string, int64_t>> rows;
+    // The rows of the table, put into order here.
+    std::vector<StoredRow> stored() const {
+        std::vector<StoredRow> rows;
         const auto files = open()->OpenRecordset("Files");
-        for (; !files->Eof(); files->MoveNext())
-            if (filter(*files))
-                rows.emplace_back(base::orderKey((*files)("file name").Text()), files->RowNumber());
+        for (; !files->Eof(); files->MoveNext()) {
+            const std::string name = (*files)("file name").Text();
+            rows.push_back({base::orderKey(name), files->RowNumber(), name,
+                            (*files)("file size").Number(), (*files)("directory number").Text()});
+        }
         std::ranges::sort(rows);
+        return rows;
+    }
+
+    static std::vector<int64_t> those(const std::vector<StoredRow>& rows,
+                                      const std::function<bool(const StoredRow&)>& filter) {
         std::vector<int64_t> numbers;
-        for (const auto& [key, number] : rows)
-            numbers.push_back(number);
+        for (const StoredRow& row : rows)
+            if (filter(row))
+                numbers.push_back(row.number);
         return numbers;
     }
 
@@ -124,25 +141,24 @@ TEST_F(RowOrder, EveryWayGivesTheSameOrder) {
     for (const unsigned accented : {0, 10, 500, 1000}) {
         open()->Execute("delete * from Files");
         addNames(mixedNames(80000, accented));
-        const std::string select = "select * from Files where [id number] like '*' ";
-        const std::string order = " order by [file name]";
-        EXPECT_EQ(numbers(select + order), expected([](Recordset&) { return true; }));
-        EXPECT_EQ(numbers(select + "and [file size] < 6" + order),
-                  expected([](Recordset& row) { return row("file size").Number() < 6; }));
-        EXPECT_EQ(numbers(select + "and [file size] = 3" + order),
-                  expected([](Recordset& row) { return row("file size").Number() == 3; }));
-        EXPECT_EQ(numbers(select + "and [file name] like '*1*'" + order),
-                  expected([](Recordset& row) {
-                      return row("file name").Text().find('1') != std::string::npos;
+        const std::vector<StoredRow> rows = stored();
+        const auto found = [&](const std::string& condition) {
+            return numbers("select * from Files where [id number] like '*' " + condition +
+                           " order by [file name]");
+        };
+        EXPECT_EQ(found(""), those(rows, [](auto&) { return true; }));
+        EXPECT_EQ(found("and [file size] < 6"),
+                  those(rows, [](auto& row) { return row.size < 6; }));
+        EXPECT_EQ(found("and [file size] = 3"),
+                  those(rows, [](auto& row) { return row.size == 3; }));
+        EXPECT_EQ(found("and [file name] like '*1*'"),
+                  those(rows, [](auto& row) { return row.name.find('1') != std::string::npos; }));
+        EXPECT_EQ(found("and [file name] like 'f*' and [file size] > 1"),
+                  those(rows, [](auto& row) {
+                      return base::foldedForComparison(row.name)[0] == 'f' && row.size > 1;
                   }));
-        EXPECT_EQ(numbers(select + "and [file name] like 'f*' and [file size] > 1" + order),
-                  expected([](Recordset& row) {
-                      const std::string name = base::foldedForComparison(row("file name").Text());
-                      return name[0] == 'f' && row("file size").Number() > 1;
-                  }));
-        EXPECT_EQ(
-            numbers(select + "and [directory number] like 'C1D1S7'" + order),
-            expected([](Recordset& row) { return row("directory number").Text() == "C1D1S7"; }));
+        EXPECT_EQ(found("and [directory number] like 'C1D1S7'"),
+                  those(rows, [](auto& row) { return row.directory == "C1D1S7"; }));
     }
 }
 
@@ -150,7 +166,7 @@ TEST_F(RowOrder, RowsFarApartAreNoMatter) {
     addNames(mixedNames(70000, 100));
     RawDatabase(path()).execute("UPDATE Files SET \"id number\" = \"id number\" * 100000000000");
     EXPECT_EQ(numbers("select * from Files where [file size] > -1 order by [file name]"),
-              expected([](Recordset&) { return true; }));
+              those(stored(), [](auto&) { return true; }));
 }
 
 TEST_F(RowOrder, AFieldWithoutAnIndexIsOrderedAlike) {
