@@ -185,8 +185,8 @@ std::optional<int64_t> CursorSource::firstOfDense() {
 
 void CursorSource::numbersAt(int64_t place, int64_t most, std::vector<int64_t>& numbers) {
     if (const auto lowest = firstOfDense()) {
-        for (const int64_t end = std::min(count(), place + most); place < end; ++place)
-            numbers.push_back(*lowest + place);
+        for (int64_t left = std::min(count() - place, most); left > 0; --left)
+            numbers.push_back(*lowest + place++);
         return;
     }
     learnMarks();

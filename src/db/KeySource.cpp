@@ -186,9 +186,9 @@ int64_t KeySource::index() {
 }
 
 void KeySource::numbersAt(int64_t place, int64_t most, std::vector<int64_t>& numbers) {
-    const int64_t end = std::min(count(), place + most);
-    if (place < end)
-        numbers.insert(numbers.end(), m_numbers.begin() + place, m_numbers.begin() + end);
+    const int64_t there = std::min(count() - place, most);
+    if (there > 0)
+        numbers.insert(numbers.end(), m_numbers.begin() + place, m_numbers.begin() + place + there);
 }
 
 void KeySource::rowInserted(int64_t number) {

@@ -33,6 +33,7 @@ protected:
             ASSERT_EQ(rows.Fields(kName).Text(), seen) << place;
         }
         EXPECT_EQ(errorAt(rows, count), number(ErrorNumber::NoCurrentRecord));
+        EXPECT_EQ(errorAt(rows, INT64_MAX), number(ErrorNumber::NoCurrentRecord));
         EXPECT_EQ(errorAt(rows, -1), number(ErrorNumber::NoCurrentRecord));
     }
 };
