@@ -132,10 +132,4 @@ VersionTexts versionTexts(std::string_view resource) {
     return TextReader(resource).read();
 }
 
-FileResources readResources(const ByteSource& source) {
-    Executable executable(source);
-    auto texts = versionTexts(executable.versionResource());
-    return {.version = std::move(texts), .icons = executable.icons()};
-}
-
 } // namespace discaro::disc

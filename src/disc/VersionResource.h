@@ -2,7 +2,6 @@
 
 #include "disc/Medium.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -30,13 +29,5 @@ VersionTexts readVersionTexts(const ByteSource& source);
 
 // The same from the bytes of a version resource alone. Any bytes may be given.
 VersionTexts versionTexts(std::string_view resource);
-
-// Version texts and icon count (see countIcons) of a file that is looked at once.
-struct FileResources {
-    VersionTexts version;
-    int64_t icons = 0;
-};
-
-FileResources readResources(const ByteSource& source);
 
 } // namespace discaro::disc

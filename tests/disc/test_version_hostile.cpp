@@ -6,6 +6,7 @@
 #include "disc/VersionResourceBlock.h"
 #include "support/BufferSource.h"
 #include "support/ExecutableBuilder.h"
+#include "support/FileResources.h"
 
 #include <gtest/gtest.h>
 

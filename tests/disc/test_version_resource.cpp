@@ -1,6 +1,7 @@
 #include "disc/VersionResource.h"
 #include "support/BufferSource.h"
 #include "support/ExecutableBuilder.h"
+#include "support/FileResources.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #include "base/Text.h"
+#include "disc/Executable.h"
 #include "disc/ExecutableReader.h"
 #include "disc/IconCount.h"
 #include "disc/VersionResource.h"
@@ -57,12 +58,14 @@ void requireSound(const disc::VersionTexts& texts) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     const InputSource source(bytes);
-    const auto found = disc::readResources(source);
-    require(found.icons >= 0 && found.icons <= disc::ExecutableReader::kEntryLimit);
+    disc::Executable executable(source);
+    const auto version = disc::versionTexts(executable.versionResource());
+    const auto icons = executable.icons();
+    require(icons >= 0 && icons <= disc::ExecutableReader::kEntryLimit);
     require(source.asked() <= disc::ExecutableReader::kReadLimit);
-    requireSound(found.version);
-    require(disc::readVersionTexts(InputSource(bytes)) == found.version);
-    require(disc::countIcons(InputSource(bytes)) >= found.icons);
+    requireSound(version);
+    require(disc::readVersionTexts(InputSource(bytes)) == version);
+    require(disc::countIcons(InputSource(bytes)) >= icons);
     requireSound(disc::versionTexts(bytes.substr(0, 0x10000)));
     return 0;
 }
