@@ -332,7 +332,7 @@ TEST_F(Drives, AnAddedFolderThatHasGoneIsToldAndAnotherDriveCanBeChosen) {
 TEST_F(Drives, AnAddedFolderThatHasGoneWhenTheScanStartsIsToldAndTheScanCanBeStartedAgain) {
     const auto path = makeFolder("going");
     open();
-    form->addDisc(path);
+    form->addDiscs({path});
     typeInto(*form->Text2, "Disc");
     for (int page = 2; page < 5; ++page)
         next();
