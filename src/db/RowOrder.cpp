@@ -60,7 +60,7 @@ public:
 
     // Hands over the rows behind a number, without a field.
     void gatherBehind(RowTaker& taker, int64_t number) const {
-        run(taker, from("rowid > " + m_query.nextPlaceholder() + " AND discaro_take(rowid, NULL)"),
+        run(taker, from("rowid > " + m_query.nextPlaceholder() + " AND discaro_take(rowid)"),
             &number);
     }
 

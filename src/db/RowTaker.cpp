@@ -44,11 +44,12 @@ RowText textOf(sqlite3_value* value) {
 }
 
 // Called by the engine's C code, which no exception may cross.
-void take(sqlite3_context* context, int, sqlite3_value** arguments) {
+void take(sqlite3_context* context, int count, sqlite3_value** arguments) {
     try {
         RowTaker* taker = *static_cast<RowTaker**>(sqlite3_user_data(context));
         // Without a result the function's value is null, which a condition takes for false.
-        if (taker->take(sqlite3_value_int64(arguments[0]), textOf(arguments[1])))
+        const RowText text = count == 2 ? textOf(arguments[1]) : RowText{{}, true, true};
+        if (taker->take(sqlite3_value_int64(arguments[0]), text))
             sqlite3_result_int(context, 1);
     } catch (const std::bad_alloc&) {
         sqlite3_result_error_nomem(context);
@@ -75,7 +76,7 @@ void requireDone(int result) {
 
 void registerRowFunctions(sqlite3* connection, RowTaker** taker) {
     constexpr int kFlags = SQLITE_UTF8 | SQLITE_DIRECTONLY;
-    requireDone(sqlite3_create_function_v2(connection, "discaro_take", 2, kFlags, taker, &take,
+    requireDone(sqlite3_create_function_v2(connection, "discaro_take", -1, kFlags, taker, &take,
                                            nullptr, nullptr, nullptr));
     registerOrderFunction(connection);
 }

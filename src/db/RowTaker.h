@@ -26,9 +26,9 @@ public:
 
 // Gives the connection these SQL functions; `taker` must outlive it and point to the taker while a statement with the
 // first one runs.
-// discaro_take(number, text), the last term of a condition: hands over each row that meets the terms before it, in the
-// order in which the engine walks. Null, or 1 when the taker has seen enough, so that the first row that the statement
-// gives ends the walk.
+// discaro_take(number, text), or without the text, the last term of a condition: hands over each row that meets the
+// terms before it, in the order in which the engine walks. Null, or 1 when the taker has seen enough, so that the first
+// row that the statement gives ends the walk.
 // discaro_order(text): base::orderKey; null for null.
 // Throws RuntimeError OutOfMemory.
 void registerRowFunctions(sqlite3* connection, RowTaker** taker);

@@ -90,7 +90,7 @@ TEST_F(OpeningErrors, AViewIsNoTable) {
 
 TEST_F(OpeningErrors, ACatalogueCutShortIsDamaged) {
     const auto size = fs::file_size(path());
-    fs::resize_file(path(), size - 4096);
+    fs::resize_file(path(), size - 8192);
     EXPECT_EQ(errorOfOpening(path()), number(ErrorNumber::CatalogueDamaged));
 }
 

@@ -131,7 +131,7 @@ TEST_F(SaveGroups, ARefusedSaveTakesNoOtherWithIt) {
 
 TEST_F(SaveGroups, OnADiskTooFullForTheGroupEachIsSavedByItself) {
     const auto files = open()->OpenRecordset("Files");
-    disk.limitSpace(16 << 10); // the journal of a row, not of a hundred
+    disk.limitSpace(32 << 10); // the journal of a row, not of a hundred
     SaveGroup group;
     EXPECT_EQ(change(*files, -1), 0);
     EXPECT_TRUE(disk.failed());
