@@ -28,6 +28,14 @@ QString counterText(double count, char sign) {
     return QString::fromLatin1(text.data(), end - text.data());
 }
 
+// "" is no reason.
+void tellUnsaved(const std::string& reason) {
+    if (!reason.empty())
+        kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" +
+                        kit::qt(reason),
+                    kit::Buttons::Ok, kit::Icon::Critical, "Error during Scan");
+}
+
 } // namespace
 
 void ScanDisplay::yield() {
@@ -177,16 +185,19 @@ void ScanDisplay::discLost(double kept, double counted, bool logged) {
                 kit::Icon::Exclamation, "Error during Scan", &m_form);
 }
 
-// The box stands over the menu: by then the transaction is over, and other programs may have the catalogue.
+// The box stands over the menu: by then the transaction is over, and other programs may have the catalogue. It comes
+// also where the menu can't, as when the catalogue has been removed.
 void ScanDisplay::scanStopped(const std::string& reason) {
     m_form.Unload();
     kit::yield();
-    app::Windows::Show("Switch");
+    try {
+        app::Windows::Show("Switch");
+    } catch (const base::RuntimeError&) {
+        tellUnsaved(reason);
+        throw;
+    }
     kit::yield();
-    if (!reason.empty())
-        kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" +
-                        kit::qt(reason),
-                    kit::Buttons::Ok, kit::Icon::Critical, "Error during Scan");
+    tellUnsaved(reason);
 }
 
 void ScanDisplay::showWalkStage(Stage stage) {
