@@ -30,7 +30,11 @@ void DeleteCD::openSource(db::DataSource& source, const char* table) {
 
 // With no disc left there is nothing to explore either.
 void DeleteCD::Form_Unload() {
-    if (Data1.Recordset().RecordCount() == 0)
+    const bool empty = Data1.Recordset().RecordCount() == 0;
+    // The next window opens the catalogue that is there, be it another than the one that was open here.
+    for (db::DataSource* source : {&Data1, &Data2})
+        source->Close();
+    if (empty)
         app::Windows::Show("Switch");
     else
         app::showReturnWindow();
