@@ -265,10 +265,14 @@ void TreeView::keyboardSearch(const QString& keys) {
     }
 }
 
-// The view takes its first node for the current one when the keyboard comes to it, which is nobody's click.
+// The view takes its first node for the current one when the keyboard comes to it, if it has been painted by then. That
+// is nobody's choice; a key that moves chooses it.
 void TreeView::focusInEvent(QFocusEvent* event) {
+    const int before = selectedNode();
     const QScopedValueRollback quiet(m_quiet, true);
     QTreeView::focusInEvent(event);
+    if (before == 0)
+        setCurrentIndex({});
 }
 
 void TreeView::layIcons() {

@@ -334,11 +334,18 @@ TEST_F(TreeViewTest, ADoubleClickTurnsTheNodeAndIsTold) {
     EXPECT_LE(chosen.size(), 1) << "a key that is held chooses once";
 }
 
-TEST_F(TreeViewTest, TheKeyboardComingToTheTreeClicksNothing) {
+TEST_F(TreeViewTest, TheKeyboardComingToTheTreeChoosesAndClicksNothing) {
     QSignalSpy clicks(&m_tree, &TreeView::NodeClick);
+    m_tree.grab();
     QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
     QApplication::sendEvent(&m_tree, &focus);
     EXPECT_TRUE(clicks.isEmpty());
+    EXPECT_EQ(m_tree.selectedNode(), 0);
+    QTest::keyClick(&m_tree, Qt::Key_Down);
+    EXPECT_EQ(m_tree.selectedNode(), 1);
+    m_tree.selectNode(5);
+    QApplication::sendEvent(&m_tree, &focus);
+    EXPECT_EQ(m_tree.selectedNode(), 5);
 }
 
 TEST_F(TreeViewTest, ExpandingEverythingIsOneChangeOfTheScreen) {
