@@ -1,39 +1,21 @@
 #include "disc/FileBytes.h"
 
 #include "base/RuntimeError.h"
+#include "disc/FolderFile.h"
 #include "disc/Names.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 
 namespace discaro::disc {
-
-namespace {
-
-base::ErrorNumber openingError(int code) {
-    switch (code) {
-    case ENOENT:
-    case ENOTDIR:
-        return base::ErrorNumber::PathMissing;
-    case ENOMEDIUM:
-    case ENXIO:
-    case ENODEV:
-        return base::ErrorNumber::DriveNotReady;
-    default:
-        return base::ErrorNumber::ReadFailure;
-    }
-}
-
-} // namespace
 
 FileBytes::FileBytes(const std::filesystem::path& path)
     : m_file(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
     if (m_file < 0)
-        throw base::RuntimeError(openingError(errno),
-                                 shownPath(path) + " (" + std::strerror(errno) + ")");
+        throw base::RuntimeError(systemErrorNumber(errno),
+                                 shownPath(path) + " (" + systemText(errno) + ")");
     const auto end = ::lseek(m_file, 0, SEEK_END);
     m_size = end > 0 ? static_cast<uint64_t>(end) : 0;
 }
@@ -50,7 +32,7 @@ size_t FileBytes::read(uint64_t offset, std::span<std::byte> buffer) const {
         if (count < 0 && errno == EINTR)
             continue;
         if (count < 0)
-            throw base::RuntimeError(base::ErrorNumber::ReadFailure, std::strerror(errno));
+            throwSystemError(errno);
         if (count == 0)
             break;
         done += static_cast<size_t>(count);

@@ -18,6 +18,7 @@ public:
 
     // The size at the time of opening.
     uint64_t size() const override { return m_size; }
+    // Throws as the constructor does.
     size_t read(uint64_t offset, std::span<std::byte> buffer) const override;
 
 private:

@@ -1,7 +1,5 @@
 #include "disc/FolderFile.h"
 
-#include "base/RuntimeError.h"
-
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -39,7 +37,7 @@ public:
             if (count > 0)
                 done += static_cast<size_t>(count);
             else if (errno != EINTR)
-                throw RuntimeError(ErrorNumber::ReadFailure, systemText(errno));
+                throwSystemError(errno);
         }
         return done;
     }
@@ -55,10 +53,23 @@ std::string systemText(int error) {
     return std::generic_category().message(error);
 }
 
+ErrorNumber systemErrorNumber(int error) {
+    switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+    case ELOOP:
+        return ErrorNumber::PathMissing;
+    case ENOMEDIUM:
+    case ENXIO:
+    case ENODEV:
+        return ErrorNumber::DriveNotReady;
+    default:
+        return ErrorNumber::ReadFailure;
+    }
+}
+
 void throwSystemError(int error) {
-    const bool gone = error == ENOENT || error == ENOTDIR || error == ELOOP;
-    throw RuntimeError(gone ? ErrorNumber::PathMissing : ErrorNumber::ReadFailure,
-                       systemText(error));
+    throw RuntimeError(systemErrorNumber(error), systemText(error));
 }
 
 std::unique_ptr<ByteSource> openFolderFile(int directory, const std::string& name) {
