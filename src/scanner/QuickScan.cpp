@@ -10,19 +10,26 @@ namespace discaro::scanner {
 void QuickScan::begin(char driveLetter) {
     m_directories = 0;
     m_files = 0;
+    m_driveLetter = driveLetter;
+    m_damaged = false;
     readRoot(m_lister, rootPath(driveLetter));
     m_files += m_lister.fileCount();
 }
 
+// Only some discs that are gone say so: of others every directory is just missing, as single ones may be. Then the
+// root tells.
 bool QuickScan::countBelow(const Progress& progress) {
-    return countDirectory(progress);
+    const bool whole = countDirectory(progress);
+    if (whole && m_damaged)
+        readRoot(m_lister, rootPath(m_driveLetter));
+    return whole;
 }
 
 bool QuickScan::countDirectory(const Progress& progress) {
     const int count = m_lister.listCount();
     for (int i = 0; i < count; ++i) {
         m_lister.setPath(m_lister.list(i));
-        throwIfDiscIsGone();
+        noteDamage();
         m_lister.setFilePath(m_lister.path());
         m_files += m_lister.fileCount();
         ++m_directories;
@@ -36,10 +43,11 @@ bool QuickScan::countDirectory(const Progress& progress) {
 }
 
 // A directory that is damaged is for the scan's log; a disc that is gone ends the count.
-void QuickScan::throwIfDiscIsGone() {
-    if (const auto damage = m_lister.takeDamage();
-        damage && damage->is(base::ErrorNumber::DriveNotReady))
+void QuickScan::noteDamage() {
+    const auto damage = m_lister.takeDamage();
+    if (damage && damage->is(base::ErrorNumber::DriveNotReady))
         throw *damage;
+    m_damaged = m_damaged || damage;
 }
 
 std::string QuickScan::text() const {

@@ -34,9 +34,11 @@ public:
 private:
     bool countDirectory(const Progress& progress);
 
-    void throwIfDiscIsGone();
+    void noteDamage();
 
     disc::Lister& m_lister;
+    char m_driveLetter = 0;
+    bool m_damaged = false; // something below the root
     double m_directories = 0;
     double m_files = 0;
 };

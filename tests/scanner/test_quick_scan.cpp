@@ -2,8 +2,11 @@
 #include "scanner/NameChecks.h"
 #include "scanner/QuickScan.h"
 #include "scanner/ScanRig.h"
+#include "scanner/Texts.h"
 
 #include <gtest/gtest.h>
+
+#include <filesystem>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -87,6 +90,37 @@ TEST(QuickScan, ADiscThatLeavesWhileItIsCountedThrows) {
         return true;
     };
     EXPECT_THROW(quick.countBelow(takeOut), base::RuntimeError);
+}
+
+TEST(QuickScan, AFolderThatIsRemovedWhileItIsCountedThrows) {
+    ScanRig rig;
+    const auto path = app::Module1::ApplicationPath / "disc";
+    for (const char* name : {"A", "B", "C"})
+        std::filesystem::create_directories(path / name);
+    rig.letter = rig.drives.addImageOrFolder(path);
+    scanner::QuickScan quick(rig.lister);
+    quick.begin(rig.letter);
+    const auto remove = [&](const std::string&) {
+        std::filesystem::remove_all(path);
+        return true;
+    };
+    EXPECT_THROW(quick.countBelow(remove), base::RuntimeError);
+}
+
+TEST(QuickScan, AFolderThatLosesADirectoryWhileItIsCountedIsCountedToItsEnd) {
+    ScanRig rig;
+    const auto path = app::Module1::ApplicationPath / "disc";
+    for (const char* name : {"A", "B", "C"})
+        std::filesystem::create_directories(path / name);
+    rig.letter = rig.drives.addImageOrFolder(path);
+    scanner::QuickScan quick(rig.lister);
+    quick.begin(rig.letter);
+    EXPECT_TRUE(quick.countBelow([&](const std::string&) {
+        std::filesystem::remove_all(path / "B");
+        return true;
+    }));
+    EXPECT_EQ(quick.text(), "3 Directories\r\n0 Files");
+    EXPECT_EQ(rig.lister.path(), scanner::rootPath(rig.letter));
 }
 
 TEST(QuickScan, ADamagedDirectoryIsCountedAsFarAsItCanBeRead) {
