@@ -17,10 +17,12 @@ using kit::utf8;
 
 namespace {
 
-// The focus goes along, so that the next key press swaps them back.
+// The focus goes along, so that the next key press swaps them back; one that is elsewhere stays there.
 void giveWay(kit::NumLed& shown, kit::NumLed& other) {
+    const bool focused = shown.window()->focusWidget() == &shown;
     other.show();
-    other.setFocus();
+    if (focused)
+        other.setFocus();
     shown.hide();
 }
 

@@ -287,6 +287,17 @@ TEST_F(Scanning, TheCountersGiveWayToTheirOtherSides) {
     EXPECT_EQ(form->Label9->text(), "Elapsed Time");
 }
 
+TEST_F(Scanning, ACounterThatIsClickedLeavesTheFocusWhereItIs) {
+    scan();
+    ASSERT_EQ(form->focusWidget(), &button(7));
+    for (kit::NumLed* counter :
+         {&form->NumLED1(0), &form->NumLED1(1), form->NumLED2, form->NumLED3}) {
+        QTest::mouseClick(counter, Qt::LeftButton);
+        EXPECT_FALSE(counter->isVisible());
+        EXPECT_EQ(form->focusWidget(), &button(7));
+    }
+}
+
 TEST_F(Scanning, CancelAnsweredOkLeavesNothingAndShowsTheMenuWhateverReturnToSays) {
     insert(manyFiles());
     goToScanning();
