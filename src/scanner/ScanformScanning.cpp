@@ -155,7 +155,7 @@ void Scanform::Command5_Click() {
 // A scan that was started meanwhile has set the mark itself.
 void Scanform::Timer1_Timer() {
     Timer1->setEnabled(false);
-    if (scanIsRunning())
+    if (scanIsRunning() || Data1.Recordset().Eof())
         return;
     const auto state = Data1.Recordset().Fields(catalogue::masterTable::kScanError).Text();
     if (state == "error")

@@ -512,6 +512,17 @@ TEST_F(Scanning, AFinishedScanIsNotMentioned) {
     EXPECT_FALSE(form->Timer1->isEnabled());
 }
 
+TEST_F(Scanning, ACatalogueWithoutItsRowOfTotalsHasNoUnfinishedScan) {
+    open();
+    db::Connection(app::Module1::cataloguePath().string(), db::Connection::Mode::ReadWrite)
+        .execute("DELETE FROM \"Master Table\"");
+    form->Data1.Refresh();
+    ASSERT_TRUE(form->Data1.Recordset().Eof());
+    EXPECT_NO_THROW(asHandler([this] { emit form->Timer1->Tick(); }));
+    EXPECT_EQ(box.asked(), 0);
+    EXPECT_FALSE(form->Timer1->isEnabled());
+}
+
 TEST_F(Scanning, TheTrayNotificationsRestoreAndMinimise) {
     open();
     emit form->TrayIcon2->Minimise();
