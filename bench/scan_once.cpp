@@ -81,6 +81,7 @@ int main(int argc, char** argv) {
     Stages stages;
     scanner::ScanEngine engine({master, discs, directories, files}, disc::driveTable(), lister,
                                stages, request);
+    engine.begin();
     engine.run();
     stages.print();
 }

@@ -42,10 +42,13 @@ void ScanEngine::lookAtDisc() {
     m_disc = facts;
 }
 
-void ScanEngine::run() {
+void ScanEngine::begin() {
     if (!m_disc)
         lookAtDisc();
     db::DBEngine::BeginTrans();
+}
+
+void ScanEngine::run() {
     FilesDone = 0;
     FilesLeft = m_request.quickFiles;
     skipErrors([&] { m_watcher.scanStarted(m_request.quickFiles); });

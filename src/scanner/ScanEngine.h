@@ -47,10 +47,13 @@ public:
     // be read.
     void lookAtDisc();
 
-    // Runs the scan to its end, or to the stop that the user asked for; in both cases the watcher hears of it. Looks at
-    // the disc first where nobody has yet. Throws base::RuntimeError only when that fails or no transaction can be
-    // begun: then nothing has happened. Failing statements of the walk are handled in the walk, those of the other
-    // steps are passed over.
+    // Begins the transaction, and looks at the disc first where nobody has yet. Throws base::RuntimeError when one of
+    // them fails: then nothing has happened.
+    void begin();
+
+    // After begin(): runs the scan to its end, or to the stop that the user asked for; in both cases the watcher hears
+    // of it. Failing statements of the walk are handled in the walk, those of the other steps are passed over. Only what
+    // the watcher throws when it hears of the end passes on.
     void run();
 
     const std::string& DirectoryNumber() const { return DirectoryId; }

@@ -187,7 +187,7 @@ private:
     bool holdsTyped() const;
     kit::Answer say(const QString& text, kit::Icon icon, const QString& title);
     ScanRequest request();
-    void runScan();
+    bool scanBegins();
     void showWholeText(bool whole);
 
     int16_t ScanPage = 1;

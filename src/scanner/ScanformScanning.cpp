@@ -7,6 +7,7 @@
 #include "kit/Yield.h"
 #include "scanner/Scanform.h"
 
+#include <QtCore/QScopeGuard>
 #include <QtCore/QTime>
 
 // The options, and the screen of a scan with its buttons and clock.
@@ -115,22 +116,30 @@ ScanRequest Scanform::request() {
 void Scanform::Command2_Click() {
     if (scanIsRunning())
         return;
+    const auto over = qScopeGuard([this] {
+        m_engine.reset();
+        Dir1.letGo();
+    });
     m_engine = std::make_unique<ScanEngine>(ScanSources{Data1, Data2, Data3, Data4}, m_drives, Dir1,
                                             m_display, request());
-    runScan();
-    m_engine.reset();
-    Dir1.letGo();
+    if (scanBegins())
+        m_engine->run();
 }
 
 // What keeps a scan from beginning is told, the disc as at the quick scan, and it can be started again.
-void Scanform::runScan() {
-    auto icon = kit::Icon::Exclamation;
+bool Scanform::scanBegins() {
     try {
         m_engine->lookAtDisc();
-        icon = kit::Icon::Critical;
-        m_engine->run();
     } catch (const base::RuntimeError& error) {
-        say(qt(error.description()), icon, "Error");
+        say(qt(error.description()), kit::Icon::Exclamation, "Error");
+        return false;
+    }
+    try {
+        m_engine->begin();
+        return true;
+    } catch (const base::RuntimeError& error) {
+        say(qt(error.description()), kit::Icon::Critical, "Error");
+        return false;
     }
 }
 

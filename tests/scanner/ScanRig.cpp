@@ -163,6 +163,7 @@ void ScanRig::scan(scanner::ScanOptions options, const std::string& name,
                                  .quickFiles = quickFiles < 0 ? quick.files() : quickFiles,
                                  .options = std::move(options)});
     engine = &running;
+    running.begin();
     running.run();
     errorLog = running.ErrorLog();
     engine = nullptr;

@@ -35,6 +35,7 @@ protected:
                                     .quickFiles = 1,
                                     .options = options()});
         try {
+            engine.begin();
             engine.run();
         } catch (const base::RuntimeError& error) {
             return error.description();
