@@ -412,8 +412,8 @@ bool Scanform::ShowCheckPage() {
     return stays;
 }
 
-// A disc of a kind that can't be read, and an image that has gone, are told of, and the user may choose another. A
-// drive without a disc ends the program like any error that nobody expects.
+// A disc of a kind that can't be read, and an image or folder that has gone or can't be read, are told of, and the
+// user may choose another. A drive without a disc ends the program like any error that nobody expects.
 bool Scanform::beginQuickScan() {
     try {
         m_quickScan.begin(drive()[0]);
@@ -421,9 +421,9 @@ bool Scanform::beginQuickScan() {
     } catch (const base::RuntimeError& error) {
         if (!error.is(base::ErrorNumber::FileSystemUnknown) &&
             !error.is(base::ErrorNumber::FileSystemUnsupported) &&
-            !error.is(base::ErrorNumber::PathMissing))
+            !error.is(base::ErrorNumber::PathMissing) && addedPath().empty())
             throw;
-        say(qt(error.description()), kit::Icon::Exclamation, "Error");
+        sayDiscFails(error);
         return false;
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/RuntimeError.h"
 #include "db/DataSource.h"
 #include "disc/DriveTable.h"
 #include "disc/Lister.h"
@@ -179,6 +180,8 @@ private:
     void goBack();
     void goNext();
     bool namePagePasses();
+    std::filesystem::path addedPath() const;
+    void sayDiscFails(const base::RuntimeError& error);
     bool beginQuickScan();
     void runQuickScan();
     void closeAndReturn();

@@ -2,6 +2,7 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
+#include "disc/Names.h"
 #include "kit/MsgBox.h"
 #include "kit/Strings.h"
 #include "kit/Yield.h"
@@ -126,12 +127,25 @@ void Scanform::Command2_Click() {
         m_engine->run();
 }
 
+// The image or folder that stands for the drive in hand; empty for a real drive.
+std::filesystem::path Scanform::addedPath() const {
+    std::filesystem::path path;
+    base::skipErrors([&] { path = m_drives.addedPath(drive()[0]); });
+    return path;
+}
+
+void Scanform::sayDiscFails(const base::RuntimeError& error) {
+    const auto path = addedPath();
+    const auto told = path.empty() ? error : error.about(disc::shownPath(path));
+    say(qt(told.description()), kit::Icon::Exclamation, "Error");
+}
+
 // What keeps a scan from beginning is told, the disc as at the quick scan, and it can be started again.
 bool Scanform::scanBegins() {
     try {
         m_engine->lookAtDisc();
     } catch (const base::RuntimeError& error) {
-        say(qt(error.description()), kit::Icon::Exclamation, "Error");
+        sayDiscFails(error);
         return false;
     }
     try {

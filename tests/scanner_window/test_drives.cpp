@@ -8,6 +8,10 @@
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMenu>
 
+#include <linux/capability.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
 #include <fstream>
 
 using namespace discaro;
@@ -44,6 +48,24 @@ protected:
                 return true;
         return false;
     }
+};
+
+// While it lives, a process of the superuser is bound by the rights of its files as any other is.
+class WithoutPrivileges {
+public:
+    WithoutPrivileges() {
+        ::syscall(SYS_capget, &m_header, m_before);
+        const __user_cap_data_struct none[2] = {{0, m_before[0].permitted, 0},
+                                                {0, m_before[1].permitted, 0}};
+        ::syscall(SYS_capset, &m_header, none);
+    }
+    ~WithoutPrivileges() { ::syscall(SYS_capset, &m_header, m_before); }
+    WithoutPrivileges(const WithoutPrivileges&) = delete;
+    WithoutPrivileges& operator=(const WithoutPrivileges&) = delete;
+
+private:
+    __user_cap_header_struct m_header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct m_before[2]{};
 };
 
 // The wizard on a computer whose only drive is its disk.
@@ -327,6 +349,63 @@ TEST_F(Drives, AnAddedFolderThatHasGoneIsToldAndAnotherDriveCanBeChosen) {
     next();
     EXPECT_TRUE(form->Text3->isVisible()) << "still on the page before";
     EXPECT_EQ(count("drive"), 0);
+}
+
+TEST_F(Drives, AnAddedFolderThatMustNotBeReadIsToldByItsPathAndAnotherDriveCanBeChosen) {
+    const auto path = makeFolder("shut");
+    open();
+    form->addDiscs({path});
+    typeInto(*form->Text2, "Disc");
+    next();
+    box.expect(QString::fromStdString("There is no disc in the drive, or it cannot be read: "
+                                      "Permission denied (" +
+                                      path.string() + ")"),
+               Buttons::Ok, Icon::Exclamation, "Error");
+    std::filesystem::permissions(path, std::filesystem::perms::none);
+    {
+        const WithoutPrivileges bound;
+        const ThrowingEnd end;
+        EXPECT_NO_THROW(asHandler([this] { emit button(2).Click(); }));
+    }
+    EXPECT_TRUE(form->Text3->isVisible()) << "still on the page before";
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+    next();
+    EXPECT_EQ(said(*form->Text4), "0 Directories\r\n0 Files");
+}
+
+TEST_F(Drives, AnAddedFolderThatMustNotBeReadWhenTheScanStartsIsToldByItsPath) {
+    const auto path = makeFolder("shut");
+    open();
+    form->addDiscs({path});
+    typeInto(*form->Text2, "Disc");
+    for (int page = 2; page < 5; ++page)
+        next();
+    click(button(3));
+    std::filesystem::permissions(path, std::filesystem::perms::none);
+    box.expectTitled("Error", Icon::Exclamation);
+    {
+        const WithoutPrivileges bound;
+        click(*form->Command2);
+    }
+    EXPECT_TRUE(box.last().text.endsWith(QString::fromStdString("(" + path.string() + ")")))
+        << box.last().text.toStdString();
+    EXPECT_EQ(count("drive"), 0);
+}
+
+TEST_F(Drives, AnAddedFolderThatIsRemovedInTheQuickScanIsToldAndLeadsToTheMenu) {
+    const auto path = makeFolder("leaving");
+    for (const char* name : {"A", "B", "C"})
+        std::filesystem::create_directory(path / name);
+    open();
+    form->addDiscs({path});
+    typeInto(*form->Text2, "Disc");
+    next();
+    QTimer::singleShot(0, form, [&path] { std::filesystem::remove_all(path); });
+    box.expect("An error was found during the Quickscan operation. The scan will be cancelled.",
+               Buttons::Ok, Icon::Critical, "Error during Quickscan");
+    next();
+    EXPECT_FALSE(isUp("Scanform"));
+    EXPECT_TRUE(isUp("Switch"));
 }
 
 TEST_F(Drives, AnAddedFolderThatHasGoneWhenTheScanStartsIsToldAndTheScanCanBeStartedAgain) {
