@@ -6,7 +6,7 @@
 
 namespace discaro::base {
 
-// What can go wrong below the windows. The value is the number that a user sees; Errors.cpp holds the texts.
+// What can go wrong below the windows. The value is the number that a user sees; RuntimeError.cpp holds the texts.
 enum class ErrorNumber : int {
     // The store
     SyntaxError = 3401,

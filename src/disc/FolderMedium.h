@@ -16,12 +16,12 @@ std::string folderLabel(const std::filesystem::path& folder);
 
 // A directory tree of the computer as a medium. Names keep their bytes. Symbolic links are listed as files. One that
 // leads to a file inside the folder has that file's facts and bytes; others have facts of their own and, like pipes,
-// devices and sockets, which have length 0, no bytes. A directory that stands inside itself fails with DirectoryLoop, one that is gone with PathMissing, a root
-// that can't be opened with DriveNotReady. For one thread.
+// devices and sockets, which have length 0, no bytes. A directory that stands inside itself fails with DirectoryLoop,
+// one that is gone with PathMissing, a root that can't be opened with DriveNotReady. For one thread.
 //
-// Facts. Label: folderLabel. Size: that of the file system, of a folder for a disc none. File system: "CDFS", "UDF", or the kernel's name
-// of the type. Serial: made from the file system's identity and the folder's place in it, so it is the same each
-// time, and differs between folders.
+// Facts. Label: folderLabel. Sizes: those of the file system for a mounted one, 0 for a folder that stands for a disc.
+// File system: "CDFS", "UDF", or the kernel's name of the type. Serial: made from the file system's identity and the
+// folder's place in it, so it is the same each time, and differs between folders.
 class FolderMedium : public Medium {
 public:
     enum class Use {

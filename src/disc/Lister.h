@@ -23,8 +23,8 @@ namespace discaro::disc {
 // directory; of subdirectories with the same name the later ones are given as "NAME (2)" and so on.
 //
 // The listings of the current directory and of those above it are kept, so going up reads nothing; no others are.
-// Directories deeper than kMostLevels, or with a path longer than kLongestPath, and those that a damaged disc puts inside themselves, are shown empty and
-// damaged. For one thread; the table must outlive the lister.
+// Directories deeper than kMostLevels, or with a path longer than kLongestPath, and those that a damaged disc puts
+// inside themselves, are shown empty and damaged. For one thread; the table must outlive the lister.
 //
 // Every function may be called again after it threw, and nothing has changed by then.
 class Lister {
