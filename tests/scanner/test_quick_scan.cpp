@@ -107,6 +107,28 @@ TEST(QuickScan, AFolderThatIsRemovedWhileItIsCountedThrows) {
     EXPECT_THROW(quick.countBelow(remove), base::RuntimeError);
 }
 
+// What is in the drive is held by the count itself, and says only of each directory that it is missing.
+TEST(QuickScan, AMountedDiscThatIsTakenAwayWhileItIsCountedThrows) {
+    const ScanRig rig;
+    const auto path = app::Module1::ApplicationPath / "mounted";
+    for (const char* name : {"A", "B", "C"})
+        std::filesystem::create_directories(path / name);
+    const disc::DriveTable drives([&path] {
+        disc::Computer computer;
+        computer.mounts.push_back({"8:1", "/", "/", "ext4", "/dev/sda1", false});
+        computer.mounts.push_back({"11:0", "/", path.string(), "iso9660", "disc", true});
+        return computer;
+    });
+    disc::Lister lister(drives);
+    scanner::QuickScan quick(lister);
+    quick.begin('D');
+    const auto takeAway = [&](const std::string&) {
+        std::filesystem::remove_all(path);
+        return true;
+    };
+    EXPECT_THROW(quick.countBelow(takeAway), base::RuntimeError);
+}
+
 TEST(QuickScan, AFolderThatLosesADirectoryWhileItIsCountedIsCountedToItsEnd) {
     ScanRig rig;
     const auto path = app::Module1::ApplicationPath / "disc";
