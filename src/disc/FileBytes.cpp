@@ -2,17 +2,32 @@
 
 #include "base/RuntimeError.h"
 #include "disc/FolderFile.h"
+#include "disc/KeptClosed.h"
 #include "disc/Names.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 
 namespace discaro::disc {
 
+namespace {
+
+int openForReading(const std::filesystem::path& path) {
+    struct stat facts {};
+    if (::stat(path.c_str(), &facts) == 0 && isKeptClosed(facts)) {
+        errno = EBUSY;
+        return -1;
+    }
+    return ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+}
+
+} // namespace
+
 FileBytes::FileBytes(const std::filesystem::path& path)
-    : m_file(::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    : m_file(openForReading(path)) {
     if (m_file < 0)
         throw base::RuntimeError(systemErrorNumber(errno),
                                  shownPath(path) + " (" + systemText(errno) + ")");

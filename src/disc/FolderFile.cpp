@@ -1,5 +1,7 @@
 #include "disc/FolderFile.h"
 
+#include "disc/KeptClosed.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -78,6 +80,8 @@ std::unique_ptr<ByteSource> openFolderFile(int directory, const std::string& nam
         throwSystemError(errno);
     if (!S_ISREG(facts.st_mode))
         return nullptr;
+    if (isKeptClosed(facts))
+        return folderFile({});
     constexpr int kFlags = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
     Descriptor file(::openat(directory, name.c_str(), kFlags));
     if (!file)

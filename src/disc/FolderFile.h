@@ -20,7 +20,8 @@ base::ErrorNumber systemErrorNumber(int error);
 [[noreturn]] void throwSystemError(int error);
 
 // The regular file of this name in an open directory. Null for anything else, which is never opened: a pipe would
-// wait, a device would act. Throws base::RuntimeError as throwSystemError does, and so does reading.
+// wait, a device would act; without a byte for one that is kept closed. Throws base::RuntimeError as throwSystemError
+// does, and so does reading.
 std::unique_ptr<ByteSource> openFolderFile(int directory, const std::string& name);
 
 // The bytes of what is open for reading; none where that is nothing or no regular file. Throws ReadFailure.

@@ -1,5 +1,7 @@
 #include "disc/FolderLink.h"
 
+#include "disc/KeptClosed.h"
+
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sys/stat.h>
@@ -48,9 +50,10 @@ std::optional<std::string> oneStep(const LinkGround& ground, const std::string& 
     return text.substr(root.size());
 }
 
-bool isRegular(int file) {
+bool mayBeOpened(int file, int access) {
     struct stat facts {};
-    return ::fstat(file, &facts) == 0 && S_ISREG(facts.st_mode);
+    return ::fstat(file, &facts) == 0 && S_ISREG(facts.st_mode) &&
+           (access == O_PATH || !isKeptClosed(facts));
 }
 
 } // namespace
@@ -58,7 +61,7 @@ bool isRegular(int file) {
 Descriptor openLinked(const LinkGround& ground, std::string link, int access) {
     for (int links = 0; links < kMostLinks; ++links) {
         if (auto target = openBeneath(ground.folder, link, O_PATH)) {
-            if (!isRegular(target.number()))
+            if (!mayBeOpened(target.number(), access))
                 return {};
             if (access == O_PATH)
                 return target;

@@ -33,7 +33,8 @@ ScanEngine::ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc
     , m_watcher(watcher)
     , m_request(std::move(request))
     , m_desk(m_request.options, watcher,
-             [this](ErrorHandler::Place place) { return placeName(place); }) {}
+             [this](ErrorHandler::Place place) { return placeName(place); })
+    , m_catalogue(app::Module1::cataloguePath()) {}
 
 void ScanEngine::lookAtDisc() {
     const std::string root = rootPath(m_request.driveLetter);

@@ -2,6 +2,7 @@
 
 #include "db/DataSource.h"
 #include "disc/DriveTable.h"
+#include "disc/KeptClosed.h"
 #include "disc/Lister.h"
 #include "scanner/ErrorHandling.h"
 #include "scanner/ScanOptions.h"
@@ -107,6 +108,8 @@ private:
     ScanWatcher& m_watcher;
     ScanRequest m_request;
     ErrorDesk m_desk;
+    const disc::KeptClosed
+        m_catalogue; // so that scanning its folder leaves the transaction its lock
 
     std::optional<disc::DriveFacts> m_disc; // of the disc in hand, once it was looked at
 

@@ -2,8 +2,11 @@
 #include "scanner/ScanRig.h"
 #include "support/ExecutableBuilder.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -86,6 +89,41 @@ TEST_F(FolderScan, LinksPipesAndTheirLikeAreNoErrors) {
         EXPECT_EQ(of(name, "number of icons"), "0") << name;
         EXPECT_EQ(of(name, "file date").size(), 8u) << name;
     }
+}
+
+// Whether another process finds the file locked. In this one, closing the file would give up the lock.
+bool isLockedForOthers(const fs::path& path) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        struct flock lock {};
+        lock.l_type = F_WRLCK;
+        const int file = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
+        ::_exit(::fcntl(file, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK ? 1 : 0);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 1;
+}
+
+TEST_F(FolderScan, OfTheCataloguesOwnFolderKeepsOthersLockedOutToTheEnd) {
+    const fs::path catalogue = app::Module1::cataloguePath();
+    path = catalogue.parent_path();
+    fs::create_hard_link(catalogue, path / "setup.ini");
+    fs::create_symlink("kvt.mde", path / "link.exe");
+    write("Z.BIN", "z");
+    int yields = 0;
+    int open = 0;
+    rig.watcher.atYield = [&](int) {
+        ++yields;
+        open += isLockedForOthers(catalogue) ? 0 : 1;
+    };
+    scan("all");
+    EXPECT_GT(yields, 4);
+    EXPECT_EQ(open, 0);
+    EXPECT_EQ(rig.errorLog, "");
+    EXPECT_NE(of("kvt.mde", "file size"), "0");
+    EXPECT_EQ(of("link.exe", "file size"), of("kvt.mde", "file size"));
+    EXPECT_FALSE(isLockedForOthers(catalogue));
 }
 
 } // namespace
