@@ -54,7 +54,7 @@ void ScanEngine::run() {
     FilesLeft = m_request.quickFiles;
     skipErrors([&] { m_watcher.scanStarted(m_request.quickFiles); });
     const std::string start = m_lister.path();
-    skipErrors([&] { ClaimDiscNumber(); });
+    NumberDisc();
     AddDriveRow();
     DirectoryId = "C" + std::to_string(DiscNumber) + "D1";
     ScanDirectory();
@@ -131,6 +131,16 @@ void ScanEngine::ClaimDiscNumber() {
         master(masterTable::kScannedCdRoms) = DiscNumber;
     master(masterTable::kScanError) = "error";
     m_data.master.UpdateRecord();
+}
+
+// Without a number of its own the disc could not be told from others.
+void ScanEngine::NumberDisc() {
+    try {
+        ClaimDiscNumber();
+    } catch (const base::RuntimeError& error) {
+        if (DiscNumber == 0)
+            m_desk.giveUp(error.description());
+    }
 }
 
 // Without the disc's row nothing of the disc can be kept.

@@ -62,6 +62,7 @@ public:
 
 private:
     // The steps before the walk
+    void NumberDisc();
     void ClaimDiscNumber();
     int64_t freeDiscNumber(int64_t from, int64_t to);
     void AddDriveRow();

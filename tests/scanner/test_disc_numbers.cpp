@@ -72,5 +72,16 @@ TEST_F(DiscNumbers, TheNextOneNeverComesBackAndAFreeOneDoes) {
     EXPECT_EQ(rig.master("scanned cd-roms"), "10");
 }
 
+TEST_F(DiscNumbers, ADiscThatGetsNoneIsNotKept) {
+    db::Connection(app::Module1::cataloguePath().string(), db::Connection::Mode::ReadWrite)
+        .execute("DELETE FROM \"Master Table\"");
+    rig.scan();
+    ASSERT_GE(rig.watcher.log.size(), 2U);
+    EXPECT_TRUE(rig.watcher.log[rig.watcher.log.size() - 2].starts_with("not saved: "));
+    EXPECT_EQ(rig.count("drive"), 0);
+    EXPECT_EQ(rig.count("directories"), 0);
+    EXPECT_EQ(rig.count("files"), 0);
+}
+
 } // namespace
 } // namespace discaro::test
