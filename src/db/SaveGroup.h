@@ -14,9 +14,10 @@ class RowWriter;
 class Store;
 
 // As long as it lives, the saves of changed rows (Edit and Update) outside a transaction cost one commit for all of
-// them, or one for each hundred thousand. Each takes effect at once for all handles of the process and throws what it would throw by itself. On disc
-// they are with End, or with the group's own end, which passes over errors. Until then the file is locked for other
-// programs from the first save on, and stays open; a process that is killed leaves all of them or none.
+// them, or one for each hundred thousand. Each takes effect at once for all handles of the process and throws what it
+// would throw by itself. On disc they are with End, or with the group's own end, which passes over errors. Until then
+// the file is locked for other programs from the first save on, and stays open; a process that is killed leaves all of
+// them or none.
 //
 // A save that fails takes nothing else with it: what was saved before stays. Where the file can't take the group as a
 // whole, since a full disk has no room for its journal for instance, its saves are done again one by one, and so are
