@@ -168,12 +168,13 @@ std::vector<int64_t> inOrderOfText(Store& store, const RowQuery& query) {
 // An index may serve for the order of one number, under the same condition as for a text.
 std::string sqlInOrder(Store& store, const RowQuery& query) {
     const SortTerm& first = query.order[0];
-    if (query.order.size() == 1 && concernsOnly(query, first.field))
+    const bool one = query.order.size() == 1;
+    const std::string ties = one && first.descending ? ", rowid DESC" : ", rowid";
+    if (one && concernsOnly(query, first.field))
         return "SELECT rowid" + query.from() + " ORDER BY " +
-               quotedName(fieldOf(query, first).name) +
-               (first.descending ? " DESC, rowid DESC" : ", rowid");
+               quotedName(fieldOf(query, first).name) + (first.descending ? " DESC" : "") + ties;
     return "SELECT rowid" + Filter(store, query).from() + " ORDER BY " +
-           orderSql(query.order, *query.table->definition) + ", rowid";
+           orderSql(query.order, *query.table->definition) + ties;
 }
 
 std::vector<int64_t> sortedBySqlite(Store& store, const RowQuery& query) {

@@ -236,4 +236,14 @@ TEST_F(RowOrder, AnOrderByNumberUsesTheIndexOnlyWithoutAnotherField) {
     EXPECT_THAT(other, HasSubstr("SCAN Directories"));
 }
 
+TEST_F(RowOrder, DescendingByANumberEqualRowsTurnRoundWhateverTheCondition) {
+    addNames(std::vector<std::string>(30, "k"));
+    for (const char* condition : {"", "where [file size] > 1 ", "where [file name] like 'k' "}) {
+        const std::string statement = "select * from Files " + std::string(condition);
+        std::vector<int64_t> up = numbers(statement + "order by [file size]");
+        std::ranges::reverse(up);
+        EXPECT_EQ(numbers(statement + "order by [file size] desc"), up) << condition;
+    }
+}
+
 } // namespace discaro::db::test
