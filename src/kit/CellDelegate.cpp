@@ -145,20 +145,23 @@ void CellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelInd
     option->text = belowPicture(*option, option->text);
 }
 
-void paleWithoutFocus(QWidget& view) {
-    QPalette colours = view.palette();
+// One palette for as long as the colours are the same: styles keep pictures by it.
+const QPalette& paleWithoutFocus(const QPalette& colours) {
+    static qint64 of = 0;
+    static QPalette made;
+    if (of == colours.cacheKey())
+        return made;
     const QColor ground = colours.color(QPalette::Active, QPalette::Base);
     const QColor mark = colours.color(QPalette::Active, QPalette::Highlight);
     const auto mix = [](int one, int other) { return (kPale * one + (100 - kPale) * other) / 100; };
-    const QColor pale(mix(mark.red(), ground.red()), mix(mark.green(), ground.green()),
-                      mix(mark.blue(), ground.blue()));
-    const QColor text = colours.color(QPalette::Active, QPalette::Text);
-    if (colours.color(QPalette::Inactive, QPalette::Highlight) == pale &&
-        colours.color(QPalette::Inactive, QPalette::HighlightedText) == text)
-        return;
-    colours.setColor(QPalette::Inactive, QPalette::Highlight, pale);
-    colours.setColor(QPalette::Inactive, QPalette::HighlightedText, text);
-    view.setPalette(colours);
+    made = colours;
+    made.setColor(QPalette::Inactive, QPalette::Highlight,
+                  QColor(mix(mark.red(), ground.red()), mix(mark.green(), ground.green()),
+                         mix(mark.blue(), ground.blue())));
+    made.setColor(QPalette::Inactive, QPalette::HighlightedText,
+                  colours.color(QPalette::Active, QPalette::Text));
+    of = colours.cacheKey();
+    return made;
 }
 
 } // namespace discaro::kit

@@ -26,8 +26,8 @@ private:
     bool showsAll(const QStyleOptionViewItem& option, const QModelIndex& index, int width) const;
 };
 
-// Without the focus a view's selection is pale, so that the one that has it stands out. To be called again when the
-// palette has changed.
-void paleWithoutFocus(QWidget& view);
+// The colours of a view's rows: without the focus its selection is pale, so that the one that has it stands out. For the
+// view's initViewItemOption. As the view's own palette they would make the style keep pictures for each view by itself.
+const QPalette& paleWithoutFocus(const QPalette& colours);
 
 } // namespace discaro::kit

@@ -95,10 +95,9 @@ protected:
         View::paintEvent(event);
         Events::painted(m_list);
     }
-    void changeEvent(QEvent* event) override {
-        View::changeEvent(event);
-        if (event->type() == QEvent::PaletteChange)
-            paleWithoutFocus(*this);
+    void initViewItemOption(QStyleOptionViewItem* option) const override {
+        View::initViewItemOption(option);
+        option->palette = paleWithoutFocus(option->palette);
     }
     // Nor does releasing it elsewhere, and Ctrl does not take the selection away.
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
@@ -171,7 +170,6 @@ void ListView::prepare(QAbstractItemView& view) {
     view.setEditTriggers(QAbstractItemView::NoEditTriggers);
     view.setTabKeyNavigation(false);
     view.setFrameShape(QFrame::StyledPanel);
-    paleWithoutFocus(view);
 }
 
 QAbstractItemView& ListView::shown() const {

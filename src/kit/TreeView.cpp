@@ -42,7 +42,6 @@ TreeView::TreeView(QWidget* parent)
     header()->setStretchLastSection(false);
     header()->setResizeContentsPrecision(kWidthPrecision);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    paleWithoutFocus(*this);
     layIcons();
     m_later.setSingleShot(true);
     connect(&m_later, &QTimer::timeout, this, &TreeView::flush);
@@ -281,10 +280,13 @@ void TreeView::layIcons() {
     setIndentation(scaledLength(kIndentation));
 }
 
+void TreeView::initViewItemOption(QStyleOptionViewItem* option) const {
+    QTreeView::initViewItemOption(option);
+    option->palette = paleWithoutFocus(option->palette);
+}
+
 void TreeView::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        paleWithoutFocus(*this);
     if (event->type() == QEvent::FontChange)
         layIcons();
 }

@@ -39,6 +39,11 @@ protected:
                Qt::KeyboardModifiers keys = {}) {
         QTest::mouseClick(m_list.shown().viewport(), button, keys, at(place));
     }
+    // The colour behind a row, at its end.
+    static QColor paintedBeside(QAbstractItemView& view, const QModelIndex& row) {
+        const QRect place = view.visualRect(row);
+        return view.viewport()->grab().toImage().pixelColor(place.right() - 2, place.center().y());
+    }
     QPoint at(int place) {
         const QRect row = m_list.shown().visualRect(m_list.rows().index(place, 0));
         return {row.left() + 8, row.center().y()};
@@ -354,28 +359,33 @@ TEST_F(ListViewTest, RowsFarDownComeIntoSightInEveryLook) {
 // ---- The focus
 
 TEST_F(ListViewTest, TheSelectionIsPaleWithoutTheFocus) {
+    add({"a"});
     for (const auto view : {ListView::View::Report, ListView::View::List}) {
         m_list.setView(view);
-        const QPalette colours = m_list.shown().palette();
-        EXPECT_NE(colours.color(QPalette::Inactive, QPalette::Highlight),
-                  colours.color(QPalette::Active, QPalette::Highlight));
-        EXPECT_GE(contrast(colours.color(QPalette::Inactive, QPalette::HighlightedText),
-                           colours.color(QPalette::Inactive, QPalette::Highlight)),
-                  4.5);
-        EXPECT_GE(contrast(colours.color(QPalette::Inactive, QPalette::Highlight),
-                           colours.color(QPalette::Active, QPalette::Base)),
-                  1.2);
+        m_list.select(0);
+        const QColor ground = paintedBeside(m_list.shown(), m_list.rows().index(0, 0));
+        const QPalette colours = m_list.palette();
+        EXPECT_NE(ground, colours.color(QPalette::Active, QPalette::Highlight));
+        EXPECT_GE(contrast(colours.color(QPalette::Active, QPalette::Text), ground), 4.5);
+        EXPECT_GE(contrast(ground, colours.color(QPalette::Active, QPalette::Base)), 1.2);
     }
 }
 
 TEST_F(ListViewTest, ThePaleSelectionFollowsThePalette) {
+    add({"a"});
+    m_list.select(0);
     QPalette dark = m_list.palette();
     dark.setColor(QPalette::Base, Qt::black);
     dark.setColor(QPalette::Text, Qt::white);
     m_list.setPalette(dark);
-    const QPalette colours = m_list.shown().palette();
-    EXPECT_LT(colours.color(QPalette::Inactive, QPalette::Highlight).lightness(), 100);
-    EXPECT_EQ(colours.color(QPalette::Inactive, QPalette::HighlightedText), QColor(Qt::white));
+    const QColor ground = paintedBeside(m_list.shown(), m_list.rows().index(0, 0));
+    EXPECT_LT(ground.lightness(), 100);
+    EXPECT_NE(ground, QColor(Qt::black));
+}
+
+TEST_F(ListViewTest, ColoursOfTheirOwnWouldMakeTheHeadersPicturesBeKeptForEachView) {
+    EXPECT_FALSE(m_list.shown().testAttribute(Qt::WA_SetPalette));
+    EXPECT_EQ(&paleWithoutFocus(m_list.palette()), &paleWithoutFocus(m_list.palette()));
 }
 
 TEST_F(ListViewTest, TheFocusStaysWhenTheLookChanges) {
