@@ -13,18 +13,27 @@ Divider::Divider(QWidget* parent)
 }
 
 void Divider::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_held = true;
     m_grip = event->position().toPoint().x();
 }
 
 void Divider::mouseMoveEvent(QMouseEvent* event) {
-    if (event->buttons() & Qt::LeftButton)
+    if (m_held && event->buttons() & Qt::LeftButton)
         emit Moved(mapToParent(event->position().toPoint()).x() - m_grip);
 }
 
-void Divider::mouseDoubleClickEvent(QMouseEvent* event) {
-    m_grip = event->position().toPoint().x();
+void Divider::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
-        emit DblClick();
+        m_held = false;
+}
+
+void Divider::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_held = false;
+    emit DblClick();
 }
 
 void Divider::paintEvent(QPaintEvent*) {

@@ -18,11 +18,13 @@ signals:
 protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    int m_grip = 0; // where it was taken hold of
+    bool m_held = false; // by a press; the one that a double click ends with drags nothing
+    int m_grip = 0;      // where it was taken hold of
 };
 
 } // namespace discaro::kit

@@ -57,3 +57,15 @@ TEST_F(Divider, TellsADoubleClick) {
     QTest::mouseDClick(&handle, Qt::RightButton, {}, QPoint(2, 10));
     EXPECT_EQ(doubles, 1);
 }
+
+TEST_F(Divider, TheMouseMovingOnAfterADoubleClickDragsNothing) {
+    QTest::mousePress(&handle, Qt::LeftButton, {}, QPoint(2, 10));
+    QTest::mouseRelease(&handle, Qt::LeftButton, {}, QPoint(2, 10));
+    QTest::mouseDClick(&handle, Qt::LeftButton, {}, QPoint(2, 10));
+    moveTo(3, Qt::LeftButton);
+    EXPECT_THAT(lefts, IsEmpty());
+    QTest::mouseRelease(&handle, Qt::LeftButton, {}, QPoint(3, 10));
+    QTest::mousePress(&handle, Qt::LeftButton, {}, QPoint(2, 10));
+    moveTo(12, Qt::LeftButton);
+    EXPECT_THAT(lefts, ElementsAre(160)) << "it can be taken hold of again";
+}
