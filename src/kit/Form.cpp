@@ -133,10 +133,22 @@ const QScreen* Form::display() const {
     return opener ? opener->screen() : screen();
 }
 
+// The frame is not known before the window is shown; a title bar's height is left for it.
+QSize Form::roomForFrame() const {
+    const bool frameless = m_border == Border::None;
+    return {0, frameless ? 0 : style()->pixelMetric(QStyle::PM_TitleBarHeight)};
+}
+
+// A window larger than the screen hangs over on the right and at the foot, where neither title nor menus are.
 void Form::centre() {
     m_centred = true;
-    if (const QScreen* shownOn = display())
-        move(shownOn->availableGeometry().center() - QRect(QPoint(0, 0), size()).center());
+    const QScreen* shownOn = display();
+    if (!shownOn)
+        return;
+    const QRect available = shownOn->availableGeometry();
+    QRect whole(QPoint(0, 0), size() + roomForFrame());
+    whole.moveCenter(available.center());
+    move(std::max(whole.left(), available.left()), std::max(whole.top(), available.top()));
 }
 
 void Form::openAt(QPoint place) {
@@ -226,12 +238,10 @@ void Form::setLogicalSize(QSize size) {
         resize(firstSize());
 }
 
-// The frame is not known before the window is shown; a title bar's height is left for it.
 void Form::resizeTo(QSize size) {
     QSize wanted = scaled(QRect(QPoint(0, 0), size)).size();
-    const int frame = style()->pixelMetric(QStyle::PM_TitleBarHeight);
     if (const QScreen* shownOn = display())
-        wanted = wanted.boundedTo(shownOn->availableSize() - QSize(0, frame));
+        wanted = wanted.boundedTo(shownOn->availableSize() - roomForFrame());
     resize(wanted.expandedTo(firstSize()));
 }
 

@@ -136,6 +136,7 @@ private:
     void showAs(Modality modality);
     void waitUntilLeft();
     const QScreen* display() const;
+    QSize roomForFrame() const;
     void centre();
     void arrange();
     void arrange(const Control& control);

@@ -5,6 +5,7 @@
 #include <QtCore/QTimer>
 #include <QtGui/QCloseEvent>
 #include <QtGui/QScreen>
+#include <QtWidgets/QStyle>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -76,6 +77,21 @@ TEST_F(Sizable, ASizeFromElsewhereIsFittedToTheScreen) {
     form->resizeTo(QSize(1000000, 1000000));
     EXPECT_EQ(form->width(), form->screen()->availableSize().width());
     EXPECT_LT(form->height(), form->screen()->availableSize().height());
+}
+
+TEST_F(Sizable, ASizeThatIsFittedToTheScreenLeavesItsFootInSight) {
+    form->resizeTo(QSize(1000000, 1000000));
+    form->Show();
+    const QRect screen = form->screen()->availableGeometry();
+    const int title = form->style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    EXPECT_EQ(form->pos(), screen.topLeft());
+    EXPECT_LE(form->pos().y() + title + form->height(), screen.bottom() + 1);
+}
+
+TEST_F(Sizable, AWindowLargerThanTheScreenBeginsAtItsCorner) {
+    form->setLogicalSize(form->screen()->availableSize() + QSize(200, 100));
+    form->Show();
+    EXPECT_EQ(form->pos(), form->screen()->availableGeometry().topLeft());
 }
 
 TEST_F(Sizable, GrowsWithTheFontAndLaysItselfOutAgain) {
