@@ -90,33 +90,43 @@ QString belowPicture(const QStyleOptionViewItem& option, const QString& text) {
     return inTwoLines(text, option.font, room);
 }
 
+// Whether what needs that width and stands on one side of its cell is seen from its beginning to its end. A view that is
+// scrolled sideways hides the one or the other.
+bool isInSight(int width, Qt::Alignment side, const QRect& cell, const QRect& seen) {
+    const QRect place =
+        QStyle::alignedRect(Qt::LeftToRight, side, QSize(width, cell.height()), cell);
+    return width <= cell.width() && place.left() >= seen.left() && place.right() <= seen.right();
+}
+
 } // namespace
 
 CellDelegate::CellDelegate(QObject* parent)
     : QStyledItemDelegate(parent) {}
 
 bool CellDelegate::showsAll(const QStyleOptionViewItem& option, const QModelIndex& index,
-                            int width) const {
+                            const QRect& cell, const QRect& seen) const {
     const QString text = index.data(Qt::DisplayRole).toString();
     switch (lookOf(iconsOf(option))) {
     case Look::Large:
         return text.endsWith(kMore) || !belowPicture(option, text).endsWith(kMore);
     case Look::Small:
     case Look::List:
-        return widthBeside(option, text) <= width;
+        return isInSight(widthBeside(option, text), Qt::AlignLeft, cell, seen);
     case Look::Cell:
         break;
     }
-    return QStyledItemDelegate::sizeHint(option, index).width() <= width;
+    const Qt::Alignment side(index.data(Qt::TextAlignmentRole).toInt());
+    return isInSight(QStyledItemDelegate::sizeHint(option, index).width(), side, cell, seen);
 }
 
 bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                              const QStyleOptionViewItem& option, const QModelIndex& index) {
     if (event->type() != QEvent::ToolTip)
         return QStyledItemDelegate::helpEvent(event, view, option, index);
-    const QRect seen = view->visualRect(index).intersected(view->viewport()->rect());
+    const QRect cell = view->visualRect(index);
+    const QRect seen = view->viewport()->rect();
     const bool oneLine = !index.data(Qt::ToolTipRole).toString().contains(u'\n');
-    if (!oneLine || !showsAll(option, index, seen.width()))
+    if (!oneLine || !showsAll(option, index, cell, seen))
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     QToolTip::hideText();
     return true;

@@ -23,7 +23,8 @@ protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
 private:
-    bool showsAll(const QStyleOptionViewItem& option, const QModelIndex& index, int width) const;
+    bool showsAll(const QStyleOptionViewItem& option, const QModelIndex& index, const QRect& cell,
+                  const QRect& seen) const;
 };
 
 // The colours of a view's rows: without the focus its selection is pale, so that the one that has it stands out. For the

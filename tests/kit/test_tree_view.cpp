@@ -2,10 +2,13 @@
 #include "kit/TreeView.h"
 
 #include <QtGui/QClipboard>
+#include <QtGui/QHelpEvent>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QScrollBar>
+#include <QtWidgets/QToolTip>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -409,6 +412,17 @@ protected:
                node.bottom() <= m_tree.viewport()->height();
     }
 
+    // The tool tip that comes where the mouse rests on what is seen of the node.
+    QString tipOn(const QString& key) {
+        const QRect seen = m_tree.visualRect(m_tree.nodes().place(m_tree.nodes().find(key)))
+                               .intersected(m_tree.viewport()->rect());
+        QHelpEvent hover(QEvent::ToolTip, seen.center(),
+                         m_tree.viewport()->mapToGlobal(seen.center()));
+        QToolTip::hideText();
+        QApplication::sendEvent(m_tree.viewport(), &hover);
+        return QToolTip::isVisible() ? QToolTip::text() : QString();
+    }
+
     TreeView m_tree;
 };
 
@@ -441,6 +455,17 @@ TEST_F(DeepTreeTest, OfATextWiderThanTheTreeTheBeginningIsInSight) {
     const int left = m_tree.visualRect(m_tree.nodes().place(node)).left();
     EXPECT_GE(left, 0);
     EXPECT_LT(left, m_tree.viewport()->width() / 2);
+}
+
+TEST_F(DeepTreeTest, ATextWhoseBeginningIsOutOfSightHasAToolTip) {
+    m_tree.ensureVisible(m_tree.nodes().find("a9"));
+    m_tree.horizontalScrollBar()->setValue(0);
+    m_tree.nodes().setText(m_tree.nodes().find("a0"), "A directory");
+    m_tree.flush();
+    EXPECT_EQ(tipOn("a0"), "");
+    const QRect node = m_tree.visualRect(m_tree.nodes().place(m_tree.nodes().find("a0")));
+    m_tree.horizontalScrollBar()->setValue(node.left() + 20);
+    EXPECT_TRUE(tipOn("a0").contains("A directory"));
 }
 
 } // namespace discaro::kit
