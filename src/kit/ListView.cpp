@@ -417,9 +417,11 @@ void ListView::paintEmpty() {
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &painter, &ground);
 }
 
+// Rows that are taken in only now may select the first one; no key did that.
 int ListView::keyBegins() {
+    const int item = selectedItem();
     m_selectionMoved = false;
-    return selectedItem();
+    return item;
 }
 
 void ListView::keyDone(int itemBefore) {

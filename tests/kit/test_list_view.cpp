@@ -176,6 +176,15 @@ TEST_F(ListViewTest, ArrowsTellClickAndItem) {
     EXPECT_EQ(items.size(), 2) << "there is nowhere to go";
 }
 
+TEST_F(ListViewTest, AKeyThatComesBeforeTheRowsAreShownTellsNothing) {
+    m_list.setFirstSelected();
+    m_list.add({.key = {}, .text = "a", .icon = {}, .tag = {}, .subItems = {}});
+    QSignalSpy clicks(&m_list, &ListView::Click);
+    key(Qt::Key_Shift);
+    EXPECT_EQ(m_list.selectedPlaces(), std::vector<int>{0});
+    EXPECT_EQ(clicks.size(), 0);
+}
+
 TEST_F(ListViewTest, DoubleClicksAndEnterNeedARow) {
     QSignalSpy chosen(&m_list, &ListView::DblClick);
     key(Qt::Key_Return);
