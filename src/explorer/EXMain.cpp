@@ -138,10 +138,12 @@ void EXMain::Form_Unload() {
     app::Windows::Show("Switch");
 }
 
+// Where it only makes up for a lock, what the user has chosen meanwhile stays.
 void EXMain::Timer2_Timer() {
     const db::WaitOnce once;
     Timer2->setEnabled(false);
     const bool again = m_locked;
+    const bool afresh = !again || isJumpWanted();
     for (db::DataSource* source : {&Data1, &Data2})
         if (!source->HasRecordset())
             skipErrors([source] { source->Refresh(); });
@@ -149,16 +151,19 @@ void EXMain::Timer2_Timer() {
         return leaveEmptyCatalogue();
     skipErrors([] { app::Module1::OpenCatalogue(); });
     addFirstNode();
-    lvwdb->rows().setSortOrder(Qt::AscendingOrder);
+    if (afresh) {
+        lvwdb->rows().setSortOrder(Qt::AscendingOrder);
+        ViewMode = "file";
+    }
     FillDiscList();
-    ViewMode = "file";
     skipErrors([this] { tvwdb->selectNode(CurrentNode); });
     app::Windows::Unload("Loading");
     Combo1->setListIndex(0);
     yield();
     if (isUnloaded())
         return;
-    restoreToolbar();
+    if (afresh)
+        restoreToolbar();
     if (!m_locked) {
         jumpToDirectory();
         jumpToFile();

@@ -119,6 +119,7 @@ private:
     void tvwdb_DblClick();
     void tvwdb_MouseDown(QPoint global);
     void addFirstNode();
+    static bool isJumpWanted();
     void jumpToDisc();
     void jumpToDirectory();
     void jumpToFile();

@@ -265,6 +265,10 @@ void EXMain::collapse_Click() {
 
 // ---- Jumps
 
+bool EXMain::isJumpWanted() {
+    return !shared::JumpDisc.empty() || !shared::JumpDirectory.empty() || !shared::JumpFile.empty();
+}
+
 void EXMain::jumpToDirectory() {
     if (shared::JumpDirectory.empty())
         return;

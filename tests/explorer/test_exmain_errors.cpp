@@ -249,6 +249,26 @@ TEST_F(ExplorerErrors, TheDiscListIsFilledWhenTheWindowComesBackAfterTheLock) {
     EXPECT_FALSE(window.Timer2->isEnabled()) << "nothing is left to fill";
 }
 
+TEST_F(ExplorerErrors, ViewOrderAndToolbarStayWhenTheDiscListIsFilledAfterTheLock) {
+    EXMain& window = openOn("C1D1");
+    window.RunCommand("info view");
+    window.RunCommand("descending");
+    lock();
+    ScriptedMsgBox answers;
+    expectLocked(answers);
+    choose(window, "refreshall");
+    unlock();
+    comeBackTo(window);
+    rig.load(window);
+    ASSERT_EQ(window.Combo1->count(), 2);
+    EXPECT_EQ(window.ViewMode, "info");
+    EXPECT_TRUE(window.MenuBar1->isMarked("listviewInfoView"));
+    EXPECT_TRUE(window.Toolbar1->isPressed("Info View"));
+    EXPECT_EQ(window.lvwdb->rows().sortOrder(), Qt::DescendingOrder);
+    EXPECT_TRUE(window.MenuBar1->isMarked("DescendingOrder"));
+    EXPECT_TRUE(window.Toolbar1->isPressed("descending"));
+}
+
 TEST_F(ExplorerErrors, AJumpIntoALockedCatalogueIsMadeWhenTheDiscListIsFilled) {
     shared::JumpDisc = "1";
     shared::JumpDirectory = "C1D1S1";
