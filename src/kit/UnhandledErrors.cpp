@@ -97,11 +97,10 @@ void reportingErrors(const std::function<void()>& step) {
 }
 
 void endWithCurrentError() {
-    const QString text = currentErrorText();
-    if (!g_endingByError) {
-        const Ending ending;
-        MsgBox(text, Buttons::Ok, Icon::Critical, QCoreApplication::applicationName());
-    }
+    if (g_endingByError)
+        return;
+    const Ending ending;
+    MsgBox(currentErrorText(), Buttons::Ok, Icon::Critical, QCoreApplication::applicationName());
     EndProgram(1);
 }
 

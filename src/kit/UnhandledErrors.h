@@ -30,8 +30,8 @@ private:
 void reportingErrors(const std::function<void()>& step);
 
 // Shows the box for the exception being handled and ends the process. To be called inside a catch
-// block.
-[[noreturn]] void endWithCurrentError();
+// block. While the box of another error is up it does nothing: the process ends with the answer.
+void endWithCurrentError();
 
 // Whether the process is ending by an error: timers and declared handlers rest while its box is up.
 bool isEndingByError();

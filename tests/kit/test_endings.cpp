@@ -112,6 +112,23 @@ TEST_F(Endings, DeclaredHandlersRestWhileTheReportIsUp) {
     EXPECT_EQ(runs, 1);
 }
 
+TEST_F(Endings, ASecondErrorWaitsForTheAnswerToTheReport) {
+    QCoreApplication::setApplicationName("discaro-test");
+    form->onCommand = [] { throw RuntimeError(ErrorNumber::DiskFull); };
+    int reports = 0;
+    bool answered = false;
+    const auto before = kit::setAnswerer([&](const kit::Question&) {
+        ++reports;
+        kit::reportingErrors([] { throw RuntimeError(ErrorNumber::NoTransaction); });
+        answered = true;
+        return kit::Answer::Ok;
+    });
+    EXPECT_EQ(endOfClick(), 1);
+    kit::setAnswerer(before);
+    EXPECT_EQ(reports, 1);
+    EXPECT_TRUE(answered);
+}
+
 TEST(EndProgram, EndsTheProcessAtOnceWithItsExitCode) {
     EXPECT_EXIT(kit::EndProgram(3), ::testing::ExitedWithCode(3), "");
 }
