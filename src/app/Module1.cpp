@@ -44,9 +44,16 @@ bool isDrivePath(std::string_view path) {
 bool existsOnDrive(const std::string& path, const disc::DriveTable& drives) {
     disc::Lister lister(drives);
     const auto folder = path.substr(0, std::max<size_t>(path.rfind('\\'), 3));
-    if (!base::skipErrors([&] { lister.setPath(folder); }))
+    if (!base::skipErrors([&] { lister.setPath(folder); }) || lister.takeDamage())
         return true;
-    return lister.fileExists(path) || base::skipErrors([&] { lister.setPath(path); });
+    if (lister.fileExists(path))
+        return true;
+    try {
+        lister.setPath(path);
+        return true;
+    } catch (const base::RuntimeError& error) {
+        return !error.is(base::ErrorNumber::PathMissing);
+    }
 }
 
 bool existsOnComputer(const std::filesystem::path& path) {

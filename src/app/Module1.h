@@ -63,8 +63,8 @@ std::filesystem::path cataloguePath();
 void OpenCatalogue();
 
 // False exactly when the file is not there in a folder that is; true in every other case, such as a folder that is
-// missing, a file that can't be read, or a path that names a folder. Takes a drive path ("D:\AUTORUN.INF") or a path
-// of this computer.
+// missing, a file or folder that can't be read, or a path that names a folder. Takes a drive path ("D:\AUTORUN.INF") or
+// a path of this computer.
 bool FileExists(const std::string& path, const disc::DriveTable& drives = disc::driveTable());
 
 // One channel of a 24-bit colour laid out blue-green-red: index 1 red, 2 green, 3 blue, each 0 to 255.

@@ -224,7 +224,8 @@ TEST(NameChecks, EachDiscOfTheSerialIsAskedAboutUntilOneIsRefused) {
 
 TEST(FileExists, IsFalseOnlyForAMissingFileInAFolderThatIsThere) {
     ScanRig rig;
-    rig.insert(folder("", {file("autorun.inf"), folder("SUB")}));
+    rig.insert(folder("", {file("autorun.inf"), folder("SUB"),
+                           folder("BAD").withFailure(base::ErrorNumber::ReadFailure)}));
     EXPECT_TRUE(app::Module1::FileExists(rig.root + "AUTORUN.INF", rig.drives));
     EXPECT_FALSE(app::Module1::FileExists(rig.root + "other.inf", rig.drives));
     EXPECT_TRUE(app::Module1::FileExists(rig.root + "NOWHERE\\other.inf", rig.drives));
@@ -232,6 +233,7 @@ TEST(FileExists, IsFalseOnlyForAMissingFileInAFolderThatIsThere) {
     EXPECT_TRUE(app::Module1::FileExists(rig.root + "SUB\\", rig.drives));
     EXPECT_TRUE(app::Module1::FileExists(rig.root, rig.drives));
     EXPECT_FALSE(app::Module1::FileExists(rig.root + "SUB\\other", rig.drives));
+    EXPECT_TRUE(app::Module1::FileExists(rig.root + "BAD\\other", rig.drives)) << "can't be known";
     const auto here = app::Module1::ApplicationPath;
     EXPECT_TRUE(app::Module1::FileExists((here / "kvt.mde").string()));
     EXPECT_FALSE(app::Module1::FileExists((here / "kvt.bak").string()));
