@@ -15,6 +15,21 @@ namespace {
 
 constexpr size_t kMostSaves = 100'000; // what waits for the commit is kept in memory
 
+// True within its scope.
+class Flagged {
+public:
+    explicit Flagged(bool& flag)
+        : m_flag(flag) {
+        m_flag = true;
+    }
+    ~Flagged() { m_flag = false; }
+    Flagged(const Flagged&) = delete;
+    Flagged& operator=(const Flagged&) = delete;
+
+private:
+    bool& m_flag;
+};
+
 SaveGroup*& inForce() {
     static SaveGroup* group = nullptr;
     return group;
@@ -61,15 +76,13 @@ bool SaveGroup::save(Store& store, RowWriter& writer, int64_t number, const Edit
         giveWay();
     if (m_store == nullptr)
         begin(store);
-    m_saving = true;
     try {
+        const Flagged saving(m_saving);
         const bool found = writer.write(number, row, mask);
-        m_saving = false;
         if (found)
             m_saves.push_back({writer.shared_from_this(), number, mask, row.values(mask)});
         return found;
     } catch (const RuntimeError& error) {
-        m_saving = false;
         if (!breaksTransaction(error) && store.connection().inTransaction())
             throw;
     }

@@ -3,6 +3,7 @@
 #include "db/SaveGroup.h"
 #include "db/Shelf.h"
 #include "support/FaultVfs.h"
+#include "support/RefusedMemory.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <new>
 
 namespace discaro::db::test {
 namespace {
@@ -250,6 +252,23 @@ TEST_F(SaveGroups, ALockedFileRefusesEachAsItWouldWithoutAGroup) {
     group.End();
     EXPECT_EQ(changed(-1), 100);
     Connection::setLockWait(2000);
+}
+
+TEST_F(SaveGroups, ASaveThatRunsOutOfMemoryTakesNoOtherWithIt) {
+    const auto discs = open()->OpenRecordset("Discs");
+    SaveGroup group;
+    discs->Edit();
+    (*discs)("id number") = 7;
+    discs->Update();
+    discs->Edit();
+    (*discs)("prefered name") = "another name";
+    {
+        const discaro::test::RefusedMemory refused;
+        EXPECT_THROW(discs->Update(), std::bad_alloc);
+    }
+    group.End();
+    EXPECT_EQ(RawDatabase(path()).text("SELECT \"id number\" || \"prefered name\" FROM Discs"),
+              "7one");
 }
 
 } // namespace
