@@ -120,10 +120,12 @@ void Recordset::insertRow() {
 void Recordset::changeRow() {
     const uint64_t mask = changedFields();
     const bool fresh = m_rows->fresh();
+    const uint64_t& changed = m_rows->query().table->changed;
+    const uint64_t before = changed;
     if (!m_writer->update(m_rows->number(), m_edit, mask))
         throw RuntimeError(ErrorNumber::RecordGone);
     if (mask != 0)
-        m_rows->rowChanged(fresh);
+        m_rows->rowChanged(fresh && changed == before + 1); // more is not of this row alone
 }
 
 // Bound controls write all they show; what is the same already is left alone, and its indexes with it.

@@ -271,5 +271,21 @@ TEST_F(SaveGroups, ASaveThatRunsOutOfMemoryTakesNoOtherWithIt) {
               "7one");
 }
 
+TEST_F(SaveGroups, RowsThatAnotherProgramHasChangedAreReadAnewAfterASave) {
+    const auto files = open()->OpenRecordset("Files");
+    for (int moves = 0; moves < 10; ++moves) {
+        (*files)("directory number").Text();
+        (*files)("file size").Number();
+        files->MoveNext(); // reads ahead the fields that are asked for
+    }
+    RawDatabase(path(), FaultVfs::name()).execute("UPDATE Files SET \"file size\" = 5");
+    SaveGroup group;
+    files->Edit();
+    (*files)("file size") = -1;
+    files->Update();
+    files->MoveNext();
+    EXPECT_EQ((*files)("file size").Number(), 5);
+}
+
 } // namespace
 } // namespace discaro::db::test
