@@ -41,7 +41,7 @@ void goToStart(Scanform& wizard, const char* disc, const std::string& detail) {
         wizard.Option1->click();
     else if (detail == "minimal")
         wizard.Option3->click();
-    wizard.addDisc(disc);
+    wizard.addDiscs({disc});
     wizard.Text2->setText("Bench");
     for (int page = 2; page < 5; ++page)
         wizard.Command1(2).click();

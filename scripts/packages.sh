@@ -26,7 +26,7 @@ test_packages=(
     python3 universal-ctags shellcheck git sqlite3 procps
 )
 
-# For the benchmarks, which neither ./run nor ./test builds.
+# For the benchmarks, which ./test builds and nobody runs but by hand.
 # shellcheck disable=SC2034
 bench_packages=(libbenchmark-dev)
 
