@@ -1,4 +1,4 @@
-// search_store CATALOGUE ROUNDS [pairs]: how long the store takes to open the searches that the page for files composes,
+// search_store CATALOGUE ROUNDS [pairs | CONDITION]: how long the store takes to open the searches that the page for files composes,
 // on a catalogue of make_catalogue_big: no condition, each of the fourteen fields with a pattern or number that few,
 // some and nearly all files meet, with `pairs` all pairs of these. Prints processor time and the clock's, the least of
 // the rounds, in milliseconds. search_store.py sets the sqlite3 shell beside it.
@@ -101,8 +101,10 @@ int main(int argc, char** argv) {
     const int rounds = std::atoi(argv[2]);
     const auto database = db::DBEngine::OpenDatabase(argv[1]);
     print(measure(*database, "", rounds), "no condition");
-    if (argc == 4)
+    if (argc == 4 && std::string_view(argv[3]) == "pairs")
         return measurePairs(*database, rounds), 0;
+    if (argc == 4)
+        return print(measure(*database, argv[3], rounds), argv[3]), 0;
     for (const auto& conditions : kConditions)
         for (const std::string& condition : conditions)
             print(measure(*database, "and " + condition, rounds), condition);

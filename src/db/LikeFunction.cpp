@@ -19,15 +19,22 @@ std::string_view textIn(sqlite3_value* value) {
     return {text == nullptr ? "" : text, static_cast<size_t>(sqlite3_value_bytes(value))};
 }
 
-bool matches(LikePattern& pattern, sqlite3_value* value) {
+void answer(sqlite3_context* context, LikePattern& pattern, sqlite3_value* value) {
+    bool matches = false;
     switch (sqlite3_value_type(value)) {
+    case SQLITE_NULL:
+        return sqlite3_result_null(context);
     case SQLITE_INTEGER:
-        return pattern.matches(base::numberText(static_cast<int64_t>(sqlite3_value_int64(value))));
+        matches =
+            pattern.matches(base::numberText(static_cast<int64_t>(sqlite3_value_int64(value))));
+        break;
     case SQLITE_FLOAT:
-        return pattern.matches(base::numberText(sqlite3_value_double(value)));
+        matches = pattern.matches(base::numberText(sqlite3_value_double(value)));
+        break;
     default:
-        return pattern.matches(textIn(value));
+        matches = pattern.matches(textIn(value));
     }
+    sqlite3_result_int(context, matches ? 1 : 0);
 }
 
 void freePattern(void* pattern) {
@@ -36,24 +43,23 @@ void freePattern(void* pattern) {
 
 // The engine keeps the pattern as long as the statement runs, and may free it at once when memory
 // is short; so the match comes first.
-bool compileAndMatch(sqlite3_context* context, sqlite3_value* pattern, sqlite3_value* value) {
+void compileAndAnswer(sqlite3_context* context, sqlite3_value* pattern, sqlite3_value* value) {
+    if (sqlite3_value_type(pattern) == SQLITE_NULL)
+        return sqlite3_result_null(context);
     auto compiled = std::make_unique<LikePattern>(textIn(pattern));
-    const bool result = matches(*compiled, value);
+    answer(context, *compiled, value);
     sqlite3_set_auxdata(context, 0, compiled.release(), &freePattern);
-    return result;
 }
 
-// Called by the engine's C code, which no exception may cross.
+// Called by the engine's C code, which no exception may cross. As few calls of the engine as will do: this runs for
+// every row.
 void like(sqlite3_context* context, int, sqlite3_value** arguments) {
-    if (sqlite3_value_type(arguments[0]) == SQLITE_NULL ||
-        sqlite3_value_type(arguments[1]) == SQLITE_NULL)
-        return sqlite3_result_null(context);
     try {
         auto* compiled = static_cast<LikePattern*>(sqlite3_get_auxdata(context, 0));
-        const bool result = compiled != nullptr
-                                ? matches(*compiled, arguments[1])
-                                : compileAndMatch(context, arguments[0], arguments[1]);
-        sqlite3_result_int(context, result ? 1 : 0);
+        if (compiled != nullptr)
+            answer(context, *compiled, arguments[1]);
+        else
+            compileAndAnswer(context, arguments[0], arguments[1]);
     } catch (const std::bad_alloc&) {
         sqlite3_result_error_nomem(context);
     }

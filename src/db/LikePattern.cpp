@@ -66,11 +66,16 @@ size_t matchBackward(std::string_view part, std::string_view text, size_t from) 
 // whatever it holds, but prepares for that longer than a name takes to search.
 size_t findPlain(std::string_view part, std::string_view text, size_t from) {
     constexpr size_t kShort = 512;
-    if (text.size() - from <= kShort)
-        return text.find(part, from);
+    if (part.size() == 1 || text.size() - from <= kShort)
+        return part.size() == 1 ? text.find(part[0], from) : text.find(part, from);
     const void* found = memmem(text.data() + from, text.size() - from, part.data(), part.size());
     return found == nullptr ? kNone
                             : static_cast<size_t>(static_cast<const char*>(found) - text.data());
+}
+
+size_t findPlainEnd(std::string_view part, std::string_view text, size_t from) {
+    const size_t found = findPlain(part, text, from);
+    return found == kNone ? kNone : found + part.size();
 }
 
 // The place so many characters further on; kNone when the text has not as many.
@@ -162,7 +167,7 @@ bool LikePattern::matchesFolded(std::string_view text) {
 // Where the first occurrence from a place on ends. Question marks at both ends of the part only count characters.
 size_t LikePattern::findEnd(const Part& part, std::string_view text, size_t from) {
     if (part.plain)
-        return findCore(part.text, text, from);
+        return findPlainEnd(part.text, text, from);
     const size_t first = part.text.find_first_not_of('?');
     if (first == kNone)
         return skip(text, from, part.text.size());
@@ -176,10 +181,8 @@ size_t LikePattern::findEnd(const Part& part, std::string_view text, size_t from
 size_t LikePattern::findCore(std::string_view core, std::string_view text, size_t from) {
     // For short texts a search costs more to prepare than it saves.
     constexpr size_t kMostTried = 4096;
-    if (core.find_first_of("?#") == kNone) {
-        const size_t found = findPlain(core, text, from);
-        return found == kNone ? kNone : found + core.size();
-    }
+    if (core.find_first_of("?#") == kNone)
+        return findPlainEnd(core, text, from);
     if ((text.size() - from) * core.size() <= kMostTried) {
         for (size_t at = from; at < text.size(); at += lengthAt(text, at))
             if (const size_t end = matchForward(core, text, at); end != kNone)
