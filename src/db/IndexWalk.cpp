@@ -163,13 +163,16 @@ std::string IndexWalk::sql(std::string_view further) const {
 }
 
 bool IndexWalk::possible() {
-    return !m_store.sorts(sql(""));
+    return !m_store.sorts(sql("")) && !m_store.sorts(sqlFrom());
+}
+
+// The walk from a text on.
+std::string IndexWalk::sqlFrom() const {
+    return sql(m_field + " >= " + m_query.nextPlaceholder() + " COLLATE NOCASE AND ");
 }
 
 bool IndexWalk::walk(RowTaker& taker, std::optional<std::string_view> from) {
-    const auto statement = m_store.statement(
-        from ? sql(m_field + " >= " + m_query.nextPlaceholder() + " COLLATE NOCASE AND ")
-             : sql(""));
+    const auto statement = m_store.statement(from ? sqlFrom() : sql(""));
     const Connection::TakerScope scope(m_store.connection(), taker);
     const StatementRun run(*statement);
     run->bindAll(m_query.bindings);

@@ -25,7 +25,7 @@ public:
     // `walked` is the query without an order, its condition one of the field and the row number alone.
     IndexWalk(Store& store, const RowQuery& walked, std::string_view field);
 
-    // Whether there is such an index and the engine would use it.
+    // Whether there is such an index and the engine would use it. Holds as long as the lock.
     bool possible();
 
     // The numbers of the rows, or of those among `wanted`, in ascending order of the field.
@@ -37,6 +37,7 @@ private:
     class Merger;
 
     std::string sql(std::string_view further) const;
+    std::string sqlFrom() const;
     // Walks from a text on, from the beginning without one.
     // Returns whether the taker has ended it.
     bool walk(RowTaker& taker, std::optional<std::string_view> from);

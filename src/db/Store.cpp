@@ -112,11 +112,22 @@ std::shared_ptr<Statement> Store::prepare(std::string_view sql) {
 }
 
 const std::string& Store::plan(const std::string& sql) {
+    forgetOldPlans();
     if (const auto known = m_plans.find(sql); known != m_plans.end())
         return known->second;
     if (m_plans.size() >= kMostPlans)
         m_plans.clear();
     return m_plans.emplace(sql, m_connection.plan(sql)).first->second;
+}
+
+// A statement notices a changed schema when it reads; the words on one are of the schema that was read last.
+void Store::forgetOldPlans() {
+    const auto reading = m_statements.get("SELECT 1 FROM sqlite_schema WHERE rowid=1");
+    StatementRun(*reading)->step();
+    const int64_t version = dataVersion();
+    if (version != m_plansVersion)
+        m_plans.clear();
+    m_plansVersion = version;
 }
 
 bool Store::sorts(const std::string& sql) {
@@ -189,10 +200,14 @@ void Store::noteOthers() {
         noteVersion();
 }
 
-void Store::noteVersion() {
+int64_t Store::dataVersion() {
     const auto statement = m_statements.get("PRAGMA data_version");
     const StatementRun run(*statement);
-    const int64_t version = run->step() ? run->integer(0) : 0;
+    return run->step() ? run->integer(0) : 0;
+}
+
+void Store::noteVersion() {
+    const int64_t version = dataVersion();
     if (version != m_dataVersion)
         noteAll();
     m_dataVersion = version;

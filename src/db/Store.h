@@ -44,7 +44,8 @@ public:
     std::shared_ptr<Statement> statement(std::string_view sql) { return m_statements.get(sql); }
     std::shared_ptr<Statement> prepare(std::string_view sql);
     const StatementCache& statements() const { return m_statements; }
-    // SQLite's words on how it would run the query, one line a step. Remembered by the text.
+    // SQLite's words on how it would run the query, one line a step. Remembered by the text until another program writes
+    // to the file, so they hold as long as the lock of a ReadSpan or a transaction.
     const std::string& plan(const std::string& sql);
     // Whether it would sort.
     bool sorts(const std::string& sql);
@@ -83,7 +84,9 @@ public:
     void noteOthers();
 
 private:
+    int64_t dataVersion();
     void noteVersion();
+    void forgetOldPlans();
     void beginWrite();
     void endWrite();
     void writeFailed(const base::RuntimeError& error);
@@ -97,6 +100,7 @@ private:
     Connection m_connection;
     StatementCache m_statements;
     std::unordered_map<std::string, std::string> m_plans;
+    int64_t m_plansVersion = 0;
     Schema m_schema;
     std::vector<Table> m_tables; // in the schema's order
     int64_t m_dataVersion = 0;

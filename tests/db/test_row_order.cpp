@@ -246,4 +246,22 @@ TEST_F(RowOrder, DescendingByANumberEqualRowsTurnRoundWhateverTheCondition) {
     }
 }
 
+TEST_F(RowOrder, AnIndexThatAnotherProgramDropsIsNotReliedOn) {
+    addNames({"b", "c", "a"});
+    const auto keeper = open();
+    EXPECT_THAT(ordered(), ElementsAre("a", "b", "c"));
+    RawDatabase(path()).execute("DROP INDEX \"file name\"");
+    EXPECT_THAT(ordered(), ElementsAre("a", "b", "c"));
+}
+
+TEST_F(RowOrder, AnIndexThatTheEngineNoLongerTakesForWorthIsNotReliedOn) {
+    addNames({"b", "c", "a"});
+    const auto keeper = open();
+    EXPECT_THAT(ordered("where [id number] > 0"), ElementsAre("a", "b", "c"));
+    RawDatabase(path()).execute("ANALYZE; DELETE FROM sqlite_stat1; INSERT INTO sqlite_stat1 VALUES"
+                                "('Files', 'file name', '1000000 500000'),"
+                                "('Files', 'file directory', '100 1')");
+    EXPECT_THAT(ordered("where [id number] > 0"), ElementsAre("a", "b", "c"));
+}
+
 } // namespace discaro::db::test
