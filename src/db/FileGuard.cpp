@@ -120,14 +120,16 @@ private:
     Stamp stamp() const;
     void look();
     bool holdsWhatWasWritten() const;
+    bool isAsLeft(const Stamp& now) const;
     void takeStock(const Stamp& now);
 
     std::string m_path;
     sqlite3_file& m_file;
     int m_held; // the file itself, whatever its name; a descriptor that takes part in no lock
     bool m_known = false;
-    Stamp m_left; // as this connection left the file, or found it
-    Header m_header{};
+    Stamp m_left;      // as this connection left the file, or found it
+    Header m_header{}; // and its size, when it was whole last
+    off_t m_size = 0;
     bool m_writing = false;
     bool m_committing = false;
     bool m_touched = false; // while it wrote somebody else has, though not where it did
@@ -207,6 +209,7 @@ Header Guard::header() const {
 void Guard::takeStock(const Stamp& now) {
     m_left = now;
     m_header = header();
+    m_size = now.size;
     m_known = true;
 }
 
@@ -223,20 +226,28 @@ bool Guard::beginWriting() {
     return true;
 }
 
+// Whether the connection, or another program by the rules, has made the file what it is. What somebody else has written
+// into a transaction is known only by what the rollback has left.
+bool Guard::isAsLeft(const Stamp& now) const {
+    if (m_touched)
+        return now.size == m_size && header() == m_header;
+    return m_writing || !m_known || follows(header(), m_header);
+}
+
 // At the end of a transaction the file is whole, unless there is a journal that nobody has been able to play back.
 void Guard::unlocking() {
     look();
     const Stamp now = stamp();
-    const bool news = m_writing || !m_known || now != m_left;
+    const bool news = m_writing || m_touched || !m_known || now != m_left;
     if (news && !m_foreign && identityAt((m_path + "-journal").c_str()) == kNothing) {
-        if (m_writing || !m_known || follows(header(), m_header))
+        if (isAsLeft(now))
             takeStock(now);
         else
             m_foreign = true;
+        m_touched = false;
     }
     m_writing = false;
     m_committing = false;
-    m_touched = false;
     m_written.clear();
 }
 

@@ -13,7 +13,8 @@ namespace discaro::db {
 // does not, whoever has changed the file has counted the change on, as every SQLite program does (the change counter,
 // bytes 24 to 27). Once it is not:
 // - A file that somebody else has changed is not written any more, not by a rollback either. What a rollback has to
-//   undo is undone only where all that the connection has written still stands there.
+//   undo is undone only where all that the connection has written still stands there. One whose header or
+//   size such a rollback leaves other than it was stays somebody else's.
 // - A file that has only lost its name is written on, so that a rollback leaves it whole wherever it has been moved to.
 // - A journal at the path is not read, and it is deleted only by the connection that made it.
 // For SQLite these are no errors, so that its rollbacks run to their end. Whoever writes asks ownsFile before and after;

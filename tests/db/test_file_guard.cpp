@@ -126,6 +126,16 @@ protected:
         }
     }
 
+    // In place, so that the file does not grow.
+    static void changeRows(DataSource& discs) {
+        const auto files = discs.Database()->OpenRecordset("Files");
+        for (; !files->Eof(); files->MoveNext()) {
+            files->Edit();
+            files->Fields("file size") = 6;
+            files->Update();
+        }
+    }
+
     // The description of the error; empty for none.
     static std::string told(const std::function<void()>& action) {
         try {
@@ -249,6 +259,33 @@ TEST_F(FileGuard, AFileThatWasOnlyTouchedIsRolledBackWhole) {
     EXPECT_TRUE(bytesOf(path()) == m_original);
     add(discs->Recordset(), 2);
     EXPECT_EQ(count("Discs"), 2);
+}
+
+TEST_F(FileGuard, AFileThatTheRollbackLeavesAsAnotherStaysForeign) {
+    RawDatabase(untouched())
+        .execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
+                 "INSERT INTO Files(\"file size\") SELECT 5 FROM n");
+    const auto countOn = [this] {
+        std::fstream file(path(), std::ios::binary | std::ios::in | std::ios::out);
+        file.seekp(24).write("\0\0\7\7", 4);
+    };
+    const auto cutShort = [this] { fs::resize_file(path(), fs::file_size(path()) - 1); };
+    for (const std::function<void()>& act : std::vector<std::function<void()>>{countOn, cutShort}) {
+        putBack();
+        auto discs = source();
+        DBEngine::BeginTrans();
+        changeRows(*discs);
+        ASSERT_FALSE(bytesOf(path()) == bytesOf(untouched()));
+        act();
+        EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::CatalogueReplaced));
+        m_left = bytesOf(path());
+        EXPECT_EQ(errorOf([&] { add(discs->Recordset(), 2); }),
+                  number(ErrorNumber::CatalogueReplaced));
+        EXPECT_TRUE(bytesOf(path()) == m_left);
+        EXPECT_EQ(errorOf([&] { open(); }), number(ErrorNumber::CatalogueReplaced));
+        discs.reset();
+        EXPECT_EQ(count("Discs"), 1);
+    }
 }
 
 TEST_F(FileGuard, AFileMovedAwayAndBackIsItsOwnAgain) {
