@@ -146,7 +146,7 @@ int64_t CursorSource::count() {
             table.count = countAll();
         return *table.count;
     }
-    const uint64_t state = table.changed + table.inserted;
+    const uint64_t state = table.state();
     if (m_count < 0 || m_countState != state) {
         m_count = countAll();
         m_countState = state;

@@ -17,10 +17,6 @@ struct Sample {
     size_t begin; // of its text, which ends where that of the next one begins
 };
 
-bool isWanted(const RowNumbers* wanted, int64_t number) {
-    return wanted == nullptr || wanted->contains(number);
-}
-
 } // namespace
 
 size_t mostRows(Store& store, const Table& table) {
@@ -34,16 +30,13 @@ size_t mostRows(Store& store, const Table& table) {
 // Takes the rows in the order of the index.
 class IndexWalk::Collector : public RowTaker {
 public:
-    Collector(const RowNumbers* wanted, size_t mostRows)
-        : m_wanted(wanted) {
+    explicit Collector(size_t mostRows) {
         plain.reserve(mostRows);
         m_samples.reserve(mostRows / kSampled + 1);
         m_texts.reserve(mostRows);
     }
 
     bool take(int64_t number, const RowText& text) override {
-        if (!isWanted(m_wanted, number))
-            return false;
         if (!text.plain) {
             beyond.add(number, text);
             return false;
@@ -79,7 +72,6 @@ public:
     TextSorter beyond;
 
 private:
-    const RowNumbers* m_wanted;
     std::vector<Sample> m_samples;
     std::string m_texts;
 };
@@ -87,9 +79,8 @@ private:
 // Goes through a stretch of the index once more to put the other rows between the plain ones.
 class IndexWalk::Merger : public RowTaker {
 public:
-    Merger(const Collector& rows, const RowNumbers* wanted)
-        : m_rows(rows)
-        , m_wanted(wanted) {
+    explicit Merger(const Collector& rows)
+        : m_rows(rows) {
         m_numbers.reserve(rows.plain.size() + rows.beyond.size());
     }
 
@@ -107,7 +98,7 @@ public:
     }
 
     bool take(int64_t number, const RowText& text) override {
-        if (!text.plain || !isWanted(m_wanted, number))
+        if (!text.plain)
             return false;
         // Rows with the same text as the first one may stand in front of it.
         m_started = m_started || number == m_rows.plain[m_place];
@@ -143,7 +134,6 @@ private:
     }
 
     const Collector& m_rows;
-    const RowNumbers* m_wanted;
     FoldBuffer m_buffer;
     std::vector<int64_t> m_numbers;
     size_t m_place = 0; // in the plain rows
@@ -181,17 +171,17 @@ bool IndexWalk::walk(RowTaker& taker, std::optional<std::string_view> from) {
     return run->step();
 }
 
-std::vector<int64_t> IndexWalk::collect(const RowNumbers* wanted) {
-    Collector collector(wanted, mostRows(m_store, *m_query.table));
+std::vector<int64_t> IndexWalk::numbers() {
+    Collector collector(mostRows(m_store, *m_query.table));
     walk(collector, {});
     if (collector.beyond.size() == 0)
         return std::move(collector.plain);
-    return merged(collector, wanted);
+    return merged(collector);
 }
 
-std::vector<int64_t> IndexWalk::merged(Collector& collected, const RowNumbers* wanted) {
+std::vector<int64_t> IndexWalk::merged(Collector& collected) {
     collected.finish();
-    Merger merger(collected, wanted);
+    Merger merger(collected);
     bool more = !collected.plain.empty();
     while (more && !merger.finished()) {
         const Sample* sample = merger.start();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "db/RowNumbers.h"
 #include "db/RowSource.h"
 #include "db/RowTaker.h"
 #include "db/Store.h"
@@ -28,9 +27,8 @@ public:
     // Whether there is such an index and the engine would use it. Holds as long as the lock.
     bool possible();
 
-    // The numbers of the rows, or of those among `wanted`, in ascending order of the field.
-    std::vector<int64_t> numbers() { return collect(nullptr); }
-    std::vector<int64_t> numbers(const RowNumbers& wanted) { return collect(&wanted); }
+    // The numbers of the rows in ascending order of the field.
+    std::vector<int64_t> numbers();
 
 private:
     class Collector;
@@ -41,8 +39,7 @@ private:
     // Walks from a text on, from the beginning without one.
     // Returns whether the taker has ended it.
     bool walk(RowTaker& taker, std::optional<std::string_view> from);
-    std::vector<int64_t> collect(const RowNumbers* wanted);
-    std::vector<int64_t> merged(Collector& collected, const RowNumbers* wanted);
+    std::vector<int64_t> merged(Collector& collected);
 
     Store& m_store;
     const RowQuery& m_query;

@@ -2,9 +2,11 @@
 
 #include "db/Dialect.h"
 #include "db/IndexWalk.h"
+#include "db/RowNumbers.h"
 #include "db/TextSorter.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <optional>
 
@@ -135,6 +137,24 @@ private:
     std::vector<int64_t>& m_numbers;
 };
 
+// All rows in ascending order of a text field. Searches follow one another in a catalogue that rests, so the order is
+// remembered until a row changes.
+const std::vector<int64_t>& orderOfAll(Table& table, int field, IndexWalk& index) {
+    OrderedRows& known = table.ordered;
+    if (known.field != field || known.state != table.state())
+        known = {field, table.state(), index.numbers()};
+    return known.numbers;
+}
+
+std::vector<int64_t> among(std::vector<int64_t>& wanted, const std::vector<int64_t>& order) {
+    std::vector<int64_t> numbers;
+    numbers.reserve(wanted.size());
+    const RowNumbers set(std::move(wanted));
+    std::ranges::copy_if(order, std::back_inserter(numbers),
+                         [&set](int64_t number) { return set.contains(number); });
+    return numbers;
+}
+
 std::vector<int64_t> filteredInOrder(Store& store, const RowQuery& query,
                                      const std::string& field) {
     RowQuery all = query;
@@ -150,7 +170,7 @@ std::vector<int64_t> filteredInOrder(Store& store, const RowQuery& query,
     }
     Numbers rest(rows.numbers);
     filter.gatherBehind(rest, rows.numbers.back());
-    return index.numbers(RowNumbers(std::move(rows.numbers)));
+    return among(rows.numbers, orderOfAll(*query.table, query.order[0].field, index));
 }
 
 std::vector<int64_t> inOrderOfText(Store& store, const RowQuery& query) {
@@ -192,6 +212,7 @@ std::vector<int64_t> sortedBySqlite(Store& store, const RowQuery& query) {
 
 std::vector<int64_t> numbersInOrder(Store& store, const RowQuery& query) {
     const ReadSpan span(store);
+    store.noteVersion();
     return ordersByOneText(query) ? inOrderOfText(store, query) : sortedBySqlite(store, query);
 }
 

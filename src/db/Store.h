@@ -82,10 +82,11 @@ public:
     void noteAll();
     // The same, if another program has written to the file since the last call.
     void noteOthers();
+    // The same within a ReadSpan, after which nothing that another program writes is seen any more.
+    void noteVersion();
 
 private:
     int64_t dataVersion();
-    void noteVersion();
     void forgetOldPlans();
     void beginWrite();
     void endWrite();

@@ -44,6 +44,7 @@ void Table::noteAll() {
     ++changed;
     numberFree = false;
     count.reset();
+    ordered = {};
 }
 
 std::shared_ptr<const RecordLayout> wholeLayout(const TableDef& table) {

@@ -27,6 +27,13 @@ struct RecordLayout {
     size_t size() const { return definition.fields.size(); }
 };
 
+// The numbers of all rows of a table in ascending order of a text field, as they stood in a state of the table.
+struct OrderedRows {
+    int field = -1; // none yet
+    uint64_t state = 0;
+    std::vector<int64_t> numbers;
+};
+
 // A table of an open file, with what happened to its rows since the file was opened. The counts only grow; whoever
 // remembers something of the rows compares them to see whether it still holds.
 struct Table {
@@ -43,7 +50,9 @@ struct Table {
     uint64_t deleted = 0;
     uint64_t changed = 0; // changes and deletions
     std::optional<int64_t> count;
+    OrderedRows ordered; // the last order that a search has needed, 8 bytes a row
 
+    uint64_t state() const { return inserted + changed; }
     void noteInsert();
     void noteChange() { ++changed; }
     // Anything may have happened.

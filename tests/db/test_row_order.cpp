@@ -162,6 +162,41 @@ TEST_F(RowOrder, EveryWayGivesTheSameOrder) {
     }
 }
 
+// Searches of many rows remember the order of all, and must notice whoever changes it.
+TEST_F(RowOrder, FollowsEveryChangeBetweenTwoSearches) {
+    addNames(mixedNames(70000, 100));
+    const auto database = open();
+    const auto expectRight = [&](const char* after) {
+        const auto rows = database->OpenRecordset(
+            "select * from Files where [file size] > -1 order by [file name]");
+        std::vector<int64_t> found;
+        for (; !rows->Eof(); rows->MoveNext())
+            found.push_back(rows->RowNumber());
+        EXPECT_EQ(found, those(stored(), [](auto&) { return true; })) << after;
+    };
+    const auto rename = [&](const char* name) {
+        const auto files = database->OpenRecordset("Files");
+        files->FindFirst("[id number] = 35000");
+        files->Edit();
+        (*files)("file name") = name;
+        files->Update();
+    };
+    expectRight("nothing");
+    rename("000");
+    expectRight("a change");
+    addNames({"m"});
+    expectRight("an added row");
+    database->Execute("delete * from Files where [id number] = 7");
+    expectRight("a deletion");
+    DBEngine::BeginTrans();
+    rename("zzz");
+    expectRight("a change in a transaction");
+    DBEngine::CommitTrans();
+    expectRight("its commit");
+    RawDatabase(path()).execute("UPDATE Files SET \"file name\" = 'b' WHERE rowid = 9");
+    expectRight("another program's change");
+}
+
 TEST_F(RowOrder, RowsFarApartAreNoMatter) {
     addNames(mixedNames(70000, 100));
     RawDatabase(path()).execute("UPDATE Files SET \"id number\" = \"id number\" * 100000000000");
