@@ -1,6 +1,5 @@
 #include "db/Connection.h"
 
-#include "db/FileGuard.h"
 #include "db/LikeFunction.h"
 #include "db/SqliteError.h"
 #include "db/WaitOnce.h"
@@ -106,6 +105,10 @@ void Connection::requireFile() const {
     if (!ownsFile())
         throw base::RuntimeError(base::ErrorNumber::CatalogueReplaced,
                                  sqlite3_db_filename(handle(), "main"));
+}
+
+FileState Connection::fileState() const {
+    return stateOfFile(handle());
 }
 
 void Connection::commit() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/FileGuard.h"
 #include "db/RowTaker.h"
 #include "db/Statement.h"
 
@@ -45,6 +46,7 @@ public:
     // it past SQLite's locks. See db/FileGuard.h.
     void requireFile() const;
     bool ownsFile() const;
+    FileState fileState() const;
     // Throws so too when the file is lost while its pages are written; what is committed to a file that has gone by the
     // end is not in the one of its name.
     void commit();

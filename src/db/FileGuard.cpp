@@ -24,6 +24,7 @@ namespace {
 constexpr int kAskOwner = 0x44697301;
 constexpr int kAskLog = 0x44697302;
 constexpr int kExpectCommit = 0x44697303;
+constexpr int kAskState = 0x44697304;
 
 struct Identity {
     dev_t device = 0;
@@ -110,6 +111,7 @@ public:
     void expectCommit() { m_committing = true; }
     bool mayCommit();
     Header header() const;
+    FileState state() const;
 
 private:
     struct Written {
@@ -204,6 +206,11 @@ Header Guard::header() const {
     Header header{};
     m_file.pMethods->xRead(&m_file, header.data(), header.size(), 0);
     return header;
+}
+
+FileState Guard::state() const {
+    const Stamp now = stamp();
+    return {changesOf(header()), now.size, now.seconds, now.nanoseconds};
 }
 
 void Guard::takeStock(const Stamp& now) {
@@ -360,6 +367,8 @@ int controlFile(sqlite3_file* file, int operation, void* argument) {
         *static_cast<bool*>(argument) = guard.owns();
     else if (operation == kAskLog)
         *static_cast<bool*>(argument) = writesAhead(guard.header());
+    else if (operation == kAskState)
+        *static_cast<FileState*>(argument) = guard.state();
     else if (operation == kExpectCommit)
         guard.expectCommit();
     else
@@ -486,8 +495,9 @@ void stackOn(Layer& layer) {
     sqlite3_vfs_register(&vfs, 0);
 }
 
-bool ask(sqlite3* connection, int operation) {
-    bool answer = false;
+template <typename Answer = bool>
+Answer ask(sqlite3* connection, int operation) {
+    Answer answer{};
     sqlite3_file_control(connection, "main", operation, &answer);
     return answer;
 }
@@ -510,6 +520,10 @@ bool ownsFile(sqlite3* connection) {
 
 void expectCommit(sqlite3* connection) {
     ask(connection, kExpectCommit);
+}
+
+FileState stateOfFile(sqlite3* connection) {
+    return ask<FileState>(connection, kAskState);
 }
 
 bool hasWriteAheadLog(sqlite3* connection) {

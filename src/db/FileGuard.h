@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 struct sqlite3;
@@ -28,6 +29,16 @@ bool ownsFile(sqlite3* connection);
 
 // Before a commit: it is to fail when the file turns out not to be the connection's own.
 void expectCommit(sqlite3* connection);
+
+// What tells one state of a file from those before and after it.
+struct FileState {
+    uint32_t changes = 0; // the change counter
+    int64_t size = 0;
+    int64_t seconds = 0; // since 1970, of the last write
+    int64_t nanoseconds = 0;
+    bool operator==(const FileState&) const = default;
+};
+FileState stateOfFile(sqlite3* connection);
 
 // Whether the file's header says that it has a write-ahead log.
 bool hasWriteAheadLog(sqlite3* connection);

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 namespace discaro::db {
@@ -36,6 +37,29 @@ std::string freeNumber(const Schema& schema, const Table& table, const std::stri
     const std::string name = quotedName(table.definition->name);
     return "(SELECT " + name + "+1 FROM " + quotedName(numberTable) + " WHERE " + name +
            ">=ifnull((SELECT max(rowid) FROM " + name + "),0))";
+}
+
+// A file some of whose parts can't be made because of its rows.
+struct Refusal {
+    FileIdentity file;
+    FileState state;
+    bool operator==(const Refusal&) const = default;
+};
+
+// The last one that was met.
+std::optional<Refusal>& refusedByRows() {
+    static std::optional<Refusal> last;
+    return last;
+}
+
+// Makes the part; whether the rows stand against it.
+bool isRefusedByRows(Connection& connection, const FormatPart& part) {
+    try {
+        connection.execute(part.statement);
+        return false;
+    } catch (const base::RuntimeError& error) {
+        return error.is(base::ErrorNumber::RuleViolated);
+    }
 }
 
 } // namespace
@@ -83,23 +107,28 @@ void Store::readTables(const FileFormat& format) {
     }
 }
 
-// What can't be made (a lock, a full disk, rows that break the rule of an index) stays missing.
+// What can't be made (a lock, a full disk, rows that break the rule of an index) stays missing. The rows of a large table
+// take a while to say so: as long as nobody changes the file they are not asked again.
 bool Store::complete(const FileFormat& format) {
     const auto isMissing = [this](const FormatPart& part) {
         bool missing = false;
         base::skipErrors([&] { missing = m_connection.number(part.missing) != 0; });
         return missing;
     };
-    if (std::ranges::none_of(format.parts, isMissing))
+    const auto missing = std::ranges::count_if(format.parts, isMissing);
+    if (missing == 0 || refusedByRows() == Refusal{m_identity, m_connection.fileState()})
         return false;
+    std::ptrdiff_t refused = 0;
     base::skipErrors([&] {
         m_connection.execute("BEGIN IMMEDIATE");
         for (const FormatPart& part : format.parts)
             if (m_connection.inTransaction() && isMissing(part))
-                base::skipErrors([&] { m_connection.execute(part.statement); });
+                refused += isRefusedByRows(m_connection, part) ? 1 : 0;
         m_connection.execute("COMMIT");
     });
     rollback();
+    if (refused > 0 && refused == std::ranges::count_if(format.parts, isMissing))
+        refusedByRows() = Refusal{m_identity, m_connection.fileState()};
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include "db/Connection.h"
 #include "db/DBEngine.h"
 #include "db/DataSource.h"
+#include "support/CountedSleeps.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -106,6 +107,21 @@ TEST_F(CatalogueParts, WhatRowsStandAgainstStaysMissingAndTheRestIsMade) {
     EXPECT_EQ(open()->OpenRecordset(kDrive)->RecordCount(), 2);
     EXPECT_EQ(text("SELECT count(*) FROM sqlite_schema WHERE name = 'Drive id number'"), "0");
     EXPECT_EQ(text("SELECT count(*) FROM sqlite_schema WHERE name = 'Files file name'"), "1");
+}
+
+TEST_F(CatalogueParts, RowsThatStandAgainstAnIndexAreAskedAgainOnlyWhenTheFileHasChanged) {
+    run("DROP INDEX \"Drive id number\"; INSERT INTO Drive(\"id number\") VALUES (7), (7)");
+    open();
+    {
+        discaro::test::CountedSleeps sleeps;
+        db::Connection other(path().string(), db::Connection::Mode::ReadWrite);
+        other.execute("BEGIN IMMEDIATE");
+        open();
+        EXPECT_EQ(sleeps.takeMilliseconds(), 0) << "nothing is to be written";
+    }
+    run("UPDATE Drive SET \"id number\" = rowid");
+    open();
+    EXPECT_EQ(objects(), m_whole);
 }
 
 TEST_F(CatalogueParts, ACatalogueThatCantBeWrittenOpensAsItIs) {
