@@ -124,15 +124,6 @@ void renameWithoutReplacing(const fs::path& from, const fs::path& to) {
         refuse(errno, to);
 }
 
-void setJournalAside(const fs::path& database) {
-    const fs::path journal = database.string() + "-journal";
-    for (int number = 1; isTaken(journal); ++number) {
-        const fs::path aside = journal.string() + "." + std::to_string(number);
-        if (!isTaken(aside))
-            renameWithoutReplacing(journal, aside);
-    }
-}
-
 } // namespace
 
 void createDatabaseFile(const fs::path& path, const FileFormat& format,
@@ -154,6 +145,15 @@ void publishFile(const fs::path& finished, const fs::path& name) {
         setJournalAside(name);
     renameWithoutReplacing(finished, name);
     syncFolder(name);
+}
+
+void setJournalAside(const fs::path& database) {
+    const fs::path journal = database.string() + "-journal";
+    for (int number = 1; isTaken(journal); ++number) {
+        const fs::path aside = journal.string() + "." + std::to_string(number);
+        if (!isTaken(aside))
+            renameWithoutReplacing(journal, aside);
+    }
 }
 
 bool isDatabaseOf(const fs::path& path, const FileFormat& format) {

@@ -1,5 +1,8 @@
 #include "db/FileGuard.h"
 
+#include "base/RuntimeError.h"
+#include "db/DatabaseFile.h"
+
 #include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -8,9 +11,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -55,12 +60,22 @@ bool writesAhead(const Header& header) {
     return header[kWriteVersion] == 2;
 }
 
+uint32_t numberAt(std::span<const unsigned char> bytes, size_t place) {
+    uint32_t number = 0;
+    for (const unsigned char byte : bytes.subspan(place, 4))
+        number = number << 8U | byte;
+    return number;
+}
+
 uint32_t changesOf(const Header& header) {
     constexpr size_t kCounter = 24;
-    uint32_t number = 0;
-    for (size_t i = kCounter; i < kCounter + 4; ++i)
-        number = number << 8U | header[i];
-    return number;
+    return numberAt(header, kCounter);
+}
+
+uint32_t pageSizeOf(const Header& header) {
+    constexpr size_t kPageSize = 16;
+    const uint32_t stored = numberAt(header, kPageSize) >> 16U;
+    return stored == 1 ? 1U << 16U : stored;
 }
 
 bool sameKind(const Header& a, const Header& b) {
@@ -69,6 +84,23 @@ bool sameKind(const Header& a, const Header& b) {
     return std::equal(a.begin(), a.begin() + kMagic, b.begin()) &&
            std::equal(a.begin() + kApplication, a.begin() + kApplication + 4,
                       b.begin() + kApplication);
+}
+
+// Whether a journal was made for a longer file than this one, as "The Rollback Journal" of SQLite's file format tells. As
+// long as a file has a journal it is at least as long as it was before the change. One whose pages have another size than
+// the journal's may be in the middle of being vacuumed.
+bool isOfLonger(const std::string& journal, const Header& header, int64_t size) {
+    constexpr std::array<unsigned char, 8> kMagic = {0xd9, 0xd5, 0x05, 0xf9,
+                                                     0x20, 0xa1, 0x63, 0xd7};
+    constexpr size_t kPages = 16;
+    constexpr size_t kPageSize = 24;
+    std::array<unsigned char, kPageSize + 4> head{};
+    std::ifstream file(journal, std::ios::binary);
+    if (!file.read(reinterpret_cast<char*>(head.data()), head.size()) ||
+        !std::equal(kMagic.begin(), kMagic.end(), head.begin()))
+        return false;
+    const int64_t pageSize = numberAt(head, kPageSize);
+    return pageSize == pageSizeOf(header) && size < pageSize * numberAt(head, kPages);
 }
 
 // Whether a program that keeps SQLite's rules can have made the one of the other. A counter may run over. A
@@ -433,6 +465,8 @@ int openGuarded(const char* path, File& file) {
         file.real.pMethods->xClose(&file.real);
         return SQLITE_READONLY_DBMOVED;
     }
+    if (isOfLonger(std::string(path) + "-journal", guard->header(), guard->state().size))
+        base::skipErrors([&] { setJournalAside(path); });
     file.guard = guard.get();
     state().guards.push_back(std::move(guard));
     file.base.pMethods = methodsOfVersion(file.real.pMethods->iVersion);

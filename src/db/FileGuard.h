@@ -20,6 +20,9 @@ namespace discaro::db {
 // - A journal at the path is not read, and it is deleted only by the connection that made it.
 // For SQLite these are no errors, so that its rollbacks run to their end. Whoever writes asks ownsFile before and after;
 // only a commit that is expected fails, with SQLITE_READONLY_DBMOVED.
+//
+// A journal beside a file that is being opened is set aside, as DatabaseFile.h tells, when it was made for a longer one:
+// a killed process has left it beside its own, which has been replaced since.
 
 // The name of this layer over another; empty for the default one.
 const char* guardedLayer(const std::string& layer);

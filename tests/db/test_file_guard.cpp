@@ -109,6 +109,15 @@ protected:
         return opened;
     }
 
+    fs::path half() const { return folder() / "half"; }
+    // A copy of a catalogue and its journal as a program leaves them that is killed in the middle of a change.
+    void leaveHalfAChange(const fs::path& catalogue) const {
+        RawDatabase another(catalogue, FaultVfs::name());
+        another.execute("PRAGMA cache_size=3; BEGIN; UPDATE Files SET \"file name\" = 'changed'");
+        fs::copy_file(catalogue, half());
+        fs::copy_file(catalogue.string() + "-journal", half().string() + "-journal");
+    }
+
     static void add(Recordset& discs, int number) {
         discs.AddNew();
         discs("id number") = number;
@@ -352,14 +361,9 @@ TEST_F(FileGuard, WhatAnotherProgramWritesByTheRulesIsNoReasonToRefuse) {
 
 TEST_F(FileGuard, AJournalThatADeadProgramLeftIsPlayedBackAsEver) {
     const auto discs = source();
-    {
-        RawDatabase another(path(), FaultVfs::name());
-        another.execute("PRAGMA cache_size=3; BEGIN; UPDATE Files SET \"file name\" = 'changed'");
-        fs::copy_file(path(), folder() / "half");
-        fs::copy_file(path().string() + "-journal", folder() / "half-journal");
-    }
-    fs::copy_file(folder() / "half", path(), fs::copy_options::overwrite_existing);
-    fs::rename(folder() / "half-journal", path().string() + "-journal");
+    leaveHalfAChange(path());
+    fs::copy_file(half(), path(), fs::copy_options::overwrite_existing);
+    fs::rename(half().string() + "-journal", path().string() + "-journal");
     EXPECT_EQ(discs->Database()
                   ->OpenRecordset("select * from Files where [file name] like 'changed'")
                   ->RecordCount(),
@@ -367,6 +371,17 @@ TEST_F(FileGuard, AJournalThatADeadProgramLeftIsPlayedBackAsEver) {
     EXPECT_TRUE(bytesOf(path()) == m_original);
     add(discs->Recordset(), 2);
     EXPECT_EQ(count("Discs"), 2);
+}
+
+TEST_F(FileGuard, AJournalThatADeadProgramLeftOfALongerFileIsSetAside) {
+    leaveHalfAChange(other());
+    const std::string journal = path().string() + "-journal";
+    fs::copy_file(half().string() + "-journal", journal);
+    EXPECT_EQ(count("Files"), 150);
+    EXPECT_TRUE(bytesOf(path()) == m_original);
+    addDisc(2, "new");
+    EXPECT_FALSE(fs::exists(journal));
+    EXPECT_TRUE(bytesOf(journal + ".1") == bytesOf(half().string() + "-journal"));
 }
 
 // ---- Journal modes
