@@ -1,6 +1,6 @@
 #include "disc/BufferedBytes.h"
 
-#include "base/RuntimeError.h"
+#include "disc/UnlessGone.h"
 
 #include <algorithm>
 #include <cstring>
@@ -32,7 +32,7 @@ const BufferedBytes::Block* BufferedBytes::blockWith(uint64_t number) const {
     block.number = UINT64_MAX;
     block.lastUse = 0;
     block.bytes.resize(std::min(kBlockSize, m_size - number * kBlockSize));
-    const bool whole = base::skipErrors([&] {
+    const bool whole = skipErrorsUnlessGone([&] {
         if (m_source->read(number * kBlockSize, block.bytes) == block.bytes.size())
             block.number = number;
     });

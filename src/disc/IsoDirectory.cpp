@@ -1,6 +1,6 @@
 #include "disc/IsoDirectory.h"
 
-#include "base/RuntimeError.h"
+#include "disc/UnlessGone.h"
 
 #include <algorithm>
 
@@ -82,7 +82,7 @@ bool IsoDirectoryReader::readSector() {
     const auto wanted = std::span(m_sector).first(std::min(kSectorSize, m_end - m_position));
     m_within = 0;
     m_sectorSize = 0;
-    base::skipErrors([&] { m_sectorSize = m_medium.read(m_position, wanted); });
+    skipErrorsUnlessGone([&] { m_sectorSize = m_medium.read(m_position, wanted); });
     if (m_sectorSize < wanted.size())
         noteDamage("a part of the directory could not be read");
     m_failures = m_sectorSize == 0 ? m_failures + 1 : 0;

@@ -1,9 +1,9 @@
 #include "disc/IsoListing.h"
 
-#include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "disc/DiscTime.h"
 #include "disc/Names.h"
+#include "disc/UnlessGone.h"
 
 #include <array>
 #include <utility>
@@ -21,7 +21,7 @@ uint64_t continuationAllowance(uint64_t directorySize) {
 uint32_t sizeOfDirectory(const ByteSource& medium, const IsoGeometry& geometry, uint32_t block) {
     std::array<std::byte, 255> bytes{};
     size_t got = 0;
-    base::skipErrors([&] { got = medium.read(block * geometry.blockSize, bytes); });
+    skipErrorsUnlessGone([&] { got = medium.read(block * geometry.blockSize, bytes); });
     const auto self = parseIsoRecord(Bytes(bytes).first(got), geometry);
     return self && self->isSelf() ? self->size : static_cast<uint32_t>(kSectorSize);
 }

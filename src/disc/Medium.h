@@ -18,7 +18,7 @@ public:
     virtual uint64_t size() const = 0;
 
     // Fills the buffer from the offset; returns the bytes read, fewer than asked only at the end of the file.
-    // Throws base::RuntimeError (ReadFailure) where the medium fails.
+    // Throws base::RuntimeError: ReadFailure where the medium fails, DriveNotReady where it is gone.
     virtual size_t read(uint64_t offset, std::span<std::byte> buffer) const = 0;
 };
 
@@ -78,7 +78,7 @@ public:
     // The root directory's place.
     virtual Place root() const = 0;
 
-    // Throws when nothing of the directory can be read at all.
+    // Throws when nothing of the directory can be read at all, and DriveNotReady when the disc goes meanwhile.
     virtual Listing list(const Place& parent, const Place& directory) const = 0;
 
     // The directory is the one that listed the file.

@@ -1,7 +1,7 @@
 #include "disc/RockRidge.h"
 
-#include "base/RuntimeError.h"
 #include "disc/DiscTime.h"
+#include "disc/UnlessGone.h"
 
 #include <algorithm>
 #include <string_view>
@@ -131,7 +131,7 @@ bool RockRidgeReader::fetch(const Continuation& place, std::vector<std::byte>& b
     bool whole = false;
     if (allowed) {
         m_allowance -= bytes.size();
-        base::skipErrors([&] { whole = m_medium.read(place.offset, bytes) == bytes.size(); });
+        skipErrorsUnlessGone([&] { whole = m_medium.read(place.offset, bytes) == bytes.size(); });
     }
     m_incomplete = m_incomplete || !whole;
     return whole;

@@ -50,6 +50,8 @@ Content readContent(const std::shared_ptr<const ByteSource>& medium,
             content.bytes.insert(content.bytes.end(), piece.begin(), piece.end());
         }
     } catch (const base::RuntimeError& error) {
+        if (error.is(base::ErrorNumber::DriveNotReady))
+            throw;
         content.damage = error.description();
     }
     return content;

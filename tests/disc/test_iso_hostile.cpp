@@ -374,6 +374,24 @@ TEST(IsoHostile, ADirectoryWhoseOnlySectorIsBadCannotBeListed) {
               numberOf(ErrorNumber::DirectoryDamaged));
 }
 
+TEST(IsoHostile, ADiscThatIsGoneInADirectoryIsNoDamageOfIt) {
+    const std::string aside = susp::mode(0100444) + susp::continuation(30, 0, 2048);
+    auto builder =
+        rockRidgeIso({isoDirectory("A", 22), isoDirectory("B", 23), isoDirectory("MOVED", 24)});
+    builder.directory(22, 20, {isoFile("IN.;1")});
+    builder.directory(23, 20, {isoFile("ASIDE.;1", 0, 0, aside)});
+    builder.directory(24, 20, {isoDirectory("HERE", 0, 0, susp::childLink(31))});
+    const auto disc = std::make_shared<BufferSource>(builder.image());
+    const auto medium = openMedium({disc, {0}});
+    const auto directories = rootOf(*medium).directories;
+    for (const auto& [directory, sector] : {std::pair{0, 22}, {1, 30}, {2, 31}}) {
+        disc->failFrom(uint64_t{2048} * sector, ErrorNumber::DriveNotReady);
+        EXPECT_EQ(errorOf([&] { medium->list(medium->root(), directories.at(directory).place); }),
+                  numberOf(ErrorNumber::DriveNotReady))
+            << directory;
+    }
+}
+
 TEST(IsoHostile, ABadSectorOfAFileIsAReadFailure) {
     const auto image = plainIso({isoFile("A.;1", 30, 6000)}).image();
     const auto medium = openMedium({std::make_shared<ScratchedDisc>(image, 31), {0}});

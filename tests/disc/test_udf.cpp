@@ -431,6 +431,25 @@ TEST(UdfHostile, ADirectoryWithADamagedRecordGivesWhatIsBeforeIt) {
     EXPECT_THAT(found.damage, ElementsAre(HasSubstr("record")));
 }
 
+TEST(UdfHostile, ADiscThatIsGoneInADirectoryIsNoDamageOfIt) {
+    const auto content = udf::identifier(udf::name8("in"), 12);
+    const auto size = static_cast<uint32_t>(content.size());
+    auto builder = udfImage({udf::identifier(udf::name8("folder"), 10, kDirectoryMark)});
+    builder.putBlock(
+        10, udf::fileEntry({.type = 4, .size = size, .allocation = udf::shortExtent(size, 20)}));
+    builder.putBlock(20, content);
+    const auto disc = std::make_shared<BufferSource>(builder.image());
+    const auto medium = openMedium({disc, {0}});
+    const auto folder = rootOf(*medium).directories.at(0).place;
+    EXPECT_THAT(namesOf(medium->list(medium->root(), folder).files), ElementsAre("in"));
+    for (const uint32_t block : {20U, 10U}) {
+        disc->failFrom(uint64_t{2048} * (UdfBuilder::kStart + block), ErrorNumber::DriveNotReady);
+        EXPECT_EQ(errorOf([&] { medium->list(medium->root(), folder); }),
+                  numberOf(ErrorNumber::DriveNotReady))
+            << block;
+    }
+}
+
 TEST(UdfHostile, SizesBeyondTheDiscAreKeptAndCannotBeRead) {
     auto builder = udfImage(
         {udf::identifier(udf::name8("vast"), 10), udf::identifier(udf::name8("endless"), 11)});

@@ -1,8 +1,11 @@
 #include "app/Module1.h"
+#include "disc/OpenImage.h"
 #include "scanner/NameChecks.h"
 #include "scanner/QuickScan.h"
 #include "scanner/ScanRig.h"
 #include "scanner/Texts.h"
+#include "support/BufferSource.h"
+#include "support/IsoBuilder.h"
 
 #include <gtest/gtest.h>
 
@@ -105,6 +108,28 @@ TEST(QuickScan, AFolderThatIsRemovedWhileItIsCountedThrows) {
         return true;
     };
     EXPECT_THROW(quick.countBelow(remove), base::RuntimeError);
+}
+
+TEST(QuickScan, AnUnmountedDiscThatIsGoneInADirectoryEndsTheCountThere) {
+    auto image = plainIso({isoDirectory("A", 22), isoDirectory("B", 23), isoDirectory("C", 24)});
+    for (const uint32_t sector : {22U, 23U, 24U})
+        image.directory(sector, 20, {isoFile("IN.;1")});
+    ScanRig rig;
+    const auto bytes = std::make_shared<BufferSource>(image.image());
+    rig.letter = rig.drives.addMedium(disc::openMedium({bytes, {0}}));
+    scanner::QuickScan quick(rig.lister);
+    quick.begin(rig.letter);
+    const auto takeOut = [&](const std::string& path) {
+        EXPECT_TRUE(path.ends_with("\\A")) << path;
+        bytes->failFrom(0, base::ErrorNumber::DriveNotReady);
+        return true;
+    };
+    try {
+        quick.countBelow(takeOut);
+        ADD_FAILURE() << "counted to its end";
+    } catch (const base::RuntimeError& error) {
+        EXPECT_TRUE(error.is(base::ErrorNumber::DriveNotReady)) << error.description();
+    }
 }
 
 // What is in the drive is held by the count itself, and says only of each directory that it is missing.

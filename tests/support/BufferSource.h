@@ -22,7 +22,10 @@ public:
     void claimSize(uint64_t size) { m_claimed = size; }
 
     // Reads that touch the byte at the offset, or any behind it, throw.
-    void failFrom(uint64_t offset) { m_failure = offset; }
+    void failFrom(uint64_t offset, base::ErrorNumber number = base::ErrorNumber::ReadFailure) {
+        m_failure = offset;
+        m_number = number;
+    }
 
     int reads() const { return m_reads; }
     uint64_t bytesAsked() const { return m_bytesAsked; }
@@ -33,7 +36,7 @@ public:
         ++m_reads;
         m_bytesAsked += buffer.size();
         if (offset + buffer.size() > m_failure)
-            throw base::RuntimeError(base::ErrorNumber::ReadFailure);
+            throw base::RuntimeError(m_number);
         if (offset >= m_bytes.size() || buffer.empty())
             return 0;
         const size_t count = std::min<size_t>(buffer.size(), m_bytes.size() - offset);
@@ -45,6 +48,7 @@ private:
     std::string m_bytes;
     uint64_t m_claimed = 0;
     uint64_t m_failure = std::numeric_limits<uint64_t>::max();
+    base::ErrorNumber m_number = base::ErrorNumber::ReadFailure;
     mutable int m_reads = 0;
     mutable uint64_t m_bytesAsked = 0;
 };
