@@ -25,6 +25,14 @@ scanner::QuickScan counted(ScanRig& rig) {
     return quick;
 }
 
+// A folder with A, B and C in it, in the folder of the rig.
+std::filesystem::path makeThreeDirectories() {
+    auto path = app::Module1::ApplicationPath / "disc";
+    for (const char* name : {"A", "B", "C"})
+        std::filesystem::create_directories(path / name);
+    return path;
+}
+
 } // namespace
 
 TEST(QuickScan, LeavesTheRootOutOfTheDirectoriesAndCountsItsFiles) {
@@ -97,9 +105,7 @@ TEST(QuickScan, ADiscThatLeavesWhileItIsCountedThrows) {
 
 TEST(QuickScan, AFolderThatIsRemovedWhileItIsCountedThrows) {
     ScanRig rig;
-    const auto path = app::Module1::ApplicationPath / "disc";
-    for (const char* name : {"A", "B", "C"})
-        std::filesystem::create_directories(path / name);
+    const auto path = makeThreeDirectories();
     rig.letter = rig.drives.addImageOrFolder(path);
     scanner::QuickScan quick(rig.lister);
     quick.begin(rig.letter);
@@ -135,9 +141,7 @@ TEST(QuickScan, AnUnmountedDiscThatIsGoneInADirectoryEndsTheCountThere) {
 // What is in the drive is held by the count itself, and says only of each directory that it is missing.
 TEST(QuickScan, AMountedDiscThatIsTakenAwayWhileItIsCountedThrows) {
     const ScanRig rig;
-    const auto path = app::Module1::ApplicationPath / "mounted";
-    for (const char* name : {"A", "B", "C"})
-        std::filesystem::create_directories(path / name);
+    const auto path = makeThreeDirectories();
     const disc::DriveTable drives([&path] {
         disc::Computer computer;
         computer.mounts.push_back({"8:1", "/", "/", "ext4", "/dev/sda1", false});
@@ -156,9 +160,7 @@ TEST(QuickScan, AMountedDiscThatIsTakenAwayWhileItIsCountedThrows) {
 
 TEST(QuickScan, AFolderThatLosesADirectoryWhileItIsCountedIsCountedToItsEnd) {
     ScanRig rig;
-    const auto path = app::Module1::ApplicationPath / "disc";
-    for (const char* name : {"A", "B", "C"})
-        std::filesystem::create_directories(path / name);
+    const auto path = makeThreeDirectories();
     rig.letter = rig.drives.addImageOrFolder(path);
     scanner::QuickScan quick(rig.lister);
     quick.begin(rig.letter);

@@ -40,6 +40,18 @@ protected:
                 " -o " + shellWord(image) + " " + shellWord(content));
         return image;
     }
+    // The wizard with this image or folder chosen and a name typed; and that at the scanning screen.
+    void openWith(const std::filesystem::path& path) {
+        open();
+        form->addDiscs({path});
+        typeInto(*form->Text2, "Disc");
+    }
+    void goToScanningOf(const std::filesystem::path& path) {
+        openWith(path);
+        for (int page = 2; page < 5; ++page)
+            next();
+        click(button(3));
+    }
     // Whether this process has the file or folder open.
     static bool isOpenHere(const std::filesystem::path& path) {
         std::error_code gone;
@@ -340,9 +352,7 @@ TEST_F(Drives, ADiscThatHasGoneEndsTheProgramWhetherItHadSubdirectoriesOrNot) {
 
 TEST_F(Drives, AnAddedFolderThatHasGoneIsToldAndAnotherDriveCanBeChosen) {
     const auto path = makeFolder("gone");
-    open();
-    form->addDiscs({path});
-    typeInto(*form->Text2, "Disc");
+    openWith(path);
     next();
     std::filesystem::remove_all(path);
     box.expectTitled("Error", Icon::Exclamation);
@@ -353,9 +363,7 @@ TEST_F(Drives, AnAddedFolderThatHasGoneIsToldAndAnotherDriveCanBeChosen) {
 
 TEST_F(Drives, AnAddedFolderThatMustNotBeReadIsToldByItsPathAndAnotherDriveCanBeChosen) {
     const auto path = makeFolder("shut");
-    open();
-    form->addDiscs({path});
-    typeInto(*form->Text2, "Disc");
+    openWith(path);
     next();
     box.expect(QString::fromStdString("There is no disc in the drive, or it cannot be read: "
                                       "Permission denied (" +
@@ -375,12 +383,7 @@ TEST_F(Drives, AnAddedFolderThatMustNotBeReadIsToldByItsPathAndAnotherDriveCanBe
 
 TEST_F(Drives, AnAddedFolderThatMustNotBeReadWhenTheScanStartsIsToldByItsPath) {
     const auto path = makeFolder("shut");
-    open();
-    form->addDiscs({path});
-    typeInto(*form->Text2, "Disc");
-    for (int page = 2; page < 5; ++page)
-        next();
-    click(button(3));
+    goToScanningOf(path);
     std::filesystem::permissions(path, std::filesystem::perms::none);
     box.expectTitled("Error", Icon::Exclamation);
     {
@@ -396,9 +399,7 @@ TEST_F(Drives, AnAddedFolderThatIsRemovedInTheQuickScanIsToldAndLeadsToTheMenu) 
     const auto path = makeFolder("leaving");
     for (const char* name : {"A", "B", "C"})
         std::filesystem::create_directory(path / name);
-    open();
-    form->addDiscs({path});
-    typeInto(*form->Text2, "Disc");
+    openWith(path);
     next();
     QTimer::singleShot(0, form, [&path] { std::filesystem::remove_all(path); });
     box.expect("An error was found during the Quickscan operation. The scan will be cancelled.",
@@ -410,12 +411,7 @@ TEST_F(Drives, AnAddedFolderThatIsRemovedInTheQuickScanIsToldAndLeadsToTheMenu) 
 
 TEST_F(Drives, AnAddedFolderThatHasGoneWhenTheScanStartsIsToldAndTheScanCanBeStartedAgain) {
     const auto path = makeFolder("going");
-    open();
-    form->addDiscs({path});
-    typeInto(*form->Text2, "Disc");
-    for (int page = 2; page < 5; ++page)
-        next();
-    click(button(3));
+    goToScanningOf(path);
     std::filesystem::remove_all(path);
     box.expect(QString::fromStdString("The path was not found: " + path.string()), Buttons::Ok,
                Icon::Exclamation, "Error");
