@@ -26,9 +26,11 @@ ErrorDesk::ErrorDesk(const ScanOptions& options, ScanWatcher& watcher, PlaceName
 ErrorDesk::Next ErrorDesk::handle(const base::RuntimeError& error, const ErrorHandler& handler) {
     m_discFailed |= isOfDisc(error);
     m_discGone |= error.is(base::ErrorNumber::DriveNotReady);
+    const bool file = handler.place == ErrorHandler::Place::File;
+    const bool damaged = isOfDisc(error) && !error.is(base::ErrorNumber::PathMissing);
+    m_damagedDirectories += damaged && !file ? 1 : 0;
     if (handler.looksForConversion && error.is(base::ErrorNumber::DataTypeConversion))
         AskStopOnError();
-    const bool file = handler.place == ErrorHandler::Place::File;
     log(error.description() + (file ? " in File :- " : " in Directory :- ") +
         m_placeName(handler.place));
     if (error.is(base::ErrorNumber::TransactionLost)) {

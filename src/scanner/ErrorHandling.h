@@ -55,9 +55,11 @@ public:
     // Empty as long as nothing ended the scan but the user.
     const std::string& reason() const { return m_reason; }
 
-    // Whether something of the disc could not be read; whether the disc itself was not there.
+    // Whether something of the disc could not be read; whether the disc itself was not there; how many of its
+    // directories were there and could be read only in part or not at all.
     bool discFailed() const { return m_discFailed; }
     bool discGone() const { return m_discGone; }
+    int damagedDirectories() const { return m_damagedDirectories; }
 
     // Asks whether to stop; a yes sets the shared flag and lets pending events run.
     void AskStopOnError();
@@ -77,6 +79,7 @@ private:
     std::string m_reason;
     bool m_discFailed = false;
     bool m_discGone = false;
+    int m_damagedDirectories = 0;
 };
 
 // Runs one statement of a procedure under its handler. Returns false when the procedure ends here.

@@ -11,8 +11,10 @@ void QuickScan::begin(char driveLetter) {
     m_directories = 0;
     m_files = 0;
     m_driveLetter = driveLetter;
-    m_damaged = false;
+    m_failed = false;
+    m_damaged = 0;
     readRoot(m_lister, rootPath(driveLetter));
+    noteDamage();
     m_files += m_lister.fileCount();
 }
 
@@ -20,7 +22,7 @@ void QuickScan::begin(char driveLetter) {
 // root tells.
 bool QuickScan::countBelow(const Progress& progress) {
     const bool whole = countDirectory(progress);
-    if (whole && m_damaged)
+    if (whole && m_failed)
         readRoot(m_lister, rootPath(m_driveLetter));
     return whole;
 }
@@ -45,9 +47,12 @@ bool QuickScan::countDirectory(const Progress& progress) {
 // A directory that is damaged is for the scan's log; a disc that is gone ends the count.
 void QuickScan::noteDamage() {
     const auto damage = m_lister.takeDamage();
-    if (damage && damage->is(base::ErrorNumber::DriveNotReady))
+    if (!damage)
+        return;
+    if (damage->is(base::ErrorNumber::DriveNotReady))
         throw *damage;
-    m_damaged = m_damaged || damage;
+    m_failed = true;
+    m_damaged += damage->is(base::ErrorNumber::PathMissing) ? 0 : 1;
 }
 
 std::string QuickScan::text() const {

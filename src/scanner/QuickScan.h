@@ -27,6 +27,8 @@ public:
 
     double directories() const { return m_directories; } // the root left out
     double files() const { return m_files; }
+    // Directories, the root among them, that were there and could be read only in part or not at all.
+    int damagedDirectories() const { return m_damaged; }
 
     // "12 Directories", a line end, "345 Files".
     std::string text() const;
@@ -38,7 +40,8 @@ private:
 
     disc::Lister& m_lister;
     char m_driveLetter = 0;
-    bool m_damaged = false; // something below the root
+    bool m_failed = false; // some directory was not read whole
+    int m_damaged = 0;
     double m_directories = 0;
     double m_files = 0;
 };

@@ -60,6 +60,7 @@ void ScanEngine::run() {
     ScanDirectory();
     if (stopIfCancelled())
         return;
+    const bool discLost = discIsLost(); // from here on it may be taken out
     skipErrors([&] { m_lister.setPath(start); });
     skipErrors([&] { UpdateMasterTotals(); });
     skipErrors([&] { WriteFolderSize(); });
@@ -73,10 +74,10 @@ void ScanEngine::run() {
     skipErrors([&] { m_watcher.cancelImpossible(); });
     RollUpTotals();
     if (!stopIfCancelled())
-        finish();
+        finish(discLost);
 }
 
-void ScanEngine::finish() {
+void ScanEngine::finish(bool discLost) {
     skipErrors([&] { m_watcher.clockStopped(); });
     m_watcher.yield();
     m_watcher.beep();
@@ -88,16 +89,19 @@ void ScanEngine::finish() {
     if (stopIfCancelled())
         return;
     skipErrors([&] { m_watcher.scanFinished(); });
-    if (discIsLost())
+    if (discLost)
         m_watcher.discLost(FilesKept, m_request.quickFiles, m_request.options.LogErrors == "true");
 }
 
 // A disc that has gone leaves a walk that tells every file and directory by itself, as unreadable ones do. It is gone
-// when it says so, when files are missing, and when its root can't be read any more.
+// when it says so, when its root can't be read any more, and when counted files are missing with directories that could
+// be read at the count. Files that were deleted since are missing, too.
 bool ScanEngine::discIsLost() {
     if (!m_desk.discFailed())
         return false;
-    return m_desk.discGone() || FilesDone < m_request.quickFiles ||
+    const bool fewer = FilesDone < m_request.quickFiles;
+    const bool worse = m_desk.damagedDirectories() > m_request.quickDamagedDirectories;
+    return m_desk.discGone() || (fewer && worse) ||
            !skipErrors([&] { readRoot(m_lister, rootPath(m_request.driveLetter)); });
 }
 

@@ -31,7 +31,8 @@ struct ScanRequest {
     char driveLetter = 0;
     std::string preferredName;
     std::string comments;
-    double quickFiles = 0; // the quick scan's count
+    double quickFiles = 0;           // the quick scan's count
+    int quickDamagedDirectories = 0; // likewise
     ScanOptions options;
 };
 
@@ -96,7 +97,7 @@ private:
     void WriteFolderSize();
     void LogErrorsToComments();
     void RollUpTotals();
-    void finish();
+    void finish(bool discLost);
     bool discIsLost();
 
     bool cancelled() const;

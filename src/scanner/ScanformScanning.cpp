@@ -111,6 +111,7 @@ ScanRequest Scanform::request() {
             .preferredName = utf8(Text2->text()),
             .comments = utf8(Text3->text()),
             .quickFiles = m_quickScan.files(),
+            .quickDamagedDirectories = m_quickScan.damagedDirectories(),
             .options = m_options};
 }
 

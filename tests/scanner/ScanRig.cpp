@@ -161,6 +161,7 @@ void ScanRig::scan(scanner::ScanOptions options, const std::string& name,
                                  .preferredName = name,
                                  .comments = comments,
                                  .quickFiles = quickFiles < 0 ? quick.files() : quickFiles,
+                                 .quickDamagedDirectories = quick.damagedDirectories(),
                                  .options = std::move(options)});
     engine = &running;
     running.begin();

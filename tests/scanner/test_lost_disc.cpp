@@ -137,6 +137,43 @@ TEST_F(LostDisc, AFolderThatIsRemovedInTheWalkIsOne) {
     EXPECT_TRUE(rig.watcher.log.back().starts_with("disc lost: ")) << rig.watcher.log.back();
 }
 
+TEST_F(LostDisc, ThatIsBackBeforeTheWalkEndsIsToldByTheFilesThatWereNotMet) {
+    rig.insert(twentyDirectories()).failOn(Asked::List, 30, ErrorNumber::ReadFailure, 5);
+    rig.scan(options());
+    EXPECT_TRUE(rig.watcher.log.back().starts_with(
+        "disc lost: The CD-ROM could not be read to its end. 30 of the 40 files "))
+        << rig.watcher.log.back();
+}
+
+TEST_F(LostDisc, ThatIsTakenOutOnlyWhenItHasBeenReadIsNone) {
+    auto& medium = rig.insert(
+        folder("", {file("BAD", "b").withFailure(ErrorNumber::ReadFailure), file("GOOD")}));
+    rig.watcher.atYield = [&](int) {
+        if (!rig.watcher.log.empty() && rig.watcher.log.back() == "totals started")
+            medium.vanishAfter(0);
+    };
+    rig.scan(options());
+    EXPECT_NE(rig.errorLog, "");
+    EXPECT_EQ(rig.watcher.log.back(), "finished");
+}
+
+TEST_F(LostDisc, WithFewerFilesThanWereCountedIsNoneWhereItsDirectoriesAreAsTheyWere) {
+    rig.insert(folder("", {file("BAD", "b").withFailure(ErrorNumber::ReadFailure),
+                           folder("DEAD").withFailure(ErrorNumber::ReadFailure), file("GOOD")}));
+    rig.quickFiles = 3;
+    rig.scan(options());
+    EXPECT_NE(rig.errorLog, "");
+    EXPECT_EQ(rig.watcher.log.back(), "finished");
+}
+
+TEST_F(LostDisc, ADirectoryThatIsDeletedInTheWalkIsNone) {
+    rig.insert(twentyDirectories()).failOn(Asked::List, 30, ErrorNumber::PathMissing);
+    rig.scan(options());
+    EXPECT_NE(rig.errorLog, "");
+    EXPECT_EQ(rig.count("files"), 38);
+    EXPECT_EQ(rig.watcher.log.back(), "finished");
+}
+
 TEST_F(LostDisc, SingleUnreadableFilesAreNone) {
     const auto bad = file("BAD", "b").withFailure(ErrorNumber::ReadFailure);
     rig.insert(folder("", {bad, file("GOOD"), folder("S", {bad, file("FINE")})}));
