@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -183,6 +184,31 @@ TEST(QuickScan, ADamagedRootIsCountedAsFarAsItCanBeRead) {
     ScanRig rig;
     rig.insert(folder("", {file("A"), file("B")}).withDamage("cut short"));
     EXPECT_EQ(counted(rig).text(), "0 Directories\r\n2 Files");
+}
+
+TEST(QuickScan, ADamagedRootOfAnImageIsCountedAsFarAsItCanBeRead) {
+    std::vector<IsoEntry> entries = {isoDirectory("BEYOND", 30)};
+    for (int i = 0; i < 200; ++i)
+        entries.push_back(isoFile("FILE" + std::to_string(1000 + i) + ".;1"));
+    ScanRig rig;
+    const auto path = app::Module1::ApplicationPath / "cut.iso";
+    std::ofstream(path) << plainIso(entries).image().substr(0, 22 * 2048);
+    rig.letter = rig.drives.addImageOrFolder(path);
+    const auto quick = counted(rig);
+    EXPECT_EQ(quick.directories(), 1);
+    EXPECT_GT(quick.files(), 60);
+    EXPECT_LT(quick.files(), 200);
+    EXPECT_EQ(quick.damagedDirectories(), 2);
+}
+
+TEST(QuickScan, AnImageThatLosesItsRootBeforeItIsCountedThrows) {
+    ScanRig rig;
+    const auto path = app::Module1::ApplicationPath / "disc.iso";
+    std::ofstream(path) << plainIso({isoFile("A.;1")}).image();
+    rig.letter = rig.drives.addImageOrFolder(path);
+    std::filesystem::resize_file(path, 20 * 2048);
+    scanner::QuickScan quick(rig.lister);
+    EXPECT_THROW(quick.begin(rig.letter), base::RuntimeError);
 }
 
 TEST(QuickScan, ARootOfWhichNothingCanBeReadThrows) {
