@@ -121,6 +121,14 @@ void Switch::openWindow(int index) {
              [index] { setFurtherVariables(index); });
 }
 
+// The menu may have been left meanwhile by one of its entries.
+void Switch::openWizard(const std::vector<std::filesystem::path>& discs) {
+    if (isUnloaded())
+        return;
+    Module1::DroppedDiscs = discs;
+    openWindow(kScan);
+}
+
 void Switch::showAbout() {
     if (!Windows::Exists("About"))
         return;
@@ -185,9 +193,9 @@ void Switch::dragEnterEvent(QDragEnterEvent* event) {
 void Switch::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction); // the files stay where they are
     event->accept();
-    Module1::DroppedDiscs = kit::droppedFiles(*event->mimeData());
     QMetaObject::invokeMethod(
-        this, [this] { isUnloaded() ? void() : openWindow(kScan); }, Qt::QueuedConnection);
+        this, [this, discs = kit::droppedFiles(*event->mimeData())] { openWizard(discs); },
+        Qt::QueuedConnection);
 }
 
 void Switch::keyPressEvent(QKeyEvent* event) {

@@ -6,7 +6,9 @@
 #include "kit/TrayIcon.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
+#include <vector>
 
 namespace discaro::app {
 
@@ -57,6 +59,7 @@ private:
     void disableMissingWindows();
     void grey(int index, const char* reason);
     void openWindow(int index);
+    void openWizard(const std::vector<std::filesystem::path>& discs);
     void showAbout();
 
     std::string LabelColour; // the entries' resting colour, decimal

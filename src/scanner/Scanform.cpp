@@ -79,7 +79,7 @@ void Scanform::Form_Load() {
     m_options = {};
     // Once the window is up: what can't be read is told in a box on it.
     QMetaObject::invokeMethod(
-        this, [this] { takeDropped(std::exchange(app::Module1::DroppedDiscs, {})); },
+        this, [this, discs = std::exchange(app::Module1::DroppedDiscs, {})] { takeDropped(discs); },
         Qt::QueuedConnection);
 }
 

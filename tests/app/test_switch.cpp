@@ -4,6 +4,7 @@
 #include "db/DBEngine.h"
 #include "kit/Colour.h"
 #include "kit/TrayIcon.h"
+#include "kit/Yield.h"
 #include "support/windows/GoldenForm.h"
 
 #include <QtCore/QMimeData>
@@ -40,6 +41,17 @@ protected:
     app::Switch& openWithDisc() {
         addDisc();
         return open();
+    }
+
+    static void drop(app::Switch& menu, const QList<QUrl>& files) {
+        QMimeData data;
+        data.setUrls(files);
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton,
+                              Qt::NoModifier);
+        QCoreApplication::sendEvent(&menu, &enter);
+        EXPECT_TRUE(enter.isAccepted());
+        QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&menu, &event);
     }
 
     static app::Switch& window() { return dynamic_cast<app::Switch&>(*Windows::Find("Switch")); }
@@ -340,20 +352,24 @@ TEST_F(Switch, AnEntryWhoseWindowIsMissingTellsThatWhateverTheCatalogueHolds) {
 
 TEST_F(Switch, ADroppedImageOpensTheWizardWithIt) {
     auto& menu = open();
-    QMimeData data;
-    data.setUrls({QUrl("file:///discs/a.iso"), QUrl("file:///discs/b.iso")});
-    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&menu, &enter);
-    EXPECT_TRUE(enter.isAccepted());
     Module1::ScanCancelled = 1;
-    QDropEvent drop(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&menu, &drop);
+    drop(menu, {QUrl("file:///discs/a.iso"), QUrl("file:///discs/b.iso")});
     EXPECT_TRUE(Windows::IsLoaded("Switch")) << "whoever drags is not held up";
     ASSERT_TRUE(waitFor([] { return Windows::IsLoaded("Scanform"); }));
     EXPECT_FALSE(Windows::IsLoaded("Switch"));
     EXPECT_EQ(Module1::ScanCancelled, 0);
     EXPECT_THAT(std::exchange(Module1::DroppedDiscs, {}),
                 ElementsAre("/discs/a.iso", "/discs/b.iso"));
+}
+
+TEST_F(Switch, ADroppedImageIsForgottenWhenTheMenuIsLeftByAnEntryBeforeItIsTaken) {
+    auto& menu = openWithDisc();
+    drop(menu, {QUrl("file:///discs/a.iso")});
+    menu.Label1_Click(2);
+    EXPECT_TRUE(Windows::IsLoaded("EXMain"));
+    kit::yield();
+    EXPECT_FALSE(Windows::IsLoaded("Scanform"));
+    EXPECT_THAT(std::exchange(Module1::DroppedDiscs, {}), IsEmpty());
 }
 
 TEST_F(Switch, WhatIsNoFileIsNotTaken) {

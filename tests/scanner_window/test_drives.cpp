@@ -1,4 +1,5 @@
 #include "disc/DriveTable.h"
+#include "kit/Yield.h"
 #include "scanner_window/WizardTest.h"
 #include "support/ToolRun.h"
 
@@ -247,6 +248,16 @@ TEST_F(Drives, WhatWasDroppedOnTheMenuIsReadOnceByTheWizard) {
     EXPECT_TRUE(waitFor([this] { return form->Text2->isVisible(); }));
     EXPECT_EQ(form->Drive1->text(), "E: [dropped]");
     EXPECT_TRUE(app::Module1::DroppedDiscs.empty());
+}
+
+TEST_F(Drives, WhatWasDroppedOnTheMenuIsNotLeftForTheNextWizard) {
+    app::Module1::DroppedDiscs = {makeFolder("dropped")};
+    open();
+    EXPECT_TRUE(app::Module1::DroppedDiscs.empty()) << "taken with the loading";
+    form->Unload();
+    open();
+    kit::yield();
+    EXPECT_FALSE(form->Text2->isVisible()) << "still on page 1";
 }
 
 TEST_F(Drives, TheButtonForDiscsOpensAMenuAndTellsOfDropping) {
