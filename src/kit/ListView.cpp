@@ -116,6 +116,24 @@ private:
     ListView& m_list;
 };
 
+// The mark of the order points up where the order ascends, as the pictures of the order do; the toolkit's points down.
+class Headers : public QHeaderView {
+public:
+    explicit Headers(QWidget* parent)
+        : QHeaderView(Qt::Horizontal, parent) {
+        setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    }
+
+protected:
+    void initStyleOptionForIndex(QStyleOptionHeader* option, int section) const override {
+        QHeaderView::initStyleOptionForIndex(option, section);
+        if (option->sortIndicator == QStyleOptionHeader::SortDown)
+            option->sortIndicator = QStyleOptionHeader::SortUp;
+        else if (option->sortIndicator == QStyleOptionHeader::SortUp)
+            option->sortIndicator = QStyleOptionHeader::SortDown;
+    }
+};
+
 // Icons that have not been laid out yet have no place to scroll to.
 void layDownTo(QListView& icons, int place) {
     icons.setLayoutMode(place < kBatch ? QListView::Batched : QListView::SinglePass);
@@ -134,6 +152,7 @@ ListView::ListView(QWidget* parent)
     m_report->setRootIsDecorated(false);
     m_report->setUniformRowHeights(true);
     m_report->setAllColumnsShowFocus(true);
+    m_report->setHeader(new Headers(m_report));
     m_report->header()->setSectionsClickable(true);
     m_report->header()->setSectionsMovable(false);
     m_report->header()->setStretchLastSection(false);

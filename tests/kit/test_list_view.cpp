@@ -8,6 +8,7 @@
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 #include <QtWidgets/QHeaderView>
+#include <QtWidgets/QProxyStyle>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -76,6 +77,20 @@ protected:
         }
         QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
     }
+};
+
+// Draws as ever, and notes which way the mark of an order points.
+class DrawnMarks : public QProxyStyle {
+public:
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        if (const auto* mark = qstyleoption_cast<const QStyleOptionHeader*>(option);
+            mark && element == PE_IndicatorHeaderArrow)
+            last = mark->sortIndicator;
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+    }
+
+    mutable QStyleOptionHeader::SortIndicator last = QStyleOptionHeader::None;
 };
 
 // The texts as the cells paint them.
@@ -530,6 +545,19 @@ TEST_F(ListViewTest, TheMarkOfTheOrderShowsTheOrderInForceHoweverOftenAHeaderIsC
         EXPECT_EQ(header().sortIndicatorSection(), 0);
         EXPECT_EQ(header().sortIndicatorOrder(), Qt::AscendingOrder);
     }
+}
+
+TEST_F(ListViewTest, TheMarkOfTheOrderPointsUpWhereTheOrderAscends) {
+    DrawnMarks marks;
+    header().setStyle(&marks);
+    add({"a", "b"});
+    m_list.rows().setSorted(true);
+    header().grab();
+    EXPECT_EQ(marks.last, QStyleOptionHeader::SortUp);
+    m_list.rows().setSortOrder(Qt::DescendingOrder);
+    header().grab();
+    EXPECT_EQ(marks.last, QStyleOptionHeader::SortDown);
+    header().setStyle(nullptr);
 }
 
 TEST_F(SingleListViewTest, TheRowClickedStaysTheOneSelectedWhenTheMouseIsDraggedOn) {
