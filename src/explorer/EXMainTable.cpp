@@ -176,12 +176,6 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .when(&kit::TreeView::Collapse, &EXMain::tvwdb_Collapse)
         .when(&kit::TreeView::DblClick, &EXMain::tvwdb_DblClick)
         .when(&kit::TreeView::MenuWanted, &EXMain::tvwdb_MouseDown),
-    control(&EXMain::Divider1, "Divider1")
-        .at(152, 52, 5, 356)
-        .in(&EXMain::ClientArea)
-        .hidden()
-        .when(&kit::Divider::Moved, &EXMain::Divider1_Moved)
-        .when(&kit::Divider::DblClick, &EXMain::Divider1_DblClick),
     rightPane(&EXMain::lvwdb, "lvwdb")
         .font("Arial")
         .says("Files and directories")
@@ -224,6 +218,13 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .in(&EXMain::ClientArea)
         .says("Loading")
         .hidden(),
+    control(&EXMain::Divider1, "Divider1")
+        .at(152, 52, 5, 356)
+        .in(&EXMain::ClientArea)
+        .says("Divider between directories and files")
+        .hidden()
+        .when(&kit::Divider::Moved, &EXMain::Divider1_Moved)
+        .when(&kit::Divider::DblClick, &EXMain::Divider1_DblClick),
     control(&EXMain::Timer2, "Timer2").every(100).tick(&EXMain::Timer2_Timer),
     control(&EXMain::TrayIcon1, "TrayIcon1")
         .set([](kit::TrayIcon& icon) { icon.setToolTipText("Discaro - Explorer View"); })

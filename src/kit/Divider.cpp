@@ -1,5 +1,8 @@
 #include "kit/Divider.h"
 
+#include "kit/Keys.h"
+#include "kit/WindowScale.h"
+
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QStyle>
@@ -7,9 +10,16 @@
 
 namespace discaro::kit {
 
+namespace {
+
+constexpr int kStep = 8; // of a key, in logical pixels
+
+} // namespace
+
 Divider::Divider(QWidget* parent)
     : QWidget(parent) {
     setCursor(Qt::SplitHCursor);
+    setFocusPolicy(Qt::TabFocus); // the mouse leaves the focus where it is
 }
 
 void Divider::mousePressEvent(QMouseEvent* event) {
@@ -36,11 +46,29 @@ void Divider::mouseDoubleClickEvent(QMouseEvent* event) {
     emit DblClick();
 }
 
+void Divider::keyPressEvent(QKeyEvent* event) {
+    const int step = scaledLength(kStep);
+    if (event->key() == Qt::Key_Left)
+        emit Moved(x() - step);
+    else if (event->key() == Qt::Key_Right)
+        emit Moved(x() + step);
+    else if (event->key() == Qt::Key_Home)
+        emit Moved(0);
+    else if (event->key() == Qt::Key_End)
+        emit Moved(parentWidget()->width());
+    else if (isEnter(*event))
+        emit DblClick();
+    else
+        QWidget::keyPressEvent(event);
+}
+
 void Divider::paintEvent(QPaintEvent*) {
     QStyleOption option;
     option.initFrom(this);
     option.state |= QStyle::State_Horizontal;
     QPainter painter(this);
+    if (hasFocus())
+        painter.fillRect(rect(), palette().highlight());
     style()->drawControl(QStyle::CE_Splitter, &option, &painter, this);
 }
 

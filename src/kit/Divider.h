@@ -4,8 +4,10 @@
 
 namespace discaro::kit {
 
-// A handle between two parts of a window that stand side by side. It only tells where the user drags it to; the window
+// A handle between two parts of a window that stand side by side. It only tells where the user moves it to; the window
 // moves the parts, and the handle with them.
+//
+// Keys, when Tab has brought the focus: Left and Right move it, Home and End as far as it goes, Enter is a double click.
 class Divider : public QWidget {
     Q_OBJECT
 public:
@@ -20,6 +22,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

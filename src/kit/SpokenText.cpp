@@ -1,6 +1,7 @@
 #include "kit/SpokenText.h"
 
 #include "kit/Controls.h"
+#include "kit/Divider.h"
 #include "kit/Marquee.h"
 #include "kit/NumLed.h"
 #include "kit/Picture.h"
@@ -123,6 +124,8 @@ QAccessibleInterface* makeVoice(const QString&, QObject* object) {
         return new DisplayVoice<Marquee>(marquee);
     if (auto* picture = qobject_cast<Picture*>(object))
         return new QAccessibleWidget(picture, QAccessible::Graphic);
+    if (auto* handle = qobject_cast<Divider*>(object))
+        return new QAccessibleWidget(handle, QAccessible::Grip);
     return nullptr;
 }
 

@@ -6,7 +6,7 @@ namespace discaro::kit {
 
 // Gives screen readers the right roles for the controls whose class alone does not tell: labels
 // that are menu entries (buttons that can be pressed), LED displays and marquees (texts that
-// change), pictures with a text. To be called once by the application.
+// change), pictures with a text, handles. To be called once by the application.
 void installSpokenTexts();
 
 // A label's text as it is said: without the mark of the access letter and a colon at the end.

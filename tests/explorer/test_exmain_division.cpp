@@ -138,6 +138,32 @@ TEST_F(ExplorerDivision, TheHandleDividesTreeAndListing) {
     EXPECT_EQ(window.tvwdb->width(), 152 * 1020 / 620) << "its share again";
 }
 
+TEST_F(ExplorerDivision, KeysMoveTheHandleBetweenItsLimits) {
+    EXMain& window = rig.open();
+    enlarge(window, 300, 100);
+    window.RunCommand("file view");
+    window.lvwdb->setFocus();
+    QTest::keyClick(&window.lvwdb->shown(), Qt::Key_Tab);
+    ASSERT_EQ(window.focusWidget(), window.Divider1) << "behind the listing";
+    const int before = window.tvwdb->width();
+    QTest::keyClick(window.Divider1, Qt::Key_Right);
+    const int step = window.tvwdb->width() - before;
+    EXPECT_GT(step, 0);
+    for (int times = 0; times < 2; ++times)
+        QTest::keyClick(window.Divider1, Qt::Key_Left);
+    EXPECT_EQ(window.tvwdb->width(), before - step);
+    expectFilled(window);
+    QTest::keyClick(window.Divider1, Qt::Key_Home);
+    EXPECT_EQ(window.tvwdb->width(), 100);
+    QTest::keyClick(window.Divider1, Qt::Key_End);
+    EXPECT_EQ(window.tvwdb->width(), 920 - 240);
+    expectFilled(window);
+    QTest::keyClick(window.Divider1, Qt::Key_Return);
+    EXPECT_EQ(window.tvwdb->width(), before) << "its share again";
+    QTest::keyClick(window.Divider1, Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget(), window.Combo1) << "it is the last one";
+}
+
 TEST_F(ExplorerDivision, NeitherSideCanBeDraggedAway) {
     EXMain& window = rig.open();
     enlarge(window, 300, 100);

@@ -197,13 +197,16 @@ TEST_F(ExplorerForm, TextFitsAtEveryScale) {
 TEST_F(ExplorerForm, TheKeyboardReachesEverything) {
     EXMain& window = rig.open();
     EXPECT_THAT(tabOrder(window), ElementsAre("Combo1", "Toolbar1", "tvwdb", "lvwdb", "DriveInfo",
-                                              "Dirinfo", "ListView1", "Command1"));
+                                              "Dirinfo", "ListView1", "Command1", "Divider1"));
 }
 
 TEST_F(ExplorerForm, EverythingSaysWhatItIs) {
     EXMain& window = rig.open();
     window.RunCommand("file view");
     EXPECT_EQ(voiceOf(*window.tvwdb).text(QAccessible::Name), "Directories");
+    EXPECT_EQ(voiceOf(*window.Divider1).text(QAccessible::Name),
+              "Divider between directories and files");
+    EXPECT_EQ(voiceOf(*window.Divider1).role(), QAccessible::Grip);
     EXPECT_EQ(voiceOf(window.lvwdb->shown()).text(QAccessible::Name), "Files and directories");
     EXPECT_EQ(voiceOf(window.DriveInfo->shown()).text(QAccessible::Name), "CD-ROM information");
     EXPECT_EQ(voiceOf(window.Toolbar1->button("prop")).text(QAccessible::Name), "Properties");

@@ -1,7 +1,9 @@
 #include "kit/Divider.h"
+#include "kit/Yield.h"
 #include "support/windows/FormProbe.h"
 
 #include <QtGui/QMouseEvent>
+#include <QtWidgets/QLineEdit>
 
 #include <gmock/gmock.h>
 
@@ -56,6 +58,37 @@ TEST_F(Divider, TellsADoubleClick) {
     EXPECT_EQ(doubles, 1);
     QTest::mouseDClick(&handle, Qt::RightButton, {}, QPoint(2, 10));
     EXPECT_EQ(doubles, 1);
+}
+
+TEST_F(Divider, KeysMoveItByAStepOrToTheEnds) {
+    for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Left, Qt::Key_Left, Qt::Key_Home, Qt::Key_End})
+        QTest::keyClick(&handle, key);
+    EXPECT_THAT(lefts, ElementsAre(158, 150, 142, 0, 400));
+    QTest::keyClick(&handle, Qt::Key_Return);
+    EXPECT_EQ(doubles, 1);
+}
+
+TEST_F(Divider, OtherKeysAreTheWindows) {
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, {});
+    QApplication::sendEvent(&handle, &escape);
+    EXPECT_FALSE(escape.isAccepted());
+    EXPECT_THAT(lefts, IsEmpty());
+}
+
+TEST_F(Divider, TheFocusComesByTabAndIsSeen) {
+    QLineEdit line(&parent);
+    line.setFocus();
+    parent.show();
+    parent.activateWindow();
+    kit::yield();
+    QTest::mouseClick(&handle, Qt::LeftButton, {}, QPoint(2, 10));
+    EXPECT_FALSE(handle.hasFocus());
+    const QImage without = handle.grab().toImage();
+    QTest::keyClick(&line, Qt::Key_Tab);
+    EXPECT_TRUE(handle.hasFocus());
+    EXPECT_NE(handle.grab().toImage(), without);
+    EXPECT_EQ(handle.grab().toImage().pixelColor(0, 0),
+              handle.palette().color(QPalette::Highlight));
 }
 
 TEST_F(Divider, TheMouseMovingOnAfterADoubleClickDragsNothing) {
