@@ -61,6 +61,7 @@ void dressListing(kit::ListView& list) {
                      {"Attributes", kListing},
                      {"No. of Icons", kListing, kRightSide},
                      {"Real no.", 0, kRightSide}});
+    list.fillWithFirstColumn();
     list.setMultiSelect();
     list.setFirstSelected();
 }

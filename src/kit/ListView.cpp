@@ -5,6 +5,7 @@
 #include "kit/Keys.h"
 #include "kit/WindowScale.h"
 
+#include <QtCore/QScopedValueRollback>
 #include <QtCore/QTimer>
 #include <QtGui/QClipboard>
 #include <QtGui/QContextMenuEvent>
@@ -47,6 +48,10 @@ public:
     static void menuKey(ListView& list) { list.menuKey(); }
     static void search(ListView& list, const QString& keys) { list.search(keys); }
     static void painted(ListView& list) { list.paintEmpty(); }
+    static void resized(ListView& list, const QAbstractItemView& view) {
+        if (&view == list.m_report)
+            list.fillUp();
+    }
 };
 
 namespace {
@@ -90,6 +95,11 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override {
         if (event->reason() == QContextMenuEvent::Keyboard)
             Events::menuKey(m_list);
+    }
+    // First the columns: the view would show a scroll bar for those that are too wide now.
+    void resizeEvent(QResizeEvent* event) override {
+        Events::resized(m_list, *this);
+        View::resizeEvent(event);
     }
     void paintEvent(QPaintEvent* event) override {
         View::paintEvent(event);
@@ -162,6 +172,8 @@ ListView::ListView(QWidget* parent)
         emit ColumnClick(m_model.columnOf(section));
         markOrder();
     });
+    connect(m_report->header(), &QHeaderView::sectionResized, this,
+            [this] { m_widthsChosen = m_widthsChosen || !m_laysColumns; });
     connect(&m_model, &ListModel::OrderChanged, this, &ListView::markOrder);
     m_icons->setBatchSize(kBatch);
     m_icons->setLayoutMode(QListView::Batched);
@@ -197,6 +209,7 @@ QAbstractItemView& ListView::shown() const {
 
 // Only the view that is seen has the rows: the other one would lay them out, too.
 void ListView::attach(QAbstractItemView& view) {
+    const QScopedValueRollback laying(m_laysColumns, true);
     const QItemSelectionModel* empty = view.selectionModel();
     view.setModel(&m_model);
     const QItemSelectionModel* own = view.selectionModel();
@@ -208,27 +221,47 @@ void ListView::attach(QAbstractItemView& view) {
     layColumns();
     if (!m_header.isEmpty())
         m_report->header()->restoreState(m_header);
+    fillUp();
     markOrder();
 }
 
 // The header forgets its columns with the model, and with them what the user has made of them.
 void ListView::detach(QAbstractItemView& view) {
+    const QScopedValueRollback laying(m_laysColumns, true);
     if (&view == m_report)
         m_header = m_report->header()->saveState();
     view.setModel(nullptr);
 }
 
 void ListView::setColumns(std::vector<ListColumn> columns) {
+    const QScopedValueRollback laying(m_laysColumns, true);
     m_model.setColumns(std::move(columns));
+    forgetWidths();
+}
+
+void ListView::forgetWidths() {
     m_header.clear();
+    m_widthsChosen = false;
     layColumns();
+    fillUp();
 }
 
 void ListView::layColumns() {
+    const QScopedValueRollback laying(m_laysColumns, true);
     int section = 0;
     for (const ListColumn& column : m_model.columns())
         if (column.width > 0)
             m_report->setColumnWidth(section++, scaledLength(column.width));
+}
+
+void ListView::fillUp() {
+    QHeaderView& header = *m_report->header();
+    if (!m_firstFills || m_widthsChosen || header.count() == 0)
+        return;
+    const QScopedValueRollback laying(m_laysColumns, true);
+    const int others = header.length() - header.sectionSize(0);
+    const int own = scaledLength(m_model.columns().front().width);
+    header.resizeSection(0, std::max(own, m_report->viewport()->width() - others));
 }
 
 void ListView::markOrder() {
@@ -257,6 +290,11 @@ void ListView::hideHeaders() {
 
 void ListView::fillWithLastColumn() {
     m_report->header()->setStretchLastSection(true);
+}
+
+void ListView::fillWithFirstColumn() {
+    m_firstFills = true;
+    fillUp();
 }
 
 void ListView::setMultiSelect() {
@@ -487,9 +525,8 @@ void ListView::showEvent(QShowEvent* event) {
 void ListView::changeEvent(QEvent* event) {
     QStackedWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
-        m_header.clear();
         layIcons();
-        layColumns();
+        forgetWidths();
     }
 }
 

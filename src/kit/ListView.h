@@ -34,6 +34,9 @@ public:
     void hideHeaders();
     // The same with the headers in sight.
     void fillWithLastColumn();
+    // The first column takes what room the others leave beside it, and is never narrower than it was made; until the user
+    // changes the width of a column.
+    void fillWithFirstColumn();
     // Ctrl and Shift select several rows.
     void setMultiSelect();
     // The first row of a filled list looks selected, too.
@@ -90,6 +93,8 @@ private:
     void detach(QAbstractItemView& view);
     void takeIn();
     void layColumns();
+    void forgetWidths();
+    void fillUp();
     void layIcons();
     void nameViews();
     void pressed(const QMouseEvent& event);
@@ -117,6 +122,9 @@ private:
     bool m_selectionMoved = false;
     bool m_doubleClicked = false; // the button is still down from a double click
     QByteArray m_header;          // widths of the columns while another view is seen
+    bool m_firstFills = false;
+    bool m_laysColumns = false;  // the list itself changes their widths
+    bool m_widthsChosen = false; // the user has changed one
 };
 
 } // namespace discaro::kit

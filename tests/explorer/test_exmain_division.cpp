@@ -125,6 +125,30 @@ TEST_F(ExplorerDivision, TheValuesOfAPaneTakeItsRoom) {
     EXPECT_EQ(report.header()->length(), report.viewport()->width());
 }
 
+TEST_F(ExplorerDivision, RoomBesideTheListingsColumnsGoesToTheNames) {
+    EXMain& window = rig.open();
+    window.RunCommand("file view");
+    const auto& report = static_cast<QTreeView&>(window.lvwdb->shown());
+    const auto widths = [&report] {
+        std::vector<int> all;
+        for (int section = 0; section < report.header()->count(); ++section)
+            all.push_back(report.columnWidth(section));
+        return all;
+    };
+    EXPECT_THAT(widths(), testing::Each(169)) << "at the first size";
+    enlarge(window, 300, 0);
+    EXPECT_THAT(widths(), testing::Each(169)) << "more of the columns are seen first";
+    enlarge(window, 1200, 0);
+    EXPECT_EQ(report.header()->length(), report.viewport()->width());
+    EXPECT_GT(report.columnWidth(0), 169);
+    window.RunCommand("list view");
+    enlarge(window, 1100, 0);
+    window.RunCommand("report view");
+    EXPECT_EQ(report.header()->length(), report.viewport()->width());
+    enlarge(window, 0, 0);
+    EXPECT_THAT(widths(), testing::Each(169));
+}
+
 TEST_F(ExplorerDivision, TheHandleDividesTreeAndListing) {
     EXMain& window = rig.open();
     enlarge(window, 300, 100);

@@ -54,6 +54,18 @@ protected:
         QTest::mouseClick(header().viewport(), Qt::LeftButton, {},
                           QPoint(header().sectionViewportPosition(section) + 20, 4));
     }
+    // By the mouse, at the right end of a column.
+    void dragHeaderEdge(int section, int by) {
+        QWidget* headers = header().viewport();
+        const int edge = header().sectionViewportPosition(section) + header().sectionSize(section);
+        const QPoint from(edge - 1, 4);
+        const QPoint to = from + QPoint(by, 0);
+        QTest::mousePress(headers, Qt::LeftButton, {}, from);
+        QMouseEvent move(QEvent::MouseMove, to, headers->mapToGlobal(to), Qt::NoButton,
+                         Qt::LeftButton, {});
+        QApplication::sendEvent(headers, &move);
+        QTest::mouseRelease(headers, Qt::LeftButton, {}, to);
+    }
     void key(Qt::Key which, Qt::KeyboardModifiers with = {}) {
         QTest::keyClick(&m_list.shown(), which, with);
     }
@@ -247,6 +259,27 @@ TEST_F(ListViewTest, WidthsThatTheUserSetStay) {
     EXPECT_EQ(report.columnWidth(1), 120);
     m_list.setColumns({{"Name", 50}, {"Value", 60}});
     EXPECT_EQ(report.columnWidth(0), 50);
+}
+
+TEST_F(ListViewTest, TheFirstColumnTakesTheRoomThatIsLeftUntilTheUserChangesAWidth) {
+    const auto& report = static_cast<QTreeView&>(m_list.shown());
+    m_list.fillWithFirstColumn();
+    EXPECT_EQ(report.columnWidth(0), report.viewport()->width() - 120);
+    m_list.resize(500, 300);
+    EXPECT_EQ(report.columnWidth(0), report.viewport()->width() - 120);
+    m_list.resize(200, 300);
+    EXPECT_EQ(report.columnWidth(0), 120) << "its own width";
+    EXPECT_EQ(report.columnWidth(1), 120);
+    dragHeaderEdge(1, -40);
+    m_list.resize(600, 300);
+    EXPECT_EQ(report.columnWidth(0), 120);
+    EXPECT_EQ(report.columnWidth(1), 80);
+    m_list.setView(ListView::View::List);
+    m_list.setView(ListView::View::Report);
+    m_list.resize(700, 300);
+    EXPECT_EQ(report.columnWidth(0), 120) << "in every look";
+    m_list.setColumns({{"Name", 50}, {"Value", 60}});
+    EXPECT_EQ(report.columnWidth(0), report.viewport()->width() - 60);
 }
 
 TEST_F(ListViewTest, TheMenuComesByRightButtonAndByKey) {
