@@ -143,8 +143,8 @@ private:
     void Dirinfo_DblClick();
     void Dirinfo_MouseDown(QPoint global);
     void showPane(kit::ListView& pane);
-    void listDirectories(int node);
-    void listFiles(int node);
+    int64_t listDirectories(int node);
+    int64_t listFiles(int node);
     void addRow(const ListingRow& row);
     void tellEmpty(int node);
     QString nameOf(const kit::ListItem& row) const;

@@ -14,6 +14,7 @@
 #include "kit/Strings.h"
 
 #include <limits>
+#include <optional>
 
 // The listing, the panes, the status bar and the order of the explorer.
 namespace discaro::explorer {
@@ -131,17 +132,13 @@ void EXMain::ShowDirectory() {
     prgload->show();
     lvwdb->clear();
     lvwdb->setEmptyText({});
-    bool directories = false;
-    skipErrors([&] {
-        listDirectories(node);
-        directories = true;
-    });
+    std::optional<int64_t> directories;
+    skipErrors([&] { directories = listDirectories(node); });
     skipErrors([this] {
         Label2->setText(qt(Data2.Recordset()(catalogue::directories::kDirectoryPath).Text()));
     });
     skipErrors([&] {
-        listFiles(node);
-        if (directories)
+        if (listFiles(node) == 0 && directories == 0)
             tellEmpty(node);
     });
     prgload->hide();
@@ -149,25 +146,32 @@ void EXMain::ShowDirectory() {
     skipErrors([this] { showTotal(); });
 }
 
-void EXMain::listDirectories(int node) {
+// How many rows there are, those that can't be read and are not listed among them.
+int64_t EXMain::listDirectories(int node) {
     const kit::TreeModel& nodes = tvwdb->nodes();
     if (nodes.childCount(node) == 0)
-        return;
+        return 0;
     const std::string key = utf8(nodes.key(node));
     const auto rows = catalogue()->OpenRecordset(subdirectoriesQuery(key));
-    for (int64_t room = mostRows(key); room > 0 && !rows->Eof(); rows->MoveNext(), --room)
+    const int64_t most = mostRows(key);
+    int64_t met = 0;
+    for (; met < most && !rows->Eof(); rows->MoveNext(), ++met)
         skipErrorsUnlessLocked([&] { addRow(directoryRow(*rows, node)); });
+    return met;
 }
 
-void EXMain::listFiles(int node) {
+int64_t EXMain::listFiles(int node) {
     const std::string key = utf8(tvwdb->nodes().key(node));
     const auto rows = catalogue()->OpenRecordset(filesQuery(key));
     FileRows files(*rows);
-    for (int64_t room = mostRows(key); room > 0 && !rows->Eof(); rows->MoveNext(), --room) {
+    const int64_t most = mostRows(key);
+    int64_t met = 0;
+    for (; met < most && !rows->Eof(); rows->MoveNext(), ++met) {
         skipErrorsUnlessLocked(
             [&] { prgload->setValue(static_cast<int64_t>(rows->PercentPosition())); });
         skipErrorsUnlessLocked([&] { addRow(files.row()); });
     }
+    return met;
 }
 
 void EXMain::addRow(const ListingRow& row) {
@@ -177,8 +181,7 @@ void EXMain::addRow(const ListingRow& row) {
 // Of a disc among all discs only the files are listed.
 void EXMain::tellEmpty(int node) {
     const bool amongDiscs = tvwdb->nodes().image(node) == u"cdrom";
-    if (lvwdb->rows().count() == 0)
-        lvwdb->setEmptyText(amongDiscs ? "No files in this directory" : "This directory is empty");
+    lvwdb->setEmptyText(amongDiscs ? "No files in this directory" : "This directory is empty");
 }
 
 // A directory is listed in capitals; its own name is the node's.

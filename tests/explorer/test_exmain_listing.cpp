@@ -8,6 +8,8 @@
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QTreeView>
 
+#include <fstream>
+
 namespace discaro::test {
 
 using explorer::EXMain;
@@ -100,6 +102,24 @@ TEST_F(ExplorerListing, AnEmptyDirectorySaysSo) {
     window.RunCommand("file view");
     clickNode(window, "C1D1");
     EXPECT_EQ(says(), "No files in this directory") << "it has directories, which are not listed";
+}
+
+// By a number with a wildcard, the rows are found before the first of them is read.
+TEST_F(ExplorerListing, ADirectoryWhoseRowsAreDamagedIsNotCalledEmpty) {
+    rig.catalogue.add(DirectoryRow{.number = "C2D1S?", .name = "ODD"});
+    const auto number = [this](const char* sql) { return std::stoll(rig.catalogue.text(sql)); };
+    const auto page = number("SELECT rootpage FROM sqlite_master WHERE name = 'Files'");
+    const auto size = number("PRAGMA page_size");
+    std::fstream file(rig.catalogue.file(), std::ios::in | std::ios::out | std::ios::binary);
+    file.seekp((page - 1) * size);
+    file << std::string(static_cast<size_t>(size), '\xff') << std::flush;
+    EXMain& window = openOn("C1D1S2");
+    const auto says = [&window] { return window.lvwdb->shown().accessibleDescription(); };
+    EXPECT_EQ(says(), "This directory is empty");
+    window.Combo1->setListIndex(0);
+    clickNode(window, "C2D1S?");
+    EXPECT_EQ(window.lvwdb->rows().count(), 0);
+    EXPECT_EQ(says(), "") << "it has files that can't be read";
 }
 
 TEST_F(ExplorerListing, ADirectoryThatCannotBeReadIsNotCalledEmpty) {
