@@ -1,18 +1,14 @@
 #include "base/RuntimeError.h"
-#include "catalogue/EmptyCatalogue.h"
+#include "catalogue/CatalogueFile.h"
 #include "catalogue/Names.h"
-#include "catalogue/Schema.h"
 #include "db/Connection.h"
-#include "db/DBEngine.h"
 #include "db/DataSource.h"
 #include "support/CountedSleeps.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <stdexcept>
 
 namespace discaro::catalogue {
 namespace {
@@ -22,25 +18,8 @@ using db::DBEngine;
 namespace fs = std::filesystem;
 
 // A catalogue that another program has been at.
-class CatalogueParts : public testing::Test {
+class CatalogueParts : public CatalogueFile {
 protected:
-    CatalogueParts() {
-        std::string pattern = (fs::temp_directory_path() / "discaro-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        m_folder = pattern;
-        DBEngine::SetFormat(catalogueFormat());
-        createEmptyCatalogue(path());
-        m_whole = objects();
-    }
-    ~CatalogueParts() override {
-        DBEngine::SetFormat({});
-        std::error_code ignored;
-        fs::remove_all(m_folder, ignored);
-    }
-
-    fs::path path() const { return m_folder / "kvt.mde"; }
-    std::shared_ptr<db::Database> open() const { return DBEngine::OpenDatabase(path()); }
     void run(const std::string& sql) const {
         db::Connection(path().string(), db::Connection::Mode::ReadWrite).execute(sql);
     }
@@ -66,8 +45,7 @@ protected:
         return rows("id number").Text();
     }
 
-    fs::path m_folder;
-    std::string m_whole;
+    const std::string m_whole = objects();
 };
 
 TEST_F(CatalogueParts, AMissingMasterRowIsMadeWhenTheCatalogueIsOpened) {
@@ -137,7 +115,7 @@ TEST_F(CatalogueParts, ACatalogueThatCantBeWrittenOpensAsItIs) {
     const bool root = ::getuid() == 0;
     using enum fs::perms;
     const auto reading = owner_read | group_read | others_read;
-    fs::permissions(m_folder, reading | owner_exec | group_exec | others_exec);
+    fs::permissions(folder(), reading | owner_exec | group_exec | others_exec);
     fs::permissions(path(), reading);
     if (root) {
         ASSERT_EQ(::seteuid(65534), 0);
@@ -146,7 +124,7 @@ TEST_F(CatalogueParts, ACatalogueThatCantBeWrittenOpensAsItIs) {
     if (root) {
         ASSERT_EQ(::seteuid(0), 0);
     }
-    fs::permissions(m_folder, owner_all);
+    fs::permissions(folder(), owner_all);
     fs::permissions(path(), owner_all);
     EXPECT_EQ(rows, 0);
     EXPECT_EQ(open()->OpenRecordset(kMasterTable)->RecordCount(), 1);

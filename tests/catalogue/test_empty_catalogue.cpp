@@ -1,22 +1,18 @@
-#include "catalogue/EmptyCatalogue.h"
+#include "catalogue/CatalogueFile.h"
 #include "catalogue/Names.h"
 #include "catalogue/Schema.h"
-#include "db/DBEngine.h"
 #include "db/Store.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
 
 namespace discaro::catalogue {
 namespace {
 
-using db::DBEngine;
 using db::FieldType;
 using testing::AllOf;
 using testing::ElementsAre;
@@ -25,31 +21,16 @@ using testing::Not;
 
 namespace fs = std::filesystem;
 
-class EmptyCatalogue : public testing::Test {
+class EmptyCatalogue : public CatalogueFile {
 protected:
-    EmptyCatalogue() {
-        std::string pattern = (fs::temp_directory_path() / "discaro-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) == nullptr)
-            throw std::runtime_error("no temporary folder");
-        m_folder = pattern;
-        DBEngine::SetFormat(catalogueFormat());
-        createEmptyCatalogue(path());
-    }
-    ~EmptyCatalogue() override {
-        DBEngine::SetFormat({});
-        std::error_code ignored;
-        fs::remove_all(m_folder, ignored);
-    }
-
-    fs::path path() const { return m_folder / "kvt.mde"; }
     std::unique_ptr<db::Recordset> rows(std::string_view text) const {
-        return DBEngine::OpenDatabase(path())->OpenRecordset(text);
+        return open()->OpenRecordset(text);
     }
     std::string plan(const std::string& sql) const {
-        return DBEngine::OpenDatabase(path())->store()->connection().plan(sql);
+        return open()->store()->connection().plan(sql);
     }
     std::string cell(const std::string& sql) const {
-        return DBEngine::OpenDatabase(path())->store()->connection().text(sql);
+        return open()->store()->connection().text(sql);
     }
 
     // A disc with a root, a directory below it, and a file in each.
@@ -71,8 +52,6 @@ protected:
             files->Update();
         }
     }
-
-    fs::path m_folder;
 };
 
 TEST_F(EmptyCatalogue, HoldsFiveTablesAndNoDisc) {
@@ -223,13 +202,13 @@ TEST_F(EmptyCatalogue, NeverTakesThePlaceOfAnotherFile) {
     addDisc(1);
     EXPECT_THROW(createEmptyCatalogue(path()), base::RuntimeError);
     EXPECT_EQ(rows(kDrive)->RecordCount(), 1);
-    std::ofstream(m_folder / "notes") << "mine";
-    EXPECT_THROW(createEmptyCatalogue(m_folder / "notes"), base::RuntimeError);
-    EXPECT_EQ(fs::file_size(m_folder / "notes"), 4U);
+    std::ofstream(folder() / "notes") << "mine";
+    EXPECT_THROW(createEmptyCatalogue(folder() / "notes"), base::RuntimeError);
+    EXPECT_EQ(fs::file_size(folder() / "notes"), 4U);
 }
 
 TEST_F(EmptyCatalogue, IsAlone) {
-    EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), fs::directory_iterator()), 1);
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder()), fs::directory_iterator()), 1);
 }
 
 } // namespace
