@@ -1,7 +1,5 @@
+#include "db/FaultyShelf.h"
 #include "db/RawDatabase.h"
-#include "db/Shelf.h"
-#include "db/Store.h"
-#include "support/FaultVfs.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,48 +20,23 @@ using testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
-class Faults : public Shelf {
+class Faults : public FaultyShelf {
 protected:
     Faults() {
         addDisc(1, "old");
         addDirectories({"C1D1"});
         addFiles("C1D1", 150);
-        fs::copy_file(path(), untouched());
-        Connection::useFileLayer(FaultVfs::name());
-    }
-    ~Faults() override { Connection::useFileLayer({}); }
-
-    fs::path untouched() const { return folder() / "untouched"; }
-    void putBack() const {
-        fs::copy_file(untouched(), path(), fs::copy_options::overwrite_existing);
-    }
-
-    std::unique_ptr<DataSource> source() const {
-        auto opened = std::make_unique<DataSource>();
-        opened->SetDatabaseName(path());
-        opened->SetRecordSource("Discs");
-        opened->Refresh();
-        // So small a cache that changed pages reach the file before the commit.
-        opened->Database()->store()->connection().execute("PRAGMA cache_size=3");
-        return opened;
+        keepAsFirst();
     }
 
     // A transaction with every kind of write.
     static void writeAll(DataSource& discs) {
         Recordset& rows = discs.Recordset();
-        rows.AddNew();
-        rows("id number") = 2;
-        rows.Update();
+        add(rows, 2);
         rows.Edit();
         rows("prefered name") = "new";
         rows.Update();
-        const auto files = discs.Database()->OpenRecordset("Files");
-        for (int i = 0; i < 60; ++i) {
-            files->AddNew();
-            files->Fields("directory number") = "C2D1";
-            files->Fields("file name") = std::string(40, static_cast<char>('a' + i % 26));
-            files->Update();
-        }
+        addLongNames(discs, 60);
         discs.Database()->Execute("delete * from Directories");
     }
 
@@ -79,27 +52,26 @@ protected:
     }
 
     // Runs the transaction with a fault at an operation; true when it committed.
-    bool transact(FaultVfs& layer, int operation, FaultVfs::Fault fault, bool lasting) const {
+    bool transact(int operation, FaultVfs::Fault fault, bool lasting) {
         const auto discs = source();
-        layer.failAt(operation, fault, lasting);
+        disk.failAt(operation, fault, lasting);
         const bool committed = base::skipErrors([&] {
             DBEngine::BeginTrans();
             writeAll(*discs);
             DBEngine::CommitTrans();
         });
-        m_operations = layer.operations();
+        m_operations = disk.operations();
         return committed;
     }
 
     static constexpr const char* kBefore = "1old 1 1 150";
     static constexpr const char* kAfter = "1new 2 0 60";
 
-    mutable int m_operations = 0;
+    int m_operations = 0;
 };
 
 TEST_F(Faults, AFailureAtAnyPointCommitsAllOrNothing) {
-    FaultVfs layer;
-    ASSERT_TRUE(transact(layer, INT_MAX, FaultVfs::Fault::DiskFull, true));
+    ASSERT_TRUE(transact(INT_MAX, FaultVfs::Fault::DiskFull, true));
     ASSERT_EQ(state(), kAfter);
     const int operations = m_operations;
     ASSERT_GT(operations, 50);
@@ -107,23 +79,22 @@ TEST_F(Faults, AFailureAtAnyPointCommitsAllOrNothing) {
         for (const bool lasting : {true, false})
             for (int at = 0; at < operations; ++at) {
                 putBack();
-                const bool committed = transact(layer, at, fault, lasting);
-                layer.heal();
+                const bool committed = transact(at, fault, lasting);
+                disk.heal();
                 ASSERT_FALSE(DBEngine::InTransaction());
                 ASSERT_EQ(state(), committed ? kAfter : kBefore) << "operation " << at;
             }
 }
 
 TEST_F(Faults, AProcessThatDiesAtAnyPointLeavesAllOrNothing) {
-    FaultVfs layer;
-    ASSERT_TRUE(transact(layer, INT_MAX, FaultVfs::Fault::Death, true));
+    ASSERT_TRUE(transact(INT_MAX, FaultVfs::Fault::Death, true));
     const int operations = m_operations;
     int committedAnyway = 0;
     for (int at = 0; at < operations; ++at) {
         putBack();
         const pid_t child = ::fork();
         if (child == 0) {
-            transact(layer, at, FaultVfs::Fault::Death, true);
+            transact(at, FaultVfs::Fault::Death, true);
             ::_exit(0);
         }
         int status = 0;
@@ -145,22 +116,17 @@ protected:
     Recordset& rows() { return m_discs->Recordset(); }
 
     int errorOfAdding(int number) {
-        return errorOf([&] {
-            rows().AddNew();
-            rows()("id number") = number;
-            rows().Update();
-        });
+        return errorOf([&] { add(rows(), number); });
     }
 
     // Writes until the full disk shows.
     int fillDisk() {
-        m_layer.failAt(0, FaultVfs::Fault::DiskFull);
+        disk.failAt(0, FaultVfs::Fault::DiskFull);
         const int error = errorOf([&] { writeAll(*m_discs); });
-        m_layer.heal();
+        disk.heal();
         return error;
     }
 
-    FaultVfs m_layer;
     std::unique_ptr<DataSource> m_discs;
 };
 
@@ -233,10 +199,10 @@ TEST_F(LostTransactions, AFailingCommitCommitsNothingAndSaysSo) {
     m_discs->Database()->store()->connection().execute("PRAGMA cache_size=-2000");
     DBEngine::BeginTrans();
     EXPECT_EQ(errorOfAdding(7), 0);
-    m_layer.failAt(1, FaultVfs::Fault::DiskFull);
+    disk.failAt(1, FaultVfs::Fault::DiskFull);
     EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::DiskFull));
-    m_layer.heal();
-    EXPECT_TRUE(m_layer.operations() == 0);
+    disk.heal();
+    EXPECT_TRUE(disk.operations() == 0);
     EXPECT_FALSE(DBEngine::InTransaction());
     EXPECT_EQ(rows().RecordCount(), 1);
     EXPECT_EQ(errorOfAdding(8), 0);
@@ -244,9 +210,9 @@ TEST_F(LostTransactions, AFailingCommitCommitsNothingAndSaysSo) {
 
 TEST_F(LostTransactions, AWriteErrorOutsideATransactionUndoesThatWriteAlone) {
     EXPECT_EQ(errorOfAdding(7), 0);
-    m_layer.failAt(2, FaultVfs::Fault::WriteError);
+    disk.failAt(2, FaultVfs::Fault::WriteError);
     EXPECT_EQ(errorOfAdding(8), number(ErrorNumber::StorageFailure));
-    m_layer.heal();
+    disk.heal();
     EXPECT_EQ(rows().RecordCount(), 2);
     rows().Update();
     EXPECT_EQ(rows().RecordCount(), 3);
@@ -255,9 +221,9 @@ TEST_F(LostTransactions, AWriteErrorOutsideATransactionUndoesThatWriteAlone) {
 TEST_F(LostTransactions, ACreationOnAFullDiskLeavesNothing) {
     m_discs->Close();
     for (int at = 0; at < 12; ++at) {
-        m_layer.failAt(at, FaultVfs::Fault::DiskFull);
+        disk.failAt(at, FaultVfs::Fault::DiskFull);
         EXPECT_EQ(errorOf([&] { make("new.db"); }), number(ErrorNumber::DiskFull)) << at;
-        m_layer.heal();
+        disk.heal();
         ASSERT_THAT(listing(), ElementsAre("shelf.db", "untouched")) << at;
     }
 }

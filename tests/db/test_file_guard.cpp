@@ -1,8 +1,6 @@
 #include "db/Engine.h"
+#include "db/FaultyShelf.h"
 #include "db/RawDatabase.h"
-#include "db/Shelf.h"
-#include "db/Store.h"
-#include "support/FaultVfs.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,30 +32,26 @@ std::string bytesOf(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-class FileGuard : public Shelf {
+class FileGuard : public FaultyShelf {
 protected:
     FileGuard() {
         fs::copy_file(path(), older());
         addDisc(1, "old");
         addFiles("C1D1", 150);
-        fs::copy_file(path(), untouched());
+        keepAsFirst();
         m_original = bytesOf(path());
         make("other.db");
         RawDatabase(other()).execute(
             "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 900) "
             "INSERT INTO Files(\"file name\") SELECT 'a file of another catalogue ' || i FROM n");
-        Connection::useFileLayer(FaultVfs::name());
     }
-    ~FileGuard() override { Connection::useFileLayer({}); }
 
     fs::path older() const { return folder() / "older"; }
-    fs::path untouched() const { return folder() / "untouched"; }
     fs::path other() const { return folder() / "other.db"; }
     fs::path moved() const { return folder() / "moved.db"; }
     void putBack() const {
         fs::remove(moved());
-        fs::remove(path());
-        fs::copy_file(untouched(), path());
+        FaultyShelf::putBack();
     }
 
     // What another program does to the catalogue. Afterwards m_left is what it has left under the name.
@@ -99,16 +93,6 @@ protected:
         }
     }
 
-    std::unique_ptr<DataSource> source() const {
-        auto opened = std::make_unique<DataSource>();
-        opened->SetDatabaseName(path());
-        opened->SetRecordSource("Discs");
-        opened->Refresh();
-        // So small a cache that changed pages reach the file before the commit.
-        opened->Database()->store()->connection().execute("PRAGMA cache_size=3");
-        return opened;
-    }
-
     fs::path half() const { return folder() / "half"; }
     // A copy of a catalogue and its journal as a program leaves them that is killed in the middle of a change.
     void leaveHalfAChange(const fs::path& catalogue) const {
@@ -116,23 +100,6 @@ protected:
         another.execute("PRAGMA cache_size=3; BEGIN; UPDATE Files SET \"file name\" = 'changed'");
         fs::copy_file(catalogue, half());
         fs::copy_file(catalogue.string() + "-journal", half().string() + "-journal");
-    }
-
-    static void add(Recordset& discs, int number) {
-        discs.AddNew();
-        discs("id number") = number;
-        discs.Update();
-    }
-
-    // Many rows, in an open transaction or each by itself.
-    static void writeRows(DataSource& discs, int count) {
-        const auto files = discs.Database()->OpenRecordset("Files");
-        for (int i = 0; i < count; ++i) {
-            files->AddNew();
-            files->Fields("directory number") = "C2D1";
-            files->Fields("file name") = std::string(40, static_cast<char>('a' + i % 26));
-            files->Update();
-        }
     }
 
     // In place, so that the file does not grow.
@@ -158,7 +125,6 @@ protected:
     static constexpr const char* kReplaced =
         "The catalogue file was replaced, removed or changed by another program";
 
-    FaultVfs m_layer;
     std::string m_original;
     std::string m_left;
     bool m_done = false;
@@ -173,17 +139,17 @@ TEST_P(ForeignDeeds, AtAnyPointOfATransactionCommitNothingAndTouchNothing) {
         putBack();
         m_done = false;
         auto discs = source();
-        m_layer.actAt(at, [this] { perform(GetParam()); });
+        disk.actAt(at, [this] { perform(GetParam()); });
         // As a scan does, which passes over what fails on the way.
         std::string error = told([] { DBEngine::BeginTrans(); });
         if (error.empty()) {
             base::skipErrors([&] { add(discs->Recordset(), 2); });
-            base::skipErrors([&] { writeRows(*discs, 200); });
+            base::skipErrors([&] { addLongNames(*discs, 200); });
             error = told([] { DBEngine::CommitTrans(); });
         }
-        const int operations = m_layer.operations();
+        const int operations = disk.operations();
         discs.reset();
-        m_layer.heal();
+        disk.heal();
         ASSERT_FALSE(DBEngine::InTransaction());
         if (at >= operations)
             break;
@@ -232,9 +198,9 @@ TEST_P(ForeignDeeds, KeepASingleRowFromBeingSavedAndASecondHandleFromOpening) {
 TEST_P(ForeignDeeds, AreToldInTheMiddleOfATransactionNotAtItsEndAlone) {
     const auto discs = source();
     DBEngine::BeginTrans();
-    writeRows(*discs, 200);
+    addLongNames(*discs, 200);
     perform(GetParam());
-    base::skipErrors([&] { writeRows(*discs, 64); });
+    base::skipErrors([&] { addLongNames(*discs, 64); });
     EXPECT_THAT(told([&] { add(discs->Recordset(), 2); }), testing::HasSubstr(kReplaced));
     expectNothingTouched(GetParam());
     EXPECT_THAT(told([] { DBEngine::CommitTrans(); }), testing::HasSubstr(kReplaced));
@@ -244,7 +210,7 @@ TEST_P(ForeignDeeds, AreToldInTheMiddleOfATransactionNotAtItsEndAlone) {
 TEST_P(ForeignDeeds, DoNotReachAFileThroughATransactionThatIsGivenUp) {
     auto discs = source();
     DBEngine::BeginTrans();
-    writeRows(*discs, 200);
+    addLongNames(*discs, 200);
     perform(GetParam());
     discs.reset();
     expectNothingTouched(GetParam());
@@ -261,7 +227,7 @@ INSTANTIATE_TEST_SUITE_P(All, ForeignDeeds,
 TEST_F(FileGuard, AFileThatWasOnlyTouchedIsRolledBackWhole) {
     auto discs = source();
     DBEngine::BeginTrans();
-    writeRows(*discs, 200);
+    addLongNames(*discs, 200);
     ASSERT_FALSE(bytesOf(path()) == m_original);
     fs::last_write_time(path(), fs::file_time_type::clock::now() + std::chrono::hours(1));
     EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::CatalogueReplaced));

@@ -1,8 +1,6 @@
-#include "db/Connection.h"
+#include "db/FaultyShelf.h"
 #include "db/RawDatabase.h"
 #include "db/SaveGroup.h"
-#include "db/Shelf.h"
-#include "support/FaultVfs.h"
 #include "support/RefusedMemory.h"
 
 #include <gmock/gmock.h>
@@ -23,16 +21,14 @@ using testing::ElementsAre;
 constexpr int kFiles = 3000;
 
 // A file of some hundred pages on a disk that can fail. A round changes one row in thirty, from the first on.
-class SaveGroups : public Shelf {
+class SaveGroups : public FaultyShelf {
 protected:
     SaveGroups() {
         addDisc(1, "one");
         addDisc(2, "two");
         addDirectories({"C1D1"});
         addFiles("C1D1", kFiles);
-        Connection::useFileLayer(FaultVfs::name());
     }
-    ~SaveGroups() override { Connection::useFileLayer({}); }
 
     // How many saves were refused.
     static int change(Recordset& files, double size) {
@@ -73,8 +69,6 @@ protected:
         work();
         return disk.operations();
     }
-
-    FaultVfs disk;
 };
 
 TEST_F(SaveGroups, CostOneCommit) {
