@@ -141,7 +141,8 @@ std::shared_ptr<Statement> Store::prepare(std::string_view sql) {
 }
 
 const std::string& Store::plan(const std::string& sql) {
-    forgetOldPlans();
+    if (m_connection.inTransaction())
+        forgetOldPlans();
     if (const auto known = m_plans.find(sql); known != m_plans.end())
         return known->second;
     if (m_plans.size() >= kMostPlans)

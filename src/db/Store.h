@@ -44,8 +44,8 @@ public:
     std::shared_ptr<Statement> statement(std::string_view sql) { return m_statements.get(sql); }
     std::shared_ptr<Statement> prepare(std::string_view sql);
     const StatementCache& statements() const { return m_statements; }
-    // SQLite's words on how it would run the query, one line a step. Remembered by the text until another program writes
-    // to the file, so they hold as long as the lock of a ReadSpan or a transaction.
+    // SQLite's words on how it would run the query, one line a step. Remembered by the text. Within a ReadSpan or a
+    // transaction they hold as long as its lock; else another program may have changed the indexes since.
     const std::string& plan(const std::string& sql);
     // Whether it would sort.
     bool sorts(const std::string& sql);
