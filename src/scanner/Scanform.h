@@ -191,7 +191,6 @@ private:
     kit::Answer say(const QString& text, kit::Icon icon, const QString& title);
     ScanRequest request();
     bool scanBegins();
-    void showWholeText(bool whole);
 
     int16_t ScanPage = 1;
     bool QuickScanDone = false;

@@ -2,6 +2,8 @@
 
 #include "base/Number.h"
 
+#include <initializer_list>
+
 namespace discaro::scanner {
 
 namespace {
@@ -14,6 +16,14 @@ std::string settingsEntry(std::string_view heading, std::string_view value) {
 
 std::string settingsLine(std::string_view line) {
     return std::string(line) + std::string(kLineEnd) + std::string(kLineEnd);
+}
+
+// With an empty line between them.
+std::string paragraphs(std::initializer_list<std::string_view> lines) {
+    std::string text;
+    for (const std::string_view line : lines)
+        text.append(text.empty() ? "" : "\r\n\r\n").append(line);
+    return text;
 }
 
 } // namespace
@@ -45,6 +55,31 @@ std::string discLostText(double kept, double counted, bool logged) {
     return "The CD-ROM could not be read to its end. " + base::numberText(kept) + " of the " +
            base::numberText(counted) + " files that were counted are in the catalogue." +
            (logged ? " The errors are in the CD-ROM's comments." : "");
+}
+
+std::string welcomeText() {
+    return paragraphs({
+        "* The following screens will help you complete the task of scanning your CD-ROM.",
+        "* If you wish to exit at any time just press cancel.",
+        "* If you want to go back to a certain screen to verify or change your enteries , use the Back button.",
+        "* You can choose the detail level and error action by pressing the Options button now.",
+    });
+}
+
+std::string nameText() {
+    return paragraphs({
+        "* Enter a name that you wish to identify your CD-ROM with. This name will be referred to as the 'Preferred Name' in the future.",
+        "* If you leave this entry empty , the volume label can be used instead.",
+        "* Also choose the drive you are going to scan.",
+    });
+}
+
+std::string startText() {
+    return paragraphs({
+        "* Your CD-ROM will now be scanned.",
+        "* This may take a lot of time.This depends on the number of files on your CD-ROM (the more files there are in a directory , the more time it takes to scan this directory) and the speed of your drive.",
+        "* Press Start scan to begin , or Cancel to exit.",
+    });
 }
 
 std::string settingsText(const ScanSettings& settings) {

@@ -30,6 +30,15 @@ std::string directoryInHand(const disc::Lister& lister);
 // the errors are kept when they are.
 std::string discLostText(double kept, double counted, bool logged);
 
+// What to do on the wizard's pages, and before the scan.
+std::string welcomeText();
+std::string nameText();
+inline constexpr std::string_view kCommentsText =
+    "* Enter any comments that you would like to be associated with this CD-ROM.";
+inline constexpr std::string_view kCheckText =
+    "* The program will now quickly check your CD-ROM's information.";
+std::string startText();
+
 // What page 5 of the wizard shows before anything is written.
 struct ScanSettings {
     std::string preferredName;
