@@ -3,7 +3,7 @@
 #include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "disc/FileBytes.h"
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 
 #include <algorithm>
 #include <charconv>

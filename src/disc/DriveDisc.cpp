@@ -2,8 +2,8 @@
 
 #include "base/RuntimeError.h"
 #include "disc/FolderMedium.h"
-#include "disc/Names.h"
 #include "disc/OpenImage.h"
+#include "disc/ShownNames.h"
 
 #include <system_error>
 #include <tuple>

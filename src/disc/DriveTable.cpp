@@ -3,7 +3,7 @@
 #include "base/RuntimeError.h"
 #include "disc/DriveDisc.h"
 #include "disc/FolderMedium.h"
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 
 #include <sys/stat.h>
 

@@ -3,7 +3,7 @@
 #include "base/RuntimeError.h"
 #include "disc/FolderFile.h"
 #include "disc/KeptClosed.h"
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -5,7 +5,7 @@
 #include "disc/FolderLink.h"
 #include "disc/FolderTree.h"
 #include "disc/MountTable.h"
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 
 #include <dirent.h>
 #include <fcntl.h>

@@ -2,7 +2,7 @@
 
 #include "base/Text.h"
 #include "disc/DiscTime.h"
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 #include "disc/UnlessGone.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 #include "disc/Lister.h"
 
-#include "disc/ListingOrder.h"
-#include "disc/Names.h"
+#include "disc/EntryOrder.h"
+#include "disc/ShownNames.h"
 
 #include <algorithm>
 #include <utility>

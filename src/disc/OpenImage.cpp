@@ -2,7 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "disc/IsoMedium.h"
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 #include "disc/UdfMedium.h"
 
 #include <optional>

@@ -1,7 +1,7 @@
 #include "disc/OpticalDrive.h"
 
 #include "base/RuntimeError.h"
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 
 #include <cdio/cdio.h>
 #include <cdio/logging.h>

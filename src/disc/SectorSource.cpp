@@ -6,9 +6,9 @@
 #include "disc/CueSheet.h"
 #include "disc/DiscBytes.h"
 #include "disc/FileBytes.h"
-#include "disc/Names.h"
 #include "disc/NrgImage.h"
 #include "disc/OpticalDrive.h"
+#include "disc/ShownNames.h"
 
 #include <algorithm>
 #include <array>

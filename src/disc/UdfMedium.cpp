@@ -2,7 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "disc/IsoDirectory.h"
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 #include "disc/UdfTag.h"
 #include "disc/VolumeSerial.h"
 

@@ -5,7 +5,7 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 #include "kit/Beep.h"
 #include "kit/DroppedFiles.h"
 #include "kit/MsgBox.h"

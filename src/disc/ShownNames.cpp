@@ -1,4 +1,4 @@
-#include "disc/Names.h"
+#include "disc/ShownNames.h"
 
 #include "base/Text.h"
 

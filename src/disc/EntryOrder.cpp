@@ -1,4 +1,4 @@
-#include "disc/ListingOrder.h"
+#include "disc/EntryOrder.h"
 
 #include "base/Text.h"
 
