@@ -46,13 +46,13 @@ Version versionOf(const fs::path& path) {
 } // namespace
 
 // One drive. One of the computer has a key, one that was added a path or a medium of its own from the beginning. But for
-// that medium a disc is open as long as someone shares it or a reference was given.
+// that medium a disc is open as long as someone shares it.
 struct DriveTable::Drive {
     ComputerDrive computer;
     fs::path addedPath;
     Version addedVersion;
     uint64_t turn = 0; // the higher, the later it was added or asked for
-    std::shared_ptr<const Medium> kept;
+    std::shared_ptr<const Medium> own;
     std::weak_ptr<const Medium> shared;
     VolumeFacts disc; // of the one that is shared, when it can be changed for another
 
@@ -84,10 +84,8 @@ void DriveTable::refresh() {
         return !item.second->isAdded() && find(*item.second) == present.end();
     });
     for (auto& [letter, drive] : m_drives) {
-        if (drive->isAdded())
-            continue;
-        drive->computer = *find(*drive);
-        drive->kept.reset();
+        if (!drive->isAdded())
+            drive->computer = *find(*drive);
     }
     for (const auto& found : present) {
         const auto same = [&](const auto& item) { return item.second->computer.key == found.key; };
@@ -170,7 +168,7 @@ char DriveTable::oldestAdded() const {
 char DriveTable::addMedium(std::unique_ptr<Medium> medium, DriveType type) {
     auto drive = std::make_unique<Drive>();
     drive->computer.type = type;
-    drive->kept = std::move(medium);
+    drive->own = std::move(medium);
     return add(std::move(drive));
 }
 
@@ -220,18 +218,14 @@ std::shared_ptr<const Medium> DriveTable::openFile(Drive& drive) const {
 
 // A disc can be mounted, unmounted or changed at any time.
 VolumeFacts DriveTable::lookAgain(Drive& drive) const {
-    const auto forget = [&drive] {
-        drive.kept.reset();
-        drive.shared.reset();
-    };
     locate(drive);
     try {
         auto facts = driveFacts(drive.computer, *openDrive(drive.computer));
         if (drive.isChangeable() && !isSameDisc(facts, drive.disc))
-            forget();
+            drive.shared.reset();
         return facts;
     } catch (const RuntimeError&) {
-        forget();
+        drive.shared.reset();
         throw;
     }
 }
@@ -258,18 +252,12 @@ const fs::path& DriveTable::addedPath(char letter) const {
     return driveOf(letter).addedPath;
 }
 
-const Medium& DriveTable::medium(char letter) const {
-    auto& drive = driveOf(letter);
-    drive.kept = share(letter);
-    return *drive.kept;
-}
-
 std::shared_ptr<const Medium> DriveTable::share(char letter) const {
     auto& drive = driveOf(letter);
     if (drive.hasFile())
         return openFile(drive);
-    if (drive.kept)
-        return drive.kept;
+    if (drive.own)
+        return drive.own;
     if (auto open = drive.shared.lock())
         return open;
     locate(drive);

@@ -44,7 +44,7 @@ public:
     // "D:\".
     static std::string rootText(char letter);
 
-    // Looks at the computer's drives anew. References that medium() gave of them end here.
+    // Looks at the computer's drives anew.
     void refresh();
 
     // All letters in order, such as "CDEF".
@@ -73,14 +73,10 @@ public:
     // Throws PathMissing when there is no such drive.
     const std::filesystem::path& addedPath(char letter) const;
 
-    // Opened on first use. The reference is good until refresh(), until facts() finds another disc in the drive, or
-    // until it is asked for again after an added image has changed; share() is for callers who can't promise that.
+    // Opened on first use, and kept open by the caller however the table changes. A disc, image or folder is open as
+    // long as someone keeps it, so that it can be taken out, unmounted or written anew afterwards.
     // Throws PathMissing when there is no such drive or what was added has gone, DriveNotReady when it has no disc that
     // can be read, FileSystemUnknown or FileSystemUnsupported when it has one of an unknown kind.
-    const Medium& medium(char letter) const;
-
-    // The same, kept open by the caller however the table changes. A disc, image or folder is open as long as someone
-    // keeps it, so that it can be taken out, unmounted or written anew afterwards.
     std::shared_ptr<const Medium> share(char letter) const;
 
 private:

@@ -1,7 +1,6 @@
 #include "disc/VersionResource.h"
 
 #include "base/Text.h"
-#include "disc/Executable.h"
 #include "disc/VersionResourceBlock.h"
 #include "disc/VersionResourceText.h"
 
@@ -123,10 +122,6 @@ std::string TextReader::textOf(const VersionBlock& block, unsigned codePage) con
 }
 
 } // namespace
-
-VersionTexts readVersionTexts(const ByteSource& source) {
-    return versionTexts(Executable(source).versionResource());
-}
 
 VersionTexts versionTexts(std::string_view resource) {
     return TextReader(resource).read();

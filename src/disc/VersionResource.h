@@ -1,7 +1,5 @@
 #pragma once
 
-#include "disc/Medium.h"
-
 #include <string>
 #include <string_view>
 
@@ -21,13 +19,9 @@ struct VersionTexts {
     bool operator==(const VersionTexts&) const = default;
 };
 
-// The version texts of a 16-, 32- or 64-bit executable or library of any extension, in the language
-// that comes first in the resource's list of translations; where that has no texts, of the first
-// language that has. A file without a version resource gives empty texts; of a damaged one, what
-// can be read. Throws only what the source throws.
-VersionTexts readVersionTexts(const ByteSource& source);
-
-// The same from the bytes of a version resource alone. Any bytes may be given.
+// The texts of a version resource as Executable gives it, in the language that comes first in its list
+// of translations; where that has no texts, of the first language that has. Any bytes may be given: none
+// give empty texts, damaged ones what can be read.
 VersionTexts versionTexts(std::string_view resource);
 
 } // namespace discaro::disc

@@ -107,13 +107,6 @@ int TreeModel::lastSibling(int node) const {
     return std::ranges::max(family(at(node).parent).children);
 }
 
-QString TreeModel::fullPath(int node, QChar separator) const {
-    QStringList texts;
-    for (int each = node; each != 0; each = parentOf(each))
-        texts.prepend(text(each));
-    return texts.join(separator);
-}
-
 // ---- Order
 
 void TreeModel::setSorted(int node, bool sorted) {

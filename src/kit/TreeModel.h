@@ -53,8 +53,6 @@ public:
     int childCount(int node) const { return static_cast<int>(at(node).children.size()); }
     // The one of a node and its siblings that was added last.
     int lastSibling(int node) const;
-    // The texts of the ancestors and of the node itself, with a separator between them.
-    QString fullPath(int node, QChar separator = u'\\') const;
 
     // While sorted, a node's children stand in the order of their texts (base::orderKey, as the store's queries order
     // them); equal texts keep the order of adding.

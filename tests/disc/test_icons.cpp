@@ -1,4 +1,4 @@
-#include "disc/IconCount.h"
+#include "disc/Executable.h"
 #include "support/BufferSource.h"
 #include "support/ExecutableBuilder.h"
 
@@ -11,7 +11,8 @@ namespace {
 using namespace discaro::test;
 
 int64_t iconsOf(const std::string& file) {
-    return countIcons(BufferSource(file));
+    const BufferSource source(file);
+    return Executable(source).icons();
 }
 
 TEST(IconCount, OfA32Or64BitExecutableIsItsIconGroups) {
@@ -113,7 +114,7 @@ TEST(IconCount, OfAnyOtherFileIsZeroForOneShortRead) {
                                           "ELF"),
                               std::string(1, 'M')}) {
         const BufferSource source(bytes);
-        EXPECT_EQ(countIcons(source), 0);
+        EXPECT_EQ(Executable(source).icons(), 0);
         EXPECT_EQ(source.reads(), 1);
         EXPECT_LE(source.bytesAsked(), 64U);
     }
@@ -134,7 +135,7 @@ TEST(IconCount, LeavesOutGroupsThatLeadOutOfTheFile) {
 TEST(IconCount, PassesAFailureOfTheMediumOn) {
     BufferSource source(peFile(iconResources(3)).bytes);
     source.failFrom(512);
-    EXPECT_THROW(countIcons(source), base::RuntimeError);
+    EXPECT_THROW(Executable(source).icons(), base::RuntimeError);
 }
 
 } // namespace

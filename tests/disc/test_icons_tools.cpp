@@ -1,5 +1,4 @@
 #include "disc/Executable.h"
-#include "disc/IconCount.h"
 #include "disc/VersionResource.h"
 #include "support/BufferSource.h"
 #include "support/ExecutableBuilder.h"
@@ -95,7 +94,7 @@ protected:
 TEST_F(IconTools, SeeAsManyIconGroupsInOurExecutables) {
     for (const auto& path : m_paths) {
         EXPECT_EQ(listedGroups(path), 7) << path << " (wrestool is in the package icoutils)";
-        EXPECT_EQ(countIcons(BufferSource(contentOf(path))), 7) << path;
+        EXPECT_EQ(readResources(BufferSource(contentOf(path))).icons, 7) << path;
     }
 }
 
@@ -113,7 +112,7 @@ TEST_F(IconTools, SeeAsManyIconGroupsInInstalledExecutables) {
     ASSERT_GE(paths.size(), 40U) << "the package nsis-common is needed";
     int withIcons = 0;
     for (const auto& path : paths) {
-        const auto icons = countIcons(BufferSource(contentOf(path)));
+        const auto icons = readResources(BufferSource(contentOf(path))).icons;
         EXPECT_EQ(icons, listedGroups(path)) << path;
         withIcons += icons > 0 ? 1 : 0;
     }
@@ -124,7 +123,8 @@ TEST_F(IconTools, AndWeAgreeThatInstalledIconFilesAreOnes) {
     int files = 0;
     for (const auto& entry : fs::recursive_directory_iterator(kExecutables)) {
         if (entry.path().extension() == ".ico") {
-            EXPECT_EQ(countIcons(BufferSource(contentOf(entry.path()))), 1) << entry.path();
+            EXPECT_EQ(readResources(BufferSource(contentOf(entry.path()))).icons, 1)
+                << entry.path();
             ++files;
         }
     }

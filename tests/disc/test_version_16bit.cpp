@@ -3,6 +3,7 @@
 #include "disc/VersionResourceText.h"
 #include "support/BufferSource.h"
 #include "support/ExecutableBuilder.h"
+#include "support/FileResources.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ namespace {
 using namespace discaro::test;
 
 VersionTexts textsOf(const std::string& file) {
-    return readVersionTexts(BufferSource(file));
+    return readResources(BufferSource(file)).version;
 }
 
 std::string company(const std::string& name, const std::string& key = "040904E4") {

@@ -1,7 +1,6 @@
 #include "base/Text.h"
 #include "disc/Executable.h"
 #include "disc/ExecutableReader.h"
-#include "disc/IconCount.h"
 #include "disc/VersionResource.h"
 #include "disc/VersionResourceBlock.h"
 #include "support/BufferSource.h"
@@ -165,7 +164,8 @@ TEST(VersionHostile, CountsInsideAHugeFileEndAtTheLimit) {
         putWord(ne.bytes, place + 10, 1);
     }
     EXPECT_TRUE(readsSafely(ne.bytes));
-    EXPECT_EQ(countIcons(BufferSource(ne.bytes)), ExecutableReader::kEntryLimit / 2);
+    const BufferSource source(ne.bytes);
+    EXPECT_EQ(Executable(source).icons(), ExecutableReader::kEntryLimit / 2);
 }
 
 TEST(VersionHostile, GroupsBeyondTheLimitAreNotCounted) {
@@ -176,7 +176,8 @@ TEST(VersionHostile, GroupsBeyondTheLimitAreNotCounted) {
     putWord(file.bytes, groups + 14, 0xFFFF);
     for (size_t entry = 0; entry < 0xFFFF; ++entry)
         putDoubleWord(file.bytes, groups + 16 + entry * 8 + 4, 0x8000'0000);
-    const auto icons = countIcons(BufferSource(file.bytes));
+    const BufferSource source(file.bytes);
+    const auto icons = Executable(source).icons();
     EXPECT_LE(icons, ExecutableReader::kEntryLimit);
     EXPECT_GE(icons, ExecutableReader::kEntryLimit - 10);
 }
@@ -188,7 +189,7 @@ TEST(VersionHostile, AVersionResourceIsNoLongerThanItCanTell) {
     file.bytes.resize(3'000'000, '\0');
     const BufferSource source(file.bytes);
     EXPECT_EQ(Executable(source).versionResource().size(), 0x10000U);
-    EXPECT_EQ(readVersionTexts(source), sampleTexts());
+    EXPECT_EQ(readResources(source).version, sampleTexts());
 }
 
 TEST(VersionHostile, BlocksEndAtTheLimit) {

@@ -17,7 +17,7 @@ Resource version(const std::string& data, ResourceName name = uint16_t{1},
 }
 
 VersionTexts textsOf(const std::string& file) {
-    return readVersionTexts(BufferSource(file));
+    return readResources(BufferSource(file)).version;
 }
 
 // A resource that tells nothing but the company.
@@ -238,7 +238,7 @@ TEST(VersionTexts, OfALargeExecutableCostALittleOfIt) {
 TEST(VersionTexts, PassAFailureOfTheMediumOn) {
     BufferSource source(peFile({version(wideVersion(sampleVersion()))}).bytes);
     source.failFrom(source.size() - 1);
-    EXPECT_THROW(readVersionTexts(source), base::RuntimeError);
+    EXPECT_THROW(readResources(source), base::RuntimeError);
     source.failFrom(0);
     EXPECT_THROW(readResources(source), base::RuntimeError);
 }

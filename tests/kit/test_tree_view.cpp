@@ -69,7 +69,6 @@ TEST(TreeModel, IndexesFollowTheOrderOfAdding) {
     EXPECT_EQ(nodes.childCount(1), 2);
     EXPECT_EQ(nodes.lastSibling(3), 4);
     EXPECT_EQ(nodes.lastSibling(1), 1);
-    EXPECT_EQ(nodes.fullPath(4), "Root\\b\\B1");
 }
 
 TEST(TreeModel, AMissingParentAndAKeyInUseAreRefused) {
