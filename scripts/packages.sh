@@ -6,7 +6,7 @@
 build_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-svg-dev libgl-dev
-    libsqlite3-dev libcdio-dev libutf8proc-dev
+    libsqlite3-dev libutf8proc-dev
     fonts-dejavu-core
 )
 

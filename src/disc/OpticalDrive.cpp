@@ -1,54 +1,60 @@
 #include "disc/OpticalDrive.h"
 
 #include "base/RuntimeError.h"
+#include "disc/Descriptor.h"
 #include "disc/ShownNames.h"
 
-#include <cdio/cdio.h>
-#include <cdio/logging.h>
-
-#include <memory>
+#include <fcntl.h>
+#include <linux/cdrom.h>
+#include <sys/ioctl.h>
 
 namespace discaro::disc {
 
+using base::ErrorNumber;
+using base::RuntimeError;
+
 namespace {
 
-using Drive = std::unique_ptr<CdIo_t, decltype(&cdio_destroy)>;
-
-// The library's own handler writes to the console, and ends the program on an error.
-void ignoreLog(cdio_log_level_t, const char*) {}
-
-bool isOpticalDrive(const CdIo_t* drive) {
-    cdio_drive_read_cap_t canRead = 0;
-    cdio_drive_write_cap_t canWrite = 0;
-    cdio_drive_misc_cap_t other = 0;
-    cdio_get_drive_cap(drive, &canRead, &canWrite, &other);
-    return canRead != CDIO_DRIVE_CAP_ERROR && canRead != CDIO_DRIVE_CAP_UNKNOWN;
-}
-
-bool hasDataTrack(const CdIo_t* drive, track_t count) {
-    const int first = cdio_get_first_track_num(drive);
-    for (int track = first; track < first + count; ++track)
-        if (cdio_get_track_format(drive, static_cast<track_t>(track)) != TRACK_FORMAT_AUDIO)
-            return true;
-    return false;
+// Whether one of the tracks holds data; throws where the drive can't tell, as without a disc.
+bool hasDataTrack(const DriveRequest& ask, const std::filesystem::path& device) {
+    cdrom_tochdr tracks{};
+    if (!ask(CDROMREADTOCHDR, &tracks) || tracks.cdth_trk0 > tracks.cdth_trk1)
+        throw RuntimeError(ErrorNumber::DriveNotReady, shownPath(device));
+    bool found = false;
+    for (unsigned number = tracks.cdth_trk0; number <= tracks.cdth_trk1; ++number) {
+        cdrom_tocentry track{};
+        track.cdte_track = static_cast<uint8_t>(number);
+        track.cdte_format = CDROM_LBA;
+        if (!ask(CDROMREADTOCENTRY, &track))
+            throw RuntimeError(ErrorNumber::DriveNotReady, shownPath(device));
+        found = found || (track.cdte_ctrl & CDROM_DATA_TRACK) != 0;
+    }
+    return found;
 }
 
 } // namespace
 
-uint64_t lastSessionStart(const std::filesystem::path& device) {
-    cdio_log_set_handler(ignoreLog);
-    const Drive drive(cdio_open_cd(device.c_str()), &cdio_destroy);
-    if (!drive || !isOpticalDrive(drive.get()))
+uint64_t lastSessionStart(const DriveRequest& ask, const std::filesystem::path& device) {
+    // Nothing else than an optical drive knows what it can do.
+    if (!ask(CDROM_GET_CAPABILITY, nullptr))
         return 0;
-    const auto tracks = cdio_get_num_tracks(drive.get());
-    if (tracks == 0 || tracks == CDIO_INVALID_TRACK)
-        throw base::RuntimeError(base::ErrorNumber::DriveNotReady, shownPath(device));
-    if (!hasDataTrack(drive.get(), tracks))
-        throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported,
-                                 "the disc holds audio tracks alone");
-    lsn_t start = 0;
-    const bool known = cdio_get_last_session(drive.get(), &start) == DRIVER_OP_SUCCESS;
-    return known && start > 0 ? static_cast<uint64_t>(start) : 0;
+    if (!hasDataTrack(ask, device))
+        throw RuntimeError(ErrorNumber::FileSystemUnsupported, "the disc holds audio tracks alone");
+    cdrom_multisession last{};
+    last.addr_format = CDROM_LBA;
+    const bool known = ask(CDROMMULTISESSION, &last);
+    return known && last.addr.lba > 0 ? static_cast<uint64_t>(last.addr.lba) : 0;
+}
+
+uint64_t lastSessionStart(const std::filesystem::path& device) {
+    // One that waits for a disc would close the tray.
+    const Descriptor drive(::open(device.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    if (!drive)
+        return 0;
+    const auto ask = [&](unsigned long request, void* answer) {
+        return ::ioctl(drive.number(), request, answer) >= 0;
+    };
+    return lastSessionStart(ask, device);
 }
 
 } // namespace discaro::disc

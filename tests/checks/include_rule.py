@@ -53,7 +53,6 @@ WITH_WINDOWS = {"kit", WIRING} | SUBSYSTEMS
 LIBRARIES = {
     "SQLite": Library(r"sqlite3(ext)?\.h", {"db"}),
     "libsodium": Library(r"sodium(/.*)?(\.h)?", {"db"}),
-    "libcdio": Library(r"cdio(\+\+)?/.*", {"disc"}),
     "utf8proc": Library(r"utf8proc\.h", {"base"}),
     "Qt": Library(r"Q[A-Za-z0-9]+(/.*)?|q[a-z]+\.h", WITH_WINDOWS, only_in_cpp=False),
     "the operating system": Library(
@@ -205,9 +204,6 @@ def file_faults(tree, path):
 LINK_LIBRARIES = {
     "PkgConfig::SQLITE": {"db"},
     "PkgConfig::SODIUM": {"db"},
-    "PkgConfig::ISO9660": {"disc"},
-    "PkgConfig::UDF": {"disc"},
-    "PkgConfig::CDIO": {"disc"},
     "PkgConfig::UTF8PROC": {"base"},
 }
 
