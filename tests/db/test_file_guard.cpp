@@ -54,6 +54,11 @@ protected:
         FaultyShelf::putBack();
     }
 
+    // As some time later; a file's time goes in steps.
+    void touch() const {
+        fs::last_write_time(path(), fs::file_time_type::clock::now() + std::chrono::hours(1));
+    }
+
     // What another program does to the catalogue. Afterwards m_left is what it has left under the name.
     void perform(Deed deed) {
         switch (deed) {
@@ -229,7 +234,7 @@ TEST_F(FileGuard, AFileThatWasOnlyTouchedIsRolledBackWhole) {
     DBEngine::BeginTrans();
     addLongNames(*discs, 200);
     ASSERT_FALSE(bytesOf(path()) == m_original);
-    fs::last_write_time(path(), fs::file_time_type::clock::now() + std::chrono::hours(1));
+    touch();
     EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::CatalogueReplaced));
     EXPECT_TRUE(bytesOf(path()) == m_original);
     add(discs->Recordset(), 2);
@@ -241,8 +246,10 @@ TEST_F(FileGuard, AFileThatTheRollbackLeavesAsAnotherStaysForeign) {
         .execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
                  "INSERT INTO Files(\"file size\") SELECT 5 FROM n");
     const auto countOn = [this] {
-        std::fstream file(path(), std::ios::binary | std::ios::in | std::ios::out);
-        file.seekp(24).write("\0\0\7\7", 4);
+        std::fstream(path(), std::ios::binary | std::ios::in | std::ios::out)
+            .seekp(24)
+            .write("\0\0\7\7", 4);
+        touch();
     };
     const auto cutShort = [this] { fs::resize_file(path(), fs::file_size(path()) - 1); };
     for (const std::function<void()>& act : std::vector<std::function<void()>>{countOn, cutShort}) {
