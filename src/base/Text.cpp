@@ -104,12 +104,12 @@ utf8proc_int32_t lowered(utf8proc_int32_t codePoint) {
     return codePoint >= 0x80 && lower < 0x80 ? codePoint : lower;
 }
 
-// A character with the marks behind it, put into their canonical order and made small as it is appended.
+// A character with the marks behind it, put into their canonical order and made small as it is appended. The last one is
+// to be flushed.
 class Cluster {
 public:
     explicit Cluster(std::string& text)
         : m_text(text) {}
-    ~Cluster() { flush(); }
     Cluster(const Cluster&) = delete;
     Cluster& operator=(const Cluster&) = delete;
 
@@ -259,6 +259,7 @@ void appendOrderKey(std::string& key, std::string_view text) {
         addDecomposed(cluster, codePoint);
         at += static_cast<size_t>(length);
     }
+    cluster.flush();
 }
 
 std::string orderKey(std::string_view text) {

@@ -1,6 +1,10 @@
 #include "base/Text.h"
+#include "support/RefusedMemory.h"
 
 #include <gtest/gtest.h>
+
+#include <new>
+#include <string>
 
 using namespace discaro::base;
 
@@ -93,6 +97,15 @@ TEST(OrderKey, AnAccentedLetterStandsBehindItsBaseLetter) {
     EXPECT_EQ(orderKey("A\u0308rger"), orderKey("\u00e4RGER"));
     EXPECT_EQ(orderKey("README.txt"), "readme.txt");
     EXPECT_EQ(orderKey("A\xFFZ"), "a\xFFz");
+}
+
+TEST(Text, AKeyThatFindsNoMemoryIsAnErrorAndNoEnd) {
+    const std::string full(std::string().capacity(),
+                           'a'); // what a text holds without asking for memory
+    const std::string text = full + "\u00e4";
+    std::string key;
+    const discaro::test::RefusedMemory refused;
+    EXPECT_THROW(appendOrderKey(key, text), std::bad_alloc);
 }
 
 TEST(OrderKey, MarksStandInTheirCanonicalOrder) {
