@@ -99,6 +99,9 @@ bool Toolbar::isButtonEnabled(const QString& key) const {
 
 void Toolbar::setButtonEnabled(const QString& key, bool enabled) {
     button(key).setEnabled(enabled);
+    const QWidget* stop = focusProxy();
+    if (!stop || !stop->isVisibleTo(this) || !stop->isEnabledTo(this))
+        putFirstInReach();
 }
 
 // ---- Layout
@@ -121,9 +124,7 @@ void Toolbar::setArrangement(const QStringList& keys) {
     for (QToolButton* each : m_buttons)
         if (each)
             each->setVisible(m_arrangement.contains(each->objectName()));
-    const auto shown = inOrder();
-    if (!shown.empty())
-        putInReach(*shown.front());
+    putFirstInReach();
     lay();
 }
 
@@ -189,6 +190,15 @@ void Toolbar::putInReach(QToolButton& reached) {
         if (each)
             each->setFocusPolicy(each == &reached ? Qt::TabFocus : Qt::NoFocus);
     setFocusProxy(&reached);
+}
+
+// Where none can be pressed the stop stays where it was, and the Tab key passes over it.
+void Toolbar::putFirstInReach() {
+    const auto shown = inOrder();
+    const auto first = std::ranges::find_if(
+        shown, [this](const QToolButton* each) { return each->isEnabledTo(this); });
+    if (first != shown.end())
+        putInReach(**first);
 }
 
 void Toolbar::noteFocus(QWidget* before, QWidget* now) {

@@ -76,6 +76,7 @@ private:
     void makeButton(const ToolbarButton& declared);
     void lay();
     void putInReach(QToolButton& button);
+    void putFirstInReach();
     void noteFocus(QWidget* before, QWidget* now);
     bool keyPressed(QToolButton& button, int key);
     void goTo(int step, const QToolButton& from);

@@ -89,6 +89,30 @@ TEST_F(ToolbarTest, TheKeyboardGoesFromButtonToButtonAndBack) {
     EXPECT_EQ(whenClicked, &m_edit) << "as from a menu";
 }
 
+TEST_F(ToolbarTest, TheTabKeyStopsAtTheFirstButtonThatCanBePressed) {
+    const auto stop = [this] {
+        m_edit.setFocus();
+        QTest::keyClick(&m_edit, Qt::Key_Tab);
+        return m_window.focusWidget()->objectName();
+    };
+    m_edit.setObjectName("edit");
+    m_toolbar.setButtonEnabled("Four", false);
+    m_toolbar.setArrangement({"Four", "Three", "One"});
+    EXPECT_EQ(stop(), "Three");
+    m_toolbar.setButtonEnabled("Three", false);
+    EXPECT_EQ(stop(), "One");
+    m_toolbar.setButtonEnabled("Four", true);
+    EXPECT_EQ(stop(), "One") << "it stays where the keyboard was";
+    m_toolbar.setButtonEnabled("Four", false);
+    m_toolbar.setButtonEnabled("One", false);
+    EXPECT_EQ(stop(), "edit") << "none can be pressed";
+    m_toolbar.setArrangement({"Four", "Three"});
+    m_toolbar.setButtonEnabled("One", true);
+    EXPECT_EQ(stop(), "edit") << "a button that is not shown";
+    m_toolbar.setButtonEnabled("Four", true);
+    EXPECT_EQ(stop(), "Four");
+}
+
 TEST_F(ToolbarTest, TheLayoutHasEachKnownButtonOnce) {
     m_toolbar.setArrangement({"Four", "-", "Four", "unknown", "One", "-"});
     EXPECT_EQ(m_toolbar.arrangement(), (QStringList{"Four", "-", "One", "-"}));
