@@ -129,7 +129,8 @@ kit::Button* Scanform::wayOut() const {
 
 // A name that is the volume label was not typed.
 bool Scanform::holdsTyped() const {
-    const bool hasName = !Text2->text().isEmpty() && !Check1->value();
+    const QString name = Text2->text();
+    const bool hasName = !name.isEmpty() && !(Check1->value() && name == qt(DrvFact1.label));
     return hasName || !Text3->text().isEmpty();
 }
 

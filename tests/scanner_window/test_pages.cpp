@@ -406,6 +406,24 @@ TEST_F(Pages, EscapeLeavesWhereNothingTypedIsLost) {
     EXPECT_TRUE(isUp("Switch"));
 }
 
+TEST_F(Pages, EscapeDoesNotLoseALabelThatWasEdited) {
+    open();
+    next();
+    form->Check1->click();
+    const QString label = form->Text2->text();
+    ASSERT_FALSE(label.isEmpty());
+    typeInto(*form->Text2, "mine");
+    const QString typed = form->Text2->text();
+    ASSERT_NE(typed, label);
+    QTest::keyClick(form->Text2, Qt::Key_Escape);
+    EXPECT_TRUE(isUp("Scanform"));
+    EXPECT_EQ(form->Text2->text(), typed);
+    EXPECT_EQ(beeps.count(), 1);
+    form->Text2->setText(label);
+    QTest::keyClick(form->Text2, Qt::Key_Escape);
+    EXPECT_FALSE(isUp("Scanform"));
+}
+
 TEST_F(Pages, EscapeDoesNotLoseTypedCommentsOnAnyScreen) {
     open();
     next();
