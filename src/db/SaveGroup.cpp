@@ -13,8 +13,6 @@ using base::RuntimeError;
 
 namespace {
 
-constexpr size_t kMostSaves = 100'000; // what waits for the commit is kept in memory
-
 // True within its scope.
 class Flagged {
 public:
@@ -41,7 +39,8 @@ SaveGroup* SaveGroup::current() {
     return inForce();
 }
 
-SaveGroup::SaveGroup() {
+SaveGroup::SaveGroup(size_t most)
+    : m_most(most) {
     if (inForce() != nullptr)
         return;
     inForce() = this;
@@ -72,8 +71,10 @@ void SaveGroup::begin(Store& store) {
 
 bool SaveGroup::save(Store& store, RowWriter& writer, int64_t number, const EditBuffer& row,
                      uint64_t mask) {
-    if (m_saves.size() >= kMostSaves)
+    if (m_saves.size() >= m_most)
         giveWay();
+    if (m_oneByOne)
+        return writer.write(number, row, mask);
     if (m_store == nullptr)
         begin(store);
     try {
@@ -107,7 +108,8 @@ void SaveGroup::doOneByOne() {
     for (const Save& save : std::exchange(m_saves, {}))
         try {
             row.put(save.mask, save.values);
-            save.writer->write(save.number, row, save.mask);
+            if (!save.writer->write(save.number, row, save.mask))
+                throw RuntimeError(base::ErrorNumber::RecordGone);
         } catch (const RuntimeError& error) {
             if (!m_failure)
                 m_failure = error;

@@ -3,6 +3,7 @@
 #include "base/RuntimeError.h"
 #include "db/EditBuffer.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -14,10 +15,10 @@ class RowWriter;
 class Store;
 
 // As long as it lives, the saves of changed rows (Edit and Update) outside a transaction cost one commit for all of
-// them, or one for each hundred thousand. Each takes effect at once for all handles of the process and throws what it
-// would throw by itself. On disc they are with End, or with the group's own end, which passes over errors. Until then
-// the file is locked for other programs from the first save on, and stays open; a process that is killed leaves all of
-// them or none.
+// them, or one for each `most`: until it comes they are kept in memory. Each takes effect at once for all handles of
+// the process and throws what it would throw by itself. On disc they are with End, or with the group's own end, which
+// passes over errors. Until then the file is locked for other programs from the first save on, and stays open; a
+// process that is killed leaves all of them or none.
 //
 // A save that fails takes nothing else with it: what was saved before stays. Where the file can't take the group as a
 // whole, since a full disk has no room for its journal for instance, its saves are done again one by one, and so are
@@ -28,7 +29,7 @@ class Store;
 // group within another one, or within a transaction, belongs to that. Saves in a second file are done one by one.
 class SaveGroup {
 public:
-    SaveGroup();
+    explicit SaveGroup(size_t most = 100'000);
     ~SaveGroup();
     SaveGroup(const SaveGroup&) = delete;
     SaveGroup& operator=(const SaveGroup&) = delete;
@@ -58,6 +59,7 @@ private:
     void doOneByOne();
     void forget();
 
+    const size_t m_most;
     bool m_inForce = false;
     bool m_saving = false;
     bool m_oneByOne = false;

@@ -1,6 +1,7 @@
 #include "db/FaultyShelf.h"
 #include "db/RawDatabase.h"
 #include "db/SaveGroup.h"
+#include "db/Store.h"
 #include "support/RefusedMemory.h"
 
 #include <gmock/gmock.h>
@@ -45,6 +46,12 @@ protected:
                 break;
         }
         return refused;
+    }
+    static void rename(Recordset& discs, int place, const char* name = "new") {
+        discs.MoveTo(place);
+        discs.Edit();
+        discs("prefered name") = name;
+        discs.Update();
     }
     // Seen by another program.
     int changed(double size) const {
@@ -165,6 +172,40 @@ TEST_F(SaveGroups, OneFailureOfTheDiskLosesNothing) {
             EXPECT_GE(changed(size), 100 - refused - lost);
             ASSERT_LE(refused + lost, 1);
         }
+}
+
+TEST_F(SaveGroups, ARowThatGoesWhileTheyAreDoneAgainIsToldAtTheEnd) {
+    const auto database = open();
+    const auto discs = database->OpenRecordset("Discs");
+    const std::string done = database->store()->connection().text("SELECT total_changes()");
+    // What the connection has counted stays when the group is undone: the second time disc 2 goes with the first save.
+    RawDatabase(path(), FaultVfs::name())
+        .execute("CREATE TRIGGER losing AFTER UPDATE ON Discs WHEN new.\"id number\" = 1 "
+                 "AND total_changes() >= " +
+                 done + " + 2 BEGIN DELETE FROM Discs WHERE \"id number\" = 2; END");
+    SaveGroup group;
+    rename(*discs, 0);
+    rename(*discs, 1);
+    disk.failAt(0, FaultVfs::Fault::DiskFull, false);
+    EXPECT_EQ(errorOf([&] { group.End(); }), number(ErrorNumber::RecordGone));
+    EXPECT_TRUE(disk.failed());
+    EXPECT_EQ(RawDatabase(path()).text("SELECT group_concat(\"prefered name\") FROM Discs"), "new");
+    EXPECT_EQ(errorOf([&] { group.End(); }), 0);
+}
+
+TEST_F(SaveGroups, AfterAFullGroupThatCouldNotBeCommittedEachIsSavedByItself) {
+    const auto discs = open()->OpenRecordset("Discs");
+    SaveGroup group(2);
+    rename(*discs, 0);
+    rename(*discs, 1);
+    EXPECT_TRUE(isLocked());
+    disk.failAt(0, FaultVfs::Fault::DiskFull, false);
+    rename(*discs, 0, "newer");
+    EXPECT_TRUE(disk.failed());
+    EXPECT_FALSE(isLocked());
+    EXPECT_EQ(RawDatabase(path()).text("SELECT group_concat(\"prefered name\") FROM Discs"),
+              "newer,new");
+    group.End();
 }
 
 TEST_F(SaveGroups, AKillLeavesNoneOfThem) {
