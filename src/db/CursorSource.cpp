@@ -122,21 +122,12 @@ void CursorSource::step(int64_t rows) {
 
 bool CursorSource::jumpTo(int64_t index) {
     stopReadingAhead();
-    const auto lowest = firstOfDense();
-    const bool found = lowest ? readForward(*lowest + index, 1) : readSkipping(index);
+    std::vector<int64_t> numbers;
+    numbersAt(index, 1, numbers);
+    const bool found = !numbers.empty() && readForward(numbers.front(), 1);
     if (found)
         stand(0);
     return found;
-}
-
-bool CursorSource::readSkipping(int64_t rows) {
-    const auto statement =
-        m_store.statement(m_query.layout->select + m_query.filter() +
-                          " ORDER BY rowid LIMIT 1 OFFSET " + m_query.nextPlaceholder());
-    const StatementRun run(*statement);
-    bindQuery(*run);
-    run->bind(m_query.nextParameter(), rows);
-    return fill(*run, 1);
 }
 
 int64_t CursorSource::count() {

@@ -29,7 +29,6 @@ public:
 private:
     bool readForward(int64_t from, size_t rows);
     bool readBackward(int64_t from);
-    bool readSkipping(int64_t rows);
     bool jumpTo(int64_t index);
     void step(int64_t rows);
     std::optional<int64_t> firstOfDense();

@@ -1,7 +1,9 @@
 #include "db/Shelf.h"
+#include "db/Store.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 namespace discaro::db::test {
 namespace {
@@ -60,6 +62,26 @@ TEST_F(RowsByPlace, AreThoseOfATableWithGaps) {
     expectAllPlaces(*files);
     addFiles("C1D1", 600);
     expectAllPlaces(*files);
+}
+
+TEST_F(RowsByPlace, AJumpInATableWithGapsPassesNoMoreRowsThanAreNearThePlace) {
+    addFiles("C1D1", 6000);
+    const auto database = open();
+    database->Execute("delete * from Files where [file name] like '*3'");
+    const auto files = database->OpenRecordset("Files");
+    files->MoveTo(100);
+    sqlite3* const connection = database->store()->connection().handle();
+    int steps = 0;
+    const auto count = [](void* counter) { return ++*static_cast<int*>(counter) * 0; };
+    sqlite3_progress_handler(connection, 1, count, &steps);
+    for (const int64_t place : {5000, 2500, 5399}) {
+        steps = 0;
+        files->MoveTo(place);
+        EXPECT_LT(steps, 1500) << place;
+        EXPECT_EQ(files->AbsolutePosition(), place);
+        EXPECT_EQ(files->Fields(kName).Text(), at(*files, place));
+    }
+    sqlite3_progress_handler(connection, 0, nullptr, nullptr);
 }
 
 TEST_F(RowsByPlace, LeaveTheCurrentRowAndTheEditAlone) {
