@@ -11,10 +11,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <unordered_map>
@@ -67,8 +69,9 @@ uint32_t numberAt(std::span<const unsigned char> bytes, size_t place) {
     return number;
 }
 
+constexpr size_t kCounter = 24;
+
 uint32_t changesOf(const Header& header) {
-    constexpr size_t kCounter = 24;
     return numberAt(header, kCounter);
 }
 
@@ -135,6 +138,10 @@ public:
     // A journal or log at the path belongs to the file that the path names.
     bool mayUseCompanions() const { return !m_foreign && named(); }
     bool mayWrite();
+    // At the lock for reading.
+    void beginReading();
+    // Whether SQLite may keep pages of another state of the file than the one that it has locked now.
+    bool hasOldPages() { return std::exchange(m_oldPages, false); }
     void wrote(const void* bytes, int count, int64_t at);
     void cut(int64_t size);
     // At the lock for writing; false when the file is not the one that was left.
@@ -153,6 +160,7 @@ private:
 
     Stamp stamp() const;
     void look();
+    void notePages();
     bool holdsWhatWasWritten() const;
     bool isAsLeft(const Stamp& now) const;
     void takeStock(const Stamp& now);
@@ -161,7 +169,9 @@ private:
     sqlite3_file& m_file;
     int m_held; // the file itself, whatever its name; a descriptor that takes part in no lock
     bool m_known = false;
-    Stamp m_left;      // as this connection left the file, or found it
+    Stamp m_left;                 // as this connection left the file, or found it
+    std::optional<Stamp> m_pages; // that SQLite may keep: when they were read or written last
+    bool m_oldPages = false;
     Header m_header{}; // and its size, when it was whole last
     off_t m_size = 0;
     bool m_writing = false;
@@ -219,10 +229,22 @@ bool Guard::holdsWhatWasWritten() const {
     });
 }
 
+void Guard::beginReading() {
+    const Stamp now = stamp();
+    m_oldPages = m_oldPages || (m_pages && *m_pages != now);
+    m_pages = now;
+}
+
+void Guard::notePages() {
+    m_left = stamp();
+    if (!m_touched)
+        m_pages = m_left;
+}
+
 void Guard::wrote(const void* bytes, int count, int64_t at) {
     if (!m_writing)
         return;
-    m_left = stamp();
+    notePages();
     const std::string_view text(static_cast<const char*>(bytes), static_cast<size_t>(count));
     m_written[at] = {std::hash<std::string_view>()(text), count};
 }
@@ -230,7 +252,7 @@ void Guard::wrote(const void* bytes, int count, int64_t at) {
 void Guard::cut(int64_t size) {
     if (!m_writing)
         return;
-    m_left = stamp();
+    notePages();
     std::erase_if(m_written, [&](const auto& entry) { return entry.first >= size; });
 }
 
@@ -345,8 +367,14 @@ int closeFile(sqlite3_file* file) {
     return code;
 }
 
+// After each lock SQLite looks whether these bytes of the header are still those of the pages that it keeps. Copies of a
+// catalogue that have each been changed may have the same; then it is shown what no file has.
 int readFile(sqlite3_file* file, void* to, int count, sqlite3_int64 at) {
-    return methodsOf(file).xRead(real(file), to, count, at);
+    constexpr int kVersion = 16;
+    const int code = methodsOf(file).xRead(real(file), to, count, at);
+    if (code == SQLITE_OK && at == kCounter && count == kVersion && own(file)->guard->hasOldPages())
+        std::memset(to, 0xff, kVersion);
+    return code;
 }
 
 int writeFile(sqlite3_file* file, const void* from, int count, sqlite3_int64 at) {
@@ -378,6 +406,8 @@ int fileSize(sqlite3_file* file, sqlite3_int64* size) {
 
 int lockFile(sqlite3_file* file, int level) {
     const int code = methodsOf(file).xLock(real(file), level);
+    if (code == SQLITE_OK && level == SQLITE_LOCK_SHARED)
+        own(file)->guard->beginReading();
     if (code != SQLITE_OK || level != SQLITE_LOCK_RESERVED || own(file)->guard->beginWriting())
         return code;
     methodsOf(file).xUnlock(real(file), SQLITE_LOCK_SHARED);

@@ -332,6 +332,52 @@ TEST_F(FileGuard, WhatAnotherProgramWritesByTheRulesIsNoReasonToRefuse) {
     EXPECT_EQ(count("Discs"), 8);
 }
 
+TEST_F(FileGuard, NoPageOfACopyThatWentAnotherWayIsMixedWithTheFilesOwn) {
+    const auto database = open();
+    const auto discs = database->OpenRecordset("Discs");
+    const auto files = database->OpenRecordset("Files");
+    discs->Edit();
+    (*discs)("prefered name") = "ours";
+    discs->Update();
+    fs::copy_file(untouched(), moved());
+    RawDatabase(moved()).execute("UPDATE Files SET \"file name\" = 'theirs'");
+    ASSERT_EQ(bytesOf(path()).substr(0, 100), bytesOf(moved()).substr(0, 100));
+    fs::copy_file(moved(), path(), fs::copy_options::overwrite_existing);
+    fs::last_write_time(path(), fs::file_time_type::clock::now() + std::chrono::hours(1));
+    const auto named = [&](const char* query) {
+        return database->OpenRecordset(query)->RecordCount();
+    };
+    EXPECT_EQ(named("select * from Files where [file name] like 'theirs'"), 150);
+    EXPECT_EQ(named("select * from Discs where [prefered name] like 'old'"), 1);
+    files->Edit();
+    (*files)("file size") = -6;
+    files->Update();
+    RawDatabase raw(path());
+    EXPECT_EQ(raw.text("SELECT count(*) FROM Files WHERE \"file name\" = 'theirs'"), "150");
+    EXPECT_EQ(raw.text("SELECT count(*) FROM Files WHERE \"file size\" = -6"), "1");
+    EXPECT_EQ(raw.text("SELECT \"prefered name\" FROM Discs"), "old");
+    EXPECT_EQ(raw.text("PRAGMA integrity_check"), "ok");
+}
+
+TEST_F(FileGuard, WhatTheConnectionWritesItselfKeepsItsPages) {
+    const auto database = open();
+    const auto files = database->OpenRecordset("Files");
+    const auto version = [&] {
+        return database->store()->connection().number("PRAGMA data_version");
+    };
+    const int64_t before = version();
+    for (int i = 0; i < 3; ++i) {
+        files->Edit();
+        (*files)("file size") = i;
+        files->Update();
+    }
+    DBEngine::BeginTrans();
+    files->MoveNext();
+    files->Delete();
+    DBEngine::CommitTrans();
+    EXPECT_EQ(version(), before);
+}
+
 TEST_F(FileGuard, AJournalThatADeadProgramLeftIsPlayedBackAsEver) {
     const auto discs = source();
     leaveHalfAChange(path());
