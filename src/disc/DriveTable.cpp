@@ -139,9 +139,9 @@ char DriveTable::addImageOrFolder(const fs::path& path) {
         throw RuntimeError(ErrorNumber::PathMissing, shownPath(path));
     if (const char known = letterOf(whole); known != '\0') {
         auto& drive = driveOf(known);
-        drive.turn = ++m_turn;
         if (drive.hasFile())
             openFile(drive);
+        drive.turn = ++m_turn;
         return known;
     }
     const char given = freeLetter() == '\0' ? oldestAdded() : '\0';

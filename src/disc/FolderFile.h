@@ -24,7 +24,7 @@ base::ErrorNumber systemErrorNumber(int error);
 // does, and so does reading.
 std::unique_ptr<ByteSource> openFolderFile(int directory, const std::string& name);
 
-// The bytes of what is open for reading; none where that is nothing or no regular file. Throws ReadFailure.
+// The bytes of what is open for reading; none where that is nothing or no regular file. Throws as openFolderFile does.
 std::unique_ptr<ByteSource> folderFile(Descriptor file);
 
 } // namespace discaro::disc

@@ -261,6 +261,16 @@ TEST_F(DriveTableTest, WhenAllLettersAreGivenTheOneAskedForLongestAgoIsGivenAgai
     EXPECT_EQ(table.addImageOrFolder(scratch.makeFolder("STILL MORE")), 'F');
 }
 
+TEST_F(DriveTableTest, AskingForWhatCantBeReadAnyMoreDoesNotKeepItsLetter) {
+    auto table = makeTable();
+    for (char letter = 'D'; letter <= 'Z'; ++letter)
+        table.addImageOrFolder(scratch.makeFolder(std::string(1, letter)));
+    std::filesystem::remove(scratch.path() / "D");
+    const auto instead = scratch.write("D", "no disc image");
+    EXPECT_THROW(table.addImageOrFolder(instead), base::RuntimeError);
+    EXPECT_EQ(table.addImageOrFolder(scratch.makeFolder("MORE")), 'D');
+}
+
 TEST_F(DriveTableTest, LettersOfTheComputersDrivesAreNotGivenAgain) {
     for (int i = 0; i < 40; ++i)
         addOpticalDrive("/dev/sr" + std::to_string(i));
