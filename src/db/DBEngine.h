@@ -18,10 +18,10 @@ struct FileFormat;
 // rollback call. BeginTrans notes the data sources that are open (where there are none, the
 // Database handles); when the last of those closes without CommitTrans, the transaction is undone
 // with all its writes, whichever handle made them. So is it when the process ends in any way. When
-// a write fails because the disk is full or defective, the memory is out or the file is damaged,
-// the whole transaction is undone at once and counts as lost: every further write throws
-// TransactionLost, which tells that failure, until CommitTrans throws it a last time or the data
-// sources close.
+// a write fails because the disk is full or defective, the memory is out, or the file is damaged,
+// replaced or changed by another program past its locks, the whole transaction is undone at once and
+// counts as lost: every further write throws TransactionLost, which tells that failure, until
+// CommitTrans throws it a last time or the data sources close.
 class DBEngine {
 public:
     DBEngine() = delete;
@@ -29,18 +29,18 @@ public:
     // Opens a catalogue that exists; never creates one. Throws FileMissing, NotACatalogue (a
     // folder, another kind of file, a database without the expected tables), CatalogueDamaged,
     // CatalogueLocked, StorageFailure, CatalogueReplaced (there are handles on a file that the path
-    // does not name any more, or that has been overwritten; the next opening after the last of them
-    // has closed takes the file that is there). A read-only file, or one in a read-only folder, opens for
-    // reading.
+    // does not name any more, or that has been overwritten; the next opening after the last of them has closed takes the
+    // file that is there, and where they are neither data sources nor have a recordset open, and there is no
+    // transaction, this one closes them itself). A read-only file, or one in a read-only folder, opens for reading.
     static std::shared_ptr<Database> OpenDatabase(const std::filesystem::path& path);
 
     // TransactionOpen when there is one already (also a lost one), HandleClosed when no catalogue
-    // is open, CatalogueReadOnly, CatalogueLocked.
+    // is open, CatalogueReadOnly, CatalogueLocked, CatalogueReplaced.
     static void BeginTrans();
-    // Throws NoTransaction, or TransactionLost with nothing committed. When the commit itself
-    // fails, with DiskFull, StorageFailure or the like, nothing is committed and the transaction is
-    // over. Only after CatalogueLocked (another program is reading) it stays open, and CommitTrans
-    // may be called again.
+    // Throws NoTransaction, or TransactionLost with nothing committed. When the commit itself fails,
+    // with DiskFull, StorageFailure, CatalogueReplaced or the like, nothing is committed and the
+    // transaction is over. Only after CatalogueLocked (another program is reading) it stays open, and
+    // CommitTrans may be called again.
     static void CommitTrans();
     // Whether there is a transaction, lost ones included.
     static bool InTransaction();

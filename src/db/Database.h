@@ -42,7 +42,7 @@ public:
 
     // Runs one delete statement of the dialect, with its cascades; returns the number of rows
     // deleted from the table named. Throws as OpenRecordset does, NotAllowed for a select,
-    // CatalogueReadOnly, TransactionLost.
+    // CatalogueReadOnly, CatalogueReplaced, TransactionLost.
     int64_t Execute(std::string_view text);
 
     // Ends the handle and closes all recordsets opened through it. HandleClosed when it is closed

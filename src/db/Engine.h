@@ -18,10 +18,8 @@ public:
     static Engine& instance();
 
     // The store of a file, the same for every path to it. CatalogueReplaced when one is open whose file is no longer
-    // that of the path.
+    // that of the path; handles on such a one through which nobody works are closed first (DBEngine::OpenDatabase).
     std::shared_ptr<Store> open(const std::filesystem::path& path);
-    // Whether a file is open in this process.
-    bool isOpen(const std::filesystem::path& path);
     std::shared_ptr<Store> shared(const Store& store);
 
     void setFormat(FileFormat format) { m_format = std::move(format); }

@@ -33,8 +33,8 @@ enum class RecordsetType { Table = 0, Dynaset = 1, Snapshot = 2 };
 //
 // One thread. A recordset keeps its Database alive. After Close, or after its Database was closed,
 // every operation but Close throws HandleClosed. Errors are base::RuntimeError; a failed operation
-// leaves position and edit as they were unless it says otherwise. Any operation may also fail with
-// what the file gives: CatalogueDamaged, StorageFailure, CatalogueLocked, DiskFull, OutOfMemory.
+// leaves position and edit as they were unless it says otherwise. Any operation may also fail with what the file gives:
+// CatalogueDamaged, StorageFailure, CatalogueLocked, DiskFull, OutOfMemory, and CatalogueReplaced where it writes.
 class Recordset {
 public:
     // Only a Database opens recordsets.
@@ -56,8 +56,8 @@ public:
     void Edit();
     // Saves the row begun with AddNew or Edit; only changed fields are written. The current row is
     // the one it was before AddNew. Throws NoEditInProgress, RuleViolated, RecordGone,
-    // CatalogueReadOnly, TransactionLost; the edit then stays in progress and may be corrected and
-    // saved again.
+    // CatalogueReadOnly, CatalogueReplaced, TransactionLost; the edit then stays in progress and may
+    // be corrected and saved again.
     void Update();
     // Drops the edit in progress, if there is one.
     void CancelUpdate();
