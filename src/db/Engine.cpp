@@ -103,15 +103,6 @@ std::shared_ptr<Store> Engine::openNew(const std::filesystem::path& path,
     return store;
 }
 
-bool Engine::isOpen(const std::filesystem::path& path) {
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(path, error))
-        return false;
-    const FileIdentity identity = identityOf(path);
-    return std::ranges::any_of(openStores(),
-                               [&](const auto& each) { return each->identity() == identity; });
-}
-
 std::shared_ptr<Store> Engine::shared(const Store& store) {
     for (auto& each : openStores())
         if (each.get() == &store)

@@ -42,11 +42,6 @@ void TextSorter::sort() {
     });
 }
 
-void TextSorter::clear() {
-    m_rows = {};
-    m_keys = {};
-}
-
 std::vector<int64_t> TextSorter::numbers() const {
     std::vector<int64_t> numbers(m_rows.size());
     std::ranges::transform(m_rows, numbers.begin(), &Row::number);

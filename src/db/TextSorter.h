@@ -17,8 +17,6 @@ class TextSorter {
 public:
     void add(int64_t number, const RowText& text);
     void sort();
-    // Forgets all rows and gives the memory back.
-    void clear();
 
     size_t size() const { return m_rows.size(); }
     // Of the row at a place.
