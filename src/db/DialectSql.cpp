@@ -1,19 +1,14 @@
 #include "db/DialectSql.h"
 
 #include "base/Number.h"
+#include "db/Connection.h"
 
 #include <algorithm>
 
 namespace discaro::db {
 
 void DialectSql::name(std::string_view canonicalName) {
-    text += '"';
-    for (const char c : canonicalName) {
-        if (c == '"')
-            text += '"';
-        text += c;
-    }
-    text += '"';
+    text += quotedName(canonicalName);
 }
 
 void DialectSql::constant(Value value) {

@@ -2,7 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "base/Text.h"
-#include "db/Utf8Step.h"
+#include "base/Utf8Step.h"
 
 #include <algorithm>
 #include <array>
@@ -116,7 +116,7 @@ size_t numberLength(std::string_view text) {
 std::string_view shownOnError(std::string_view text) {
     size_t end = std::min(text.size(), kShownOnError);
     if (end < text.size())
-        while (end > 0 && isContinuation(text[end]))
+        while (end > 0 && base::isContinuation(text[end]))
             --end;
     return text.substr(0, end);
 }

@@ -1,7 +1,7 @@
 #include "db/FoldBuffer.h"
 
 #include "base/Text.h"
-#include "db/Utf8Step.h"
+#include "base/Utf8Step.h"
 
 #include <array>
 #include <cstdint>
@@ -38,7 +38,7 @@ Character characterAt(std::string_view text, size_t at) {
         return {};
     char32_t codePoint = lead & (0xFFU >> (length + 1));
     for (size_t next = at + 1; next < at + length; ++next) {
-        if (!isContinuation(text[next]))
+        if (!base::isContinuation(text[next]))
             return {};
         codePoint = codePoint << 6 | (static_cast<unsigned char>(text[next]) & 0x3F);
     }

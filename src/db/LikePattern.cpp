@@ -1,7 +1,7 @@
 #include "db/LikePattern.h"
 
 #include "base/Text.h"
-#include "db/Utf8Step.h"
+#include "base/Utf8Step.h"
 
 #include <algorithm>
 #include <cstring>
@@ -19,7 +19,7 @@ bool isAscii(char c) {
 
 size_t lengthBefore(std::string_view text, size_t end) {
     for (size_t length = 2; length <= 4 && length <= end; ++length)
-        if (lengthAt(text, end - length) == length)
+        if (base::lengthAt(text, end - length) == length)
             return length;
     return 1;
 }
@@ -34,7 +34,7 @@ size_t matchForward(std::string_view part, std::string_view text, size_t at) {
         if (at >= text.size())
             return kNone;
         if (c == '?') {
-            at += lengthAt(text, at);
+            at += base::lengthAt(text, at);
             continue;
         }
         if (c == '#' ? !isDigit(text[at]) : c != text[at])
@@ -83,7 +83,7 @@ size_t skip(std::string_view text, size_t at, size_t characters) {
     for (; characters > 0; --characters) {
         if (at >= text.size())
             return kNone;
-        at += lengthAt(text, at);
+        at += base::lengthAt(text, at);
     }
     return at;
 }
@@ -184,7 +184,7 @@ size_t LikePattern::findCore(std::string_view core, std::string_view text, size_
     if (core.find_first_of("?#") == kNone)
         return findPlainEnd(core, text, from);
     if ((text.size() - from) * core.size() <= kMostTried) {
-        for (size_t at = from; at < text.size(); at += lengthAt(text, at))
+        for (size_t at = from; at < text.size(); at += base::lengthAt(text, at))
             if (const size_t end = matchForward(core, text, at); end != kNone)
                 return end;
         return kNone;

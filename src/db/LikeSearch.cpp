@@ -1,6 +1,6 @@
 #include "db/LikeSearch.h"
 
-#include "db/Utf8Step.h"
+#include "base/Utf8Step.h"
 
 #include <algorithm>
 
@@ -95,7 +95,7 @@ size_t LikeSearch::findEnd(std::string_view text, size_t from) {
     m_used = 1;
     for (size_t at = from; at < text.size();) {
         m_state[0] |= 1;
-        const size_t length = lengthAt(text, at);
+        const size_t length = base::lengthAt(text, at);
         const size_t end = length == 1 ? stepShort(text[at]) : stepLong(text.substr(at, length));
         if (end != 0)
             return at + end;

@@ -1,6 +1,7 @@
 #include "disc/IniFile.h"
 
 #include "base/Text.h"
+#include "base/Utf8Step.h"
 #include "disc/TextLines.h"
 
 #include <optional>
@@ -65,10 +66,6 @@ std::optional<std::string> findValue(const ByteSource& source, std::string_view 
     return std::nullopt;
 }
 
-bool beginsCharacter(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-}
-
 } // namespace
 
 IniText privateProfileString(const ByteSource& source, std::string_view section,
@@ -78,7 +75,7 @@ IniText privateProfileString(const ByteSource& source, std::string_view section,
     IniText result;
     size_t end = 0;
     for (; end < value.size(); ++end) {
-        if (!beginsCharacter(value[end]))
+        if (base::isContinuation(value[end]))
             continue;
         if (result.copied + 1 >= bufferLength)
             break;

@@ -1,6 +1,7 @@
 #include "disc/TextLines.h"
 
 #include "base/Text.h"
+#include "base/Utf8Step.h"
 
 #include <algorithm>
 #include <span>
@@ -14,10 +15,6 @@ constexpr std::string_view kMarkUtf16Le = "\xFF\xFE";
 constexpr std::string_view kMarkUtf16Be = "\xFE\xFF";
 constexpr unsigned kEndMark = 0x1A;
 
-bool isContinuation(char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
 // The bytes that the first byte of a UTF-8 character announces; 1 for a byte that begins none.
 size_t announcedLength(char c) {
     const auto byte = static_cast<unsigned char>(c);
@@ -27,7 +24,7 @@ size_t announcedLength(char c) {
 // Without the beginning of a UTF-8 character whose end is missing.
 std::string_view withoutHalfCharacter(std::string_view text) {
     size_t lead = text.size();
-    while (lead > 0 && text.size() - lead < 3 && isContinuation(text[lead - 1]))
+    while (lead > 0 && text.size() - lead < 3 && base::isContinuation(text[lead - 1]))
         --lead;
     if (lead == 0 || announcedLength(text[lead - 1]) <= text.size() - lead + 1)
         return text;

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-namespace discaro::db {
+namespace discaro::base {
 
 inline bool isContinuation(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
@@ -23,4 +23,4 @@ inline size_t lengthAt(std::string_view text, size_t at) {
     return length;
 }
 
-} // namespace discaro::db
+} // namespace discaro::base
