@@ -2,6 +2,7 @@
 
 #include "base/Number.h"
 #include "base/RuntimeError.h"
+#include "disc/DriveTable.h"
 #include "scanner/DiscFiles.h"
 #include "scanner/Texts.h"
 
@@ -13,7 +14,7 @@ void QuickScan::begin(char driveLetter) {
     m_driveLetter = driveLetter;
     m_failed = false;
     m_damaged = 0;
-    readRoot(m_lister, rootPath(driveLetter));
+    readRoot(m_lister, disc::DriveTable::rootText(driveLetter));
     noteDamage();
     m_files += m_lister.fileCount();
 }
@@ -23,7 +24,7 @@ void QuickScan::begin(char driveLetter) {
 bool QuickScan::countBelow(const Progress& progress) {
     const bool whole = countDirectory(progress);
     if (whole && m_failed)
-        readRoot(m_lister, rootPath(m_driveLetter));
+        readRoot(m_lister, disc::DriveTable::rootText(m_driveLetter));
     return whole;
 }
 

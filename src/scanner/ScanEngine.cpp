@@ -37,7 +37,7 @@ ScanEngine::ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc
     , m_catalogue(app::Module1::cataloguePath()) {}
 
 void ScanEngine::lookAtDisc() {
-    const std::string root = rootPath(m_request.driveLetter);
+    const std::string root = disc::DriveTable::rootText(m_request.driveLetter);
     const disc::DriveFacts facts = m_drives.facts(root);
     readRoot(m_lister, root); // which may be another disc's than the quick scan's
     m_disc = facts;
@@ -101,8 +101,9 @@ bool ScanEngine::discIsLost() {
         return false;
     const bool fewer = FilesDone < m_request.quickFiles;
     const bool worse = m_desk.damagedDirectories() > m_request.quickDamagedDirectories;
-    return m_desk.discGone() || (fewer && worse) ||
-           !skipErrors([&] { readRoot(m_lister, rootPath(m_request.driveLetter)); });
+    return m_desk.discGone() || (fewer && worse) || !skipErrors([&] {
+               readRoot(m_lister, disc::DriveTable::rootText(m_request.driveLetter));
+           });
 }
 
 bool ScanEngine::stopIfCancelled() {

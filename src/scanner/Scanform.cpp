@@ -173,11 +173,11 @@ void Scanform::setDrive(const std::string& drive) {
 void Scanform::chooseDiscDrive() {
     const QScopedValueRollback choosing(m_choosesDrive, true);
     if (m_drives.type(std::string_view(&m_ownDrive, 1)) == disc::DriveType::CdRom) {
-        setDrive(rootPath(m_ownDrive));
+        setDrive(disc::DriveTable::rootText(m_ownDrive));
         return giveFactsDrive();
     }
     for (const char letter : m_drives.letters()) {
-        const std::string root = rootPath(letter);
+        const std::string root = disc::DriveTable::rootText(letter);
         if (m_drives.type(root) != disc::DriveType::CdRom)
             continue;
         setDrive(root);
@@ -200,7 +200,7 @@ void Scanform::giveFactsDrive() {
 }
 
 void Scanform::Drive1_Change() {
-    skipErrors([this] { Dir1.setPath(rootPath(drive()[0])); });
+    skipErrors([this] { Dir1.setPath(disc::DriveTable::rootText(drive()[0])); });
     Dir1.letGo(); // the disc may be changed until the quick scan comes
     giveFactsDrive();
     const bool disc = DrvFact1.type == disc::DriveType::CdRom;
@@ -275,7 +275,7 @@ void Scanform::addDiscs(const std::vector<std::filesystem::path>& paths) {
 // Returns its root; "" when it can't be read.
 std::string Scanform::addDrive(const std::filesystem::path& path, QStringList& refused) {
     try {
-        return rootPath(m_drives.addImageOrFolder(path));
+        return disc::DriveTable::rootText(m_drives.addImageOrFolder(path));
     } catch (const base::RuntimeError& error) {
         refused << qt(error.description());
         return {};

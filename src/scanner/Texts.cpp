@@ -28,10 +28,6 @@ std::string paragraphs(std::initializer_list<std::string_view> lines) {
 
 } // namespace
 
-std::string rootPath(char driveLetter) {
-    return std::string(1, driveLetter) + ":\\";
-}
-
 std::string scanManner(const ScanOptions& options) {
     return options.DetailLevel + " details " +
            (options.ErrorAction == "ignore" ? "ignoring all errors." : "not ignoring any errors.");

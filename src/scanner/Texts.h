@@ -11,9 +11,6 @@ namespace discaro::scanner {
 // The line end of texts that go into the catalogue and into the wizard's boxes.
 inline constexpr std::string_view kLineEnd = "\r\n";
 
-// "D:\" for 'D'.
-std::string rootPath(char driveLetter);
-
 // "basic details ignoring all errors." and its like: how the disc is scanned, for the settings and the report.
 std::string scanManner(const ScanOptions& options);
 

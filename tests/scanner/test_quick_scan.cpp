@@ -170,7 +170,7 @@ TEST(QuickScan, AFolderThatLosesADirectoryWhileItIsCountedIsCountedToItsEnd) {
         return true;
     }));
     EXPECT_EQ(quick.text(), "3 Directories\r\n0 Files");
-    EXPECT_EQ(rig.lister.path(), scanner::rootPath(rig.letter));
+    EXPECT_EQ(rig.lister.path(), disc::DriveTable::rootText(rig.letter));
 }
 
 TEST(QuickScan, ADamagedDirectoryIsCountedAsFarAsItCanBeRead) {
