@@ -12,21 +12,16 @@ namespace discaro::app {
 
 SingleInstance::SingleInstance(const std::filesystem::path& markFile,
                                const std::filesystem::path& folder)
-    : m_marks{open(markFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600),
-              open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)} {
-    for (const int mark : m_marks)
+    : m_marks{
+          base::Descriptor(open(markFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)),
+          base::Descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))} {
+    for (const auto& mark : m_marks)
         take(mark);
 }
 
-void SingleInstance::take(int mark) {
-    if (mark >= 0 && flock(mark, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+void SingleInstance::take(const base::Descriptor& mark) {
+    if (mark && flock(mark.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
         m_taken = true;
-}
-
-SingleInstance::~SingleInstance() {
-    for (const int mark : m_marks)
-        if (mark >= 0)
-            close(mark);
 }
 
 std::filesystem::path SingleInstance::defaultMark() {

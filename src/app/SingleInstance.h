@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/Descriptor.h"
+
 #include <array>
 #include <filesystem>
 
@@ -14,9 +16,6 @@ public:
     // the folder itself and leaves nothing in it. An empty path and a folder that is not there have no mark.
     explicit SingleInstance(const std::filesystem::path& markFile,
                             const std::filesystem::path& folder = {});
-    ~SingleInstance();
-    SingleInstance(const SingleInstance&) = delete;
-    SingleInstance& operator=(const SingleInstance&) = delete;
 
     // Whether another instance had a mark already. Where no mark can be made at all, nobody has it.
     bool prevInstance() const { return m_taken; }
@@ -25,9 +24,9 @@ public:
     static std::filesystem::path defaultMark();
 
 private:
-    void take(int mark);
+    void take(const base::Descriptor& mark);
 
-    std::array<int, 2> m_marks{-1, -1}; // descriptors of the file and of the folder
+    std::array<base::Descriptor, 2> m_marks; // of the file and of the folder
     bool m_taken = false;
 };
 

@@ -1,5 +1,6 @@
 #include "db/DatabaseFile.h"
 
+#include "base/Descriptor.h"
 #include "base/RuntimeError.h"
 #include "db/Connection.h"
 
@@ -45,25 +46,17 @@ ErrorNumber errorNumberOfSystem(int error) {
                        path.string() + ": " + std::generic_category().message(error));
 }
 
-class Descriptor {
-public:
-    Descriptor(const fs::path& path, int flags)
-        : m_number(::open(path.c_str(), flags, 0666)) {
-        if (m_number < 0)
-            refuse(errno, path);
-    }
-    ~Descriptor() { ::close(m_number); }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
+base::Descriptor opened(const fs::path& path, int flags) {
+    base::Descriptor file(::open(path.c_str(), flags, 0666));
+    if (!file)
+        refuse(errno, path);
+    return file;
+}
 
-    void sync(const fs::path& path) const {
-        if (::fsync(m_number) != 0)
-            refuse(errno, path);
-    }
-
-private:
-    int m_number;
-};
+void sync(const fs::path& path, int flags) {
+    if (::fsync(opened(path, flags).number()) != 0)
+        refuse(errno, path);
+}
 
 // A file that goes away again, its journal too, unless it has been given its final name.
 class Draft {
@@ -71,7 +64,7 @@ public:
     explicit Draft(const fs::path& name)
         : m_path(name.string() + ".new") {
         remove(); // what an interrupted creation left
-        const Descriptor created(m_path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC);
+        opened(m_path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC);
     }
     ~Draft() { remove(); }
     Draft(const Draft&) = delete;
@@ -103,7 +96,7 @@ void fill(const fs::path& path, const FileFormat& format, std::span<const std::s
 
 void syncFolder(const fs::path& file) {
     const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-    Descriptor(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC).sync(folder);
+    sync(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
 }
 
 // Also by a link that leads nowhere.
@@ -140,7 +133,7 @@ void createDatabaseFile(const fs::path& path, const FileFormat& format,
 }
 
 void publishFile(const fs::path& finished, const fs::path& name) {
-    Descriptor(finished, O_RDONLY | O_CLOEXEC).sync(finished);
+    sync(finished, O_RDONLY | O_CLOEXEC);
     if (!isTaken(name))
         setJournalAside(name);
     renameWithoutReplacing(finished, name);

@@ -1,12 +1,12 @@
 #include "db/FileGuard.h"
 
+#include "base/Descriptor.h"
 #include "base/RuntimeError.h"
 #include "db/DatabaseFile.h"
 
 #include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -124,12 +124,6 @@ public:
         : m_path(path)
         , m_file(file)
         , m_held(::open(path, O_PATH | O_CLOEXEC)) {}
-    ~Guard() {
-        if (m_held >= 0)
-            ::close(m_held);
-    }
-    Guard(const Guard&) = delete;
-    Guard& operator=(const Guard&) = delete;
 
     const std::string& path() const { return m_path; }
     bool holdsWhatWasOpened() const;
@@ -167,7 +161,7 @@ private:
 
     std::string m_path;
     sqlite3_file& m_file;
-    int m_held; // the file itself, whatever its name; a descriptor that takes part in no lock
+    base::Descriptor m_held; // the file itself, whatever its name; it takes part in no lock
     bool m_known = false;
     Stamp m_left;                 // as this connection left the file, or found it
     std::optional<Stamp> m_pages; // that SQLite may keep: when they were read or written last
@@ -183,14 +177,14 @@ private:
 
 Stamp Guard::stamp() const {
     struct stat status {};
-    if (::fstat(m_held, &status) != 0)
+    if (::fstat(m_held.number(), &status) != 0)
         return {-1};
     return {status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
 bool Guard::named() const {
     struct stat status {};
-    return ::fstat(m_held, &status) == 0 &&
+    return ::fstat(m_held.number(), &status) == 0 &&
            identityAt(m_path.c_str()) == Identity{status.st_dev, status.st_ino};
 }
 

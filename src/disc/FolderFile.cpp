@@ -12,6 +12,7 @@
 
 namespace discaro::disc {
 
+using base::Descriptor;
 using base::ErrorNumber;
 using base::RuntimeError;
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/Descriptor.h"
 #include "base/RuntimeError.h"
-#include "disc/Descriptor.h"
 #include "disc/Medium.h"
 
 #include <memory>
@@ -25,6 +25,6 @@ base::ErrorNumber systemErrorNumber(int error);
 std::unique_ptr<ByteSource> openFolderFile(int directory, const std::string& name);
 
 // The bytes of what is open for reading; none where that is nothing or no regular file. Throws as openFolderFile does.
-std::unique_ptr<ByteSource> folderFile(Descriptor file);
+std::unique_ptr<ByteSource> folderFile(base::Descriptor file);
 
 } // namespace discaro::disc

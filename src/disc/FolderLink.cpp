@@ -16,6 +16,8 @@
 
 namespace discaro::disc {
 
+using base::Descriptor;
+
 namespace {
 
 // As many as the system follows.

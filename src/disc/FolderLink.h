@@ -1,6 +1,6 @@
 #pragma once
 
-#include "disc/Descriptor.h"
+#include "base/Descriptor.h"
 
 #include <string>
 
@@ -15,6 +15,6 @@ struct LinkGround {
 // Follows a symbolic link, told by its path below the folder, and opens what it leads to: with O_PATH or for reading.
 // Nothing outside the folder is looked at on the way, so that a link on a disc reaches neither the user's other files
 // nor a network. Empty where the way leaves the folder or doesn't end at a regular file.
-Descriptor openLinked(const LinkGround& ground, std::string link, int access);
+base::Descriptor openLinked(const LinkGround& ground, std::string link, int access);
 
 } // namespace discaro::disc

@@ -22,6 +22,7 @@
 
 namespace discaro::disc {
 
+using base::Descriptor;
 using base::ErrorNumber;
 using base::RuntimeError;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "disc/Descriptor.h"
+#include "base/Descriptor.h"
 #include "disc/Medium.h"
 
 #include <filesystem>
@@ -42,7 +42,7 @@ public:
 private:
     // A place's number is that of the directory that lists it, its raw name the rest. The root has neither.
     uint32_t numberOf(const Place& directory) const;
-    Descriptor linked(uint32_t directory, const std::string& name, int access) const;
+    base::Descriptor linked(uint32_t directory, const std::string& name, int access) const;
 
     Use m_use;
     std::unique_ptr<FolderTree> m_tree;

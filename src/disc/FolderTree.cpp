@@ -1,7 +1,7 @@
 #include "disc/FolderTree.h"
 
+#include "base/Descriptor.h"
 #include "base/RuntimeError.h"
-#include "disc/Descriptor.h"
 #include "disc/FolderFile.h"
 
 #include <fcntl.h>
@@ -26,7 +26,7 @@ constexpr size_t kKeptOpen = 16;
 
 constexpr int kDirectoryFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK;
 
-DIR* streamOf(Descriptor descriptor) {
+DIR* streamOf(base::Descriptor descriptor) {
     DIR* stream = descriptor ? ::fdopendir(descriptor.number()) : nullptr;
     if (stream)
         descriptor.release();
@@ -91,7 +91,7 @@ DIR* FolderTree::keepOpen(uint32_t directory, Stream stream) {
 }
 
 FolderTree::Stream FolderTree::openRoot() const {
-    Stream stream(streamOf(Descriptor(::open(m_root.c_str(), kDirectoryFlags))));
+    Stream stream(streamOf(base::Descriptor(::open(m_root.c_str(), kDirectoryFlags))));
     if (!stream)
         throw RuntimeError(ErrorNumber::DriveNotReady, systemText(errno));
     return stream;
@@ -99,7 +99,7 @@ FolderTree::Stream FolderTree::openRoot() const {
 
 FolderTree::Stream FolderTree::openIn(DIR* parent, const std::string& name) const {
     Stream stream(streamOf(
-        Descriptor(::openat(::dirfd(parent), name.c_str(), kDirectoryFlags | O_NOFOLLOW))));
+        base::Descriptor(::openat(::dirfd(parent), name.c_str(), kDirectoryFlags | O_NOFOLLOW))));
     if (!stream)
         throwSystemError(errno);
     return stream;

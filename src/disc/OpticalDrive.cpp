@@ -1,7 +1,7 @@
 #include "disc/OpticalDrive.h"
 
+#include "base/Descriptor.h"
 #include "base/RuntimeError.h"
-#include "disc/Descriptor.h"
 #include "disc/ShownNames.h"
 
 #include <fcntl.h>
@@ -48,7 +48,7 @@ uint64_t lastSessionStart(const DriveRequest& ask, const std::filesystem::path& 
 
 uint64_t lastSessionStart(const std::filesystem::path& device) {
     // One that waits for a disc would close the tray.
-    const Descriptor drive(::open(device.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    const base::Descriptor drive(::open(device.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!drive)
         return 0;
     const auto ask = [&](unsigned long request, void* answer) {

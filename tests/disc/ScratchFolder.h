@@ -1,6 +1,6 @@
 #pragma once
 
-#include "disc/Descriptor.h"
+#include "base/Descriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -46,12 +46,12 @@ public:
 
     // Folders inside each other, deeper than a path of the system may be long; a file in the innermost one.
     void makeDeep(const std::string& name, size_t levels, const std::string& file) const {
-        disc::Descriptor at(::open(m_path.c_str(), O_RDONLY | O_DIRECTORY));
+        base::Descriptor at(::open(m_path.c_str(), O_RDONLY | O_DIRECTORY));
         for (size_t level = 0; level < levels; ++level) {
             ::mkdirat(at.number(), name.c_str(), 0777);
-            at = disc::Descriptor(::openat(at.number(), name.c_str(), O_RDONLY | O_DIRECTORY));
+            at = base::Descriptor(::openat(at.number(), name.c_str(), O_RDONLY | O_DIRECTORY));
         }
-        const disc::Descriptor written(
+        const base::Descriptor written(
             ::openat(at.number(), file.c_str(), O_WRONLY | O_CREAT, 0666));
         if (!written)
             throw std::runtime_error("no deep folder");

@@ -141,7 +141,7 @@ TEST_F(FolderMediumTest, PipesAndSocketsHaveFactsAndNeitherLengthNorBytes) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     (folder.path() / "socket").native().copy(address.sun_path, sizeof address.sun_path - 1);
-    const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
+    const base::Descriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
     ASSERT_EQ(::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address),
               0);
     EXPECT_THAT(namesOf(listRoot().files), UnorderedElementsAre("pipe", "socket"));

@@ -4,9 +4,9 @@
 
 #include <utility>
 
-namespace discaro::disc {
+namespace discaro::base {
 
-// Owns an open file descriptor; negative when there is none.
+// Owns an open file descriptor, and is the only one in the program that does; negative when there is none.
 class Descriptor {
 public:
     Descriptor() = default;
@@ -31,4 +31,4 @@ private:
     int m_number = -1;
 };
 
-} // namespace discaro::disc
+} // namespace discaro::base
