@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Descriptor.h"
 #include "disc/Medium.h"
 
 #include <filesystem>
@@ -12,17 +13,17 @@ public:
     // Throws base::RuntimeError: PathMissing, DriveNotReady (a drive without a readable disc), ReadFailure (no right
     // to read, and whatever else the system says).
     explicit FileBytes(const std::filesystem::path& path);
-    ~FileBytes() override;
-    FileBytes(const FileBytes&) = delete;
-    FileBytes& operator=(const FileBytes&) = delete;
+
+    // The first bytes of what is open for reading; none need be open where the size is 0.
+    FileBytes(base::Descriptor file, uint64_t size);
 
     // The size at the time of opening.
     uint64_t size() const override { return m_size; }
-    // Throws as the constructor does.
+    // Throws as opening does.
     size_t read(uint64_t offset, std::span<std::byte> buffer) const override;
 
 private:
-    int m_file;
+    base::Descriptor m_file;
     uint64_t m_size = 0;
 };
 

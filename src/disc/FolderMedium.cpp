@@ -6,6 +6,7 @@
 #include "disc/FolderTree.h"
 #include "disc/MountTable.h"
 #include "disc/ShownNames.h"
+#include "disc/SystemErrors.h"
 
 #include <dirent.h>
 #include <fcntl.h>

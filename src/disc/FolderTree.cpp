@@ -2,7 +2,7 @@
 
 #include "base/Descriptor.h"
 #include "base/RuntimeError.h"
-#include "disc/FolderFile.h"
+#include "disc/SystemErrors.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "disc/FolderFile.h"
+#include "disc/SystemErrors.h"
 
 #include <gtest/gtest.h>
 
