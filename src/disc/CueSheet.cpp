@@ -4,6 +4,7 @@
 #include "base/Text.h"
 #include "disc/FileBytes.h"
 #include "disc/ShownNames.h"
+#include "disc/TrackBytes.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "disc/DiscData.h"
 #include "disc/IsoRecord.h"
-#include "disc/Medium.h"
-#include "disc/TrackBytes.h"
 
 #include <array>
 #include <cstdint>

@@ -2,8 +2,8 @@
 
 #include "base/RuntimeError.h"
 #include "base/Text.h"
+#include "disc/DiscData.h"
 #include "disc/RockRidge.h"
-#include "disc/TrackBytes.h"
 
 #include <algorithm>
 #include <vector>

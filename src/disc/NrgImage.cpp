@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "disc/DiscBytes.h"
+#include "disc/TrackBytes.h"
 
 #include <algorithm>
 #include <map>

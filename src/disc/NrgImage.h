@@ -1,6 +1,6 @@
 #pragma once
 
-#include "disc/SectorSource.h"
+#include "disc/DiscData.h"
 
 #include <memory>
 #include <optional>

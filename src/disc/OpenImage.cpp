@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "disc/IsoMedium.h"
+#include "disc/SectorSource.h"
 #include "disc/ShownNames.h"
 #include "disc/UdfMedium.h"
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "disc/Medium.h"
-#include "disc/SectorSource.h"
+#include "disc/DiscData.h"
 
 #include <filesystem>
 #include <memory>

@@ -9,6 +9,7 @@
 #include "disc/NrgImage.h"
 #include "disc/OpticalDrive.h"
 #include "disc/ShownNames.h"
+#include "disc/TrackBytes.h"
 
 #include <algorithm>
 #include <array>

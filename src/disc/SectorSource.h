@@ -1,20 +1,11 @@
 #pragma once
 
-#include "disc/Medium.h"
-#include "disc/TrackBytes.h"
+#include "disc/DiscData.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <memory>
-#include <vector>
 
 namespace discaro::disc {
-
-// What a disc, or the image of one, holds as data.
-struct DiscData {
-    std::shared_ptr<const ByteSource> sectors; // user data, sector n at byte n * kSectorSize
-    std::vector<uint64_t> sessions; // first data sectors of the sessions, the last session first
-};
 
 // The data of an image file or of a block device such as an optical drive. Recognised are images of plain 2048-byte
 // sectors, of raw sectors (2352, 2336 and 2448 bytes, mode 1 and mode 2 form 1), cue sheets with their files, and

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "disc/Medium.h"
+#include "disc/DiscData.h"
 
 #include <memory>
 #include <vector>
 
 namespace discaro::disc {
-
-// Bytes of user data in a sector, and the unit in which a disc is addressed.
-constexpr uint64_t kSectorSize = 2048;
 
 // Consecutive sectors of a disc in an image file that keeps more of each sector than its user data, or keeps other
 // things around them.

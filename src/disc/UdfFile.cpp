@@ -1,7 +1,7 @@
 #include "disc/UdfFile.h"
 
+#include "disc/DiscData.h"
 #include "disc/DiscTime.h"
-#include "disc/TrackBytes.h"
 #include "disc/UdfTag.h"
 
 #include <algorithm>

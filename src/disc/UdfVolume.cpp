@@ -2,7 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "base/Text.h"
-#include "disc/TrackBytes.h"
+#include "disc/DiscData.h"
 #include "disc/UdfFile.h"
 #include "disc/UdfTag.h"
 

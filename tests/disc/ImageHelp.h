@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "disc/OpenImage.h"
+#include "disc/SectorSource.h"
 #include "support/BufferSource.h"
 #include "support/MediumWalk.h"
 

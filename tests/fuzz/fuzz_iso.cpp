@@ -8,6 +8,7 @@
 #include "disc/CueSheet.h"
 #include "disc/DiscBytes.h"
 #include "disc/OpenImage.h"
+#include "disc/SectorSource.h"
 
 #include <algorithm>
 #include <array>
