@@ -4,10 +4,12 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "db/WaitOnce.h"
+#include "explorer/Commands.h"
 #include "explorer/Division.h"
+#include "explorer/Yielding.h"
 #include "kit/Beep.h"
 #include "kit/MsgBox.h"
-#include "kit/Yield.h"
+#include "kit/UserSettings.h"
 
 #include <cmath>
 
@@ -49,14 +51,6 @@ constexpr Way kWays[] = {
 
 } // namespace
 
-EXMain::~EXMain() = default;
-
-// Handlers that run in a yield wait for a locked catalogue by themselves.
-void EXMain::yield() {
-    const db::WaitOnce::Pause pause;
-    kit::yield();
-}
-
 void EXMain::Form_Load() {
     const db::WaitOnce once;
     skipErrors([this] { openSource(Data1, "drive"); });
@@ -64,7 +58,7 @@ void EXMain::Form_Load() {
     skipErrors([this] { openSource(Data2, "directories"); });
     yield();
     Timer2->setEnabled(true);
-    restoreDivision();
+    m_division->restore(kit::userSettings(kSettingsPlace));
     FitProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
     prgload->setValue(0);
 }
@@ -116,18 +110,11 @@ void EXMain::Form_Resize() {
         seatProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
 }
 
-void EXMain::Divider1_Moved(int left) {
-    m_division->divideAt(left);
-}
-
-void EXMain::Divider1_DblClick() {
-    m_division->share();
-}
-
 void EXMain::Form_Unload() {
-    saveDivision();
-    if (SkipMark == "skip") {
-        SkipMark.clear();
+    QSettings settings = kit::userSettings(kSettingsPlace);
+    m_division->save(settings);
+    if (m_commands->SkipMark == "skip") {
+        m_commands->SkipMark.clear();
         return;
     }
     if (ProgressParent)
@@ -142,31 +129,31 @@ void EXMain::Form_Unload() {
 void EXMain::Timer2_Timer() {
     const db::WaitOnce once;
     Timer2->setEnabled(false);
-    const bool again = m_locked;
-    const bool afresh = !again || isJumpWanted();
+    const bool again = m_tree->isLocked();
+    const bool afresh = !again || DiscTree::isJumpWanted();
     for (db::DataSource* source : {&Data1, &Data2})
         if (!source->HasRecordset())
             skipErrors([source] { source->Refresh(); });
     if (catalogueIsEmpty())
         return leaveEmptyCatalogue();
     skipErrors([] { app::Module1::OpenCatalogue(); });
-    addFirstNode();
+    m_tree->addFirstNode();
     if (afresh) {
         lvwdb->rows().setSortOrder(Qt::AscendingOrder);
-        ViewMode = "file";
+        m_listing->ViewMode = "file";
     }
-    FillDiscList();
-    skipErrors([this] { tvwdb->selectNode(CurrentNode); });
+    m_tree->FillDiscList();
+    m_tree->selectCurrentNode();
     app::Windows::Unload("Loading");
     Combo1->setListIndex(0);
     yield();
     if (isUnloaded())
         return;
     if (afresh)
-        restoreToolbar();
-    if (!m_locked) {
-        jumpToDirectory();
-        jumpToFile();
+        m_commands->restoreToolbar();
+    if (!m_tree->isLocked()) {
+        m_tree->jumpToDirectory();
+        m_listing->jumpToFile();
     } else if (!again) {
         tellLocked();
     }
@@ -182,8 +169,26 @@ void EXMain::tellLocked() {
 // A disc list that a lock has kept empty is filled by the delayed load.
 void EXMain::changeEvent(QEvent* event) {
     Form::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_locked && isLoaded())
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && isLoaded() &&
+        m_tree->isLocked())
         Timer2->setEnabled(true);
+}
+
+void EXMain::refreshall_Click() {
+    const db::WaitOnce once;
+    m_tree->emptyDiscList();
+    yield();
+    if (isUnloaded())
+        return;
+    skipErrors([] { app::Module1::OpenCatalogue(); });
+    m_tree->FillDiscList();
+    Combo1->setListIndex(0); // which yields
+    if (isUnloaded())
+        return;
+    skipErrors([this] { tvwdb->selectNode(tvwdb->selectedNode()); });
+    skipErrors([this] { Data1.Refresh(); });
+    if (m_tree->isLocked())
+        tellLocked();
 }
 
 bool EXMain::catalogueIsEmpty() {
@@ -192,30 +197,12 @@ bool EXMain::catalogueIsEmpty() {
     return empty;
 }
 
-std::shared_ptr<db::Database> EXMain::catalogue() {
-    const auto& handle = app::Module1::CatalogueDb;
-    if (!handle || !handle->IsOpen())
-        app::Module1::OpenCatalogue();
-    return handle;
-}
-
 void EXMain::leaveEmptyCatalogue() {
     const db::WaitOnce::Pause pause;
     kit::Beep();
     Unload();
     app::Windows::Show("Switch");
     app::Windows::Unload("Loading");
-}
-
-void EXMain::TrayIcon1_Restore() {
-    setState(State::Normal);
-    Show();
-    TrayIcon1->setFlashEnabled(false);
-}
-
-void EXMain::TrayIcon1_Minimise() {
-    setState(State::Minimised);
-    TrayIcon1->setFlashEnabled(true);
 }
 
 } // namespace discaro::explorer

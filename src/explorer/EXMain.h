@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/HandOver.h"
 #include "db/DataSource.h"
 #include "kit/Divider.h"
 #include "kit/ElidedLabel.h"
@@ -14,35 +13,34 @@
 #include "kit/TrayIcon.h"
 #include "kit/TreeView.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace discaro::explorer {
 
+class Commands;
+class DiscTree;
 class Division;
-struct ListingRow;
-struct OrderKey;
-struct ViewChoice;
-
-// The tree's first node: the disc, or all of them.
-inline constexpr int kFirst = 1;
+class Listing;
 
 // The catalogue explorer: one disc as a tree of its directories beside a listing, or every disc at once. Menus,
 // toolbar and double clicks end in RunCommand.
 //
-// Its data sources have a position that later steps rely on: Data1 stands on the disc whose facts were shown last,
-// Data2 on the directory that was listed last.
+// The window has the controls, their handlers and the data sources; what happens to them is done by its parts, each of
+// which knows the controls that it is given and no others.
 class EXMain : public kit::Form {
     Q_OBJECT
 public:
     EXMain();
     ~EXMain() override;
 
-    // Carries out a command word, in any case; a word that is none does nothing. Failing statements are skipped, but
-    // a window that follows in the explorer's place and can't be loaded is reported as an unhandled error.
+    // See Commands.
     void RunCommand(const std::string& word);
+
+    DiscTree& tree() { return *m_tree; }
+    Listing& listing() { return *m_listing; }
+    Commands& commands() { return *m_commands; }
 
     kit::MenuBar* MenuBar1 = nullptr;     // menus and pop-ups
     kit::Panel* ClientArea = nullptr;     // everything below the menu bar
@@ -70,10 +68,6 @@ public:
     db::DataSource Data1;                 // Drive
     db::DataSource Data2;                 // Directories
 
-    std::string ViewMode = "file"; // "file" or "info": what a directory shows on the right
-    std::string SkipMark;          // "skip" while the window unloads to hand over
-    int LastNode = 0;              // the node listed last, so that a click on it does nothing
-
 protected:
     void Form_Load() override;
     void Form_Unload() override;
@@ -85,54 +79,30 @@ private:
     static const std::vector<kit::MenuLine> kMenus;
 
     // Load and unload
+    void makeParts();
     void FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
                         int marginTwips);
     void seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
                          int marginTwips);
-    void Divider1_Moved(int left);
-    void Divider1_DblClick();
-    void Timer2_Timer();
-    void tellLocked();
-    void TrayIcon1_Restore();
-    void TrayIcon1_Minimise();
     void openSource(db::DataSource& source, const char* table);
     void disableMissingWindows();
     bool catalogueIsEmpty();
-    // The shared handle, opened again if another window has closed it. Whoever yields keeps it: another handler may
-    // put a new one in its place. Throws as OpenCatalogue does.
-    static std::shared_ptr<db::Database> catalogue();
-    static void yield();
     void leaveEmptyCatalogue();
+    void tellLocked();
 
-    // The disc list and the tree
-    void ResetViews();
-    void FillDiscList();
+    // Handlers
+    void Timer2_Timer();
+    void TrayIcon1_Restore();
+    void TrayIcon1_Minimise();
+    void Divider1_Moved(int left);
+    void Divider1_DblClick();
     void Combo1_Click();
     void Command1_Click();
-    void Showall_Click();
-    void refreshall_Click();
-    void expand_Click();
-    void collapse_Click();
     void tvwdb_NodeClick();
     void tvwdb_Expand(int node);
     void tvwdb_Collapse(int node);
     void tvwdb_DblClick();
     void tvwdb_MouseDown(QPoint global);
-    void addFirstNode();
-    static bool isJumpWanted();
-    void jumpToDisc();
-    void jumpToDirectory();
-    void jumpToFile();
-    void buildDiscTree();
-    void buildAllContentsTree();
-    void expandAll(bool expanded);
-    std::string discNumber() const;
-    bool overtaken(int build) const;
-
-    // The listing and the panes
-    void ShowDirectory();
-    void ShowDiscInfo();
-    void ShowDirectoryInfo();
     void lvwdb_Click();
     void lvwdb_DblClick();
     void lvwdb_ColumnClick(int column);
@@ -142,62 +112,21 @@ private:
     void DriveInfo_MouseDown(QPoint global);
     void Dirinfo_DblClick();
     void Dirinfo_MouseDown(QPoint global);
-    void showPane(kit::ListView& pane);
-    int64_t listDirectories(int node);
-    int64_t listFiles(int node);
-    void addRow(const ListingRow& row);
-    void tellEmpty(int node);
-    QString nameOf(const kit::ListItem& row) const;
-    void showCount();
-    void showTotal();
-    void showSelection();
-    bool goToListedDirectory(const kit::ListItem& row);
-
-    // Order
-    void AscendingOrder_Click();
-    void DescendingOrder_Click();
-    void orderBy(const OrderKey& key);
-    void setOrder(Qt::SortOrder order);
-
-    // Commands
     void Toolbar1_ButtonClick(QString key);
-    void CustomizetheToolbar_Click();
-    void restoreToolbar();
-    void saveDivision();
-    void restoreDivision();
+    void Showall_Click();
+    void refreshall_Click();
+    void expand_Click();
+    void collapse_Click();
     void SimDir_Click();
-    void showView(const ViewChoice& choice);
-    void showFiles();
-    void showInfo();
-    void markMode(bool file);
-    void exitToMenu();
-    void scan();
-    void search();
-    void about();
-    void deleteDisc();
-    void workshop();
-    void programs();
-    void leaveTo(const app::Move& move, const std::function<void()>& setVariables = {});
-    void handOverTo(const char* window, const std::function<void()>& setVariables = {});
-    void prop();
-    void propOfRow();
-    void chooseNodesDirectory();
-    void propOfNode();
-    void propOfDisc();
-    void propOfSelected();
-    void tag();
-    void prepareTag(const std::string& active);
-    void tagRow();
-    void tagNode();
-    std::string activeTag() const;
+    void CustomizetheToolbar_Click();
     void propInTree();
     void tagInTree();
 
     std::unique_ptr<Division> m_division;
-    bool m_locked = false; // the disc list is still to be filled: the catalogue was locked
+    std::unique_ptr<Listing> m_listing;
+    std::unique_ptr<DiscTree> m_tree;
+    std::unique_ptr<Commands> m_commands;
     QWidget* ProgressParent = nullptr; // where prgload stood before it moved into the status bar
-    int CurrentNode = 0;               // the node that a routine works on
-    int m_builds = 0;                  // how often a tree was begun
 };
 
 } // namespace discaro::explorer

@@ -1,3 +1,4 @@
+#include "explorer/Commands.h"
 #include "explorer/Division.h"
 #include "explorer/EXMain.h"
 #include "explorer/FileKinds.h"
@@ -239,6 +240,31 @@ EXMain::EXMain()
             .size = {kClient.width(), kMenuHeight + kClient.height()},
             .border = Border::Sizable}) {
     kTable.build(*this);
+    makeParts();
+    MenuBar1->build(kMenus, *this);
+    Toolbar1->setPictures(ImageList1->pictures());
+    tvwdb->nodes().setPictures(ImageList1->pictures());
+    lvwdb->setPictures([this](const QString& key) {
+        const bool large = lvwdb->view() == kit::ListView::View::LargeIcons;
+        return (large ? ImageList3 : ImageList4)->icon(key);
+    });
+    lvwdb->setCopied([this](const kit::ListItem& row) { return m_listing->nameOf(row); });
+    DriveInfo->setPictures(ImageList2->pictures());
+    Dirinfo->setPictures(ImageList2->pictures());
+    disableMissingWindows();
+}
+
+void EXMain::makeParts() {
+    const Sources sources{Data1, Data2};
+    m_listing = std::make_unique<Listing>(
+        Listing::Controls{*tvwdb, *Label2, *lvwdb, *DriveInfo, *Dirinfo, *StatusBar1, *prgload},
+        sources, [this] { return m_tree->discNumber(); });
+    m_tree = std::make_unique<DiscTree>(
+        DiscTree::Controls{*this, *Combo1, *ListView1, *Label3, *Label2, *tvwdb, *prgload},
+        *m_listing);
+    m_commands = std::make_unique<Commands>(
+        Commands::Controls{*this, *MenuBar1, *Toolbar1, *Combo1, *tvwdb, *lvwdb}, sources, *m_tree,
+        *m_listing);
     m_division =
         std::make_unique<Division>(*this, Division::Parts{.wide = {MenuBar1, Picture1, Toolbar1},
                                                           .area = ClientArea,
@@ -250,17 +276,8 @@ EXMain::EXMain()
                                                           .right = {lvwdb, DriveInfo, Dirinfo},
                                                           .statusBar = StatusBar1,
                                                           .handle = Divider1});
-    MenuBar1->build(kMenus, *this);
-    Toolbar1->setPictures(ImageList1->pictures());
-    tvwdb->nodes().setPictures(ImageList1->pictures());
-    lvwdb->setPictures([this](const QString& key) {
-        const bool large = lvwdb->view() == kit::ListView::View::LargeIcons;
-        return (large ? ImageList3 : ImageList4)->icon(key);
-    });
-    lvwdb->setCopied([this](const kit::ListItem& row) { return nameOf(row); });
-    DriveInfo->setPictures(ImageList2->pictures());
-    Dirinfo->setPictures(ImageList2->pictures());
-    disableMissingWindows();
 }
+
+EXMain::~EXMain() = default;
 
 } // namespace discaro::explorer

@@ -4,6 +4,9 @@
 // does: count(), key(node), tag(node), lastSibling(node).
 namespace discaro::explorer {
 
+// The tree's first node: the disc, or all of them.
+inline constexpr int kFirst = 1;
+
 // The node of a directory's row in the listing of the node `listed`: looked for from that one to the last sibling of
 // the node behind it, which is its first child, since trees are built parent first, depth first. 0 when it is not
 // there.

@@ -1,7 +1,10 @@
 #pragma once
 
 #include "explorer/CatalogueRig.h"
+#include "explorer/Commands.h"
+#include "explorer/DiscTree.h"
 #include "explorer/EXMain.h"
+#include "explorer/Listing.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
 

@@ -66,7 +66,7 @@ TEST_F(AllContents, ADiscChosenMeanwhileHasTheTreeToItself) {
     EXPECT_EQ(window.tvwdb->nodes().text(1), "CD-ROM Number  1");
     EXPECT_EQ(window.tvwdb->nodes().count(), 5);
     EXPECT_EQ(window.Label3->text(), "CD-ROM Number : 1");
-    EXPECT_EQ(window.ViewMode, "file") << "the view of facts belongs to all contents";
+    EXPECT_EQ(window.listing().ViewMode, "file") << "the view of facts belongs to all contents";
     EXPECT_TRUE(window.DriveInfo->isVisible());
     EXPECT_FALSE(window.prgload->isVisible());
 }
@@ -95,7 +95,7 @@ TEST_F(AllContents, ANodeClickedMeanwhileIsListedAndTheRestComesIn) {
     });
     EXPECT_EQ(window.tvwdb->nodes().count(), 41);
     EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre("readme.txt", "setup.exe"));
-    EXPECT_EQ(window.ViewMode, "info");
+    EXPECT_EQ(window.listing().ViewMode, "info");
 }
 
 TEST_F(AllContents, TheWindowMayGoMeanwhile) {

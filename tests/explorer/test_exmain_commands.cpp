@@ -39,12 +39,12 @@ using View = kit::ListView::View;
 TEST_F(ExplorerCommands, WordsAreTakenInAnyCaseAndOthersDoNothing) {
     EXMain& window = openOn("C1D1");
     window.RunCommand("Info View");
-    EXPECT_EQ(window.ViewMode, "info");
+    EXPECT_EQ(window.listing().ViewMode, "info");
     window.RunCommand("FILE VIEW");
-    EXPECT_EQ(window.ViewMode, "file");
+    EXPECT_EQ(window.listing().ViewMode, "file");
     for (const char* word : {"", "info", "report", "file view ", "\xff", "R"})
         window.RunCommand(word);
-    EXPECT_EQ(window.ViewMode, "file");
+    EXPECT_EQ(window.listing().ViewMode, "file");
     EXPECT_THAT(rig.shown, IsEmpty());
 }
 
@@ -108,7 +108,7 @@ TEST_F(ExplorerCommands, ToolbarKeysReachTheSameCommands) {
     EXPECT_EQ(window.lvwdb->view(), View::List);
     EXPECT_EQ(window.lvwdb->rows().sortOrder(), Qt::DescendingOrder);
     EXPECT_EQ(window.lvwdb->rows().sortKey(), 3);
-    EXPECT_EQ(window.ViewMode, "info");
+    EXPECT_EQ(window.listing().ViewMode, "info");
     pressButton(window, "Exit");
     EXPECT_TRUE(rig.isUp("Switch"));
 }
@@ -210,7 +210,7 @@ TEST_F(ExplorerCommands, ADirectoryRowIsGoneToAndTagged) {
     clickRow(*window.lvwdb, 0);
     window.RunCommand("tag");
     EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C1D1S1"));
-    EXPECT_EQ(window.LastNode, nodeOf(window, "C1D1S1"));
+    EXPECT_EQ(window.tree().LastNode, nodeOf(window, "C1D1S1"));
     EXPECT_EQ(shared::TagKey, "DIRC1D1S1");
     EXPECT_EQ(shared::TagDirectory, "C1D1S1");
     EXPECT_EQ(shared::TagFile, "");
@@ -220,7 +220,7 @@ TEST_F(ExplorerCommands, ADirectoryRowIsGoneToAndTagged) {
 TEST_F(ExplorerCommands, ADirectoryRowThatTheTreeDoesNotHaveTagsTheListedDirectory) {
     EXMain& window = openOn("C1D1S1");
     rig.catalogue.add(DirectoryRow{.number = "C1D1S1S2", .name = "New"});
-    window.LastNode = 0;
+    window.tree().LastNode = 0;
     clickNode(window, "C1D1S1");
     ASSERT_EQ(window.lvwdb->rows().item(1).text, " NEW");
     clickRow(*window.lvwdb, 1);

@@ -175,7 +175,7 @@ private:
         const bool deep = window.tvwdb->nodes().count() > 3 && window.tvwdb->nodes().isExpanded(3);
         return {kit::utf8(window.Label3->text()),
                 "view " + std::to_string(static_cast<int>(window.lvwdb->view())),
-                "mode " + window.ViewMode,
+                "mode " + window.listing().ViewMode,
                 "key " + std::to_string(rows.sortKey()),
                 "order " + std::to_string(static_cast<int>(rows.sortOrder())),
                 window.tvwdb->nodes().isExpanded(1) ? "" : "collapsed",

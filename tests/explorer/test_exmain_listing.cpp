@@ -163,7 +163,7 @@ TEST_F(ExplorerListing, BackspaceGoesUpToTheDisc) {
     for (const char* above : {"C1D1S1", "C1D1"}) {
         QTest::keyClick(&window.lvwdb->shown(), Qt::Key_Backspace);
         EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, above));
-        EXPECT_EQ(window.LastNode, nodeOf(window, above));
+        EXPECT_EQ(window.tree().LastNode, nodeOf(window, above));
     }
     EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre(" DOCS", " PLAY", "readme.txt", "setup.exe"));
     EXPECT_EQ(window.focusWidget(), &window.lvwdb->shown());
@@ -198,7 +198,7 @@ TEST_F(ExplorerListing, ADoubleClickOnADirectoryWalksDown) {
     EXMain& window = openOn("C1D1");
     doubleClickRow(*window.lvwdb, 0);
     EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C1D1S1"));
-    EXPECT_EQ(window.LastNode, nodeOf(window, "C1D1S1"));
+    EXPECT_EQ(window.tree().LastNode, nodeOf(window, "C1D1S1"));
     EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre(" OLD", "manual.doc"));
     EXPECT_EQ(window.Label2->text(), "D:\\DOCS");
 }
@@ -222,7 +222,7 @@ TEST_F(ExplorerListing, ADoubleClickOnAFileShowsItsProperties) {
 TEST_F(ExplorerListing, ADirectoryThatTheTreeDoesNotHaveGoesNowhere) {
     EXMain& window = openOn("C1D1");
     rig.catalogue.add(DirectoryRow{.number = "C1D1S3", .name = "New"});
-    window.LastNode = 0;
+    window.tree().LastNode = 0;
     clickNode(window, "C1D1");
     ASSERT_EQ(window.lvwdb->rows().item(2).text, " NEW");
     doubleClickRow(*window.lvwdb, 2);

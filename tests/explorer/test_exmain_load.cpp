@@ -33,7 +33,7 @@ TEST_F(ExplorerLoad, OpensOnTheFactsOfTheFirstDiscByName) {
     EXPECT_FALSE(window.Dirinfo->isVisible());
     EXPECT_EQ(columnOf(*window.DriveInfo, 1)[1], "Atlas");
     EXPECT_EQ(window.focusWidget(), window.tvwdb);
-    EXPECT_EQ(window.ViewMode, "file");
+    EXPECT_EQ(window.listing().ViewMode, "file");
 }
 
 TEST_F(ExplorerLoad, TheProgressBarStandsInTheThirdPanel) {
@@ -118,7 +118,7 @@ TEST_F(ExplorerLoad, TheSearchOnlyHidesTheExplorer) {
     EXPECT_TRUE(rig.isUp("EXMain"));
     EXPECT_FALSE(window.isVisible());
     EXPECT_EQ(shared::ReturnTo, "explore");
-    EXPECT_EQ(window.SkipMark, "");
+    EXPECT_EQ(window.commands().SkipMark, "");
     app::Windows::Unload("Search");
     app::Windows::Show("EXMain");
     EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C2D1S1"));
@@ -143,7 +143,7 @@ TEST_F(ExplorerLoad, AHandOverToAWindowThatDoesNotExistDoesNothing) {
          {"scan", "delete", "workshop", "prog", "search", "about", "prop", "tag"})
         window.RunCommand(word);
     EXPECT_TRUE(window.isVisible());
-    EXPECT_EQ(window.SkipMark, "");
+    EXPECT_EQ(window.commands().SkipMark, "");
     for (const char* item : {"newsearsh", "scannewcd", "Deletecdromentry", "programsexplorer",
                              "dbaseworkshop", "aboutbox", "fileProgramTag", "diprogtag",
                              "drprogtag", "lprogtag", "tprogtag", "SimDir", "DirSim2"})
@@ -186,7 +186,7 @@ TEST_F(ExplorerJump, GoesToDiscDirectoryAndFile) {
     EXPECT_EQ(window.caption(), "Games       (CD-ROM No. 1)");
     EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C1D1S1S1"));
     EXPECT_EQ(window.Label2->text(), "D:\\DOCS\\OLD");
-    EXPECT_EQ(window.LastNode, 0);
+    EXPECT_EQ(window.tree().LastNode, 0);
 }
 
 TEST_F(ExplorerJump, SelectsTheFile) {
@@ -231,7 +231,7 @@ TEST_F(ExplorerJump, ReachesAHiddenExplorerAndPutsItBackToFiles) {
     app::Windows::Show("EXMain");
     rig.load(window);
     EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C1D1S1"));
-    EXPECT_EQ(window.ViewMode, "file");
+    EXPECT_EQ(window.listing().ViewMode, "file");
     EXPECT_TRUE(window.lvwdb->isVisible());
     EXPECT_TRUE(window.MenuBar1->isMarked("listviewInfoView")) << "marks and state may differ";
     EXPECT_TRUE(window.Toolbar1->isPressed("Info View"));

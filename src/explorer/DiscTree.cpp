@@ -1,18 +1,18 @@
+#include "explorer/DiscTree.h"
+
 #include "app/Module1.h"
-#include "app/Windows.h"
 #include "base/Number.h"
 #include "base/RuntimeError.h"
 #include "db/WaitOnce.h"
 #include "explorer/DiscList.h"
-#include "explorer/EXMain.h"
 #include "explorer/NodeSearch.h"
 #include "explorer/Queries.h"
 #include "explorer/TreeBuild.h"
+#include "explorer/Yielding.h"
 #include "kit/Strings.h"
 
 #include <QtCore/QSignalBlocker>
 
-// The disc list and the tree of the explorer.
 namespace discaro::explorer {
 
 using base::skipErrors;
@@ -77,69 +77,77 @@ int64_t numberIn(const std::string& text) {
 
 // ---- The disc list
 
-std::string EXMain::discNumber() const {
-    const QVariant number = Combo1->itemData(Combo1->listIndex());
+std::string DiscTree::discNumber() const {
+    const QVariant number = m_controls.discs.itemData(m_controls.discs.listIndex());
     if (!number.isValid())
         throw base::RuntimeError(base::ErrorNumber::InvalidValue, "no disc is chosen");
     return base::numberText(static_cast<int64_t>(number.toLongLong()));
 }
 
-void EXMain::FillDiscList() {
+void DiscTree::emptyDiscList() {
+    const QSignalBlocker quiet(&m_controls.discs);
+    m_controls.discs.clear();
+    m_controls.sorter.clear();
+}
+
+void DiscTree::FillDiscList() {
     const db::WaitOnce once;
-    const QSignalBlocker quiet(Combo1);
-    Combo1->clear();
-    ListView1->clear();
+    const QSignalBlocker quiet(&m_controls.discs);
+    emptyDiscList();
     m_locked = false;
     try {
-        for (const Disc& disc : readDiscs(*catalogue()))
-            ListView1->add({.key = {},
-                            .text = qt(disc.name),
-                            .icon = {},
-                            .tag = qt(disc.number),
-                            .subItems = {}});
+        for (const Disc& disc : readDiscs(*sharedCatalogue()))
+            m_controls.sorter.add({.key = {},
+                                   .text = qt(disc.name),
+                                   .icon = {},
+                                   .tag = qt(disc.number),
+                                   .subItems = {}});
     } catch (const base::RuntimeError& error) {
         m_locked = error.is(base::ErrorNumber::CatalogueLocked);
     }
-    kit::ListModel& discs = ListView1->rows();
+    kit::ListModel& discs = m_controls.sorter.rows();
     discs.setSorted(true);
     for (int place = 0; place < discs.count(); ++place) {
         const kit::ListItem& disc = discs.item(place);
-        Combo1->addLine(qt(discLine(utf8(disc.text), utf8(disc.tag))),
-                        static_cast<qlonglong>(numberIn(utf8(disc.tag))));
+        m_controls.discs.addLine(qt(discLine(utf8(disc.text), utf8(disc.tag))),
+                                 static_cast<qlonglong>(numberIn(utf8(disc.tag))));
     }
-    Combo1->setListIndex(-1);
+    m_controls.discs.setListIndex(-1);
 }
 
-void EXMain::Combo1_Click() {
+void DiscTree::chooseDisc() {
     const db::WaitOnce once;
     const int build = m_builds + 1;
-    Command1_Click();
+    buildChosenDisc();
     if (overtaken(build))
         return;
-    skipErrors([this] { tvwdb->selectNode(kFirst); });
-    ShowDiscInfo();
-    tvwdb->setFocus();
+    skipErrors([this] { m_controls.tree.selectNode(kFirst); });
+    m_rightSide.ShowDiscInfo();
+    m_controls.tree.setFocus();
 }
 
 // ---- Building
 
-void EXMain::addFirstNode() {
-    skipErrors([this] { CurrentNode = tvwdb->nodes().add({}, kFirstKey, "Root"); });
-    skipErrors([this] { tvwdb->nodes().setTag(CurrentNode, qt(catalogue()->Name())); });
+void DiscTree::addFirstNode() {
+    skipErrors([this] { CurrentNode = nodes().add({}, kFirstKey, "Root"); });
+    skipErrors([this] { nodes().setTag(CurrentNode, qt(sharedCatalogue()->Name())); });
 }
 
-void EXMain::ResetViews() {
-    tvwdb->nodes().clear();
-    lvwdb->clear();
-    lvwdb->setEmptyText({});
+void DiscTree::selectCurrentNode() {
+    skipErrors([this] { m_controls.tree.selectNode(CurrentNode); });
+}
+
+void DiscTree::ResetViews() {
+    nodes().clear();
+    m_rightSide.clear();
     addFirstNode();
 }
 
-void EXMain::Command1_Click() {
+void DiscTree::buildChosenDisc() {
     const db::WaitOnce once;
-    Label2->setText({});
+    m_controls.path.setText({});
     ResetViews();
-    skipErrors([this] { Label3->setText("CD-ROM Number : " + qt(discNumber())); });
+    skipErrors([this] { m_controls.number.setText("CD-ROM Number : " + qt(discNumber())); });
     const int build = ++m_builds;
     yield();
     if (overtaken(build))
@@ -149,196 +157,140 @@ void EXMain::Command1_Click() {
         return;
     buildDiscTree();
     if (!overtaken(build))
-        setCaption(Combo1->currentText());
+        m_controls.window.setCaption(m_controls.discs.currentText());
 }
 
 // Another choice of a disc, made in a yield or by a jump, has built the tree that this one would build.
-bool EXMain::overtaken(int build) const {
-    return isUnloaded() || build != m_builds;
+bool DiscTree::overtaken(int build) const {
+    return m_controls.window.isUnloaded() || build != m_builds;
 }
 
-void EXMain::jumpToDisc() {
+void DiscTree::jumpToDisc() {
     if (shared::JumpDisc.empty())
         return;
     const auto wanted = static_cast<qlonglong>(numberIn(shared::JumpDisc));
-    for (int line = 0; line < Combo1->count(); ++line)
-        if (Combo1->itemData(line).toLongLong() == wanted) {
-            Combo1->setListIndex(line);
+    for (int line = 0; line < m_controls.discs.count(); ++line)
+        if (m_controls.discs.itemData(line).toLongLong() == wanted) {
+            m_controls.discs.setListIndex(line);
             break;
         }
     shared::JumpDisc.clear();
 }
 
-void EXMain::buildDiscTree() {
+void DiscTree::buildDiscTree() {
     const int build = m_builds;
     std::unique_ptr<db::Recordset> rows;
-    skipErrors([&] { rows = catalogue()->OpenRecordset(discDirectoriesQuery(discNumber())); });
+    skipErrors(
+        [&] { rows = sharedCatalogue()->OpenRecordset(discDirectoriesQuery(discNumber())); });
     yield();
     if (overtaken(build))
         return;
-    kit::TreeModel& nodes = tvwdb->nodes();
-    prgload->show();
-    NodeSink sink(nodes, *prgload, kClosed);
+    kit::TreeModel& nodes = this->nodes();
+    m_controls.progress.show();
+    NodeSink sink(nodes, m_controls.progress, kClosed);
     if (rows)
         buildDisc(*rows, sink);
     CurrentNode = sink.last != 0 ? sink.last : CurrentNode;
-    prgload->hide();
+    m_controls.progress.hide();
     skipErrors([&] { nodes.setImage(kFirst, kDisc); });
     skipErrors([&] { nodes.setSorted(kFirst, true); });
     skipErrors([&] { nodes.setExpanded(kFirst, true); });
     skipErrors([&] { nodes.setExpanded(kFirst + 1, true); });
 }
 
-void EXMain::Showall_Click() {
+bool DiscTree::buildAllContents() {
     const db::WaitOnce once;
     ResetViews();
-    Label3->setText("All Contents");
+    m_controls.number.setText("All Contents");
     const int build = ++m_builds;
     yield();
     if (overtaken(build))
-        return;
-    buildAllContentsTree();
-    if (!overtaken(build))
-        RunCommand("info view");
+        return false;
+    buildRootsTree();
+    return !overtaken(build);
 }
 
-void EXMain::buildAllContentsTree() {
+void DiscTree::buildRootsTree() {
     const int build = m_builds;
     std::shared_ptr<db::Database> handle;
     std::unique_ptr<db::Recordset> rows;
-    skipErrors([&] { handle = catalogue(); });
+    skipErrors([&] { handle = sharedCatalogue(); });
     skipErrors([&] { rows = handle ? handle->OpenRecordset(kRootDirectoriesQuery) : nullptr; });
     yield();
     if (overtaken(build))
         return;
-    kit::TreeModel& nodes = tvwdb->nodes();
-    prgload->show();
+    kit::TreeModel& nodes = this->nodes();
+    m_controls.progress.show();
     skipErrors([&] { nodes.setText(kFirst, "All CDs"); });
     skipErrors([&] { nodes.setImage(kFirst, kDisc); });
-    YieldingSink sink(nodes, *prgload, kDisc, [&] {
+    YieldingSink sink(nodes, m_controls.progress, kDisc, [&] {
         yield();
         return !overtaken(build);
     });
     if (rows)
-        buildAllContents(*rows, *handle, sink);
+        explorer::buildAllContents(*rows, *handle, sink);
     if (overtaken(build))
         return;
-    prgload->hide();
+    m_controls.progress.hide();
     skipErrors([&] { nodes.setSorted(kFirst, true); });
     skipErrors([&] { nodes.setExpanded(kFirst, true); });
 }
 
-void EXMain::refreshall_Click() {
-    const db::WaitOnce once;
-    {
-        const QSignalBlocker quiet(Combo1);
-        Combo1->clear();
-    }
-    ListView1->clear();
-    yield();
-    if (isUnloaded())
-        return;
-    skipErrors([] { shared::OpenCatalogue(); });
-    FillDiscList();
-    Combo1->setListIndex(0); // which yields
-    if (isUnloaded())
-        return;
-    skipErrors([this] { tvwdb->selectNode(tvwdb->selectedNode()); });
-    skipErrors([this] { Data1.Refresh(); });
-    if (m_locked)
-        tellLocked();
-}
-
-void EXMain::expandAll(bool expanded) {
-    kit::TreeModel& nodes = tvwdb->nodes();
+void DiscTree::expandAll(bool expanded) {
+    kit::TreeModel& nodes = this->nodes();
     for (int node = 1; node <= nodes.count(); ++node)
         nodes.setExpanded(node, expanded);
 }
 
-void EXMain::expand_Click() {
-    expandAll(true);
-}
-
-void EXMain::collapse_Click() {
-    expandAll(false);
-}
-
 // ---- Jumps
 
-bool EXMain::isJumpWanted() {
+bool DiscTree::isJumpWanted() {
     return !shared::JumpDisc.empty() || !shared::JumpDirectory.empty() || !shared::JumpFile.empty();
 }
 
-void EXMain::jumpToDirectory() {
+void DiscTree::jumpToDirectory() {
     if (shared::JumpDirectory.empty())
         return;
-    const int node = findTagged(tvwdb->nodes(), qt(shared::JumpDirectory));
+    const int node = findTagged(nodes(), qt(shared::JumpDirectory));
     skipErrors([&] {
-        tvwdb->selectNode(node);
-        tvwdb->ensureVisible(node);
-        ShowDirectory();
+        m_controls.tree.selectNode(node);
+        m_controls.tree.ensureVisible(node);
+        m_rightSide.ShowDirectory();
     });
     shared::JumpDirectory.clear();
 }
 
-// A directory's row has a node's index for its tag, which can equal a file's number: rows are looked at in the order
-// of the listing.
-void EXMain::jumpToFile() {
-    if (shared::JumpFile.empty())
-        return;
-    const QString wanted = qt(shared::JumpFile);
-    kit::ListModel& rows = lvwdb->rows();
-    for (int place = 0; place < rows.count(); ++place)
-        if (rows.item(place).tag == wanted) {
-            lvwdb->select(place);
-            lvwdb->ensureVisible(place);
-            break;
-        }
-    shared::JumpFile.clear();
-}
-
-bool EXMain::goToListedDirectory(const kit::ListItem& row) {
-    const int node = findListedDirectory(tvwdb->nodes(), row.tag.toInt(), row.key);
+bool DiscTree::goToListedDirectory(const kit::ListItem& row) {
+    const int node = findListedDirectory(nodes(), row.tag.toInt(), row.key);
     if (node == 0)
         return false;
-    tvwdb->selectNode(node);
-    tvwdb->ensureVisible(node);
-    ShowDirectory();
-    LastNode = tvwdb->selectedNode();
+    m_controls.tree.selectNode(node);
+    m_controls.tree.ensureVisible(node);
+    m_rightSide.ShowDirectory();
+    LastNode = m_controls.tree.selectedNode();
     return true;
 }
 
 // ---- Events of the tree
 
-void EXMain::tvwdb_NodeClick() {
-    const int node = tvwdb->selectedNode();
+void DiscTree::nodeClicked() {
+    const int node = m_controls.tree.selectedNode();
     if (node == LastNode)
         return;
     LastNode = node;
-    ShowDirectory();
+    m_rightSide.ShowDirectory();
 }
 
-void EXMain::tvwdb_Expand(int node) {
+void DiscTree::nodeExpanded(int node) {
     if (node == kFirst)
         return;
-    tvwdb->nodes().setImage(node, kOpen);
-    tvwdb->nodes().setSorted(node, true);
+    nodes().setImage(node, kOpen);
+    nodes().setSorted(node, true);
 }
 
-void EXMain::tvwdb_Collapse(int node) {
+void DiscTree::nodeCollapsed(int node) {
     if (node != kFirst)
-        tvwdb->nodes().setImage(node, kClosed);
-}
-
-void EXMain::tvwdb_DblClick() {
-    const bool first = tvwdb->selectedNode() == kFirst;
-    skipErrors([this] { propOfSelected(); });
-    if (first && !isUnloaded())
-        skipErrors([this] { tvwdb->nodes().setExpanded(tvwdb->selectedNode(), true); });
-}
-
-void EXMain::tvwdb_MouseDown(QPoint global) {
-    MenuBar1->popUp("Treeviewmenu", global);
+        nodes().setImage(node, kClosed);
 }
 
 } // namespace discaro::explorer

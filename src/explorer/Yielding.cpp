@@ -1,0 +1,21 @@
+#include "explorer/Yielding.h"
+
+#include "app/Module1.h"
+#include "db/WaitOnce.h"
+#include "kit/Yield.h"
+
+namespace discaro::explorer {
+
+std::shared_ptr<db::Database> sharedCatalogue() {
+    const auto& handle = app::Module1::CatalogueDb;
+    if (!handle || !handle->IsOpen())
+        app::Module1::OpenCatalogue();
+    return handle;
+}
+
+void yield() {
+    const db::WaitOnce::Pause pause;
+    kit::yield();
+}
+
+} // namespace discaro::explorer
