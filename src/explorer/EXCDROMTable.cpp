@@ -39,7 +39,7 @@ const kit::FormTable<EXCDROM> EXCDROM::kTable{
     areaBox<W>(&W::Text2, "Text2", 1, kWholePage).change(&W::Text2_Change),
     areaCaption<W>(8, 2, "Autorun", &W::Text1),
     areaBox<W>(&W::Text1, "Text1", 2, kNameTop - kPagePadding - 20 - 12),
-    control(&W::lblLabels, "lblLabels", 9)
+    control<W>(&W::lblLabels, "lblLabels", 9)
         .at(kPagePadding, kNameTop, kCaption, 28)
         .in(&W::SSTab1, 2)
         .text("Preferred Name")
@@ -52,17 +52,16 @@ const kit::FormTable<EXCDROM> EXCDROM::kTable{
 
     applyButton<W>(kLines, &W::Command1_Click),
     okButton<W>(kLines, &W::Command2_Click),
-    control(&W::Timer1, "Timer1").every(1).enabled().tick(&W::Timer1_Timer),
-    control(&W::Timer2, "Timer2").every(1000).enabled().tick(&W::Timer2_Timer),
+    control<W>(&W::Timer1, "Timer1").every(1).enabled().tick(&W::Timer1_Timer),
+    control<W>(&W::Timer2, "Timer2").every(1000).enabled().tick(&W::Timer2_Timer),
 };
 
 EXCDROM::EXCDROM()
-    : Form({.name = "EXCDROM",
-            .caption = "Discaro - CD-ROM Properties",
-            .size = windowSize(kLines)}) {
+    : PropertiesForm({.name = "EXCDROM",
+                      .caption = "Discaro - CD-ROM Properties",
+                      .size = windowSize(kLines)}) {
     kTable.build(*this);
     bindFields();
-    SSTab1->setFocus();
 }
 
 } // namespace discaro::explorer

@@ -1,54 +1,24 @@
 #pragma once
 
-#include "db/DataSource.h"
-#include "kit/BlendGround.h"
-#include "kit/BoundFields.h"
-#include "kit/FormTable.h"
-#include "kit/Plate.h"
-#include "kit/ValueBox.h"
+#include "explorer/PropertiesForm.h"
 
 namespace discaro::explorer {
 
 // The properties of the directory that SelectedDirectory names: its counts, its totals and its
 // comments.
-class EXDir : public kit::Form {
+class EXDir : public PropertiesForm {
     Q_OBJECT
 public:
     EXDir();
 
-    kit::Plate* Picture1 = nullptr;             // the directory's name, disc and path
-    kit::ControlArray<kit::Label> lblLabels;    // captions of the values and the box
-    kit::ControlArray<kit::ValueBox> lblFields; // the values that can't be changed
-    kit::Tabs* SSTab1 = nullptr;                // the pages
-    kit::TextBox* Text1 = nullptr;              // comments
-    kit::Button* Command1 = nullptr;            // saves
-    kit::Button* Command2 = nullptr;            // saves and closes
-    kit::Timer* Timer1 = nullptr;               // finds the directory
-    kit::Timer* Timer2 = nullptr;               // blends the background
-
-    db::DataSource Data1; // the directories
-
 protected:
     void Form_Load() override;
-    void keyPressEvent(QKeyEvent* event) override;
-    bool isLeftByEscape() const override;
-    void paintEvent(QPaintEvent* event) override;
 
 private:
     static const kit::FormTable<EXDir> kTable;
 
     void bindFields();
-
-    void Text1_Change();
-    void Command1_Click();
-    void Command2_Click();
     void Timer1_Timer();
-    void Timer2_Timer();
-    void Data1_Reposition();
-    void Data1_Shown();
-
-    kit::BoundFields m_bound;
-    kit::BlendGround m_ground;
 };
 
 } // namespace discaro::explorer

@@ -48,17 +48,16 @@ const kit::FormTable<EXDir> EXDir::kTable{
 
     applyButton<W>(kLines, &W::Command1_Click),
     okButton<W>(kLines, &W::Command2_Click),
-    control(&W::Timer1, "Timer1").every(1).enabled().tick(&W::Timer1_Timer),
-    control(&W::Timer2, "Timer2").every(1000).enabled().tick(&W::Timer2_Timer),
+    control<W>(&W::Timer1, "Timer1").every(1).enabled().tick(&W::Timer1_Timer),
+    control<W>(&W::Timer2, "Timer2").every(1000).enabled().tick(&W::Timer2_Timer),
 };
 
 EXDir::EXDir()
-    : Form({.name = "EXDir",
-            .caption = "Discaro - Directory Properties",
-            .size = windowSize(kLines)}) {
+    : PropertiesForm({.name = "EXDir",
+                      .caption = "Discaro - Directory Properties",
+                      .size = windowSize(kLines)}) {
     kTable.build(*this);
     bindFields();
-    SSTab1->setFocus();
 }
 
 } // namespace discaro::explorer

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "kit/FormTable.h"
-#include "kit/Plate.h"
-#include "kit/ValueBox.h"
+#include "explorer/PropertiesForm.h"
 
 // The rows that the tables of the three properties windows share: all have the same outline, a
 // plate with the most important values, the pages, and the two buttons. Places are in logical
@@ -48,13 +46,13 @@ inline const Qt::Alignment kLeft = Qt::AlignLeft | Qt::AlignVCenter;
 
 template <typename Window>
 auto headPlate(int lines) {
-    return kit::control(&Window::Picture1, "Picture1")
+    return kit::control<Window>(&Window::Picture1, "Picture1")
         .at(kMargin, kMargin, kInner, plateHeight(lines));
 }
 
 template <typename Window>
 auto headCaption(int index, int line, const char* text) {
-    return kit::control(&Window::lblLabels, "lblLabels", index)
+    return kit::control<Window>(&Window::lblLabels, "lblLabels", index)
         .at(kPlateSide, kPlateTop + line * kLineHeight, kHeadCaption, kLineHeight)
         .in(&Window::Picture1)
         .text(text)
@@ -64,7 +62,7 @@ auto headCaption(int index, int line, const char* text) {
 
 template <typename Window>
 auto headValue(int index, int line) {
-    return kit::control(&Window::lblFields, "lblFields", index)
+    return kit::control<Window>(&Window::lblFields, "lblFields", index)
         .at(kPlateSide + kHeadCaption, kPlateTop + line * kLineHeight, kPlateInner - kHeadCaption,
             kLineHeight)
         .in(&Window::Picture1);
@@ -72,7 +70,7 @@ auto headValue(int index, int line) {
 
 template <typename Window>
 auto tabPages(int lines, const QStringList& captions) {
-    return kit::control(&Window::SSTab1, "SSTab1")
+    return kit::control<Window>(&Window::SSTab1, "SSTab1")
         .at(kMargin, tabsTop(lines), kInner, kTabsHeight)
         .pages(captions)
         .says("Properties");
@@ -80,7 +78,7 @@ auto tabPages(int lines, const QStringList& captions) {
 
 template <typename Window>
 auto fieldCaption(int index, int page, int row, const char* text, int width) {
-    return kit::control(&Window::lblLabels, "lblLabels", index)
+    return kit::control<Window>(&Window::lblLabels, "lblLabels", index)
         .at(kPagePadding, kPagePadding + row * kRow, width, kLineHeight)
         .in(&Window::SSTab1, page)
         .text(text)
@@ -90,16 +88,16 @@ auto fieldCaption(int index, int page, int row, const char* text, int width) {
 
 template <typename Window>
 auto fieldValue(int index, int page, int row, int captionWidth) {
-    return kit::control(&Window::lblFields, "lblFields", index)
+    return kit::control<Window>(&Window::lblFields, "lblFields", index)
         .at(kPagePadding + captionWidth, kPagePadding + row * kRow, kPageInner - captionWidth,
             kLineHeight)
         .in(&Window::SSTab1, page);
 }
 
 // A box with its caption over it, from the top of a page.
-template <typename Window>
-auto areaCaption(int index, int page, const char* text, kit::TextBox* Window::*box) {
-    return kit::control(&Window::lblLabels, "lblLabels", index)
+template <typename Window, typename Base>
+auto areaCaption(int index, int page, const char* text, kit::TextBox* Base::*box) {
+    return kit::control<Window>(&Window::lblLabels, "lblLabels", index)
         .at(kPagePadding, kPagePadding - 4, kPageInner, 20)
         .in(&Window::SSTab1, page)
         .text(text)
@@ -107,27 +105,27 @@ auto areaCaption(int index, int page, const char* text, kit::TextBox* Window::*b
         .labels(box);
 }
 
-template <typename Window>
-auto areaBox(kit::TextBox* Window::*member, const char* name, int page, int height) {
-    return kit::control(member, name)
+template <typename Window, typename Base>
+auto areaBox(kit::TextBox* Base::*member, const char* name, int page, int height) {
+    return kit::control<Window>(member, name)
         .at(kPagePadding, kPagePadding + 20, kPageInner, height)
         .in(&Window::SSTab1, page)
         .multiLine();
 }
 inline constexpr int kWholePage = kPageHeight - 2 * kPagePadding - 20;
 
-template <typename Window>
-auto applyButton(int lines, void (Window::*click)()) {
-    return kit::control(&Window::Command1, "Command1")
+template <typename Window, typename Base>
+auto applyButton(int lines, void (Base::*click)()) {
+    return kit::control<Window>(&Window::Command1, "Command1")
         .at(kWidth - kMargin - 2 * kButtonWidth - 8, buttonTop(lines), kButtonWidth, kButtonHeight)
         .text("&Apply")
         .disabled()
         .click(click);
 }
 
-template <typename Window>
-auto okButton(int lines, void (Window::*click)()) {
-    return kit::control(&Window::Command2, "Command2")
+template <typename Window, typename Base>
+auto okButton(int lines, void (Base::*click)()) {
+    return kit::control<Window>(&Window::Command2, "Command2")
         .at(kWidth - kMargin - kButtonWidth, buttonTop(lines), kButtonWidth, kButtonHeight)
         .text("&OK")
         .click(click);

@@ -190,6 +190,10 @@ bool BoundFields::isTouched(const QObject& control) const {
     return bindingOf(control).isTouched();
 }
 
+bool BoundFields::isAnyTouched() const {
+    return std::ranges::any_of(m_bindings, &Binding::isTouched);
+}
+
 std::optional<int64_t> BoundFields::currentRow() const {
     const db::Recordset& rows = m_source->Recordset();
     if (rows.Bof() || rows.Eof())

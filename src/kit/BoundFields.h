@@ -51,6 +51,8 @@ public:
     // control is untouched.
     std::string text(const QObject& control) const;
     bool isTouched(const QObject& control) const;
+    // Whether any bound control is.
+    bool isAnyTouched() const;
 
     // As long as it lives the controls keep what they have, wherever the source moves. To save with
     // the source standing on another row than the one the controls show throws RecordGone.

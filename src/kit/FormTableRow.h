@@ -80,25 +80,26 @@ public:
     // The container that the control stands in, declared in a row above; the window when none is
     // told. A container with pages takes the page's index, an element of a control array its own
     // index first.
-    template <SeenControl P>
-    Row& in(P* Window::*parent) {
+    template <typename Base, SeenControl P>
+    requires std::derived_from<Window, Base> Row& in(P* Base::*parent) {
         m_parent = [parent](Window& window) -> QWidget* { return window.*parent; };
         return *this;
     }
-    template <std::derived_from<Tabs> P>
-    Row& in(P* Window::*tabs, int page) {
+    template <typename Base, std::derived_from<Tabs> P>
+    requires std::derived_from<Window, Base> Row& in(P* Base::*tabs, int page) {
         m_parent = [tabs, page](Window& window) -> QWidget* { return &(window.*tabs)->page(page); };
         return *this;
     }
-    template <SeenControl P>
-    Row& in(ControlArray<P> Window::*parents, int index) {
+    template <typename Base, SeenControl P>
+    requires std::derived_from<Window, Base> Row& in(ControlArray<P> Base::*parents, int index) {
         m_parent = [parents, index](Window& window) -> QWidget* {
             return &(window.*parents)(index);
         };
         return *this;
     }
-    template <std::derived_from<Tabs> P>
-    Row& in(ControlArray<P> Window::*tabs, int index, int page) {
+    template <typename Base, std::derived_from<Tabs> P>
+    requires std::derived_from<Window, Base> Row& in(ControlArray<P> Base::*tabs, int index,
+                                                     int page) {
         m_parent = [tabs, index, page](Window& window) -> QWidget* {
             return &(window.*tabs)(index).page(page);
         };
@@ -145,13 +146,15 @@ public:
     }
 
     // Makes a label name the control that stands beside it: its access letter leads there.
-    template <SeenControl C>
-    requires std::derived_from<T, Label> Row& labels(C* Window::*labelled) {
+    template <typename Base, SeenControl C>
+    requires std::derived_from<T, Label> && std::derived_from<Window, Base> Row&
+    labels(C* Base::*labelled) {
         m_labelled = [labelled](Window& window) -> QWidget* { return window.*labelled; };
         return *this;
     }
-    template <SeenControl C>
-    requires std::derived_from<T, Label> Row& labels(ControlArray<C> Window::*labelled, int index) {
+    template <typename Base, SeenControl C>
+    requires std::derived_from<T, Label> && std::derived_from<Window, Base> Row&
+    labels(ControlArray<C> Base::*labelled, int index) {
         m_labelled = [labelled, index](Window& window) -> QWidget* {
             return &(window.*labelled)(index);
         };
@@ -191,9 +194,9 @@ public:
     // Runs the window's handler whenever the control raises the signal. The handler takes as many
     // of the signal's arguments as it likes; that of a control array takes the element's index
     // before them, or nothing at all.
-    template <typename Raiser, typename... Raised, typename... Taken>
-    requires std::derived_from<T, Raiser> Row& when(void (Raiser::*signal)(Raised...),
-                                                    void (Window::*handler)(Taken...)) {
+    template <typename Raiser, typename... Raised, typename Base, typename... Taken>
+    requires std::derived_from<T, Raiser> && std::derived_from<Window, Base> Row&
+    when(void (Raiser::*signal)(Raised...), void (Base::*handler)(Taken...)) {
         m_connections.push_back([signal, handler, index = m_facts.index](T& control,
                                                                          Window& window) {
             QObject::connect(&control, signal, &window,
@@ -204,16 +207,16 @@ public:
         });
         return *this;
     }
-    template <typename... Taken>
-    Row& click(void (Window::*handler)(Taken...)) {
+    template <typename Base, typename... Taken>
+    Row& click(void (Base::*handler)(Taken...)) {
         return when(&T::Click, handler);
     }
-    template <typename... Taken>
-    Row& change(void (Window::*handler)(Taken...)) {
+    template <typename Base, typename... Taken>
+    Row& change(void (Base::*handler)(Taken...)) {
         return when(&T::Change, handler);
     }
-    template <typename... Taken>
-    requires std::same_as<T, Timer> Row& tick(void (Window::*handler)(Taken...)) {
+    template <typename Base, typename... Taken>
+    requires std::same_as<T, Timer> Row& tick(void (Base::*handler)(Taken...)) {
         return when(&T::Tick, handler);
     }
 
@@ -265,8 +268,8 @@ private:
             throw std::logic_error("a control without a text was given one");
     }
 
-    template <typename... Taken, typename... Raised>
-    static void run(Window& window, void (Window::*handler)(Taken...), int index,
+    template <typename Base, typename... Taken, typename... Raised>
+    static void run(Window& window, void (Base::*handler)(Taken...), int index,
                     const std::tuple<Raised...>& raised) {
         if constexpr (sizeof...(Taken) == 0) {
             (window.*handler)();
@@ -295,11 +298,17 @@ private:
     std::vector<std::function<void(T&, Window&)>> m_connections;
 };
 
-// A row for a single control.
+// A row for a single control. Where a window has the member from its base, its own class is told: control<EXDir>(...).
 template <typename Window, typename T>
 Row<Window, T, false> control(T* Window::*member, const char* name) {
     return {name, -1, [member](Window& window, T* made) { window.*member = made; },
             [member](Window& window) { return window.*member; }};
+}
+
+template <typename Window, typename Base, typename T>
+requires std::derived_from<Window, Base> &&
+    (!std::same_as<Window, Base>)Row<Window, T, false> control(T* Base::*member, const char* name) {
+    return control(static_cast<T * Window::*>(member), name);
 }
 
 // A row for one element of a control array.
@@ -308,6 +317,13 @@ Row<Window, T, true> control(ControlArray<T> Window::*member, const char* name, 
     return {name, index,
             [member, index](Window& window, T* made) { (window.*member).put(index, made); },
             [member, index](Window& window) { return &(window.*member)(index); }};
+}
+
+template <typename Window, typename Base, typename T>
+requires std::derived_from<Window, Base> &&
+    (!std::same_as<Window, Base>)Row<Window, T, true> control(ControlArray<T> Base::*member,
+                                                              const char* name, int index) {
+    return control(static_cast<ControlArray<T> Window::*>(member), name, index);
 }
 
 } // namespace discaro::kit

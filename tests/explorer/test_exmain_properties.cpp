@@ -17,8 +17,8 @@ class ExplorerProperties : public ExplorerTest {
 protected:
     // The next window of that name has a text typed into one of its boxes, and its OK pressed, once it has found its
     // row.
-    template <typename Window>
-    void typeWhenShown(const char* name, kit::TextBox* Window::*box, const char* text) {
+    template <typename Window, typename Base>
+    void typeWhenShown(const char* name, kit::TextBox* Base::*box, const char* text) {
         app::Windows::Register(name, [box, text] {
             auto* made = new Window;
             QObject::connect(made->Timer1, &kit::Timer::Tick, made, [made, box, text] {
@@ -34,7 +34,7 @@ protected:
 } // namespace
 
 TEST_F(ExplorerProperties, ANewCommentShowsWhenTheNodeIsListedAgain) {
-    typeWhenShown("EXDir", &EXDir::Text1, "Lent to Anna");
+    typeWhenShown<EXDir>("EXDir", &EXDir::Text1, "Lent to Anna");
     EXMain& window = rig.open();
     window.Combo1->setListIndex(1);
     window.RunCommand("info view");
@@ -51,7 +51,7 @@ TEST_F(ExplorerProperties, ANewCommentShowsWhenTheNodeIsListedAgain) {
 }
 
 TEST_F(ExplorerProperties, ANewDiscNameShowsAfterARefresh) {
-    typeWhenShown("EXCDROM", &EXCDROM::Text3, "Zoo");
+    typeWhenShown<EXCDROM>("EXCDROM", &EXCDROM::Text3, "Zoo");
     EXMain& window = rig.open();
     window.Combo1->setListIndex(1);
     window.tvwdb->setFocus();

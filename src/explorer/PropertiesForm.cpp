@@ -1,0 +1,69 @@
+#include "explorer/PropertiesForm.h"
+
+#include "app/Module1.h"
+#include "explorer/PropertiesKeys.h"
+#include "kit/Yield.h"
+
+namespace discaro::explorer {
+
+void PropertiesForm::showFields(std::span<const std::string_view> fields) {
+    for (int index = 0; const std::string_view field : fields)
+        m_bound.show(field,
+                     [&box = lblFields(index++)](const QString& text) { box.setText(text); });
+    connect(&m_bound, &kit::BoundFields::Reposition, this, &PropertiesForm::Data1_Reposition);
+    connect(&m_bound, &kit::BoundFields::Shown, this, &PropertiesForm::Data1_Shown);
+    SSTab1->setFocus();
+}
+
+void PropertiesForm::openSource(db::DataSource& source, const char* table) {
+    source.SetDatabaseName(app::Module1::cataloguePath());
+    source.SetRecordSource(table);
+    atUnload([&source] { source.Close(); });
+    source.Refresh();
+}
+
+void PropertiesForm::Data1_Reposition() {
+    Command1->setEnabled(false);
+}
+
+void PropertiesForm::Data1_Shown() {
+    Command1->setEnabled(false);
+}
+
+void PropertiesForm::Text1_Change() {
+    Command1->setEnabled(true);
+}
+
+void PropertiesForm::Command1_Click() {
+    prepareSave();
+    Data1.UpdateRecord();
+    Command1->setEnabled(false);
+}
+
+void PropertiesForm::Command2_Click() {
+    if (Command1->isEnabled())
+        Command1_Click();
+    if (mayClose())
+        Unload();
+}
+
+void PropertiesForm::Timer2_Timer() {
+    kit::yield();
+    m_ground.change(*this);
+}
+
+void PropertiesForm::keyPressEvent(QKeyEvent* event) {
+    const PropertiesKey key = propertiesKey(*event);
+    if (key == PropertiesKey::Ok)
+        Command2->click();
+    else if (key != PropertiesKey::None)
+        turnPage(*SSTab1, key);
+    else
+        Form::keyPressEvent(event);
+}
+
+void PropertiesForm::paintEvent(QPaintEvent*) {
+    m_ground.paint(*this);
+}
+
+} // namespace discaro::explorer
