@@ -10,6 +10,7 @@
 #include "disc/OpticalDrive.h"
 #include "disc/ShownNames.h"
 #include "disc/TrackBytes.h"
+#include "disc/UdfLayout.h"
 
 #include <algorithm>
 #include <array>
@@ -42,9 +43,12 @@ SectorHead headAt(const ByteSource& file, uint64_t offset) {
     return head;
 }
 
+// UDF has the structures of ISO 9660 here.
 bool namesFileSystem(const SectorHead& head) {
     constexpr std::array kNames = {"CD001", "BEA01", "NSR02", "NSR03"};
-    return std::ranges::any_of(kNames, [&](const char* name) { return holdsText(head, 1, name); });
+    return std::ranges::any_of(kNames, [&](const char* name) {
+        return holdsText(head, udf_structure::kIdentifier, name);
+    });
 }
 
 bool fits(const ByteSource& file, const Layout& layout) {

@@ -2,6 +2,7 @@
 
 #include "disc/DiscData.h"
 #include "disc/DiscTime.h"
+#include "disc/UdfLayout.h"
 #include "disc/UdfTag.h"
 
 #include <algorithm>
@@ -15,6 +16,7 @@ constexpr size_t kMaxDescriptors = 65536;
 constexpr size_t kMaxRuns = 131072;
 constexpr uint64_t kMostBytes = uint64_t{1} << 62;
 
+// The kinds of allocation descriptors (ECMA-167, 4/14.6.8) and the types of extents (4/14.14.1.1).
 enum AllocationKind : unsigned { kShort = 0, kLong = 1, kEmbedded = 3 };
 enum ExtentType : unsigned { kRecorded = 0, kAllocated = 1, kUnallocated = 2, kContinues = 3 };
 
@@ -23,17 +25,19 @@ std::optional<UdfFile> parseEntry(const std::array<std::byte, 2048>& bytes) {
     const bool isExtended = hasTag(entry, UdfTag::ExtendedFileEntry);
     if (!isExtended && !hasTag(entry, UdfTag::FileEntry))
         return std::nullopt;
+    const auto& layout = isExtended ? kUdfExtendedFileEntry : kUdfFileEntry;
     UdfFile file;
     file.entry = bytes;
-    file.type = byteAt(entry, 27);
-    file.allocationKind = littleEndian<uint16_t>(entry, 34) & 7;
-    file.size = littleEndian<uint64_t>(entry, 56);
-    file.modified = udfTime(part(entry, isExtended ? 92 : 84, 12));
-    const size_t lengths = isExtended ? 208 : 168;
-    const uint64_t start = lengths + 8 + uint64_t{littleEndian<uint32_t>(entry, lengths)};
+    file.type = byteAt(entry, udf_entry::kFileType);
+    file.allocationKind =
+        littleEndian<uint16_t>(entry, udf_entry::kFlags) & udf_entry::kAllocationKindMask;
+    file.size = littleEndian<uint64_t>(entry, udf_entry::kSize);
+    file.modified = udfTime(part(entry, layout.modified, udf_time::kLength));
+    const uint64_t start =
+        layout.attributes + uint64_t{littleEndian<uint32_t>(entry, layout.attributesLength)};
     file.allocationAt = std::min<uint64_t>(start, entry.size());
-    file.allocationLength = std::min<uint64_t>(littleEndian<uint32_t>(entry, lengths + 4),
-                                               entry.size() - file.allocationAt);
+    file.allocationLength = std::min<uint64_t>(
+        littleEndian<uint32_t>(entry, layout.allocationLength), entry.size() - file.allocationAt);
     return file;
 }
 
@@ -59,16 +63,17 @@ public:
 
 private:
     void readDescriptors(Bytes descriptors) {
-        const size_t length = m_file.allocationKind == kShort ? 8 : 16;
+        const size_t length = m_file.allocationKind == kShort ? udf_allocation::kShortLength
+                                                              : udf_allocation::kLongLength;
         std::array<std::byte, kSectorSize> block{};
         for (size_t i = 0; i < kMaxDescriptors && m_left > 0 && descriptors.size() >= length; ++i) {
             const auto descriptor = descriptors.first(length);
             descriptors = descriptors.subspan(length);
-            const auto field = littleEndian<uint32_t>(descriptor, 0);
-            const uint64_t bytes = field & 0x3FFFFFFF;
+            const auto field = littleEndian<uint32_t>(descriptor, udf_allocation::kLength);
+            const uint64_t bytes = field & udf_allocation::kLengthMask;
             if (bytes == 0)
                 break;
-            const auto type = field >> 30;
+            const auto type = field >> udf_allocation::kTypeShift;
             if (type == kContinues)
                 descriptors = nextDescriptors(addressOf(descriptor), block);
             else if (type == kRecorded)
@@ -79,10 +84,10 @@ private:
     }
 
     UdfAddress addressOf(Bytes descriptor) const {
-        const auto partition = m_file.allocationKind == kShort
-                                   ? m_file.partition
-                                   : littleEndian<uint16_t>(descriptor, 8);
-        return {littleEndian<uint32_t>(descriptor, 4), partition};
+        auto address = longAddress(descriptor, 0);
+        if (m_file.allocationKind == kShort)
+            address.partition = m_file.partition;
+        return address;
     }
 
     // The descriptors of an allocation extent, kept in the block.
@@ -92,7 +97,8 @@ private:
         if (!run || m_medium.read(run->sector * kSectorSize, block) < block.size() ||
             !hasTag(block, UdfTag::AllocationExtent))
             return {};
-        return part(block, 24, littleEndian<uint32_t>(block, 20));
+        return part(block, udf_allocation_extent::kDescriptors,
+                    littleEndian<uint32_t>(block, udf_allocation_extent::kLength));
     }
 
     void appendRecorded(UdfAddress address, uint64_t bytes) {

@@ -3,6 +3,7 @@
 #include "base/RuntimeError.h"
 #include "disc/IsoDirectory.h"
 #include "disc/ShownNames.h"
+#include "disc/UdfLayout.h"
 #include "disc/UdfTag.h"
 #include "disc/VolumeSerial.h"
 
@@ -77,6 +78,7 @@ public:
     }
 
 private:
+    // ECMA-167, 4/14.4.3.
     enum Characteristic : unsigned {
         kHiddenBit = 1,
         kDirectoryBit = 2,
@@ -86,22 +88,22 @@ private:
 
     // Returns the length of the descriptor, 0 when there is none.
     size_t add(Bytes bytes, size_t position) {
-        constexpr size_t kHead = 38;
-        const size_t nameLength = byteAt(bytes, 19);
-        const size_t nameAt = kHead + littleEndian<uint16_t>(bytes, 36);
+        using namespace udf_identifier;
+        const size_t nameLength = byteAt(bytes, kNameLength);
+        const size_t nameAt = kHead + littleEndian<uint16_t>(bytes, kOwnLength);
         if (!hasTag(bytes, UdfTag::FileIdentifier) || nameAt + nameLength > bytes.size())
             return 0;
-        const unsigned characteristics = byteAt(bytes, 18);
-        const bool isRecorded = (littleEndian<uint32_t>(bytes, 20) & 0x3FFFFFFF) != 0;
+        const unsigned characteristics = byteAt(bytes, kCharacteristics);
+        const auto extent = littleEndian<uint32_t>(bytes, kEntry + udf_allocation::kLength);
+        const bool isRecorded = (extent & udf_allocation::kLengthMask) != 0;
         if ((characteristics & (kDeletedBit | kParentBit)) == 0 && isRecorded)
             addEntry(bytes, bytes.subspan(nameAt, nameLength), position);
         return (nameAt + nameLength + 3) / 4 * 4;
     }
 
     void addEntry(Bytes bytes, Bytes name, size_t position) {
-        const unsigned characteristics = byteAt(bytes, 18);
-        const UdfAddress address{littleEndian<uint32_t>(bytes, 24),
-                                 littleEndian<uint16_t>(bytes, 28)};
+        const unsigned characteristics = byteAt(bytes, udf_identifier::kCharacteristics);
+        const auto address = longAddress(bytes, udf_identifier::kEntry);
         const bool isDirectory = (characteristics & kDirectoryBit) != 0;
         Entry entry;
         entry.place.raw = decodeUdfText(name);

@@ -1,5 +1,7 @@
 #include "disc/UdfPartitions.h"
 
+#include "disc/UdfLayout.h"
+
 #include <algorithm>
 
 namespace discaro::disc {
@@ -33,6 +35,12 @@ std::optional<SectorRun> inRuns(const UdfPartition& map, uint64_t block, uint64_
 }
 
 } // namespace
+
+UdfAddress longAddress(Bytes bytes, size_t at) {
+    using namespace udf_allocation;
+    return {littleEndian<uint32_t>(bytes, at + kBlock),
+            littleEndian<uint16_t>(bytes, at + kPartition)};
+}
 
 std::optional<SectorRun> UdfPartitions::locate(const UdfAddress& address, uint64_t wanted) const {
     if (address.partition >= maps.size())

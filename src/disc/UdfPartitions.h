@@ -15,6 +15,9 @@ struct UdfAddress {
     uint16_t partition = 0; // index of the map
 };
 
+// The one in a long allocation descriptor that stands there.
+UdfAddress longAddress(Bytes bytes, size_t at);
+
 // One partition map (ECMA-167, 3/10.7; UDF 2.2.8 to 2.2.10). All but the last members are sectors of the medium.
 struct UdfPartition {
     uint64_t start = 0; // of the partition, in sectors of the medium

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "disc/DiscBytes.h"
+#include "disc/UdfLayout.h"
 
 #include <cstdint>
 
@@ -24,20 +25,19 @@ enum class UdfTag : uint16_t {
 
 // Whether the bytes begin with a tag of this kind whose checksum is right.
 inline bool hasTag(Bytes descriptor, UdfTag tag) {
-    constexpr size_t kTagLength = 16;
-    constexpr size_t kChecksum = 4;
-    if (descriptor.size() < kTagLength ||
-        littleEndian<uint16_t>(descriptor, 0) != static_cast<uint16_t>(tag))
+    using namespace udf_tag;
+    if (descriptor.size() < kLength ||
+        littleEndian<uint16_t>(descriptor, kIdentifier) != static_cast<uint16_t>(tag))
         return false;
     unsigned sum = 0;
-    for (size_t i = 0; i < kTagLength; ++i)
+    for (size_t i = 0; i < kLength; ++i)
         sum += i == kChecksum ? 0U : byteAt(descriptor, i);
     return (sum & 0xFF) == byteAt(descriptor, kChecksum);
 }
 
 // The address that a tag says it stands at.
 inline uint32_t tagLocation(Bytes descriptor) {
-    return littleEndian<uint32_t>(descriptor, 12);
+    return littleEndian<uint32_t>(descriptor, udf_tag::kLocation);
 }
 
 } // namespace discaro::disc

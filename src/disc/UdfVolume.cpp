@@ -52,34 +52,51 @@ struct Descriptors {
     std::map<uint16_t, Sector> partitions;
 };
 
-uint32_t sequenceNumber(const Sector& descriptor) {
-    return littleEndian<uint32_t>(descriptor, 16);
+bool isNewer(const Sector& descriptor, const Sector& known, size_t sequenceNumber) {
+    return littleEndian<uint32_t>(descriptor, sequenceNumber) >=
+           littleEndian<uint32_t>(known, sequenceNumber);
 }
 
-void keepNewest(std::optional<Sector>& kept, const Sector& descriptor) {
-    if (!kept || sequenceNumber(descriptor) >= sequenceNumber(*kept))
-        kept = descriptor;
+void keepVolume(Descriptors& found, const Sector& volume) {
+    auto& kept = found.logicalVolume;
+    if (!kept || isNewer(volume, *kept, udf_logical_volume::kSequenceNumber))
+        kept = volume;
 }
 
-Descriptors readDescriptors(const ByteSource& medium, uint64_t start, uint64_t count) {
+void keepPartition(Descriptors& found, const Sector& partition) {
+    const auto number = littleEndian<uint16_t>(partition, udf_partition::kNumber);
+    const auto known = found.partitions.find(number);
+    if (known == found.partitions.end() ||
+        isNewer(partition, known->second, udf_partition::kSequenceNumber))
+        found.partitions[number] = partition;
+}
+
+struct SectorExtent {
+    uint64_t start;
+    uint64_t count; // a last one that is not whole is left out
+};
+
+SectorExtent extentAt(const Sector& descriptor, size_t at) {
+    return {littleEndian<uint32_t>(descriptor, at + udf_extent::kSector),
+            littleEndian<uint32_t>(descriptor, at + udf_extent::kLength) / kSectorSize};
+}
+
+Descriptors readDescriptors(const ByteSource& medium, const SectorExtent& sequence) {
     Descriptors found;
     Sector sector{};
-    uint64_t left = std::min(count, kMaxDescriptors);
-    for (uint64_t at = start, seen = 0; left > 0 && seen < kMaxDescriptors; ++at, --left, ++seen) {
+    uint64_t left = std::min(sequence.count, kMaxDescriptors);
+    for (uint64_t at = sequence.start, seen = 0; left > 0 && seen < kMaxDescriptors;
+         ++at, --left, ++seen) {
         if (!readSector(medium, at, sector) || hasTag(sector, UdfTag::Terminator))
             break;
         if (hasTag(sector, UdfTag::LogicalVolume))
-            keepNewest(found.logicalVolume, sector);
-        if (hasTag(sector, UdfTag::Partition)) {
-            const auto number = littleEndian<uint16_t>(sector, 22);
-            const auto known = found.partitions.find(number);
-            if (known == found.partitions.end() ||
-                sequenceNumber(sector) >= sequenceNumber(known->second))
-                found.partitions[number] = sector;
-        }
+            keepVolume(found, sector);
+        if (hasTag(sector, UdfTag::Partition))
+            keepPartition(found, sector);
         if (hasTag(sector, UdfTag::VolumePointer)) {
-            left = littleEndian<uint32_t>(sector, 20) / kSectorSize + 1;
-            at = uint64_t{littleEndian<uint32_t>(sector, 24)} - 1;
+            const auto next = extentAt(sector, udf_volume_pointer::kNextSequence);
+            left = next.count + 1;
+            at = next.start - 1;
         }
     }
     return found;
@@ -87,10 +104,8 @@ Descriptors readDescriptors(const ByteSource& medium, uint64_t start, uint64_t c
 
 // The main sequence, or where that is damaged the reserve.
 std::optional<Descriptors> readSequences(const ByteSource& medium, const Sector& anchor) {
-    for (const size_t extent : {16, 24}) {
-        const auto length = littleEndian<uint32_t>(anchor, extent);
-        auto found = readDescriptors(medium, littleEndian<uint32_t>(anchor, extent + 4),
-                                     length / kSectorSize);
+    for (const size_t sequence : {udf_anchor::kMainSequence, udf_anchor::kReserveSequence}) {
+        auto found = readDescriptors(medium, extentAt(anchor, sequence));
         if (found.logicalVolume && !found.partitions.empty())
             return found;
     }
@@ -135,15 +150,16 @@ public:
 
     // Physical partitions first: the tables of the others lie in them.
     void read() {
+        using namespace udf_logical_volume;
         const auto& volume = *m_descriptors.logicalVolume;
-        const auto length = littleEndian<uint32_t>(volume, 264);
-        const auto count = std::min<uint64_t>(littleEndian<uint32_t>(volume, 268), kMaxMaps);
-        auto table = part(volume, 440, length);
+        const auto length = littleEndian<uint32_t>(volume, kMapsLength);
+        const auto count = std::min<uint64_t>(littleEndian<uint32_t>(volume, kMapCount), kMaxMaps);
+        auto table = part(volume, kMaps, length);
         std::vector<Bytes> maps;
-        for (uint64_t i = 0; i < count && byteAt(table, 1) > 0; ++i) {
-            maps.push_back(part(table, 0, byteAt(table, 1)));
+        for (uint64_t i = 0; i < count && byteAt(table, udf_map::kLength) > 0; ++i) {
+            maps.push_back(part(table, 0, byteAt(table, udf_map::kLength)));
             m_partitions.maps.push_back(physical(maps.back()));
-            table = part(table, byteAt(table, 1));
+            table = part(table, byteAt(table, udf_map::kLength));
         }
         for (uint16_t i = 0; i < maps.size(); ++i)
             readKind(i, maps[i]);
@@ -151,19 +167,21 @@ public:
 
 private:
     UdfPartition physical(Bytes map) const {
-        const auto number = littleEndian<uint16_t>(map, byteAt(map, 0) == 1 ? 4 : 38);
+        const auto number = littleEndian<uint16_t>(map, byteAt(map, udf_map::kType) == 1
+                                                            ? udf_map::kPartitionOfType1
+                                                            : udf_map::kPartitionOfType2);
         const auto known = m_descriptors.partitions.find(number);
         UdfPartition partition;
         if (known != m_descriptors.partitions.end()) {
-            partition.start = littleEndian<uint32_t>(known->second, 188);
-            partition.length = littleEndian<uint32_t>(known->second, 192);
+            partition.start = littleEndian<uint32_t>(known->second, udf_partition::kStart);
+            partition.length = littleEndian<uint32_t>(known->second, udf_partition::kLength);
         }
         return partition;
     }
 
     void readKind(uint16_t index, Bytes map) {
-        constexpr size_t kKind = 5;
-        if (byteAt(map, 0) != 2)
+        constexpr size_t kKind = udf_map::kKindOfType2 + udf_entity::kText;
+        if (byteAt(map, udf_map::kType) != 2)
             return;
         if (holdsText(map, kKind, "*UDF Sparable Partition"))
             readSpares(m_partitions.maps[index], map);
@@ -176,19 +194,29 @@ private:
     }
 
     void readSpares(UdfPartition& partition, Bytes map) {
-        constexpr size_t kFirstEntry = 56;
-        partition.packetLength = littleEndian<uint16_t>(map, 40);
+        using namespace udf_sparable_map;
+        partition.packetLength = littleEndian<uint16_t>(map, kPacketLength);
         Sector table{};
-        for (size_t i = 0; i < byteAt(map, 42) && i < 4; ++i) {
-            if (!readSector(m_medium, littleEndian<uint32_t>(map, 48 + 4 * i), table) ||
-                !hasTag(table, UdfTag::SparingTable) || !holdsText(table, 17, "*UDF Sparing Table"))
-                continue;
-            const size_t count = littleEndian<uint16_t>(table, 48);
-            for (size_t k = 0; k < count && kFirstEntry + 8 * k + 8 <= table.size(); ++k)
-                partition.spares[littleEndian<uint32_t>(table, kFirstEntry + 8 * k)] =
-                    littleEndian<uint32_t>(table, kFirstEntry + 8 * k + 4);
-            return;
+        for (size_t i = 0; i < byteAt(map, kTableCount) && i < kMostTables; ++i) {
+            if (readSector(m_medium, littleEndian<uint32_t>(map, kTables + 4 * i), table) &&
+                takeSpares(partition, table))
+                return;
         }
+    }
+
+    static bool takeSpares(UdfPartition& partition, const Sector& table) {
+        using namespace udf_sparing_table;
+        if (!hasTag(table, UdfTag::SparingTable) ||
+            !holdsText(table, kIdentifier + udf_entity::kText, "*UDF Sparing Table"))
+            return false;
+        auto entries = part(table, kEntries);
+        for (size_t left = littleEndian<uint16_t>(table, kEntryCount);
+             left > 0 && entries.size() >= kEntryLength; --left) {
+            partition.spares[littleEndian<uint32_t>(entries, kOriginal)] =
+                littleEndian<uint32_t>(entries, kReplacement);
+            entries = entries.subspan(kEntryLength);
+        }
+        return true;
     }
 
     // The table is the file whose entry was written last.
@@ -215,18 +243,18 @@ private:
 
     // UDF 2.x puts a header in front of the table, UDF 1.50 an identifier and a number behind it.
     static void takeTable(UdfPartition& partition, Bytes table, unsigned type) {
-        constexpr size_t kOldEnding = 36;
+        using namespace udf_virtual_table;
         if (type == UdfFile::kVirtualTable)
-            table = part(table, littleEndian<uint16_t>(table, 0));
+            table = part(table, littleEndian<uint16_t>(table, kHeaderLength));
         else
             table = part(table, 0, table.size() - std::min(table.size(), kOldEnding));
-        for (size_t at = 0; at + 4 <= table.size(); at += 4)
+        for (size_t at = 0; at + kEntryLength <= table.size(); at += kEntryLength)
             partition.virtualBlocks.push_back(littleEndian<uint32_t>(table, at));
         partition.isVirtual = true;
     }
 
     void readMetadata(uint16_t index, Bytes map) {
-        for (const size_t place : {40, 44}) {
+        for (const size_t place : {udf_metadata_map::kFile, udf_metadata_map::kMirrorFile}) {
             const UdfAddress address{littleEndian<uint32_t>(map, place), index};
             std::optional<UdfFile> file;
             base::skipErrors([&] { file = readUdfFile(m_medium, m_partitions, address); });
@@ -254,13 +282,9 @@ private:
 uint64_t totalBytes(const Descriptors& descriptors, uint64_t mediumSize) {
     uint64_t blocks = 0;
     for (const auto& [number, descriptor] : descriptors.partitions)
-        blocks += littleEndian<uint32_t>(descriptor, 192);
+        blocks += littleEndian<uint32_t>(descriptor, udf_partition::kLength);
     const auto bytes = blocks * kSectorSize;
     return bytes > 0 && bytes <= std::max(mediumSize, kLargestDisc) ? bytes : mediumSize;
-}
-
-UdfAddress longAddress(Bytes descriptor, size_t at) {
-    return {littleEndian<uint32_t>(descriptor, at + 4), littleEndian<uint16_t>(descriptor, at + 8)};
 }
 
 void readFileSet(const ByteSource& medium, const UdfAddress& address, UdfVolume& volume) {
@@ -269,7 +293,7 @@ void readFileSet(const ByteSource& medium, const UdfAddress& address, UdfVolume&
     if (!run || !readSector(medium, run->sector, sector) || !hasTag(sector, UdfTag::FileSet))
         fail("its file set can't be found");
     std::ranges::copy(std::span(sector).first(volume.fileSet.size()), volume.fileSet.begin());
-    volume.root = longAddress(sector, 400);
+    volume.root = longAddress(sector, udf_file_set::kRoot);
     const auto root = readUdfFile(medium, volume.partitions, volume.root);
     if (!root || root->type != UdfFile::kDirectory)
         fail("its root directory can't be read");
@@ -282,7 +306,8 @@ bool announcesUdf(const ByteSource& medium, uint64_t sessionStart) {
     for (uint64_t i = 0; i < kRecognitionSectors; ++i) {
         if (!readSector(medium, sessionStart + kSystemSectors + i, sector))
             return false;
-        if (holdsText(sector, 1, "NSR02") || holdsText(sector, 1, "NSR03"))
+        if (holdsText(sector, udf_structure::kIdentifier, "NSR02") ||
+            holdsText(sector, udf_structure::kIdentifier, "NSR03"))
             return true;
     }
     return false;
@@ -291,22 +316,25 @@ bool announcesUdf(const ByteSource& medium, uint64_t sessionStart) {
 UdfVolume readUdfVolume(const ByteSource& medium, uint64_t sessionStart) {
     const auto descriptors = findDescriptors(medium, sessionStart);
     const auto& logical = *descriptors.logicalVolume;
-    if (littleEndian<uint32_t>(logical, 212) != kSectorSize)
+    if (littleEndian<uint32_t>(logical, udf_logical_volume::kBlockSize) != kSectorSize)
         fail("its blocks are not of 2048 bytes");
     UdfVolume volume;
-    volume.label = fieldText(part(logical, 84, 128));
+    volume.label =
+        fieldText(part(logical, udf_logical_volume::kLabel, udf_logical_volume::kLabelLength));
     volume.totalBytes = totalBytes(descriptors, medium.size());
     PartitionReader(medium, descriptors, volume.partitions).read();
-    readFileSet(medium, longAddress(logical, 248), volume);
+    readFileSet(medium, longAddress(logical, udf_logical_volume::kFileSet), volume);
     return volume;
 }
 
 std::string decodeUdfText(Bytes text) {
+    constexpr unsigned kOneByte = 8;
+    constexpr unsigned kTwoBytes = 16;
     const auto kind = byteAt(text, 0);
     const auto characters = textOf(part(text, 1));
-    if (kind == 16)
+    if (kind == kTwoBytes)
         return base::decodeUtf16Be(characters);
-    if (kind != 8)
+    if (kind != kOneByte)
         return base::decodeUnlabelled(textOf(text));
     std::string wide;
     for (const char c : characters)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "disc/Medium.h"
+#include "disc/UdfLayout.h"
 #include "disc/UdfPartitions.h"
 
 #include <array>
@@ -15,8 +16,8 @@ namespace discaro::disc {
 struct UdfVolume {
     UdfPartitions partitions;
     std::string label;
-    std::array<std::byte, 512> fileSet{}; // the file set descriptor
-    UdfAddress root;                      // file entry of the root directory
+    std::array<std::byte, udf_file_set::kLength> fileSet{}; // the file set descriptor
+    UdfAddress root;                                        // file entry of the root directory
     uint64_t totalBytes = 0;
 };
 
