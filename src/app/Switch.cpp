@@ -2,6 +2,7 @@
 
 #include "app/HandOver.h"
 #include "app/Module1.h"
+#include "app/OpenSource.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "kit/Colour.h"
@@ -65,10 +66,7 @@ void Switch::Form_Load() {
         openAt(*g_lastPlace);
     LabelColour = std::to_string(kit::numberOf(Label1(0).foreColour()));
     LastLabel = kNoLabel;
-    Data1.SetDatabaseName(Module1::cataloguePath());
-    Data1.SetRecordSource("drive");
-    atUnload([this] { Data1.Close(); });
-    Data1.Refresh();
+    openSource(*this, Data1, "drive");
     disableMissingWindows();
 }
 

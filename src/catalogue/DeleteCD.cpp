@@ -1,10 +1,11 @@
 #include "catalogue/DeleteCD.h"
 
 #include "app/HandOver.h"
-#include "app/Module1.h"
+#include "app/OpenSource.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "catalogue/DiscDeletion.h"
+#include "catalogue/Discs.h"
 #include "catalogue/Names.h"
 #include "db/DBEngine.h"
 #include "kit/Beep.h"
@@ -16,16 +17,9 @@ namespace discaro::catalogue {
 using kit::qt;
 
 void DeleteCD::Form_Load() {
-    openSource(Data1, "Drive");
-    openSource(Data2, "Master Table");
+    app::openSource(*this, Data1, "Drive");
+    app::openSource(*this, Data2, "Master Table");
     app::Windows::Unload("Loading");
-}
-
-void DeleteCD::openSource(db::DataSource& source, const char* table) {
-    source.SetDatabaseName(app::Module1::cataloguePath());
-    source.SetRecordSource(table);
-    source.Refresh();
-    atUnload([&source] { source.Close(); });
 }
 
 // With no disc left there is nothing to explore either.
@@ -65,7 +59,7 @@ void DeleteCD::ListView1_ItemClick(int place) {
     m_aimed = false;
     base::skipErrors([&] {
         const std::string number = kit::utf8(ListView1->rows().item(place).tag);
-        Data1.Recordset().FindFirst("[id number] like '" + number + "'");
+        Data1.Recordset().FindFirst(rowCondition(number));
         m_aimed = !Data1.Recordset().NoMatch();
     });
     if (m_aimed)
@@ -73,12 +67,12 @@ void DeleteCD::ListView1_ItemClick(int place) {
 }
 
 void DeleteCD::showFacts() {
-    for (const DiscFact& fact : discFacts(Data1.Recordset()))
+    for (const DiscFact& fact : discFacts())
         DriveInfo->add({.key = {},
                         .text = qt(fact.text),
                         .icon = qt(fact.icon),
                         .tag = {},
-                        .subItems = {qt(fact.value)}});
+                        .subItems = {qt(factValue(fact, Data1.Recordset()))}});
 }
 
 // Only the deletion itself hangs on the answer; all else follows either way, so a Cancel spares the disc and ends at

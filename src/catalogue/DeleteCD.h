@@ -43,8 +43,6 @@ private:
     void TrayIcon_Restore();
     void TrayIcon_Minimise();
 
-    void openSource(db::DataSource& source, const char* table);
-
     bool m_aimed = false; // the current row of Data1 is the disc whose details are shown
 };
 

@@ -19,24 +19,11 @@ int64_t rowsOf(const char* table) {
 
 } // namespace
 
-std::vector<DiscFact> discFacts(db::Recordset& discs) {
-    const auto of = [&](std::string_view field) {
-        std::string text;
-        base::skipErrors([&] { text = discs.Fields(field).Text(); });
-        return text;
-    };
-    return {
-        {"cdnum", "CD-ROM Number", of(drive::kIdNumber)},
-        {"pname", "Preferred Name", of(drive::kPreferedName)},
-        {"label", "Volume Label", of(drive::kVolumeName)},
-        {"snum", "Serial Number", of(drive::kSerialNumber)},
-        {"fsys", "File System", of(drive::kFileSystem)},
-        {"size", "Total Size", of(drive::kTotalSize) + " Mb"},
-        {"size", "Free Size", of(drive::kFreeSize) + " Mb"},
-        {"", "", ""},
-        {"comment", "Comments", of(drive::kComments)},
-        {"autrun", "Autorun", of(drive::kAutorun)},
-    };
+std::string factValue(const DiscFact& fact, db::Recordset& discs) {
+    std::string value;
+    if (!fact.field.empty())
+        base::skipErrors([&] { value = discs.Fields(fact.field).Text(); });
+    return value.append(fact.unit);
 }
 
 std::string deletionQuestion(const std::string& preferredName) {

@@ -1,23 +1,15 @@
 #pragma once
 
+#include "catalogue/Discs.h"
 #include "db/DataSource.h"
 
 #include <cstdint>
 #include <string>
-#include <string_view>
-#include <vector>
 
 namespace discaro::catalogue {
 
-// One line of a disc's details: a picture's key (empty for none), what it is, its value.
-struct DiscFact {
-    std::string_view icon;
-    std::string_view text;
-    std::string value;
-};
-
-// The details of the current row of a recordset over Drive, in the order shown. What can't be read is empty.
-std::vector<DiscFact> discFacts(db::Recordset& discs);
+// The value of a fact of the current row of a recordset over Drive, as stored. What can't be read is empty.
+std::string factValue(const DiscFact& fact, db::Recordset& discs);
 
 // What the user is asked before the disc of that name goes.
 std::string deletionQuestion(const std::string& preferredName);

@@ -1,7 +1,9 @@
 #include "explorer/EXCDROM.h"
 
 #include "app/Module1.h"
+#include "app/OpenSource.h"
 #include "base/RuntimeError.h"
+#include "catalogue/Discs.h"
 #include "catalogue/Names.h"
 #include "explorer/PropertiesRules.h"
 #include "kit/MsgBox.h"
@@ -24,11 +26,11 @@ void EXCDROM::bindFields() {
 }
 
 void EXCDROM::Form_Load() {
-    openSource(Data1, "Drive");
+    app::openSource(*this, Data1, "Drive");
 }
 
 void EXCDROM::Timer1_Timer() {
-    skipErrors([this] { Data1.Recordset().FindFirst(idCondition(SelectedDisc)); });
+    skipErrors([this] { Data1.Recordset().FindFirst(catalogue::rowCondition(SelectedDisc)); });
     skipErrors([this] { bound().attach(Data1); });
     skipErrors([this] { OpeningName = Data1.Recordset()(catalogue::drive::kPreferedName).Text(); });
     Timer1->setEnabled(false);

@@ -1,8 +1,9 @@
 #include "explorer/EXDir.h"
 
 #include "app/Module1.h"
+#include "app/OpenSource.h"
+#include "catalogue/Discs.h"
 #include "catalogue/Names.h"
-#include "explorer/PropertiesRules.h"
 
 namespace discaro::explorer {
 
@@ -22,11 +23,11 @@ void EXDir::bindFields() {
 }
 
 void EXDir::Form_Load() {
-    openSource(Data1, "Directories");
+    app::openSource(*this, Data1, "Directories");
 }
 
 void EXDir::Timer1_Timer() {
-    Data1.Recordset().FindFirst(idCondition(app::Module1::SelectedDirectory));
+    Data1.Recordset().FindFirst(catalogue::rowCondition(app::Module1::SelectedDirectory));
     bound().attach(Data1);
     Timer1->setEnabled(false);
 }

@@ -1,9 +1,10 @@
 #include "explorer/EXFile.h"
 
 #include "app/Module1.h"
+#include "app/OpenSource.h"
 #include "base/RuntimeError.h"
+#include "catalogue/Discs.h"
 #include "catalogue/Names.h"
-#include "explorer/PropertiesRules.h"
 #include "kit/Strings.h"
 
 namespace discaro::explorer {
@@ -34,8 +35,8 @@ void EXFile::bindFields() {
 }
 
 void EXFile::Form_Load() {
-    openSource(Data1, "files");
-    openSource(Data2, "directories");
+    app::openSource(*this, Data1, "files");
+    app::openSource(*this, Data2, "directories");
 }
 
 void EXFile::Timer1_Timer() {
@@ -45,14 +46,14 @@ void EXFile::Timer1_Timer() {
 }
 
 void EXFile::findFile() {
-    skipErrors([this] { Data1.Recordset().FindFirst(idCondition(SelectedFile)); });
+    skipErrors([this] { Data1.Recordset().FindFirst(catalogue::rowCondition(SelectedFile)); });
     skipErrors([this] { bound().attach(Data1); });
     skipErrors([this] { addValue(*Label1, Data1, catalogue::files::kFileName); });
 }
 
 void EXFile::findDirectory() {
     namespace directories = catalogue::directories;
-    skipErrors([this] { Data2.Recordset().FindFirst(idCondition(SelectedDirectory)); });
+    skipErrors([this] { Data2.Recordset().FindFirst(catalogue::rowCondition(SelectedDirectory)); });
     skipErrors([this] { addValue(*Label2, Data2, directories::kDirectoryPath); });
     skipErrors([this] { addValue(*Label3, Data2, directories::kDriveIdNumber); });
 }

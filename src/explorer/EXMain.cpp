@@ -1,6 +1,7 @@
 #include "explorer/EXMain.h"
 
 #include "app/Module1.h"
+#include "app/OpenSource.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "db/WaitOnce.h"
@@ -53,21 +54,14 @@ constexpr Way kWays[] = {
 
 void EXMain::Form_Load() {
     const db::WaitOnce once;
-    skipErrors([this] { openSource(Data1, "drive"); });
+    skipErrors([this] { app::openSource(*this, Data1, "drive"); });
     yield();
-    skipErrors([this] { openSource(Data2, "directories"); });
+    skipErrors([this] { app::openSource(*this, Data2, "directories"); });
     yield();
     Timer2->setEnabled(true);
     m_division->restore(kit::userSettings(kSettingsPlace));
     FitProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
     prgload->setValue(0);
-}
-
-void EXMain::openSource(db::DataSource& source, const char* table) {
-    atUnload([&source] { source.Close(); });
-    source.SetDatabaseName(app::Module1::cataloguePath());
-    source.SetRecordSource(table);
-    source.Refresh();
 }
 
 // An entry whose window is not part of the program leads nowhere.

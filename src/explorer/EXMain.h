@@ -84,7 +84,6 @@ private:
                         int marginTwips);
     void seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
                          int marginTwips);
-    void openSource(db::DataSource& source, const char* table);
     void disableMissingWindows();
     bool catalogueIsEmpty();
     void leaveEmptyCatalogue();

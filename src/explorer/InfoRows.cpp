@@ -1,6 +1,7 @@
 #include "explorer/InfoRows.h"
 
 #include "base/RuntimeError.h"
+#include "catalogue/Discs.h"
 #include "catalogue/Names.h"
 #include "explorer/NumberFormats.h"
 
@@ -11,19 +12,11 @@ namespace discaro::explorer {
 
 namespace {
 
-enum class Form { AsStored, Whole };
-
-struct Fact {
-    std::string_view icon;
-    std::string_view text;
-    std::string_view field; // empty: no value
-    Form form = Form::AsStored;
-    std::string_view unit = {};
-};
+using Fact = catalogue::DiscFact;
 
 std::string valueOf(const Fact& fact, db::Recordset& row) {
     const db::Value value = row(fact.field).Value();
-    std::string text = fact.form == Form::Whole ? wholeText(value) : db::textOf(value);
+    std::string text = fact.whole ? wholeText(value) : db::textOf(value);
     return text += fact.unit;
 }
 
@@ -42,35 +35,22 @@ std::vector<InfoRow> rowsOf(std::span<const Fact> facts, const db::DataSource& s
 } // namespace
 
 std::vector<InfoRow> discInfo(const db::DataSource& discs) {
-    using namespace catalogue::drive;
-    static constexpr Fact kFacts[] = {
-        {"cdnum", "CD-ROM Number", kIdNumber, Form::Whole},
-        {"pname", "Preferred Name", kPreferedName},
-        {"label", "Volume Label", kVolumeName},
-        {"snum", "Serial Number", kSerialNumber},
-        {"fsys", "File System", kFileSystem},
-        {"size", "Total Size", kTotalSize, Form::Whole, " Mb"},
-        {"size", "Free Size", kFreeSize, Form::AsStored, " Mb"},
-        {"", "", ""},
-        {"comment", "Comments", kComments},
-        {"autrun", "Autorun", kAutorun},
-    };
-    return rowsOf(kFacts, discs);
+    return rowsOf(catalogue::discFacts(), discs);
 }
 
 std::vector<InfoRow> directoryInfo(const db::DataSource& directories) {
     using namespace catalogue::directories;
     static constexpr Fact kFacts[] = {
-        {"cdnum", "CD-ROM Number", kDriveIdNumber, Form::Whole},
+        {"cdnum", "CD-ROM Number", kDriveIdNumber, true},
         {"dname", "Directory Name", kDirectoryName},
         {"dpath", "Directory Path", kDirectoryPath},
         {"", "", ""},
-        {"nfile", "Number of Files", kNumberOfFiles, Form::Whole},
-        {"tfile", "Total Number of Files", kTotalNumberOfFiles, Form::Whole},
-        {"nsub", "Number of Subdirectories", kNumberOfSubdirectories, Form::Whole},
-        {"tsub", "Total Number of Subdirectories", kTotalNumberOfSubdirectories, Form::Whole},
-        {"size", "Directory Size", kSize, Form::Whole, " Kb"},
-        {"tsize", "Total Size", kTotalSize, Form::Whole, " Kb"},
+        {"nfile", "Number of Files", kNumberOfFiles, true},
+        {"tfile", "Total Number of Files", kTotalNumberOfFiles, true},
+        {"nsub", "Number of Subdirectories", kNumberOfSubdirectories, true},
+        {"tsub", "Total Number of Subdirectories", kTotalNumberOfSubdirectories, true},
+        {"size", "Directory Size", kSize, true, " Kb"},
+        {"tsize", "Total Size", kTotalSize, true, " Kb"},
         {"", "", ""},
         {"comment", "Comments", kComments},
     };

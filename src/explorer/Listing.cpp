@@ -3,6 +3,7 @@
 #include "app/Module1.h"
 #include "base/Number.h"
 #include "base/RuntimeError.h"
+#include "catalogue/Discs.h"
 #include "catalogue/Names.h"
 #include "db/WaitOnce.h"
 #include "explorer/InfoRows.h"
@@ -100,7 +101,8 @@ void Listing::ShowDiscInfo() {
     const db::WaitOnce once;
     m_controls.discFacts.clear();
     showPane(m_controls.discFacts);
-    skipErrors([this] { m_sources.discs.Recordset().FindFirst(rowCondition(m_discNumber())); });
+    skipErrors(
+        [this] { m_sources.discs.Recordset().FindFirst(catalogue::rowCondition(m_discNumber())); });
     fill(m_controls.discFacts, discInfo(m_sources.discs));
 }
 
@@ -108,7 +110,7 @@ void Listing::ShowDirectoryInfo() {
     m_controls.directoryFacts.clear();
     skipErrors([this] {
         const QString& key = m_controls.tree.nodes().key(m_controls.tree.selectedNode());
-        m_sources.directories.Recordset().FindFirst(rowCondition(utf8(key)));
+        m_sources.directories.Recordset().FindFirst(catalogue::rowCondition(utf8(key)));
     });
     fill(m_controls.directoryFacts, directoryInfo(m_sources.directories));
 }

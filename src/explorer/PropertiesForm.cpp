@@ -1,6 +1,5 @@
 #include "explorer/PropertiesForm.h"
 
-#include "app/Module1.h"
 #include "explorer/PropertiesKeys.h"
 #include "kit/Yield.h"
 
@@ -13,13 +12,6 @@ void PropertiesForm::showFields(std::span<const std::string_view> fields) {
     connect(&m_bound, &kit::BoundFields::Reposition, this, &PropertiesForm::Data1_Reposition);
     connect(&m_bound, &kit::BoundFields::Shown, this, &PropertiesForm::Data1_Shown);
     SSTab1->setFocus();
-}
-
-void PropertiesForm::openSource(db::DataSource& source, const char* table) {
-    source.SetDatabaseName(app::Module1::cataloguePath());
-    source.SetRecordSource(table);
-    atUnload([&source] { source.Close(); });
-    source.Refresh();
 }
 
 void PropertiesForm::Data1_Reposition() {

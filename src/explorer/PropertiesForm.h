@@ -38,9 +38,6 @@ protected:
     kit::BoundFields& bound() { return m_bound; }
     const kit::BoundFields& bound() const { return m_bound; }
 
-    // Opens a source for as long as the window is loaded.
-    void openSource(db::DataSource& source, const char* table);
-
     void keyPressEvent(QKeyEvent* event) override;
     bool isLeftByEscape() const override { return !m_bound.isAnyTouched(); }
     void paintEvent(QPaintEvent* event) override;

@@ -1,5 +1,6 @@
 #include "explorer/PropertiesRules.h"
 
+#include "catalogue/Discs.h"
 #include "catalogue/Names.h"
 
 namespace discaro::explorer {
@@ -18,18 +19,7 @@ bool moveToHolder(db::Recordset& discs, const std::string& name) {
     return false;
 }
 
-std::string takenMessage(db::Recordset& discs) {
-    return "This Preferred name was used once before for CD-ROM number  '" +
-           discs.Fields(drive::kIdNumber).Text() + "' which has '" +
-           discs.Fields(drive::kVolumeName).Text() +
-           "' as its Volume label. Please choose another name.";
-}
-
 } // namespace
-
-std::string idCondition(const std::string& number) {
-    return "[id number] like '" + number + "'";
-}
 
 NameVerdict judgeName(db::Recordset& discs, const NameChange& change,
                       const std::function<void(const std::string& message)>& tell) {
@@ -37,8 +27,8 @@ NameVerdict judgeName(db::Recordset& discs, const NameChange& change,
         return NameVerdict::Same;
     const bool taken = moveToHolder(discs, change.wanted);
     if (taken)
-        tell(takenMessage(discs));
-    discs.FindFirst(idCondition(change.disc));
+        tell(catalogue::duplicateNameMessage(discs));
+    discs.FindFirst(catalogue::rowCondition(change.disc));
     return taken ? NameVerdict::Taken : NameVerdict::Free;
 }
 

@@ -8,9 +8,6 @@
 // What the properties windows do that needs no window.
 namespace discaro::explorer {
 
-// The criterion by which they find their row.
-std::string idCondition(const std::string& number);
-
 // A disc's preferred name as its properties window has it.
 struct NameChange {
     std::string disc;    // disc number

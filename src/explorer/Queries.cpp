@@ -37,8 +37,4 @@ bool findsOthers(std::string_view directoryNumber) {
     return directoryNumber.find_first_of("*?#") != std::string_view::npos;
 }
 
-std::string rowCondition(std::string_view number) {
-    return "[id number] like " + quoted(number);
-}
-
 } // namespace discaro::explorer

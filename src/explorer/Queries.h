@@ -22,7 +22,4 @@ std::string filesQuery(std::string_view directoryNumber);
 // one.
 bool findsOthers(std::string_view directoryNumber);
 
-// The criterion by which a data source finds the row of a disc or of a directory.
-std::string rowCondition(std::string_view number);
-
 } // namespace discaro::explorer

@@ -96,6 +96,10 @@ public:
     QRect scaled(const QRect& logical) const;
     QSize logical(QSize pixels) const;
 
+    // Something to give back when the window is unloaded, such as an open data source; the last
+    // given goes first.
+    void atUnload(std::function<void()> release);
+
 signals:
     // Form_Load is done.
     void Loaded();
@@ -111,10 +115,6 @@ protected:
     virtual void Form_Unload() {}
     // Runs when a sizable window has another size, and when its controls were put back into the places of the table.
     virtual void Form_Resize() {}
-
-    // Something to give back when the window is unloaded, such as an open data source; the last
-    // given goes first.
-    void atUnload(std::function<void()> release);
 
     // Opens the window there, and not in the middle of the screen, as far as the screen has it.
     void openAt(QPoint place);

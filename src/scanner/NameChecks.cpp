@@ -1,5 +1,6 @@
 #include "scanner/NameChecks.h"
 
+#include "catalogue/Discs.h"
 #include "catalogue/Names.h"
 
 namespace discaro::scanner {
@@ -10,13 +11,6 @@ namespace {
 
 std::string fieldText(db::Recordset& discs, std::string_view field) {
     return db::textOf(discs.Fields(field).Value());
-}
-
-std::string nameMessage(db::Recordset& discs) {
-    return "This Preferred name was used once before for CD-ROM number  '" +
-           fieldText(discs, drive::kIdNumber) + "' which has '" +
-           fieldText(discs, drive::kVolumeName) +
-           "' as its Volume label. Please choose another name.";
 }
 
 // Null is equal to nothing, the empty text included.
@@ -40,7 +34,7 @@ std::optional<std::string> duplicateNameMessage(db::Recordset& discs,
         discs.MoveFirst();
     for (; !discs.Eof(); discs.MoveNext())
         if (fieldText(discs, drive::kPreferedName) == preferredName)
-            return nameMessage(discs);
+            return catalogue::duplicateNameMessage(discs);
     return std::nullopt;
 }
 

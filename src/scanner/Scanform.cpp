@@ -2,6 +2,7 @@
 
 #include "app/HandOver.h"
 #include "app/Module1.h"
+#include "app/OpenSource.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
@@ -73,16 +74,10 @@ void Scanform::Form_Load() {
 }
 
 void Scanform::openSources() {
-    const auto open = [this](db::DataSource& source, const char* table) {
-        source.SetDatabaseName(app::Module1::cataloguePath());
-        source.SetRecordSource(table);
-        source.Refresh();
-        atUnload([&source] { source.Close(); });
-    };
-    open(Data1, "master table");
-    open(Data2, "drive");
-    open(Data3, "directories");
-    open(Data4, "files");
+    app::openSource(*this, Data1, "master table");
+    app::openSource(*this, Data2, "drive");
+    app::openSource(*this, Data3, "directories");
+    app::openSource(*this, Data4, "files");
 }
 
 void Scanform::closeAndReturn() {

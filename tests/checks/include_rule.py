@@ -30,6 +30,8 @@ SHARED_HEADERS = {
     "app/Module1.h",
     "app/Windows.h",
     "app/HandOver.h",
+    "app/OpenSource.h",
+    "catalogue/Discs.h",
     "catalogue/Names.h",
     "catalogue/Totals.h",
 }

@@ -1,3 +1,4 @@
+#include "catalogue/Discs.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Schema.h"
 #include "db/Connection.h"
@@ -18,7 +19,8 @@ namespace {
 std::string plan(const TestCatalogue& catalogue, std::string_view table,
                  const std::string& number) {
     static const db::Schema schema = catalogue::catalogueSchema();
-    const db::Query query = db::parseCriterion(explorer::idCondition(number), *schema.find(table));
+    const db::Query query =
+        db::parseCriterion(catalogue::rowCondition(number), *schema.find(table));
     db::Connection connection(catalogue.path().string(), db::Connection::Mode::ReadOnly);
     return connection.plan("SELECT * FROM " + db::quotedName(query.table->name) + " WHERE " +
                            query.where + " ORDER BY rowid LIMIT 1");

@@ -1,4 +1,5 @@
 #include "base/RuntimeError.h"
+#include "catalogue/Discs.h"
 #include "explorer/PropertiesRules.h"
 #include "explorer_properties/PropertiesTest.h"
 
@@ -131,5 +132,5 @@ TEST_F(JudgedName, ARecordsetOnNoRowSaysSo) {
 }
 
 TEST(IdCondition, IsACriterionThatMatchesOneNumber) {
-    EXPECT_EQ(explorer::idCondition("C1D1S3"), "[id number] like 'C1D1S3'");
+    EXPECT_EQ(catalogue::rowCondition("C1D1S3"), "[id number] like 'C1D1S3'");
 }

@@ -1,3 +1,4 @@
+#include "catalogue/Discs.h"
 #include "explorer/CatalogueRig.h"
 #include "explorer/InfoRows.h"
 #include "explorer/Queries.h"
@@ -86,7 +87,7 @@ TEST_F(InfoRows, WhereThereIsNoRowAllValuesAreEmpty) {
 TEST_F(InfoRows, ASearchThatFindsNothingShowsTheRowThatWasThere) {
     m_rig.add(test::DiscRow{.number = 1, .name = "First"});
     open(m_source, "drive");
-    m_source.Recordset().FindFirst(rowCondition("99"));
+    m_source.Recordset().FindFirst(catalogue::rowCondition("99"));
     EXPECT_EQ(discInfo(m_source)[1].value, "First");
 }
 

@@ -1,3 +1,4 @@
+#include "catalogue/Discs.h"
 #include "catalogue/Schema.h"
 #include "db/Dialect.h"
 #include "explorer/CatalogueRig.h"
@@ -41,9 +42,11 @@ TEST_F(ExplorerPlans, AClickOnADirectorySearchesIndexes) {
     for (const char* key : kKeys) {
         EXPECT_THAT(planOf(filesQuery(key)), HasSubstr("(directory number=?)"));
         EXPECT_THAT(planOf(subdirectoriesQuery(key)), HasSubstr("(Parent id=?)"));
-        EXPECT_THAT(planOfCriterion("Directories", rowCondition(key)), HasSubstr("(id number=?)"));
-        for (const std::string& each : {planOf(filesQuery(key)), planOf(subdirectoriesQuery(key)),
-                                        planOfCriterion("Directories", rowCondition(key))})
+        EXPECT_THAT(planOfCriterion("Directories", catalogue::rowCondition(key)),
+                    HasSubstr("(id number=?)"));
+        for (const std::string& each :
+             {planOf(filesQuery(key)), planOf(subdirectoriesQuery(key)),
+              planOfCriterion("Directories", catalogue::rowCondition(key))})
             EXPECT_THAT(each, Not(HasSubstr("SCAN"))) << key;
     }
 }
@@ -51,7 +54,7 @@ TEST_F(ExplorerPlans, AClickOnADirectorySearchesIndexes) {
 TEST_F(ExplorerPlans, TheChoiceOfADiscSearchesIndexes) {
     EXPECT_THAT(planOf(discDirectoriesQuery("12")), HasSubstr("(drive id number=?)"));
     EXPECT_THAT(planOf(discDirectoriesQuery("12")), Not(HasSubstr("SCAN")));
-    EXPECT_THAT(planOfCriterion("Drive", rowCondition("12")), Not(HasSubstr("SCAN")));
+    EXPECT_THAT(planOfCriterion("Drive", catalogue::rowCondition("12")), Not(HasSubstr("SCAN")));
     EXPECT_THAT(planOf(discQuery("12")), Not(HasSubstr("SCAN")));
 }
 

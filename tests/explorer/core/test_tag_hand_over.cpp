@@ -1,3 +1,4 @@
+#include "catalogue/Discs.h"
 #include "explorer/CatalogueRig.h"
 #include "explorer/Queries.h"
 #include "explorer/TagHandOver.h"
@@ -108,7 +109,7 @@ TEST_F(TagHandOver, TheSimulatorGetsTheDirectoryAndTheDiscsLine) {
                                  .totalFiles = 2,
                                  .totalSubdirectories = 1});
     m_directories.Refresh();
-    m_directories.Recordset().FindFirst(rowCondition("C3D1S1"));
+    m_directories.Recordset().FindFirst(catalogue::rowCondition("C3D1S1"));
     simulateDirectory(m_directories, "Games       (CD-ROM No. 3)");
     EXPECT_EQ(shared::SimDirectory, "C3D1S1");
     EXPECT_EQ(shared::SimParent, "C3D1");
