@@ -14,7 +14,7 @@ using namespace test;
 constexpr std::time_t k2000 = 946684800; // 1 January 2000, GMT
 constexpr std::time_t kBuilderStamp = k2000 + 86400 + 3 * 3600 + 4 * 60 + 5;
 
-// The four sums as they are told, one after the other.
+// The four sums one after the other, as the serial number shows them.
 std::string serialByHand(std::string_view descriptor) {
     char text[10];
     unsigned sums[4] = {};
