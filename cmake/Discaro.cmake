@@ -47,6 +47,11 @@ function(discaro_tests name)
   add_executable(test_${name} ${sources})
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(test_${name} PRIVATE ${ARGN} discaro_test_support GTest::gtest GTest::gmock)
+  if(discaro_test_windows IN_LIST ARGN)
+    target_precompile_headers(test_${name} REUSE_FROM discaro_test_headers_of_windows)
+  else()
+    target_precompile_headers(test_${name} REUSE_FROM discaro_test_headers)
+  endif()
   gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT 300 ENVIRONMENT
     "QT_QPA_PLATFORM=offscreen;LSAN_OPTIONS=suppressions='${CMAKE_SOURCE_DIR}/tests/support/lsan.supp':print_suppressions=0")
