@@ -1,9 +1,8 @@
 #pragma once
 
+#include "db/Query.h"
 #include "db/Schema.h"
-#include "db/Value.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,33 +20,6 @@ namespace discaro::db {
 // UnknownTable, UnknownField, NotAllowed, or DataTypeConversion where a number is compared with
 // text that is none. More than 200 open parentheses, and conditions too many or too deep for the
 // engine, are syntax errors. Any bytes may come in, of any length: the time is in proportion to it.
-
-// What is known of a condition besides its SQL. The placeholders are those of the whole.
-struct ConditionFacts {
-    uint64_t fields = 0;               // the fields that it names: bit 0 for field 0
-    std::string lean;                  // the condition without what only helps to search an index
-    std::vector<std::string> searches; // parts that all its rows meet and that an index may serve
-};
-
-struct Query {
-    enum class Kind { Rows, Aggregate, Delete };
-
-    struct Sum {
-        std::string name; // the alias, or a name made from the function and the field
-        std::string sql;  // SQL expression
-        FieldType type;
-    };
-
-    Kind kind = Kind::Rows;
-    const TableDef* table = nullptr; // points into the schema that was given
-    std::vector<int> columns;        // Rows: positions of the fields selected, in order
-    std::vector<Sum> aggregates;     // Aggregate: the sums, in order
-    std::string where;               // SQL expression, or "" for all rows; placeholders ?1 ?2 ...
-    std::vector<SortTerm> order;     // empty for the order of insertion
-    std::vector<Value> bindings;     // the values of ?1 ?2 ..., in order
-    ConditionFacts condition;
-    std::string externalFile; // the bare file name behind IN, "" when none
-};
 
 // A whole statement. The schema must outlive the query.
 Query parseStatement(std::string_view text, const Schema& schema);

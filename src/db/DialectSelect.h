@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/Dialect.h"
 #include "db/DialectTokens.h"
+#include "db/Query.h"
 
 #include <string_view>
 #include <vector>

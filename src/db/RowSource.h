@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/Dialect.h"
+#include "db/Query.h"
 #include "db/RowWindow.h"
 #include "db/Store.h"
 #include "db/Table.h"
