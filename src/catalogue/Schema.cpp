@@ -1,7 +1,6 @@
 #include "catalogue/Schema.h"
 
 #include "catalogue/Names.h"
-#include "db/Connection.h"
 #include "db/SchemaReader.h"
 
 #include <initializer_list>

@@ -173,11 +173,4 @@ int Connection::openReads() const {
     return open;
 }
 
-std::string quotedName(std::string_view name) {
-    std::string text = "\"";
-    for (const char c : name)
-        text.append(c == '"' ? 2 : 1, c);
-    return text += '"';
-}
-
 } // namespace discaro::db

@@ -90,7 +90,4 @@ private:
     std::unique_ptr<sqlite3, Closer> m_handle;
 };
 
-// A name as SQL writes it: in double quotes.
-std::string quotedName(std::string_view name);
-
 } // namespace discaro::db

@@ -1,7 +1,7 @@
 #include "db/DialectSql.h"
 
 #include "base/Number.h"
-#include "db/Connection.h"
+#include "db/Schema.h"
 
 #include <algorithm>
 

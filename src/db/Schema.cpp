@@ -22,4 +22,11 @@ const TableDef* Schema::find(std::string_view tableName) const {
     return nullptr;
 }
 
+std::string quotedName(std::string_view name) {
+    std::string text = "\"";
+    for (const char c : name)
+        text.append(c == '"' ? 2 : 1, c);
+    return text += '"';
+}
+
 } // namespace discaro::db

@@ -41,4 +41,7 @@ struct Schema {
     const TableDef* find(std::string_view name) const;
 };
 
+// A name of the schema as SQL writes it: in double quotes.
+std::string quotedName(std::string_view name);
+
 } // namespace discaro::db

@@ -1,7 +1,6 @@
 #include "db/Table.h"
 
 #include "base/RuntimeError.h"
-#include "db/Connection.h"
 
 #include <numeric>
 

@@ -92,10 +92,6 @@ TableDef masterTable() {
              {"last compact", FieldType::Date}}};
 }
 
-std::string quotedName(std::string_view name) {
-    return '"' + std::string(name) + '"';
-}
-
 std::string columnType(const TableDef& table, const FieldDef& field) {
     switch (field.type) {
     case FieldType::Integer:
