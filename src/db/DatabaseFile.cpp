@@ -1,12 +1,9 @@
 #include "db/DatabaseFile.h"
 
-#include "base/Descriptor.h"
-#include "base/RuntimeError.h"
 #include "db/Connection.h"
+#include "db/FileNaming.h"
 
 #include <fcntl.h>
-#include <stdio.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -18,45 +15,7 @@ namespace discaro::db {
 
 namespace {
 
-using base::ErrorNumber;
-using base::RuntimeError;
 namespace fs = std::filesystem;
-
-ErrorNumber errorNumberOfSystem(int error) {
-    switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-        return ErrorNumber::PathMissing;
-    case EEXIST:
-        return ErrorNumber::NotAllowed;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-        return ErrorNumber::CatalogueReadOnly;
-    case ENOSPC:
-    case EDQUOT:
-        return ErrorNumber::DiskFull;
-    default:
-        return ErrorNumber::StorageFailure;
-    }
-}
-
-[[noreturn]] void refuse(int error, const fs::path& path) {
-    throw RuntimeError(errorNumberOfSystem(error),
-                       path.string() + ": " + std::generic_category().message(error));
-}
-
-base::Descriptor opened(const fs::path& path, int flags) {
-    base::Descriptor file(::open(path.c_str(), flags, 0666));
-    if (!file)
-        refuse(errno, path);
-    return file;
-}
-
-void sync(const fs::path& path, int flags) {
-    if (::fsync(opened(path, flags).number()) != 0)
-        refuse(errno, path);
-}
 
 // A file that goes away again, its journal too, unless it has been given its final name.
 class Draft {
@@ -64,7 +23,7 @@ public:
     explicit Draft(const fs::path& name)
         : m_path(name.string() + ".new") {
         remove(); // what an interrupted creation left
-        opened(m_path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC);
+        openFile(m_path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC);
     }
     ~Draft() { remove(); }
     Draft(const Draft&) = delete;
@@ -94,29 +53,6 @@ void fill(const fs::path& path, const FileFormat& format, std::span<const std::s
     connection.execute("COMMIT");
 }
 
-void syncFolder(const fs::path& file) {
-    const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
-    sync(folder, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-}
-
-// Also by a link that leads nowhere.
-bool isTaken(const fs::path& name) {
-    std::error_code ignored;
-    return fs::exists(fs::symlink_status(name, ignored));
-}
-
-void renameWithoutReplacing(const fs::path& from, const fs::path& to) {
-    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
-        return;
-    // Some file systems do not know how to refuse; there the look comes first.
-    if (errno != EINVAL && errno != ENOSYS)
-        refuse(errno, to);
-    if (isTaken(to))
-        refuse(EEXIST, to);
-    if (::rename(from.c_str(), to.c_str()) != 0)
-        refuse(errno, to);
-}
-
 } // namespace
 
 void createDatabaseFile(const fs::path& path, const FileFormat& format,
@@ -124,29 +60,12 @@ void createDatabaseFile(const fs::path& path, const FileFormat& format,
     std::error_code error;
     const fs::path name = fs::absolute(path, error);
     if (error)
-        refuse(error.value(), path);
+        refuseFile(error.value(), path);
     if (isTaken(name))
-        refuse(EEXIST, name);
+        refuseFile(EEXIST, name);
     const Draft draft(name);
     fill(draft.path(), format, statements);
     publishFile(draft.path(), name);
-}
-
-void publishFile(const fs::path& finished, const fs::path& name) {
-    sync(finished, O_RDONLY | O_CLOEXEC);
-    if (!isTaken(name))
-        setJournalAside(name);
-    renameWithoutReplacing(finished, name);
-    syncFolder(name);
-}
-
-void setJournalAside(const fs::path& database) {
-    const fs::path journal = database.string() + "-journal";
-    for (int number = 1; isTaken(journal); ++number) {
-        const fs::path aside = journal.string() + "." + std::to_string(number);
-        if (!isTaken(aside))
-            renameWithoutReplacing(journal, aside);
-    }
 }
 
 bool isDatabaseOf(const fs::path& path, const FileFormat& format) {

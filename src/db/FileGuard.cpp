@@ -2,7 +2,7 @@
 
 #include "base/Descriptor.h"
 #include "base/RuntimeError.h"
-#include "db/DatabaseFile.h"
+#include "db/FileNaming.h"
 
 #include <fcntl.h>
 #include <sqlite3.h>

@@ -23,7 +23,7 @@ namespace discaro::db {
 // Three things alone fail, with SQLITE_READONLY_DBMOVED: the lock for writing, a commit that is expected, and the
 // opening of a path that has come to name another file meanwhile.
 //
-// A journal beside a file that is being opened is set aside, as DatabaseFile.h tells, when it was made for a longer one:
+// A journal beside a file that is being opened is set aside, as FileNaming.h tells, when it was made for a longer one:
 // a killed process has left it beside its own, which has been replaced since.
 
 // The name of this layer over another; empty for the default one.

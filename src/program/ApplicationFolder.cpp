@@ -2,6 +2,7 @@
 
 #include "catalogue/EmptyCatalogue.h"
 #include "db/DatabaseFile.h"
+#include "db/FileNaming.h"
 
 #include <unistd.h>
 
