@@ -1,7 +1,6 @@
 #include "db/Connection.h"
 
 #include "db/LikeFunction.h"
-#include "db/SqliteError.h"
 #include "db/WaitOnce.h"
 
 #include <sqlite3.h>
@@ -65,22 +64,24 @@ void Connection::setLockWait(int milliseconds) {
     lockWait() = milliseconds;
 }
 
-Connection::Connection(const std::string& path, Mode mode)
-    : m_lockWait(lockWait()) {
+Connection::Connection(const std::string& path, Mode mode,
+                       std::function<void(const base::RuntimeError&)> onFailure)
+    : m_lockWait(lockWait())
+    , m_session{nullptr, std::move(onFailure)} {
     const int flags = SQLITE_OPEN_NOMUTEX |
                       (mode == Mode::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
-    sqlite3* handle = nullptr;
-    const int code = sqlite3_open_v2(path.c_str(), &handle, flags, guardedLayer(fileLayer()));
-    m_handle.reset(handle);
+    const int code =
+        sqlite3_open_v2(path.c_str(), &m_session.handle, flags, guardedLayer(fileLayer()));
+    m_handle.reset(m_session.handle);
     if (code != SQLITE_OK)
-        raise(handle, code);
+        raise(m_session, code);
     configure(mode);
 }
 
 Connection::~Connection() = default;
 
 void Connection::configure(Mode mode) {
-    sqlite3* handle = m_handle.get();
+    sqlite3* const handle = m_session.handle;
     sqlite3_extended_result_codes(handle, 1);
     sqlite3_busy_handler(handle, &waitForLock, &m_lockWait);
     sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, kLongestCell);
@@ -129,24 +130,24 @@ void Connection::useRollbackJournal() {
 }
 
 void Connection::execute(const std::string& sql) {
-    const int code = sqlite3_exec(m_handle.get(), sql.c_str(), nullptr, nullptr, nullptr);
+    const int code = sqlite3_exec(handle(), sql.c_str(), nullptr, nullptr, nullptr);
     if (code != SQLITE_OK)
-        raise(m_handle.get(), code);
+        raise(m_session, code);
 }
 
 int64_t Connection::number(std::string_view sql) {
-    Statement statement(handle(), sql);
+    Statement statement(m_session, sql);
     return statement.step() ? statement.integer(0) : 0;
 }
 
 std::string Connection::text(std::string_view sql) {
-    Statement statement(handle(), sql);
+    Statement statement(m_session, sql);
     return statement.step() ? std::string(statement.text(0)) : std::string();
 }
 
 std::string Connection::plan(std::string_view sql) {
     constexpr int kDetail = 3;
-    Statement statement(handle(), "EXPLAIN QUERY PLAN " + std::string(sql));
+    Statement statement(m_session, "EXPLAIN QUERY PLAN " + std::string(sql));
     std::string lines;
     while (statement.step())
         lines.append(statement.text(kDetail)).append("\n");
@@ -154,21 +155,21 @@ std::string Connection::plan(std::string_view sql) {
 }
 
 int64_t Connection::lastRowNumber() const {
-    return sqlite3_last_insert_rowid(m_handle.get());
+    return sqlite3_last_insert_rowid(handle());
 }
 
 int64_t Connection::changedRows() const {
-    return sqlite3_changes64(m_handle.get());
+    return sqlite3_changes64(handle());
 }
 
 bool Connection::inTransaction() const {
-    return sqlite3_get_autocommit(m_handle.get()) == 0;
+    return sqlite3_get_autocommit(handle()) == 0;
 }
 
 int Connection::openReads() const {
     int open = 0;
-    for (sqlite3_stmt* each = sqlite3_next_stmt(m_handle.get(), nullptr); each != nullptr;
-         each = sqlite3_next_stmt(m_handle.get(), each))
+    for (sqlite3_stmt* each = sqlite3_next_stmt(handle(), nullptr); each != nullptr;
+         each = sqlite3_next_stmt(handle(), each))
         open += sqlite3_stmt_busy(each) != 0 ? 1 : 0;
     return open;
 }

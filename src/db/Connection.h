@@ -2,9 +2,11 @@
 
 #include "db/FileGuard.h"
 #include "db/RowTaker.h"
+#include "db/SqliteError.h"
 #include "db/Statement.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -36,8 +38,9 @@ public:
 
     // Opens a file that exists and sets the store's ways: rollback journal, a commit that no power cut takes back,
     // foreign keys, the cache, a short wait for other programs' locks, a distrust of what a damaged or foreign file
-    // brings along. The file is not read yet.
-    Connection(const std::string& path, Mode mode);
+    // brings along. The file is not read yet. onFailure is the session's.
+    Connection(const std::string& path, Mode mode,
+               std::function<void(const base::RuntimeError&)> onFailure = {});
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -69,7 +72,8 @@ public:
     // Statements in the middle of a run; they hold a lock on the file.
     int openReads() const;
 
-    sqlite3* handle() const { return m_handle.get(); }
+    const Session& session() const { return m_session; }
+    sqlite3* handle() const { return m_session.handle; }
 
     // The SQLite file layer for files opened from now on, by its registered name; empty for the
     // default one.
@@ -87,6 +91,7 @@ private:
 
     int m_lockWait; // milliseconds
     RowTaker* m_taker = nullptr;
+    Session m_session;
     std::unique_ptr<sqlite3, Closer> m_handle;
 };
 

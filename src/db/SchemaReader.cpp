@@ -32,7 +32,7 @@ struct ReadTable {
 };
 
 ReadTable readTable(Connection& connection, std::string_view name) {
-    Statement columns(connection.handle(), "SELECT name, type, pk FROM pragma_table_info(?1)");
+    Statement columns(connection.session(), "SELECT name, type, pk FROM pragma_table_info(?1)");
     columns.bind(1, name);
     ReadTable read{{std::string(name), {}}, -1};
     int keyFields = 0;
@@ -70,7 +70,7 @@ void requireTable(const TableDef& expected, const TableDef* found) {
 } // namespace
 
 StoredSchema readSchema(Connection& connection) {
-    Statement tables(connection.handle(),
+    Statement tables(connection.session(),
                      "SELECT name FROM pragma_table_list WHERE schema = 'main' AND type = 'table'"
                      " AND wr = 0 AND substr(name, 1, 7) <> 'sqlite_' ORDER BY name");
     StoredSchema stored;

@@ -1,7 +1,5 @@
 #include "db/SqliteError.h"
 
-#include "db/Engine.h"
-
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -56,13 +54,15 @@ ErrorNumber errorNumberOf(int code) {
     return found == nullptr ? ErrorNumber::StorageFailure : found->number;
 }
 
-void raise(sqlite3* connection, int code) {
+void raise(const Session& session, int code) {
+    sqlite3* const connection = session.handle;
     if (isOverflow(connection, code))
         throw base::RuntimeError(ErrorNumber::DataTypeConversion, "the sum is too large");
     const bool ofConnection = connection != nullptr && sqlite3_extended_errcode(connection) == code;
     const base::RuntimeError error(errorNumberOf(code), ofConnection ? sqlite3_errmsg(connection)
                                                                      : sqlite3_errstr(code));
-    Engine::instance().transaction().failureSeen(error);
+    if (session.onFailure)
+        session.onFailure(error);
     throw error;
 }
 

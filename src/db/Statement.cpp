@@ -10,10 +10,10 @@ namespace discaro::db {
 
 namespace {
 
-[[noreturn]] void refuseText(sqlite3* connection, int code) {
+[[noreturn]] void refuseText(const Session& session, int code) {
     if ((code & 0xff) == SQLITE_ERROR)
-        throw base::RuntimeError(base::ErrorNumber::SyntaxError, sqlite3_errmsg(connection));
-    raise(connection, code);
+        throw base::RuntimeError(base::ErrorNumber::SyntaxError, sqlite3_errmsg(session.handle));
+    raise(session, code);
 }
 
 bool onlyBlanks(const char* begin, const char* end) {
@@ -22,12 +22,13 @@ bool onlyBlanks(const char* begin, const char* end) {
 
 } // namespace
 
-Statement::Statement(sqlite3* connection, std::string_view sql) {
+Statement::Statement(const Session& session, std::string_view sql)
+    : m_session(&session) {
     const char* tail = nullptr;
-    const int code = sqlite3_prepare_v3(connection, sql.data(), static_cast<int>(sql.size()),
+    const int code = sqlite3_prepare_v3(session.handle, sql.data(), static_cast<int>(sql.size()),
                                         SQLITE_PREPARE_PERSISTENT, &m_statement, &tail);
     if (code != SQLITE_OK)
-        refuseText(connection, code);
+        refuseText(session, code);
     if (m_statement != nullptr && onlyBlanks(tail, sql.data() + sql.size()))
         return;
     sqlite3_finalize(m_statement);
@@ -40,7 +41,7 @@ Statement::~Statement() {
 
 void Statement::check(int code) const {
     if (code != SQLITE_OK) [[unlikely]]
-        raise(sqlite3_db_handle(m_statement), code);
+        raise(*m_session, code);
 }
 
 void Statement::bindNull(int parameter) {
@@ -86,7 +87,7 @@ bool Statement::step() {
     if (code == SQLITE_ROW)
         return true;
     if (code != SQLITE_DONE) [[unlikely]]
-        raise(sqlite3_db_handle(m_statement), code);
+        raise(*m_session, code);
     return false;
 }
 

@@ -6,18 +6,19 @@
 #include <span>
 #include <string_view>
 
-struct sqlite3;
 struct sqlite3_stmt;
 
 namespace discaro::db {
 
-// A prepared statement. Errors are base::RuntimeError. The connection must outlive it.
+struct Session;
+
+// A prepared statement. Errors are base::RuntimeError. The session must outlive it.
 class Statement {
 public:
     enum class CellType { Null, Integer, Real, Text };
 
     // Throws SyntaxError for text that is not exactly one statement of the connection's schema.
-    Statement(sqlite3* connection, std::string_view sql);
+    Statement(const Session& session, std::string_view sql);
     ~Statement();
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
@@ -49,6 +50,7 @@ public:
 private:
     void check(int code) const;
 
+    const Session* m_session;
     sqlite3_stmt* m_statement = nullptr;
 };
 

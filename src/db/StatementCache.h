@@ -15,8 +15,9 @@ namespace discaro::db {
 // out stays valid for its holder when it leaves the cache.
 class StatementCache {
 public:
-    explicit StatementCache(sqlite3* connection, size_t capacity = 64)
-        : m_connection(connection)
+    // The session must outlive it.
+    explicit StatementCache(const Session& session, size_t capacity = 64)
+        : m_session(session)
         , m_capacity(capacity) {}
 
     std::shared_ptr<Statement> get(std::string_view sql);
@@ -29,7 +30,7 @@ private:
         std::shared_ptr<Statement> statement;
     };
 
-    sqlite3* m_connection;
+    const Session& m_session;
     size_t m_capacity;
     std::list<Entry> m_entries;
     std::unordered_map<std::string_view, std::list<Entry>::iterator>

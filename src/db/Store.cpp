@@ -68,8 +68,11 @@ Store::Store(std::string path, FileIdentity identity, const FileFormat& format)
     : m_path(std::move(path))
     , m_identity(identity)
     , m_updatable(canBeChanged(m_path))
-    , m_connection(m_path, m_updatable ? Connection::Mode::ReadWrite : Connection::Mode::ReadOnly)
-    , m_statements(m_connection.handle()) {
+    , m_connection(m_path, m_updatable ? Connection::Mode::ReadWrite : Connection::Mode::ReadOnly,
+                   [](const base::RuntimeError& error) {
+                       Engine::instance().transaction().failureSeen(error);
+                   })
+    , m_statements(m_connection.session()) {
     removeIdleJournal();
     readTables(format);
     if (m_updatable && complete(format))
@@ -137,7 +140,7 @@ Table& Store::table(const TableDef& definition) {
 }
 
 std::shared_ptr<Statement> Store::prepare(std::string_view sql) {
-    return std::make_shared<Statement>(m_connection.handle(), sql);
+    return std::make_shared<Statement>(m_connection.session(), sql);
 }
 
 const std::string& Store::plan(const std::string& sql) {

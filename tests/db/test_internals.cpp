@@ -41,7 +41,7 @@ class StoreStatements : public Shelf {};
 
 TEST_F(StoreStatements, OfTheCacheTheOneUnusedLongestGoes) {
     const auto database = open();
-    StatementCache cache(database->store()->connection().handle(), 2);
+    StatementCache cache(database->store()->connection().session(), 2);
     const auto first = cache.get("SELECT 1");
     cache.get("SELECT 2");
     EXPECT_EQ(cache.get("SELECT 1"), first);

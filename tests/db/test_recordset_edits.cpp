@@ -142,7 +142,7 @@ TEST_F(RecordsetEdits, ChangingAnUnindexedFieldTouchesNoIndex) {
     rows->Edit();
     (*rows)("Total Size") = 3;
     rows->Update();
-    Statement explained(database->store()->connection().handle(),
+    Statement explained(database->store()->connection().session(),
                         "EXPLAIN UPDATE Directories SET \"Total Size\"=? WHERE rowid=?");
     std::string operations;
     while (explained.step())
