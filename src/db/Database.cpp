@@ -7,6 +7,7 @@
 #include "db/Dialect.h"
 #include "db/Engine.h"
 #include "db/KeySource.h"
+#include "db/Store.h"
 
 #include <algorithm>
 #include <system_error>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "db/Handle.h"
 #include "db/Recordset.h"
 
 #include <filesystem>
@@ -18,7 +19,7 @@ struct RowQuery;
 // share one connection: they see each other's saved rows, and one transaction spans them. The file
 // itself is closed, with nothing left beside it, when the last handle (Database or Recordset) on it
 // goes. Got from DBEngine::OpenDatabase.
-class Database : public std::enable_shared_from_this<Database> {
+class Database final : public Handle, public std::enable_shared_from_this<Database> {
 public:
     // Only the engine opens databases.
     class Key {
@@ -47,10 +48,10 @@ public:
 
     // Ends the handle and closes all recordsets opened through it. HandleClosed when it is closed
     // already.
-    void Close();
+    void Close() override;
     bool IsOpen() const { return m_store != nullptr; }
     // Whether no recordset is open through it.
-    bool idle() const { return m_recordsets.empty(); }
+    bool idle() const override { return m_recordsets.empty(); }
 
     // The path given to OpenDatabase, made absolute; also after Close.
     const std::string& Name() const { return m_name; }
@@ -58,7 +59,7 @@ public:
     bool Updatable() const;
 
     // The store behind the handle, for the parts of db that work on the file itself. HandleClosed.
-    const std::shared_ptr<Store>& store() const;
+    const std::shared_ptr<Store>& store() const override;
 
 private:
     friend class Recordset;

@@ -1,7 +1,6 @@
 #include "db/Engine.h"
 
 #include "base/RuntimeError.h"
-#include "db/Database.h"
 #include "db/SaveGroup.h"
 
 #include <sys/stat.h>
@@ -67,17 +66,17 @@ std::shared_ptr<Store> Engine::open(const std::filesystem::path& path) {
 
 // Handles that nobody works through do not stand in the way of the file that has taken the place of theirs.
 void Engine::closeIdle(const Store& store) {
-    std::vector<Database*> ofStore;
-    for (const Handle& handle : m_handles) {
-        if (handle.database->store().get() != &store)
+    std::vector<Handle*> ofStore;
+    for (const Opened& opened : m_handles) {
+        if (opened.handle->store().get() != &store)
             continue;
-        if (handle.bound || !handle.database->idle())
+        if (opened.bound || !opened.handle->idle())
             return;
-        ofStore.push_back(handle.database);
+        ofStore.push_back(opened.handle);
     }
     if (m_transaction.state() == Transaction::State::None)
-        for (Database* database : ofStore)
-            database->Close();
+        for (Handle* handle : ofStore)
+            handle->Close();
 }
 
 std::shared_ptr<Store> Engine::known(const FileIdentity& identity) {
@@ -96,18 +95,11 @@ std::shared_ptr<Store> Engine::openNew(const std::filesystem::path& path,
     for (const auto& store : openStores())
         if (store->path() == real)
             throw RuntimeError(ErrorNumber::CatalogueReplaced, real.string());
-    auto store = std::make_shared<Store>(real.string(), identity, m_format);
+    auto store = std::make_shared<Store>(real.string(), identity, m_format, m_transaction);
     if (!names(real, identity))
         throw RuntimeError(ErrorNumber::CatalogueReplaced, real.string());
     m_stores.push_back(store);
     return store;
-}
-
-std::shared_ptr<Store> Engine::shared(const Store& store) {
-    for (auto& each : openStores())
-        if (each.get() == &store)
-            return each;
-    throw RuntimeError(ErrorNumber::HandleClosed);
 }
 
 std::vector<std::shared_ptr<Store>> Engine::openStores() {
@@ -121,24 +113,25 @@ std::vector<std::shared_ptr<Store>> Engine::openStores() {
 void Engine::beginTransaction() {
     if (SaveGroup* const group = SaveGroup::current())
         group->giveWay();
-    m_transaction.begin(openStores(), owners());
+    const auto stores = openStores();
+    m_transaction.begin({stores.begin(), stores.end()}, owners());
 }
 
-std::vector<const Database*> Engine::owners() const {
-    const bool anyBound = std::ranges::any_of(m_handles, &Handle::bound);
-    std::vector<const Database*> owners;
-    for (const Handle& handle : m_handles)
-        if (handle.bound || !anyBound)
-            owners.push_back(handle.database);
+std::vector<const Handle*> Engine::owners() const {
+    const bool anyBound = std::ranges::any_of(m_handles, &Opened::bound);
+    std::vector<const Handle*> owners;
+    for (const Opened& opened : m_handles)
+        if (opened.bound || !anyBound)
+            owners.push_back(opened.handle);
     return owners;
 }
 
-void Engine::handleOpened(Database& handle, bool bound) {
+void Engine::handleOpened(Handle& handle, bool bound) {
     m_handles.push_back({&handle, bound});
 }
 
-void Engine::handleClosed(const Database& handle) {
-    std::erase_if(m_handles, [&](const Handle& each) { return each.database == &handle; });
+void Engine::handleClosed(const Handle& handle) {
+    std::erase_if(m_handles, [&](const Opened& each) { return each.handle == &handle; });
     m_transaction.handleClosed(handle);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/FileFormat.h"
+#include "db/Handle.h"
 #include "db/Store.h"
 #include "db/Transaction.h"
 
@@ -10,8 +11,6 @@
 
 namespace discaro::db {
 
-class Database;
-
 // The state of the process that DBEngine's functions work on: open files, open handles, the transaction.
 class Engine {
 public:
@@ -20,19 +19,18 @@ public:
     // The store of a file, the same for every path to it. CatalogueReplaced when one is open whose file is no longer
     // that of the path; handles on such a one through which nobody works are closed first (DBEngine::OpenDatabase).
     std::shared_ptr<Store> open(const std::filesystem::path& path);
-    std::shared_ptr<Store> shared(const Store& store);
 
     void setFormat(FileFormat format) { m_format = std::move(format); }
     Transaction& transaction() { return m_transaction; }
     void beginTransaction();
 
     // Bound handles are those of data sources.
-    void handleOpened(Database& handle, bool bound);
-    void handleClosed(const Database& handle);
+    void handleOpened(Handle& handle, bool bound);
+    void handleClosed(const Handle& handle);
 
 private:
-    struct Handle {
-        Database* database;
+    struct Opened {
+        Handle* handle;
         bool bound;
     };
 
@@ -40,11 +38,11 @@ private:
     std::shared_ptr<Store> openNew(const std::filesystem::path& path, const FileIdentity& identity);
     void closeIdle(const Store& store);
     std::vector<std::shared_ptr<Store>> openStores();
-    std::vector<const Database*> owners() const;
+    std::vector<const Handle*> owners() const;
 
     FileFormat m_format;
     std::vector<std::weak_ptr<Store>> m_stores;
-    std::vector<Handle> m_handles;
+    std::vector<Opened> m_handles;
     Transaction m_transaction;
 };
 

@@ -19,9 +19,11 @@ namespace {
 std::shared_ptr<RowWriter> writerFor(Store& store, const RowQuery& query) {
     if (query.table->definition == nullptr)
         return nullptr;
-    if (query.layout == query.table->layout)
-        return query.table->writer;
-    return std::make_shared<RowWriter>(store, *query.table, query.layout);
+    if (query.layout != query.table->layout)
+        return std::make_shared<RowWriter>(store, *query.table, query.layout);
+    if (query.table->writer == nullptr)
+        query.table->writer = std::make_shared<RowWriter>(store, *query.table, query.layout);
+    return query.table->writer;
 }
 
 } // namespace

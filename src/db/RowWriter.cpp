@@ -1,6 +1,5 @@
 #include "db/RowWriter.h"
 
-#include "db/SaveGroup.h"
 #include "db/Store.h"
 
 #include <bit>
@@ -79,7 +78,7 @@ int64_t RowWriter::insert(const EditBuffer& row) {
 
 bool RowWriter::update(int64_t number, const EditBuffer& row, uint64_t mask) {
     SaveGroup* const group = SaveGroup::current();
-    if (group != nullptr && mask != 0 && group->takes(m_store))
+    if (group != nullptr && mask != 0 && !m_store.transactionOpen() && group->takes(m_store))
         return group->save(m_store, *this, number, row, mask);
     return write(number, row, mask);
 }

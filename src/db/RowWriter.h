@@ -1,6 +1,7 @@
 #pragma once
 
 #include "db/EditBuffer.h"
+#include "db/SaveGroup.h"
 #include "db/Statement.h"
 #include "db/Table.h"
 
@@ -14,7 +15,7 @@ namespace discaro::db {
 class Store;
 
 // Writes rows of one layout with statements that stay prepared. Every write goes through the store's guard.
-class RowWriter : public std::enable_shared_from_this<RowWriter> {
+class RowWriter final : public RowSaver {
 public:
     // Store and table must outlive it.
     RowWriter(Store& store, Table& table, std::shared_ptr<const RecordLayout> layout)
@@ -28,7 +29,7 @@ public:
     // when the row is gone.
     bool update(int64_t number, const EditBuffer& row, uint64_t mask);
     // The same whether or not there is a group.
-    bool write(int64_t number, const EditBuffer& row, uint64_t mask);
+    bool write(int64_t number, const EditBuffer& row, uint64_t mask) override;
     // Deletes with cascades. False when the row is gone.
     bool remove(int64_t number);
 

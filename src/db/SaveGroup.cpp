@@ -1,9 +1,6 @@
 #include "db/SaveGroup.h"
 
-#include "db/Engine.h"
-#include "db/RowWriter.h"
 #include "db/SqliteError.h"
-#include "db/Store.h"
 
 #include <utility>
 
@@ -59,42 +56,38 @@ void SaveGroup::End() {
         throw RuntimeError(*failure);
 }
 
-bool SaveGroup::takes(const Store& store) const {
-    return Engine::instance().transaction().state() == Transaction::State::None && !m_oneByOne &&
-           (m_store == nullptr || m_store.get() == &store);
+bool SaveGroup::takes(const Participant& file) const {
+    return !m_oneByOne && (m_file == nullptr || m_file.get() == &file);
 }
 
-void SaveGroup::begin(Store& store) {
-    store.begin();
-    m_store = Engine::instance().shared(store);
-}
-
-bool SaveGroup::save(Store& store, RowWriter& writer, int64_t number, const EditBuffer& row,
+bool SaveGroup::save(Participant& file, RowSaver& saver, int64_t number, const EditBuffer& row,
                      uint64_t mask) {
     if (m_saves.size() >= m_most)
         giveWay();
     if (m_oneByOne)
-        return writer.write(number, row, mask);
-    if (m_store == nullptr)
-        begin(store);
+        return saver.write(number, row, mask);
+    if (m_file == nullptr) {
+        file.begin();
+        m_file = file.shared_from_this();
+    }
     try {
         const Flagged saving(m_saving);
-        const bool found = writer.write(number, row, mask);
+        const bool found = saver.write(number, row, mask);
         if (found)
-            m_saves.push_back({writer.shared_from_this(), number, mask, row.values(mask)});
+            m_saves.push_back({saver.shared_from_this(), number, mask, row.values(mask)});
         return found;
     } catch (const RuntimeError& error) {
-        if (!breaksTransaction(error) && store.connection().inTransaction())
+        if (!breaksTransaction(error) && file.inTransaction())
             throw;
     }
     doOneByOne();
-    return writer.write(number, row, mask);
+    return saver.write(number, row, mask);
 }
 
 void SaveGroup::giveWay() {
-    if (m_store == nullptr || m_saving)
+    if (m_file == nullptr || m_saving)
         return;
-    if (base::skipErrors([this] { m_store->commit(); }))
+    if (base::skipErrors([this] { m_file->commit(); }))
         forget();
     else
         doOneByOne();
@@ -102,13 +95,13 @@ void SaveGroup::giveWay() {
 
 void SaveGroup::doOneByOne() {
     m_oneByOne = true;
-    m_store->rollback();
-    const auto store = std::exchange(m_store, nullptr);
+    m_file->rollback();
+    const auto file = std::exchange(m_file, nullptr);
     EditBuffer row;
     for (const Save& save : std::exchange(m_saves, {}))
         try {
             row.put(save.mask, save.values);
-            if (!save.writer->write(save.number, row, save.mask))
+            if (!save.saver->write(save.number, row, save.mask))
                 throw RuntimeError(base::ErrorNumber::RecordGone);
         } catch (const RuntimeError& error) {
             if (!m_failure)
@@ -118,7 +111,7 @@ void SaveGroup::doOneByOne() {
 
 void SaveGroup::forget() {
     m_saves.clear();
-    m_store.reset();
+    m_file.reset();
 }
 
 } // namespace discaro::db

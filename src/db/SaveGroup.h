@@ -2,6 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "db/EditBuffer.h"
+#include "db/Participant.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,8 +12,14 @@
 
 namespace discaro::db {
 
-class RowWriter;
-class Store;
+// Writes the fields of a mask in the row of that number; false when the row is gone.
+class RowSaver : public std::enable_shared_from_this<RowSaver> {
+public:
+    virtual bool write(int64_t number, const EditBuffer& row, uint64_t mask) = 0;
+
+protected:
+    ~RowSaver() = default;
+};
 
 // As long as it lives, the saves of changed rows (Edit and Update) outside a transaction cost one commit for all of
 // them, or one for each `most`: until it comes they are kept in memory. Each takes effect at once for all handles of
@@ -37,25 +44,24 @@ public:
     // Commits. The group goes on: what is saved after it is committed by the next End.
     void End();
 
-    // For the store. The group in force, null when there is none.
+    // For those who write. The group in force, null when there is none.
     static SaveGroup* current();
-    // Whether a save in that file is for the group.
-    bool takes(const Store& store) const;
-    // Writes the fields of the mask; false when the row is gone.
-    bool save(Store& store, RowWriter& writer, int64_t number, const EditBuffer& row,
+    // Whether a save in that file is for the group. Where a transaction is open none is.
+    bool takes(const Participant& file) const;
+    // Has the row written; false when it is gone.
+    bool save(Participant& file, RowSaver& saver, int64_t number, const EditBuffer& row,
               uint64_t mask);
     // Before a write of another kind: commits what there is. Its errors wait for End.
     void giveWay();
 
 private:
     struct Save {
-        std::shared_ptr<RowWriter> writer;
+        std::shared_ptr<RowSaver> saver;
         int64_t number;
         uint64_t mask;
         std::vector<EditBuffer::Slot> values; // of the fields in the mask
     };
 
-    void begin(Store& store);
     void doOneByOne();
     void forget();
 
@@ -63,7 +69,7 @@ private:
     bool m_inForce = false;
     bool m_saving = false;
     bool m_oneByOne = false;
-    std::shared_ptr<Store> m_store; // in whose file saves wait for the commit
+    std::shared_ptr<Participant> m_file; // in whose file saves wait for the commit
     std::vector<Save> m_saves;
     std::optional<base::RuntimeError> m_failure;
 };

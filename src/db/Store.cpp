@@ -1,7 +1,5 @@
 #include "db/Store.h"
 
-#include "db/Engine.h"
-#include "db/RowWriter.h"
 #include "db/SaveGroup.h"
 #include "db/SchemaReader.h"
 
@@ -64,14 +62,15 @@ bool isRefusedByRows(Connection& connection, const FormatPart& part) {
 
 } // namespace
 
-Store::Store(std::string path, FileIdentity identity, const FileFormat& format)
+Store::Store(std::string path, FileIdentity identity, const FileFormat& format,
+             Transaction& transaction)
     : m_path(std::move(path))
     , m_identity(identity)
     , m_updatable(canBeChanged(m_path))
-    , m_connection(m_path, m_updatable ? Connection::Mode::ReadWrite : Connection::Mode::ReadOnly,
-                   [](const base::RuntimeError& error) {
-                       Engine::instance().transaction().failureSeen(error);
-                   })
+    , m_transaction(transaction)
+    , m_connection(
+          m_path, m_updatable ? Connection::Mode::ReadWrite : Connection::Mode::ReadOnly,
+          [&transaction](const base::RuntimeError& error) { transaction.failureSeen(error); })
     , m_statements(m_connection.session()) {
     removeIdleJournal();
     readTables(format);
@@ -106,7 +105,6 @@ void Store::readTables(const FileFormat& format) {
         table.numberField = stored.numberFields[i];
         table.freeNumber = freeNumber(m_schema, table, format.numberTable);
         table.layout = wholeLayout(*table.definition);
-        table.writer = std::make_shared<RowWriter>(*this, table, table.layout);
     }
 }
 
@@ -174,7 +172,7 @@ void Store::beginWrite() {
         throw base::RuntimeError(base::ErrorNumber::CatalogueReadOnly, m_path);
     if (SaveGroup* const group = SaveGroup::current())
         group->giveWay();
-    Engine::instance().transaction().join(*this);
+    m_transaction.join(*this);
     const bool alone = !m_connection.inTransaction();
     if (alone || m_writes++ % kLookAt == 0)
         requireFile();
@@ -189,12 +187,11 @@ void Store::endWrite() {
 
 // In a file that somebody has written over anything can fail; the reason is told, not what it led to.
 void Store::writeFailed(const base::RuntimeError& error) {
-    Transaction& transaction = Engine::instance().transaction();
     const bool known = error.is(base::ErrorNumber::TransactionLost);
     if (known || m_connection.ownsFile() || error.is(base::ErrorNumber::CatalogueReplaced))
-        return transaction.writeFailed(*this, error);
+        return m_transaction.writeFailed(*this, error);
     const base::RuntimeError reason(base::ErrorNumber::CatalogueReplaced, m_path);
-    transaction.writeFailed(*this, reason);
+    m_transaction.writeFailed(*this, reason);
     throw reason;
 }
 

@@ -3,8 +3,10 @@
 #include "base/RuntimeError.h"
 #include "db/Connection.h"
 #include "db/FileFormat.h"
+#include "db/Participant.h"
 #include "db/StatementCache.h"
 #include "db/Table.h"
+#include "db/Transaction.h"
 
 #include <cstdint>
 #include <memory>
@@ -25,17 +27,18 @@ struct FileIdentity {
 
 // An open catalogue file: what all handles of the process on it share. Every write passes through write(), which
 // brings it into the process's transaction.
-class Store {
+class Store final : public Participant {
 public:
-    // The file must exist; throws as DBEngine::OpenDatabase does.
-    Store(std::string path, FileIdentity identity, const FileFormat& format);
+    // The file must exist; throws as DBEngine::OpenDatabase does. The transaction is the process's, and outlives it.
+    Store(std::string path, FileIdentity identity, const FileFormat& format,
+          Transaction& transaction);
     ~Store();
     Store(const Store&) = delete;
     Store& operator=(const Store&) = delete;
 
     const std::string& path() const { return m_path; }
     const FileIdentity& identity() const { return m_identity; }
-    bool updatable() const { return m_updatable; }
+    bool updatable() const override { return m_updatable; }
     const Schema& schema() const { return m_schema; }
     Table& table(const TableDef& definition);
     Connection& connection() { return m_connection; }
@@ -73,10 +76,14 @@ public:
     void addName(std::string name) { m_names.insert(std::move(name)); }
     bool hasName(const std::string& name) const { return m_names.contains(name); }
 
-    // The parts of a transaction on this file. rollback never throws.
-    void begin();
-    void commit();
-    void rollback() noexcept;
+    // Whether the process's transaction has been begun, with this file or without it.
+    bool transactionOpen() const { return m_transaction.state() != Transaction::State::None; }
+
+    // The parts of a transaction on this file.
+    bool inTransaction() const override { return m_connection.inTransaction(); }
+    void begin() override;
+    void commit() override;
+    void rollback() noexcept override;
 
     // Anything may have happened to the rows of any table.
     void noteAll();
@@ -98,6 +105,7 @@ private:
     std::string m_path;
     FileIdentity m_identity;
     bool m_updatable;
+    Transaction& m_transaction;
     Connection m_connection;
     StatementCache m_statements;
     std::unordered_map<std::string, std::string> m_plans;

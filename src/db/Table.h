@@ -44,7 +44,7 @@ struct Table {
     bool numberFree =
         false; // within a transaction: the engine's own choice is right for the next row
     std::shared_ptr<const RecordLayout> layout;
-    std::shared_ptr<RowWriter> writer;
+    std::shared_ptr<RowWriter> writer; // of the whole layout, once a row is to be written
 
     uint64_t inserted = 0;
     uint64_t deleted = 0;

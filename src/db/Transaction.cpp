@@ -1,8 +1,7 @@
 #include "db/Transaction.h"
 
-#include "db/Engine.h"
+#include "db/Participant.h"
 #include "db/SqliteError.h"
-#include "db/Store.h"
 
 #include <algorithm>
 
@@ -11,23 +10,23 @@ namespace discaro::db {
 using base::ErrorNumber;
 using base::RuntimeError;
 
-void Transaction::begin(const std::vector<std::shared_ptr<Store>>& stores,
-                        std::vector<const Database*> owners) {
+void Transaction::begin(const std::vector<std::shared_ptr<Participant>>& files,
+                        std::vector<const Handle*> owners) {
     if (m_state != State::None)
         throw RuntimeError(ErrorNumber::TransactionOpen);
-    if (stores.empty())
+    if (files.empty())
         throw RuntimeError(ErrorNumber::HandleClosed);
     try {
-        for (const auto& store : stores)
-            if (store->updatable() || stores.size() == 1) {
-                store->begin();
-                m_stores.push_back(store);
+        for (const auto& file : files)
+            if (file->updatable() || files.size() == 1) {
+                file->begin();
+                m_files.push_back(file);
             }
     } catch (const RuntimeError&) {
         end();
         throw;
     }
-    if (m_stores.empty())
+    if (m_files.empty())
         throw RuntimeError(ErrorNumber::CatalogueReadOnly);
     m_owners = std::move(owners);
     m_state = State::Open;
@@ -36,8 +35,8 @@ void Transaction::begin(const std::vector<std::shared_ptr<Store>>& stores,
 void Transaction::commit() {
     if (m_state == State::None)
         throw RuntimeError(ErrorNumber::NoTransaction);
-    for (const auto& store : m_stores)
-        if (!store->connection().inTransaction())
+    for (const auto& file : m_files)
+        if (!file->inTransaction())
             m_state = State::Lost;
     if (m_state == State::Lost) {
         const RuntimeError error = lost();
@@ -49,9 +48,9 @@ void Transaction::commit() {
 
 void Transaction::commitAll() {
     try {
-        while (!m_stores.empty()) {
-            m_stores.back()->commit();
-            m_stores.pop_back();
+        while (!m_files.empty()) {
+            m_files.back()->commit();
+            m_files.pop_back();
         }
     } catch (const RuntimeError& error) {
         if (!error.is(ErrorNumber::CatalogueLocked))
@@ -61,21 +60,21 @@ void Transaction::commitAll() {
     end();
 }
 
-void Transaction::join(Store& store) {
+void Transaction::join(Participant& file) {
     if (m_state == State::None)
         return;
-    if (m_state == State::Open && takesPart(store) && !store.connection().inTransaction())
+    if (m_state == State::Open && takesPart(file) && !file.inTransaction())
         lose();
     if (m_state == State::Lost)
         throw lost();
-    if (takesPart(store))
+    if (takesPart(file))
         return;
-    store.begin();
-    m_stores.push_back(Engine::instance().shared(store));
+    file.begin();
+    m_files.push_back(file.shared_from_this());
 }
 
-bool Transaction::takesPart(const Store& store) const {
-    return std::ranges::any_of(m_stores, [&](const auto& each) { return each.get() == &store; });
+bool Transaction::takesPart(const Participant& file) const {
+    return std::ranges::any_of(m_files, [&](const auto& each) { return each.get() == &file; });
 }
 
 RuntimeError Transaction::lost() const {
@@ -88,30 +87,30 @@ void Transaction::failureSeen(const RuntimeError& error) {
         m_cause = error.description();
 }
 
-void Transaction::writeFailed(Store& store, const RuntimeError& error) {
+void Transaction::writeFailed(Participant& file, const RuntimeError& error) {
     if (m_state != State::Open)
         return;
     failureSeen(error);
-    if (breaksTransaction(error) || (takesPart(store) && !store.connection().inTransaction()))
+    if (breaksTransaction(error) || (takesPart(file) && !file.inTransaction()))
         lose();
 }
 
-void Transaction::handleClosed(const Database& handle) {
+void Transaction::handleClosed(const Handle& handle) {
     if (std::erase(m_owners, &handle) > 0 && m_owners.empty())
         end();
 }
 
 void Transaction::lose() {
-    for (const auto& store : m_stores)
-        store->rollback();
+    for (const auto& file : m_files)
+        file->rollback();
     m_state = State::Lost;
 }
 
 // What is not committed by now is undone. The files may close here, with their last holder.
 void Transaction::end() {
-    for (const auto& store : m_stores)
-        store->rollback();
-    m_stores.clear();
+    for (const auto& file : m_files)
+        file->rollback();
+    m_files.clear();
     m_owners.clear();
     m_cause.clear();
     m_state = State::None;
