@@ -3,10 +3,9 @@
 #include "base/RuntimeError.h"
 #include "base/Text.h"
 #include "db/AggregateSource.h"
-#include "db/CursorSource.h"
 #include "db/Dialect.h"
 #include "db/Engine.h"
-#include "db/KeySource.h"
+#include "db/OpenRows.h"
 #include "db/Store.h"
 
 #include <algorithm>
@@ -56,16 +55,6 @@ RowQuery rowsOf(Store& store, Query& query) {
             std::move(query.condition)};
 }
 
-std::unique_ptr<RowSource> sourceOf(Store& store, RowQuery query, RecordsetType type) {
-    const bool snapshot = type == RecordsetType::Snapshot;
-    if (snapshot || !query.order.empty())
-        return std::make_unique<KeySource>(store, std::move(query), KeySource::Growth::Fixed);
-    if (!query.wholeTable() &&
-        store.sorts(query.layout->select + query.filter() + " ORDER BY rowid"))
-        return std::make_unique<KeySource>(store, std::move(query), KeySource::Growth::Follows);
-    return std::make_unique<CursorSource>(store, std::move(query));
-}
-
 std::string sumsSql(const Query& query) {
     std::string sql = "SELECT 0";
     for (const Query::Sum& sum : query.aggregates)
@@ -82,6 +71,11 @@ std::shared_ptr<const RecordLayout> layoutOf(const Query& query) {
     for (const Query::Sum& sum : query.aggregates)
         shown.fields.push_back({sum.name, sum.type});
     return std::make_shared<RecordLayout>(std::move(shown), std::vector<int>());
+}
+
+std::unique_ptr<RowSource> sumsOf(Store& store, const Query& query) {
+    return std::make_unique<AggregateSource>(store, layoutOf(query), sumsSql(query),
+                                             query.bindings);
 }
 
 } // namespace
@@ -101,8 +95,8 @@ void Database::Close() {
     store();
     // Recordsets keep this alive; the last of them must not take it away under our feet.
     const auto self = shared_from_this();
-    while (!m_recordsets.empty())
-        m_recordsets.back()->Close();
+    while (!idle())
+        m_recordsets.open.back()->Close();
     Engine::instance().handleClosed(*this);
     m_store.reset();
 }
@@ -134,25 +128,14 @@ std::unique_ptr<Recordset> Database::open(std::string_view text, RecordsetType o
     auto [source, query] = parse(store(), text);
     if (query.kind == Query::Kind::Delete)
         throw RuntimeError(ErrorNumber::NotAllowed, "a delete statement opens no recordset");
-    if (query.kind == Query::Kind::Aggregate)
-        return openSums(source, query);
     const bool isTable = query.table == source->schema().find(base::trimBlanks(text));
-    return openRows(source, rowsOf(*source, query), isTable ? ofTable : ofQuery);
-}
-
-std::unique_ptr<Recordset> Database::openRows(std::shared_ptr<Store> source, RowQuery query,
-                                              RecordsetType type) {
-    source->noteOthers();
-    auto rows = sourceOf(*source, std::move(query), type);
-    return std::make_unique<Recordset>(Recordset::Key(), shared_from_this(), std::move(source),
-                                       std::move(rows), type);
-}
-
-std::unique_ptr<Recordset> Database::openSums(std::shared_ptr<Store> source, const Query& query) {
-    auto rows =
-        std::make_unique<AggregateSource>(*source, layoutOf(query), sumsSql(query), query.bindings);
-    return std::make_unique<Recordset>(Recordset::Key(), shared_from_this(), std::move(source),
-                                       std::move(rows), RecordsetType::Snapshot);
+    const bool isSum = query.kind == Query::Kind::Aggregate;
+    const RecordsetType type = isSum ? RecordsetType::Snapshot : isTable ? ofTable : ofQuery;
+    auto rows = isSum ? sumsOf(*source, query)
+                      : openRows(*source, rowsOf(*source, query), type == RecordsetType::Snapshot);
+    return std::make_unique<Recordset>(
+        Recordset::Key(), std::shared_ptr<RecordsetList>(shared_from_this(), &m_recordsets),
+        std::move(source), std::move(rows), type);
 }
 
 int64_t Database::Execute(std::string_view text) {
@@ -170,14 +153,6 @@ int64_t Database::Execute(std::string_view text) {
         store.noteAll();
         return store.connection().changedRows();
     });
-}
-
-void Database::enrol(Recordset& recordset) {
-    m_recordsets.push_back(&recordset);
-}
-
-void Database::discharge(Recordset& recordset) {
-    std::erase(m_recordsets, &recordset);
 }
 
 } // namespace discaro::db

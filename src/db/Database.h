@@ -12,8 +12,6 @@
 namespace discaro::db {
 
 class Store;
-struct Query;
-struct RowQuery;
 
 // A handle on an open catalogue file. All handles of the process on one file, by whatever path,
 // share one connection: they see each other's saved rows, and one transaction spans them. The file
@@ -51,7 +49,7 @@ public:
     void Close() override;
     bool IsOpen() const { return m_store != nullptr; }
     // Whether no recordset is open through it.
-    bool idle() const override { return m_recordsets.empty(); }
+    bool idle() const override { return m_recordsets.open.empty(); }
 
     // The path given to OpenDatabase, made absolute; also after Close.
     const std::string& Name() const { return m_name; }
@@ -62,19 +60,12 @@ public:
     const std::shared_ptr<Store>& store() const override;
 
 private:
-    friend class Recordset;
-
     std::unique_ptr<Recordset> open(std::string_view text, RecordsetType ofTable,
                                     RecordsetType ofQuery);
-    std::unique_ptr<Recordset> openRows(std::shared_ptr<Store> store, RowQuery query,
-                                        RecordsetType type);
-    std::unique_ptr<Recordset> openSums(std::shared_ptr<Store> store, const Query& query);
-    void enrol(Recordset& recordset);
-    void discharge(Recordset& recordset);
 
     std::shared_ptr<Store> m_store;
     std::string m_name;
-    std::vector<Recordset*> m_recordsets; // those open
+    RecordsetList m_recordsets;
 };
 
 } // namespace discaro::db

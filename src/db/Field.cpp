@@ -1,6 +1,6 @@
 #include "db/Field.h"
 
-#include "db/Recordset.h"
+#include "db/CurrentRow.h"
 
 namespace discaro::db {
 
@@ -11,12 +11,12 @@ Field& Field::operator=(const Field& other) {
 }
 
 Field& Field::operator=(const db::Value& value) {
-    m_recordset->assign(m_position, value);
+    m_row->assign(m_position, value);
     return *this;
 }
 
 Field& Field::operator=(std::string_view text) {
-    m_recordset->assign(m_position, text);
+    m_row->assign(m_position, text);
     return *this;
 }
 
@@ -25,27 +25,27 @@ Field& Field::operator=(std::nullptr_t) {
 }
 
 void Field::setBoolean(bool value) {
-    m_recordset->assign(m_position, value);
+    m_row->assign(m_position, value);
 }
 
 void Field::setInteger(int64_t number) {
-    m_recordset->assign(m_position, number);
+    m_row->assign(m_position, number);
 }
 
 void Field::setDouble(double number) {
-    m_recordset->assign(m_position, number);
+    m_row->assign(m_position, number);
 }
 
 const std::string& Field::Name() const {
-    return m_recordset->definition(m_position).name;
+    return m_row->definition(m_position).name;
 }
 
 FieldType Field::Type() const {
-    return m_recordset->definition(m_position).type;
+    return m_row->definition(m_position).type;
 }
 
 db::Value Field::Value() const {
-    return m_recordset->value(m_position);
+    return m_row->value(m_position);
 }
 
 } // namespace discaro::db

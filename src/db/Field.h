@@ -13,6 +13,7 @@
 namespace discaro::db {
 
 class Recordset;
+struct CurrentRow;
 
 // One field of a recordset's current row, or of the row being edited or added while an edit is in
 // progress. A Field is a light handle that belongs to its recordset and dies with it; it follows
@@ -69,15 +70,15 @@ public:
 
 private:
     friend class Recordset;
-    Field(Recordset& recordset, int position)
-        : m_recordset(&recordset)
+    Field(CurrentRow& row, int position)
+        : m_row(&row)
         , m_position(position) {}
 
     void setBoolean(bool value);
     void setInteger(int64_t number);
     void setDouble(double number);
 
-    Recordset* m_recordset;
+    CurrentRow* m_row;
     int m_position;
 };
 

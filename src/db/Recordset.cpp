@@ -1,7 +1,7 @@
 #include "db/Recordset.h"
 
-#include "db/Database.h"
 #include "db/Dialect.h"
+#include "db/OpenRows.h"
 #include "db/RowPage.h"
 #include "db/RowSource.h"
 #include "db/RowWriter.h"
@@ -28,19 +28,18 @@ std::shared_ptr<RowWriter> writerFor(Store& store, const RowQuery& query) {
 
 } // namespace
 
-Recordset::Recordset(Key, std::shared_ptr<Database> database, std::shared_ptr<Store> store,
+Recordset::Recordset(Key, std::shared_ptr<RecordsetList> list, std::shared_ptr<Store> store,
                      std::unique_ptr<RowSource> rows, RecordsetType type)
-    : m_database(std::move(database))
+    : m_list(std::move(list))
     , m_store(std::move(store))
-    , m_rows(std::move(rows))
-    , m_layout(m_rows->query().layout)
-    , m_writer(writerFor(*m_store, m_rows->query()))
+    , m_row(std::move(rows))
+    , m_writer(writerFor(*m_store, m_row.rows->query()))
     , m_type(type) {
-    m_fields.reserve(m_layout->size());
-    for (size_t position = 0; position < m_layout->size(); ++position)
-        m_fields.push_back(Field(*this, static_cast<int>(position)));
-    m_rows->first();
-    m_database->enrol(*this);
+    m_fields.reserve(m_row.layout->size());
+    for (size_t position = 0; position < m_row.layout->size(); ++position)
+        m_fields.push_back(Field(m_row, static_cast<int>(position)));
+    m_row.rows->first();
+    m_list->open.push_back(this);
 }
 
 Recordset::~Recordset() {
@@ -50,13 +49,12 @@ Recordset::~Recordset() {
 void Recordset::Close() {
     if (!IsOpen())
         return;
-    m_edit.end();
     m_page.reset();
-    m_rows.reset();
+    m_row.close();
     m_writer.reset();
-    m_database->discharge(*this);
+    std::erase(m_list->open, this);
     m_store.reset();
-    m_database.reset();
+    m_list.reset();
 }
 
 void Recordset::requireOpen() const {
@@ -89,54 +87,54 @@ void Recordset::announce() const {
 
 void Recordset::AddNew() {
     requireUpdatable();
-    m_edit.begin(EditBuffer::Kind::Add, m_layout->size());
+    m_row.edit.begin(EditBuffer::Kind::Add, m_row.layout->size());
     announce();
 }
 
 void Recordset::Edit() {
     requireUpdatable();
-    m_rows->cell(0); // there is a row, and it still exists
-    m_edit.begin(EditBuffer::Kind::Change, m_layout->size());
+    m_row.rows->cell(0); // there is a row, and it still exists
+    m_row.edit.begin(EditBuffer::Kind::Change, m_row.layout->size());
 }
 
 void Recordset::Update() {
     requireUpdatable();
-    if (m_edit.active() && beforeUpdate)
+    if (m_row.edit.active() && beforeUpdate)
         beforeUpdate();
     requireOpen();
-    if (!m_edit.active())
+    if (!m_row.edit.active())
         throw RuntimeError(ErrorNumber::NoEditInProgress);
-    if (m_edit.kind() == EditBuffer::Kind::Add)
+    if (m_row.edit.kind() == EditBuffer::Kind::Add)
         insertRow();
     else
         changeRow();
-    m_edit.end();
+    m_row.edit.end();
     announce();
 }
 
 void Recordset::insertRow() {
-    const int64_t number = m_writer->insert(m_edit);
-    m_rows->rowInserted(number);
+    const int64_t number = m_writer->insert(m_row.edit);
+    m_row.rows->rowInserted(number);
 }
 
 void Recordset::changeRow() {
     const uint64_t mask = changedFields();
-    const bool fresh = m_rows->fresh();
-    const uint64_t& changed = m_rows->query().table->changed;
+    const bool fresh = m_row.rows->fresh();
+    const uint64_t& changed = m_row.rows->query().table->changed;
     const uint64_t before = changed;
-    if (!m_writer->update(m_rows->number(), m_edit, mask))
+    if (!m_writer->update(m_row.rows->number(), m_row.edit, mask))
         throw RuntimeError(ErrorNumber::RecordGone);
     if (mask != 0)
-        m_rows->rowChanged(fresh && changed == before + 1); // more is not of this row alone
+        m_row.rows->rowChanged(fresh && changed == before + 1); // more is not of this row alone
 }
 
 // Bound controls write all they show; what is the same already is left alone, and its indexes with it.
 uint64_t Recordset::changedFields() {
-    uint64_t mask = m_edit.mask();
+    uint64_t mask = m_row.edit.mask();
     for (uint64_t rest = mask; rest != 0; rest &= rest - 1) {
         const auto field = static_cast<size_t>(std::countr_zero(rest));
-        const Cell& cell = m_rows->cell(field);
-        if (m_edit.equals(field, m_rows->window(), cell))
+        const Cell& cell = m_row.rows->cell(field);
+        if (m_row.edit.equals(field, m_row.rows->window(), cell))
             mask &= ~(uint64_t{1} << field);
     }
     return mask;
@@ -144,27 +142,27 @@ uint64_t Recordset::changedFields() {
 
 void Recordset::CancelUpdate() {
     requireOpen();
-    if (!m_edit.active())
+    if (!m_row.edit.active())
         return;
-    m_edit.end();
+    m_row.edit.end();
     announce();
 }
 
 void Recordset::Delete() {
     requireUpdatable();
-    m_rows->cell(0);
-    if (!m_writer->remove(m_rows->number()))
+    m_row.rows->cell(0);
+    if (!m_writer->remove(m_row.rows->number()))
         throw RuntimeError(ErrorNumber::RecordGone);
-    m_edit.end();
-    m_rows->rowDeleted();
+    m_row.edit.end();
+    m_row.rows->rowDeleted();
 }
 
 // Moves
 
 void Recordset::move(void (RowSource::*step)()) {
     requireOpen();
-    (*m_rows.*step)();
-    m_edit.end();
+    (*m_row.rows.*step)();
+    m_row.edit.end();
     announce();
 }
 
@@ -186,8 +184,8 @@ void Recordset::MovePrevious() {
 
 void Recordset::MoveTo(int64_t position) {
     requireOpen();
-    m_rows->moveTo(position);
-    m_edit.end();
+    m_row.rows->moveTo(position);
+    m_row.edit.end();
     announce();
 }
 
@@ -195,50 +193,50 @@ void Recordset::FindFirst(std::string_view criterion) {
     requireOpen();
     if (isAggregate())
         throw RuntimeError(ErrorNumber::NotAllowed);
-    Query parsed = parseCriterion(criterion, *m_rows->query().table->definition);
-    m_noMatch = !m_rows->find({std::move(parsed.where), std::move(parsed.bindings)});
+    Query parsed = parseCriterion(criterion, *m_row.rows->query().table->definition);
+    m_noMatch = !m_row.rows->find({std::move(parsed.where), std::move(parsed.bindings)});
     if (m_noMatch)
         return;
-    m_edit.end();
+    m_row.edit.end();
     announce();
 }
 
 bool Recordset::Eof() const {
     requireOpen();
-    const RowSource::Place place = m_rows->place();
+    const RowSource::Place place = m_row.rows->place();
     return place == RowSource::Place::After || place == RowSource::Place::None;
 }
 
 bool Recordset::Bof() const {
     requireOpen();
-    const RowSource::Place place = m_rows->place();
+    const RowSource::Place place = m_row.rows->place();
     return place == RowSource::Place::Before || place == RowSource::Place::None;
 }
 
 int64_t Recordset::RecordCount() {
     requireOpen();
-    return m_rows->count();
+    return m_row.rows->count();
 }
 
 int64_t Recordset::AbsolutePosition() {
     requireOpen();
-    return m_rows->index();
+    return m_row.rows->index();
 }
 
 double Recordset::PercentPosition() {
     requireOpen();
-    if (m_rows->place() == RowSource::Place::After)
+    if (m_row.rows->place() == RowSource::Place::After)
         return 100;
-    const int64_t index = m_rows->index();
-    const int64_t count = index < 0 ? 0 : m_rows->count();
+    const int64_t index = m_row.rows->index();
+    const int64_t count = index < 0 ? 0 : m_row.rows->count();
     return count == 0 ? 0 : 100.0 * static_cast<double>(index) / static_cast<double>(count);
 }
 
 int64_t Recordset::RowNumber() const {
     requireOpen();
-    if (m_rows->place() != RowSource::Place::On)
+    if (m_row.rows->place() != RowSource::Place::On)
         throw RuntimeError(ErrorNumber::NoCurrentRecord);
-    return m_rows->number();
+    return m_row.rows->number();
 }
 
 // Order
@@ -247,16 +245,17 @@ void Recordset::SetSort(std::string_view order) {
     requireOpen();
     if (isAggregate())
         throw RuntimeError(ErrorNumber::NotAllowed);
-    m_sort = parseSort(order, *m_rows->query().table->definition);
+    m_sort = parseSort(order, *m_row.rows->query().table->definition);
 }
 
 std::unique_ptr<Recordset> Recordset::OpenRecordset() {
     requireOpen();
     if (isAggregate())
         throw RuntimeError(ErrorNumber::NotAllowed);
-    RowQuery query = m_rows->query();
+    RowQuery query = m_row.rows->query();
     query.order = m_sort;
-    return m_database->openRows(m_store, std::move(query), m_type);
+    auto rows = openRows(*m_store, std::move(query), m_type == RecordsetType::Snapshot);
+    return std::make_unique<Recordset>(Key(), m_list, m_store, std::move(rows), m_type);
 }
 
 // Fields
@@ -267,12 +266,12 @@ Value Recordset::ValueAt(int64_t place, int field) {
         throw RuntimeError(ErrorNumber::NotAllowed);
     const FieldType type = Fields(field).Type();
     if (m_page == nullptr)
-        m_page = std::make_unique<RowPage>(*m_store, *m_rows);
+        m_page = std::make_unique<RowPage>(*m_store, *m_row.rows);
     return valueOf(m_page->window(), m_page->cell(place, static_cast<size_t>(field)), type);
 }
 
 Field& Recordset::Fields(std::string_view name) {
-    const int position = m_layout->names.find(name);
+    const int position = m_row.layout->names.find(name);
     if (position < 0)
         throw RuntimeError(ErrorNumber::UnknownField, name);
     return m_fields[static_cast<size_t>(position)];
@@ -283,39 +282,5 @@ Field& Recordset::Fields(int position) {
         throw RuntimeError(ErrorNumber::UnknownField, std::to_string(position));
     return m_fields[static_cast<size_t>(position)];
 }
-
-const FieldDef& Recordset::definition(int position) const {
-    return m_layout->definition.fields[static_cast<size_t>(position)];
-}
-
-Value Recordset::value(int position) const {
-    requireOpen();
-    const auto field = static_cast<size_t>(position);
-    const FieldType type = definition(position).type;
-    const bool adding = m_edit.kind() == EditBuffer::Kind::Add;
-    if (adding || (m_edit.active() && m_edit.assigned(field)))
-        return m_edit.value(field, type);
-    const Cell& cell = m_rows->cell(field);
-    return valueOf(m_rows->window(), cell, type);
-}
-
-template <typename Given>
-void Recordset::assign(int position, const Given& given) {
-    if (!m_edit.active()) {
-        requireOpen();
-        throw RuntimeError(ErrorNumber::NoEditInProgress);
-    }
-    const RowQuery& query = m_rows->query();
-    const auto field = static_cast<size_t>(position);
-    if (query.layout->columns[field] == query.table->numberField)
-        throw RuntimeError(ErrorNumber::NotAllowed, "the database gives this number");
-    m_edit.set(field, query.layout->definition.fields[field].type, given);
-}
-
-template void Recordset::assign(int position, const Value& given);
-template void Recordset::assign(int position, const std::string_view& given);
-template void Recordset::assign(int position, const bool& given);
-template void Recordset::assign(int position, const int64_t& given);
-template void Recordset::assign(int position, const double& given);
 
 } // namespace discaro::db

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/EditBuffer.h"
+#include "db/CurrentRow.h"
 #include "db/Field.h"
 #include "db/Schema.h"
 
@@ -14,11 +14,15 @@
 namespace discaro::db {
 
 class Database;
+class Recordset;
 class RowPage;
-class RowSource;
 class RowWriter;
 class Store;
-struct RecordLayout;
+
+// The recordsets that are open through one handle. Whoever holds the list holds the handle.
+struct RecordsetList {
+    std::vector<Recordset*> open;
+};
 
 // Table: opened from a table's name on a Database. Dynaset: opened from a select, or through a data
 // source. Both can be changed and see what any handle of the process saves, new rows at their end.
@@ -37,12 +41,13 @@ enum class RecordsetType { Table = 0, Dynaset = 1, Snapshot = 2 };
 // CatalogueDamaged, StorageFailure, CatalogueLocked, DiskFull, OutOfMemory, and CatalogueReplaced where it writes.
 class Recordset {
 public:
-    // Only a Database opens recordsets.
+    // Only a Database opens recordsets, and a recordset its sorted copy.
     class Key {
         friend class Database;
+        friend class Recordset;
         Key() = default;
     };
-    Recordset(Key, std::shared_ptr<Database> database, std::shared_ptr<Store> store,
+    Recordset(Key, std::shared_ptr<RecordsetList> list, std::shared_ptr<Store> store,
               std::unique_ptr<RowSource> rows, RecordsetType type);
     ~Recordset();
     Recordset(const Recordset&) = delete;
@@ -61,7 +66,7 @@ public:
     void Update();
     // Drops the edit in progress, if there is one.
     void CancelUpdate();
-    bool EditInProgress() const { return m_edit.active(); }
+    bool EditInProgress() const { return m_row.edit.active(); }
     // Deletes the current row, with its cascades. The position stays where the row was: reading
     // gives RecordGone, MoveNext goes to the row behind it. NoCurrentRecord, RecordGone,
     // NotAllowed, CatalogueReadOnly.
@@ -132,8 +137,6 @@ public:
     std::function<void()> repositioned;
 
 private:
-    friend class Field;
-
     void requireOpen() const;
     void requireUpdatable() const;
     void move(void (RowSource::*step)());
@@ -143,20 +146,12 @@ private:
     uint64_t changedFields();
     bool isAggregate() const;
 
-    // For Field.
-    const FieldDef& definition(int position) const;
-    Value value(int position) const;
-    template <typename Given>
-    void assign(int position, const Given& given);
-
-    std::shared_ptr<Database> m_database;
+    std::shared_ptr<RecordsetList> m_list;
     std::shared_ptr<Store> m_store;
-    std::unique_ptr<RowSource> m_rows;
+    CurrentRow m_row;
     std::unique_ptr<RowPage> m_page; // once rows have been read by place
-    std::shared_ptr<const RecordLayout> m_layout;
     std::shared_ptr<RowWriter> m_writer;
     std::vector<Field> m_fields;
-    EditBuffer m_edit;
     std::vector<SortTerm> m_sort;
     RecordsetType m_type;
     bool m_noMatch = false;
