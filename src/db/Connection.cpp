@@ -145,13 +145,21 @@ std::string Connection::text(std::string_view sql) {
     return statement.step() ? std::string(statement.text(0)) : std::string();
 }
 
-std::string Connection::plan(std::string_view sql) {
-    constexpr int kDetail = 3;
-    Statement statement(m_session, "EXPLAIN QUERY PLAN " + std::string(sql));
-    std::string lines;
-    while (statement.step())
-        lines.append(statement.text(kDetail)).append("\n");
-    return lines;
+// Read from the program that SQLite makes of the statement: the order of a statement without a limit is made by a sorter,
+// and a step through the whole of a table or index carries the mark by which SQLite counts such steps.
+Plan Connection::plan(std::string_view sql) {
+    constexpr int kOpcode = 1;
+    constexpr int kMark = 6; // "p5"
+    Statement program(m_session, "EXPLAIN " + std::string(sql));
+    Plan plan;
+    while (program.step()) {
+        const std::string_view opcode = program.text(kOpcode);
+        const bool step = opcode == "Next" || opcode == "Prev";
+        plan.sorts = plan.sorts || opcode == "SorterOpen";
+        plan.scans =
+            plan.scans || (step && program.integer(kMark) == SQLITE_STMTSTATUS_FULLSCAN_STEP);
+    }
+    return plan;
 }
 
 int64_t Connection::lastRowNumber() const {

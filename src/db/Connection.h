@@ -15,6 +15,12 @@ struct sqlite3;
 
 namespace discaro::db {
 
+// How SQLite would run a statement.
+struct Plan {
+    bool sorts = false; // rows are put into order, not just walked in it
+    bool scans = false; // a table or an index is walked from end to end
+};
+
 // A connection to one database file. Handles of the catalogue share theirs through a Store; the
 // parts that work on whole files open their own. Errors are base::RuntimeError.
 class Connection {
@@ -62,8 +68,7 @@ public:
     // The first cell of the first row; 0 or "" when there is none.
     int64_t number(std::string_view sql);
     std::string text(std::string_view sql);
-    // SQLite's words on how it would run a statement, one line a step.
-    std::string plan(std::string_view sql);
+    Plan plan(std::string_view sql);
 
     int64_t lastRowNumber() const;
     // Rows that the last statement changed itself, without cascades.

@@ -153,7 +153,7 @@ std::string IndexWalk::sql(std::string_view further) const {
 }
 
 bool IndexWalk::possible() {
-    return !m_store.sorts(sql("")) && !m_store.sorts(sqlFrom());
+    return !m_store.plan(sql("")).sorts && !m_store.plan(sqlFrom()).sorts;
 }
 
 // The walk from a text on.

@@ -10,7 +10,7 @@ std::unique_ptr<RowSource> openRows(Store& store, RowQuery query, bool snapshot)
     if (snapshot || !query.order.empty())
         return std::make_unique<KeySource>(store, std::move(query), KeySource::Growth::Fixed);
     if (!query.wholeTable() &&
-        store.sorts(query.layout->select + query.filter() + " ORDER BY rowid"))
+        store.plan(query.layout->select + query.filter() + " ORDER BY rowid").sorts)
         return std::make_unique<KeySource>(store, std::move(query), KeySource::Growth::Follows);
     return std::make_unique<CursorSource>(store, std::move(query));
 }

@@ -77,7 +77,7 @@ private:
     bool isNarrow(const std::string& search) const {
         const std::string probe = "SELECT 1 FROM " + m_table + " WHERE " + search +
                                   " LIMIT 1 OFFSET " + std::to_string(kNarrow);
-        if (!m_store.plan(probe).starts_with("SEARCH"))
+        if (m_store.plan(probe).scans)
             return false;
         const auto statement = m_store.statement(probe);
         const StatementRun run(*statement);

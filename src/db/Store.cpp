@@ -141,7 +141,7 @@ std::shared_ptr<Statement> Store::prepare(std::string_view sql) {
     return std::make_shared<Statement>(m_connection.session(), sql);
 }
 
-const std::string& Store::plan(const std::string& sql) {
+const Plan& Store::plan(const std::string& sql) {
     if (m_connection.inTransaction())
         forgetOldPlans();
     if (const auto known = m_plans.find(sql); known != m_plans.end())
@@ -151,7 +151,7 @@ const std::string& Store::plan(const std::string& sql) {
     return m_plans.emplace(sql, m_connection.plan(sql)).first->second;
 }
 
-// A statement notices a changed schema when it reads; the words on one are of the schema that was read last.
+// A statement notices a changed schema when it reads; the plan of one is of the schema that was read last.
 void Store::forgetOldPlans() {
     const auto reading = m_statements.get("SELECT 1 FROM sqlite_schema WHERE rowid=1");
     StatementRun(*reading)->step();
@@ -159,10 +159,6 @@ void Store::forgetOldPlans() {
     if (version != m_plansVersion)
         m_plans.clear();
     m_plansVersion = version;
-}
-
-bool Store::sorts(const std::string& sql) {
-    return plan(sql).find("USE TEMP B-TREE") != std::string::npos;
 }
 
 // In a transaction a look at the file now and then is enough for the user to hear of it in time; the commit looks again.

@@ -47,11 +47,9 @@ public:
     std::shared_ptr<Statement> statement(std::string_view sql) { return m_statements.get(sql); }
     std::shared_ptr<Statement> prepare(std::string_view sql);
     const StatementCache& statements() const { return m_statements; }
-    // SQLite's words on how it would run the query, one line a step. Remembered by the text. Within a ReadSpan or a
-    // transaction they hold as long as its lock; else another program may have changed the indexes since.
-    const std::string& plan(const std::string& sql);
-    // Whether it would sort.
-    bool sorts(const std::string& sql);
+    // How SQLite would run a query without a limit, or whether one with a limit scans. Remembered by the text. Within a
+    // ReadSpan or a transaction it holds as long as its lock; else another program may have changed the indexes since.
+    const Plan& plan(const std::string& sql);
 
     // Runs a write: refuses it on a read-only file, on one that is no longer this store's and in a lost transaction,
     // makes it part of an open one, and undoes that whole transaction when the write fails in a way that leaves the
@@ -108,7 +106,7 @@ private:
     Transaction& m_transaction;
     Connection m_connection;
     StatementCache m_statements;
-    std::unordered_map<std::string, std::string> m_plans;
+    std::unordered_map<std::string, Plan> m_plans;
     int64_t m_plansVersion = 0;
     Schema m_schema;
     std::vector<Table> m_tables; // in the schema's order

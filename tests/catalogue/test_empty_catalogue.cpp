@@ -2,6 +2,7 @@
 #include "catalogue/Names.h"
 #include "catalogue/Schema.h"
 #include "db/Store.h"
+#include "support/QueryPlan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,7 +28,7 @@ protected:
         return open()->OpenRecordset(text);
     }
     std::string plan(const std::string& sql) const {
-        return open()->store()->connection().plan(sql);
+        return test::queryPlan(open()->store()->connection(), sql);
     }
     std::string cell(const std::string& sql) const {
         return open()->store()->connection().text(sql);

@@ -62,6 +62,22 @@ TEST_F(StoreStatements, OneStatementAtATimeIsPrepared) {
     EXPECT_EQ(errorOf([&] { store.prepare("SELECT 1; "); }), 0);
 }
 
+TEST_F(StoreStatements, APlanTellsWhetherRowsAreSortedAndWhetherATableIsScanned) {
+    const auto database = open();
+    const auto plan = [&](const char* rest) {
+        const Plan read =
+            database->store()->connection().plan(std::string("SELECT 1 FROM Files WHERE ") + rest);
+        return std::pair(read.sorts, read.scans);
+    };
+    EXPECT_EQ(plan("\"file name\" >= 'a' ORDER BY \"file name\""), std::pair(false, false));
+    EXPECT_EQ(plan("\"file name\" IN ('a', 'b') ORDER BY rowid"), std::pair(true, false));
+    EXPECT_EQ(plan("\"file name\" IN ('a', 'b') LIMIT 1 OFFSET 9"), std::pair(false, false));
+    EXPECT_EQ(plan("\"file size\" IN (1, 2) ORDER BY rowid"), std::pair(false, true));
+    EXPECT_EQ(plan("\"file size\" > 1 LIMIT 1 OFFSET 9"), std::pair(false, true));
+    EXPECT_EQ(plan("\"file size\" > 1 ORDER BY \"file size\" DESC"), std::pair(true, true));
+    EXPECT_EQ(plan("\"file name\" <> 'a' ORDER BY \"file name\" DESC"), std::pair(false, true));
+}
+
 TEST_F(StoreStatements, NamesAreQuoted) {
     EXPECT_EQ(quotedName("a \"b\""), "\"a \"\"b\"\"\"");
 }

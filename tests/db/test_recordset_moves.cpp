@@ -1,5 +1,6 @@
 #include "db/Shelf.h"
 #include "db/Store.h"
+#include "support/QueryPlan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -271,7 +272,8 @@ TEST_F(RecordsetMoves, FindFirstOnIndexedFieldsIsAnIndexSearch) {
           "[drive id number] like 1", "[drive id number] like '1'", "[id number] like 'C1D1S*'"}) {
         directories->FindFirst(criterion);
         ASSERT_FALSE(directories->NoMatch()) << criterion;
-        const std::string plan = store.connection().plan(store.statements().texts().front());
+        const std::string plan =
+            discaro::test::queryPlan(store.connection(), store.statements().texts().front());
         EXPECT_THAT(plan, testing::HasSubstr("SEARCH Directories USING INDEX")) << criterion;
     }
 }

@@ -2,6 +2,7 @@
 #include "db/RawDatabase.h"
 #include "db/Shelf.h"
 #include "db/Store.h"
+#include "support/QueryPlan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -86,7 +87,7 @@ protected:
         std::string plans;
         for (const std::string& text : store.statements().texts())
             if (text.starts_with("SELECT") && std::ranges::find(before, text) == before.end())
-                plans += store.connection().plan(text);
+                plans += discaro::test::queryPlan(store.connection(), text);
         return plans;
     }
 

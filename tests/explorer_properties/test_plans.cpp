@@ -5,6 +5,7 @@
 #include "db/Dialect.h"
 #include "explorer/PropertiesRules.h"
 #include "explorer_properties/PropertiesTest.h"
+#include "support/QueryPlan.h"
 
 #include <gmock/gmock.h>
 
@@ -22,8 +23,8 @@ std::string plan(const TestCatalogue& catalogue, std::string_view table,
     const db::Query query =
         db::parseCriterion(catalogue::rowCondition(number), *schema.find(table));
     db::Connection connection(catalogue.path().string(), db::Connection::Mode::ReadOnly);
-    return connection.plan("SELECT * FROM " + db::quotedName(query.table->name) + " WHERE " +
-                           query.where + " ORDER BY rowid LIMIT 1");
+    return queryPlan(connection, "SELECT * FROM " + db::quotedName(query.table->name) + " WHERE " +
+                                     query.where + " ORDER BY rowid LIMIT 1");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "db/Dialect.h"
 #include "explorer/CatalogueRig.h"
 #include "explorer/Queries.h"
+#include "support/QueryPlan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,8 +21,8 @@ protected:
     std::string plan(const db::Query& query) {
         db::Connection connection(m_rig.file().string(), db::Connection::Mode::ReadOnly);
         const std::string table = db::quotedName(query.table->name);
-        return const_cast<db::Connection&>(connection)
-            .plan("SELECT * FROM " + table + " WHERE " + query.where + " ORDER BY rowid");
+        return test::queryPlan(connection, "SELECT * FROM " + table + " WHERE " + query.where +
+                                               " ORDER BY rowid");
     }
     std::string planOf(const std::string& statement) {
         return plan(db::parseStatement(statement, m_schema));
