@@ -22,6 +22,7 @@ public:
     explicit Catalogue(int directoryCount)
         : m_path(std::filesystem::temp_directory_path() / "discaro-bench.mde") {
         std::filesystem::remove(m_path);
+        db::DBEngine::SetFormat(catalogue::catalogueFormat());
         catalogue::createEmptyCatalogue(m_path);
         open(discs, "drive");
         open(directoryRows, "directories");

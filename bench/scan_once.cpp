@@ -3,6 +3,7 @@
 #include "app/Module1.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
+#include "db/DBEngine.h"
 #include "disc/DriveTable.h"
 #include "scanner/QuickScan.h"
 #include "scanner/ScanEngine.h"
@@ -51,6 +52,7 @@ int main(int argc, char** argv) {
         std::cerr << "usage: scan_once FOLDER DISC [DETAIL]\n";
         return 2;
     }
+    db::DBEngine::SetFormat(catalogue::catalogueFormat());
     app::Module1::ApplicationPath = std::filesystem::absolute(argv[1]);
     if (!std::filesystem::exists(app::Module1::cataloguePath()))
         catalogue::createEmptyCatalogue(app::Module1::cataloguePath());

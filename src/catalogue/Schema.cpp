@@ -5,7 +5,6 @@
 
 #include <initializer_list>
 #include <string_view>
-#include <utility>
 
 namespace discaro::catalogue {
 
@@ -14,12 +13,23 @@ namespace {
 using db::FieldType;
 using db::TableDef;
 
-using Fields = std::initializer_list<std::pair<std::string_view, FieldType>>;
+struct Field {
+    std::string_view name;
+    FieldType type;
+    bool ascii = false;
+};
+using Fields = std::initializer_list<Field>;
+
+// The numbers of directories, in their own table and wherever one refers to them: the program composes them of letters
+// and digits.
+constexpr Field directoryKey(std::string_view name) {
+    return {name, FieldType::Text, true};
+}
 
 TableDef tableOf(std::string_view name, Fields fields) {
     TableDef table{std::string(name), {}};
-    for (const auto& [field, type] : fields)
-        table.fields.push_back({std::string(field), type});
+    for (const Field& field : fields)
+        table.fields.push_back({std::string(field.name), field.type, field.ascii});
     return table;
 }
 
@@ -40,8 +50,8 @@ TableDef driveTable() {
 TableDef directoriesTable() {
     using namespace directories;
     return tableOf(kDirectories, {{kDriveIdNumber, FieldType::Integer},
-                                  {kParentId, FieldType::Text},
-                                  {kIdNumber, FieldType::Text},
+                                  directoryKey(kParentId),
+                                  directoryKey(kIdNumber),
                                   {kDirectoryName, FieldType::Text},
                                   {kDirectoryPath, FieldType::Text},
                                   {kNumberOfFiles, FieldType::Integer},
@@ -55,7 +65,7 @@ TableDef directoriesTable() {
 
 TableDef filesTable() {
     using namespace files;
-    return tableOf(kFiles, {{kDirectoryNumber, FieldType::Text},
+    return tableOf(kFiles, {directoryKey(kDirectoryNumber),
                             {kIdNumber, FieldType::Integer},
                             {kFileName, FieldType::Text},
                             {kFileExtension, FieldType::Text},
@@ -81,7 +91,7 @@ TableDef progTagTable() {
                               {kProgName, FieldType::Text},
                               {kProgVersion, FieldType::Text},
                               {kDescription, FieldType::Text},
-                              {kDirectoryNumber, FieldType::Text},
+                              directoryKey(kDirectoryNumber),
                               {kFileId, FieldType::Text},
                               {kVendor, FieldType::Text},
                               {kVendorHomePage, FieldType::Text},

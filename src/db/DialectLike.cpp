@@ -1,9 +1,7 @@
 #include "db/DialectLike.h"
 
-#include "base/Text.h"
 #include "db/LikePattern.h"
 
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <optional>
@@ -11,18 +9,6 @@
 namespace discaro::db {
 
 namespace {
-
-// Numbers of discs, directories and files, in the tables and wherever one refers to another. The
-// program composes them itself, from ASCII letters and digits, so that composition never changes
-// them.
-bool isIdentifier(const FieldDef& field) {
-    constexpr std::array<std::string_view, 4> kIdentifiers = {
-        "id number", "parent id", "directory number", "drive id number"};
-    for (const std::string_view name : kIdentifiers)
-        if (base::equalAscii(name, field.name))
-            return true;
-    return false;
-}
 
 // The least text, in the order of the NOCASE collation, behind all texts that begin with the folded
 // prefix.
@@ -148,8 +134,8 @@ SqlPart writeTextLike(DialectSql& out, const FieldDef& field, std::string patter
     if (prefix.empty())
         return writeFunction(out, field, std::move(pattern));
     const SqlPart part = writeRange(out, field, std::move(prefix));
-    if (!cut && shape.rest == LikeShape::Rest::Anything && isIdentifier(field))
-        return part;
+    if (!cut && shape.rest == LikeShape::Rest::Anything && field.ascii)
+        return part; // composition never changes such a text
     out.text += " AND ";
     out.spare.push_back({part.begin, out.text.size()});
     return joined(part, writeFunction(out, field, std::move(pattern)), Rank::And);

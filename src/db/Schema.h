@@ -15,6 +15,7 @@ bool isText(FieldType type);
 struct FieldDef {
     std::string name;
     FieldType type;
+    bool ascii = false; // a text that whoever fills it composes of ASCII alone
 };
 
 // A table with its fields in the order of their positions. Names compare without regard to ASCII

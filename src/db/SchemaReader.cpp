@@ -4,6 +4,8 @@
 #include "base/Text.h"
 #include "db/FieldNames.h"
 
+#include <algorithm>
+
 namespace discaro::db {
 
 namespace {
@@ -56,15 +58,20 @@ bool hidesRowNumber(const TableDef& table, int numberField) {
     return position >= 0 && position != numberField;
 }
 
-void requireTable(const TableDef& expected, const TableDef* found) {
-    if (found == nullptr)
+void requireTable(const TableDef& expected, Schema& schema) {
+    const auto named = [&](const TableDef& table) {
+        return base::equalAscii(table.name, expected.name);
+    };
+    const auto found = std::ranges::find_if(schema.tables, named);
+    if (found == schema.tables.end())
         refuse("it has no table " + expected.name);
-    bool same = found->fields.size() == expected.fields.size();
-    for (size_t i = 0; same && i < expected.fields.size(); ++i)
-        same = base::equalAscii(found->fields[i].name, expected.fields[i].name) &&
-               found->fields[i].type == expected.fields[i].type;
-    if (!same)
+    const auto same = [](const FieldDef& field, const FieldDef& wanted) {
+        return base::equalAscii(field.name, wanted.name) && field.type == wanted.type;
+    };
+    if (!std::ranges::equal(found->fields, expected.fields, same))
         refuse("its table " + expected.name + " has other fields");
+    for (size_t i = 0; i < expected.fields.size(); ++i)
+        found->fields[i].ascii = expected.fields[i].ascii;
 }
 
 } // namespace
@@ -103,7 +110,7 @@ std::string_view declaredType(FieldType type) {
     return "TEXT";
 }
 
-void requireFormat(Connection& connection, const Schema& found, const FileFormat& format) {
+void requireFormat(Connection& connection, Schema& found, const FileFormat& format) {
     if (found.tables.empty())
         refuse("it has no tables");
     if (format.applicationId != 0 &&
@@ -112,7 +119,7 @@ void requireFormat(Connection& connection, const Schema& found, const FileFormat
     if (connection.number("PRAGMA user_version") > format.version && format.applicationId != 0)
         refuse("it was made by a newer version");
     for (const TableDef& expected : format.schema.tables)
-        requireTable(expected, found.find(expected.name));
+        requireTable(expected, found);
 }
 
 } // namespace discaro::db

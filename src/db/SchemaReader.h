@@ -20,7 +20,8 @@ StoredSchema readSchema(Connection& connection);
 // The type as a column declares it.
 std::string_view declaredType(FieldType type);
 
-// Throws NotACatalogue, with what is wrong, when the file is not of the format.
-void requireFormat(Connection& connection, const Schema& found, const FileFormat& format);
+// Throws NotACatalogue, with what is wrong, when the file is not of the format. Takes over what the format says of the
+// fields and no column declares.
+void requireFormat(Connection& connection, Schema& found, const FileFormat& format);
 
 } // namespace discaro::db

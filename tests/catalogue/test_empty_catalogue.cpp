@@ -95,11 +95,13 @@ TEST_F(EmptyCatalogue, TheFileDeclaresEveryFieldAsTheSchemaSays) {
     const db::Schema expected = catalogueSchema();
     for (const db::TableDef& table : expected.tables) {
         const auto recordset = rows(table.name);
+        const db::TableDef& read = *open()->store()->schema().find(table.name);
         ASSERT_EQ(recordset->FieldCount(), static_cast<int>(table.fields.size())) << table.name;
         for (int i = 0; i < recordset->FieldCount(); ++i) {
             const db::FieldDef& field = table.fields[static_cast<size_t>(i)];
             EXPECT_EQ(recordset->Fields(i).Name(), field.name) << table.name;
             EXPECT_EQ(recordset->Fields(i).Type(), field.type) << table.name << "." << field.name;
+            EXPECT_EQ(read.fields[static_cast<size_t>(i)].ascii, field.ascii) << field.name;
         }
     }
 }

@@ -47,13 +47,13 @@ FileFormat Shelf::format() {
                          {{"id number", FieldType::Integer}, {"prefered name", FieldType::Text}}};
     const TableDef directories{"Directories",
                                {{"drive id number", FieldType::Integer},
-                                {"Parent id", FieldType::Text},
-                                {"id number", FieldType::Text},
+                                {"Parent id", FieldType::Text, true},
+                                {"id number", FieldType::Text, true},
                                 {"number of files", FieldType::Integer},
                                 {"Size", FieldType::Double},
                                 {"Total Size", FieldType::Double}}};
     const TableDef files{"Files",
-                         {{"directory number", FieldType::Text},
+                         {{"directory number", FieldType::Text, true},
                           {"id number", FieldType::Integer},
                           {"file name", FieldType::Text},
                           {"file size", FieldType::Double}}};

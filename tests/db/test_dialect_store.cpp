@@ -35,8 +35,8 @@ TableDef driveTable() {
 TableDef directoriesTable() {
     return {"Directories",
             {{"drive id number", kInteger},
-             {"Parent id", kText},
-             {"id number", kText},
+             {"Parent id", kText, true},
+             {"id number", kText, true},
              {"directory name", kText},
              {"Directory Path", kText},
              {"number of files", kInteger},
@@ -50,7 +50,7 @@ TableDef directoriesTable() {
 
 TableDef filesTable() {
     TableDef table{"Files",
-                   {{"directory number", kText},
+                   {{"directory number", kText, true},
                     {"id number", kInteger},
                     {"file name", kText},
                     {"file extension", kText},
@@ -71,7 +71,7 @@ TableDef progTagTable() {
     for (const char* name : {"Prog ID", "Prog name", "Prog Version", "Type", "Directory number",
                              "File id", "OS", "Vendor", "Vendor Home page", "Category",
                              "Subcategory", "Description", "Serial number", "CD-Key"})
-        table.fields.push_back({name, kText});
+        table.fields.push_back({name, kText, name == std::string_view("Directory number")});
     table.fields.push_back({"CD number", kInteger});
     for (const char* name : {"Preferred name", "Number of CDs", "Directory Path", "File name",
                              "Total Size", "Total Files"})

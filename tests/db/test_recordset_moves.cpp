@@ -278,6 +278,19 @@ TEST_F(RecordsetMoves, FindFirstOnIndexedFieldsIsAnIndexSearch) {
     }
 }
 
+TEST_F(RecordsetMoves, ATextThatTheFormatSaysIsAsciiIsSearchedWithoutAFunction) {
+    addDirectories({"C1D1"});
+    for (const bool known : {true, false}) {
+        DBEngine::SetFormat(known ? format() : FileFormat{});
+        const auto database = open();
+        const auto directories = database->OpenRecordset("Directories");
+        directories->FindFirst("[id number] like 'C1D*'");
+        EXPECT_FALSE(directories->NoMatch());
+        const std::string found = database->store()->statements().texts().front();
+        EXPECT_EQ(found.find("discaro_like") == std::string::npos, known) << found;
+    }
+}
+
 TEST_F(RecordsetMoves, TheLowestFreeNumberIsFoundByFindFirst) {
     addDiscs({1, 2, 4});
     const auto discs = open()->OpenDynaset("Discs");
