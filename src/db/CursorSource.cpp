@@ -86,15 +86,11 @@ void CursorSource::previous() {
 }
 
 bool CursorSource::find(const Criterion& criterion) {
-    const int offset = m_query.nextParameter() - 1;
-    const auto statement = m_store.statement(m_query.layout->select +
-                                             m_query.filter(renumbered(criterion.where, offset)) +
-                                             " ORDER BY rowid LIMIT 1");
+    const auto statement = m_store.statement(
+        m_query.layout->select + m_query.filter(criterion.where) + " ORDER BY rowid LIMIT 1");
     const StatementRun run(*statement);
     bindQuery(*run);
-    int parameter = offset;
-    for (const Value& value : criterion.bindings)
-        run->bind(++parameter, value);
+    bindCriterion(*run, criterion);
     if (!fill(*run, 1))
         return false;
     stopReadingAhead();

@@ -61,8 +61,9 @@ void parseFrom(Tokenizer& tokens, const Schema& schema, Query& query) {
         query.externalFile = takeExternalFile(tokens);
 }
 
-void parseCondition(Tokenizer& tokens, Query& query) {
+void parseCondition(Tokenizer& tokens, Query& query, size_t parametersBefore) {
     DialectSql sql;
+    sql.parametersBefore = parametersBefore;
     sql.text.reserve(128);
     ConditionParser(tokens, *query.table, sql).parse();
     query.condition = {sql.fields, sql.lean(), std::move(sql.searches)};
@@ -72,7 +73,7 @@ void parseCondition(Tokenizer& tokens, Query& query) {
 
 void parseWhere(Tokenizer& tokens, Query& query) {
     if (tokens.take(Keyword::Where))
-        parseCondition(tokens, query);
+        parseCondition(tokens, query, 0);
 }
 
 // A name in a sort expression may go without brackets even when blanks are in it.
@@ -159,11 +160,11 @@ Query parseStatement(std::string_view text, const Schema& schema) {
     failAsTable(tokens);
 }
 
-Query parseCriterion(std::string_view text, const TableDef& table) {
+Query parseCriterion(std::string_view text, const TableDef& table, size_t parametersBefore) {
     Tokenizer tokens(text);
     Query query;
     query.table = &table;
-    parseCondition(tokens, query);
+    parseCondition(tokens, query, parametersBefore);
     tokens.expectEnd();
     return query;
 }

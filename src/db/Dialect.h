@@ -3,6 +3,7 @@
 #include "db/Query.h"
 #include "db/Schema.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,8 +26,8 @@ namespace discaro::db {
 Query parseStatement(std::string_view text, const Schema& schema);
 
 // A `where` clause without the word, as FindFirst takes it. Only table and what belongs to the
-// condition are filled.
-Query parseCriterion(std::string_view text, const TableDef& table);
+// condition are filled. Its placeholders count on from so many parameters that the statement has besides.
+Query parseCriterion(std::string_view text, const TableDef& table, size_t parametersBefore = 0);
 
 // "[file name] desc, [file size]" as the terms of an order; a blank text gives none.
 std::vector<SortTerm> parseSort(std::string_view text, const TableDef& table);

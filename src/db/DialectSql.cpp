@@ -14,7 +14,7 @@ void DialectSql::name(std::string_view canonicalName) {
 void DialectSql::constant(Value value) {
     bindings.push_back(std::move(value));
     text += '?';
-    text += base::numberText(static_cast<int64_t>(bindings.size()));
+    text += base::numberText(static_cast<int64_t>(parametersBefore + bindings.size()));
 }
 
 void DialectSql::insert(size_t at, std::string_view more) {

@@ -2,6 +2,7 @@
 
 #include "db/Value.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -13,6 +14,7 @@ namespace discaro::db {
 struct DialectSql {
     std::string text;
     std::vector<Value> bindings;
+    size_t parametersBefore = 0;       // those that the placeholders count on from
     uint64_t fields = 0;               // those named so far: bit 0 for field 0
     std::vector<std::string> searches; // parts that all rows must meet and that an index may serve
 

@@ -142,7 +142,7 @@ bool KeySource::find(const Criterion& criterion) {
         "SELECT rowid FROM " + quotedName(m_query.table->definition->name) + " WHERE " +
         (criterion.where.empty() ? "1" : criterion.where) + " ORDER BY rowid");
     const StatementRun run(*statement);
-    run->bindAll(criterion.bindings);
+    bindCriterion(*run, criterion);
     return ascending() ? findAscending(*run) : findInOrder(*run);
 }
 

@@ -193,7 +193,8 @@ void Recordset::FindFirst(std::string_view criterion) {
     requireOpen();
     if (isAggregate())
         throw RuntimeError(ErrorNumber::NotAllowed);
-    Query parsed = parseCriterion(criterion, *m_row.rows->query().table->definition);
+    const RowQuery& query = m_row.rows->query();
+    Query parsed = parseCriterion(criterion, *query.table->definition, query.bindings.size());
     m_noMatch = !m_row.rows->find({std::move(parsed.where), std::move(parsed.bindings)});
     if (m_noMatch)
         return;

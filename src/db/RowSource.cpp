@@ -3,7 +3,6 @@
 #include "base/RuntimeError.h"
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 namespace discaro::db {
@@ -17,33 +16,7 @@ constexpr size_t kMostAhead = 256;
 constexpr uint64_t kNeverRead = UINT64_MAX;
 constexpr uint64_t kAllFields = UINT64_MAX;
 
-// Behind a "?", the number that follows it.
-const char* appendShifted(std::string& text, const char* begin, const char* end, int offset) {
-    int number = 0;
-    const auto [rest, error] = std::from_chars(begin, end, number);
-    if (error == std::errc())
-        text += std::to_string(number + offset);
-    return rest;
-}
-
 } // namespace
-
-std::string renumbered(std::string_view where, int offset) {
-    if (offset == 0)
-        return std::string(where);
-    std::string text;
-    bool inName = false;
-    const char* const end = where.data() + where.size();
-    for (const char* at = where.data(); at != end;) {
-        const char c = *at++;
-        text += c;
-        if (c == '"')
-            inName = !inName;
-        else if (c == '?' && !inName)
-            at = appendShifted(text, at, end, offset);
-    }
-    return text;
-}
 
 std::string RowQuery::filter(std::string_view further) const {
     if (where.empty() && further.empty())
@@ -181,6 +154,12 @@ void RowSource::rowChanged(bool wasFresh) {
     if (wasFresh)
         m_windowState = m_query.table->changed;
     m_stale = true;
+}
+
+void RowSource::bindCriterion(Statement& statement, const Criterion& criterion) const {
+    int parameter = m_query.nextParameter();
+    for (const Value& value : criterion.bindings)
+        statement.bind(parameter++, value);
 }
 
 int64_t RowSource::countAll() {

@@ -36,14 +36,11 @@ struct RowQuery {
     }
 };
 
-// A criterion of FindFirst as SQL, with the values of its ?1 ?2 ...
+// A criterion of FindFirst as SQL, with the values of its placeholders, which count on from those of the query.
 struct Criterion {
     std::string where;
     std::vector<Value> bindings;
 };
-
-// The same condition with its placeholders counted on from an offset.
-std::string renumbered(std::string_view where, int offset);
 
 // The rows of a recordset and the place of the current one. Moving reads rows into a window; no statement stays open
 // between two calls.
@@ -110,6 +107,7 @@ protected:
     size_t readAhead();
     void stopReadingAhead() { m_ahead = 1; }
     void bindQuery(Statement& statement) const { statement.bindAll(m_query.bindings); }
+    void bindCriterion(Statement& statement, const Criterion& criterion) const;
     // The rows of the query that also meet a condition on rowid, whose placeholder is bound to the number.
     int64_t countWhere(std::string_view further, int64_t number);
     int64_t countAll();

@@ -219,4 +219,11 @@ TEST_F(Conditions, NamesAreWrittenAsTheSchemaHasThem) {
               "\"odd \"\"name\"\"\" = ?1 COLLATE NOCASE");
 }
 
+TEST_F(Conditions, PlaceholdersCountOnFromTheParametersBeforeThem) {
+    const Query query =
+        parseCriterion("[id number] > 7 and [file size] in (1, 2)", tableNamed("Files"), 9);
+    EXPECT_EQ(query.where, "\"id number\" > ?10 AND \"file size\" IN (?11, ?12)");
+    EXPECT_EQ(query.bindings.size(), 3U);
+}
+
 } // namespace discaro::db::test

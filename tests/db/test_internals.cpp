@@ -1,5 +1,4 @@
 #include "db/FieldNames.h"
-#include "db/RowSource.h"
 #include "db/Shelf.h"
 #include "db/StatementCache.h"
 #include "db/Store.h"
@@ -12,13 +11,6 @@ namespace {
 
 using base::ErrorNumber;
 using testing::ElementsAre;
-
-TEST(Placeholders, AreCountedOnFromAnOffset) {
-    EXPECT_EQ(renumbered("a=?1 AND b=?12", 3), "a=?4 AND b=?15");
-    EXPECT_EQ(renumbered("a=?1", 0), "a=?1");
-    EXPECT_EQ(renumbered("\"what?1\"=?1", 1), "\"what?1\"=?2");
-    EXPECT_EQ(renumbered("", 5), "");
-}
 
 TEST(FieldNames, FindsEveryNameInAnyCapitals) {
     TableDef table{"t", {}};

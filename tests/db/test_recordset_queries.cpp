@@ -188,6 +188,19 @@ TEST_F(RecordsetQueries, ASortedSetHoldsItsRowsAndTakesItsOwnNewOnesAtTheEnd) {
     EXPECT_EQ((*rows)("id number").Text(), "C1D1");
 }
 
+TEST_F(RecordsetQueries, FindFirstInAFilteredSetHeedsBothConditions) {
+    addFiles("C1D1", 9);
+    for (const char* order : {"", " order by [file name] desc"}) {
+        const auto rows = open()->OpenRecordset(
+            std::string("select * from Files where [id number] > 3 and [id number] < 8") + order);
+        rows->FindFirst("[id number] > 2 and [id number] < 5");
+        EXPECT_FALSE(rows->NoMatch());
+        EXPECT_EQ((*rows)("id number").Text(), "4");
+        rows->FindFirst("[id number] < 4");
+        EXPECT_TRUE(rows->NoMatch());
+    }
+}
+
 TEST_F(RecordsetQueries, FindFirstInASortedSetGoesByItsOrder) {
     const auto rows = open()->OpenRecordset(
         "select * from Directories where [drive id number] = 12 order by [id number] desc");
