@@ -174,12 +174,4 @@ bool Connection::inTransaction() const {
     return sqlite3_get_autocommit(handle()) == 0;
 }
 
-int Connection::openReads() const {
-    int open = 0;
-    for (sqlite3_stmt* each = sqlite3_next_stmt(handle(), nullptr); each != nullptr;
-         each = sqlite3_next_stmt(handle(), each))
-        open += sqlite3_stmt_busy(each) != 0 ? 1 : 0;
-    return open;
-}
-
 } // namespace discaro::db

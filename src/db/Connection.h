@@ -74,8 +74,6 @@ public:
     // Rows that the last statement changed itself, without cascades.
     int64_t changedRows() const;
     bool inTransaction() const;
-    // Statements in the middle of a run; they hold a lock on the file.
-    int openReads() const;
 
     const Session& session() const { return m_session; }
     sqlite3* handle() const { return m_session.handle; }

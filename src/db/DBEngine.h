@@ -39,8 +39,8 @@ public:
     static void BeginTrans();
     // Throws NoTransaction, or TransactionLost with nothing committed. When the commit itself fails,
     // with DiskFull, StorageFailure, CatalogueReplaced or the like, nothing is committed and the
-    // transaction is over. Only after CatalogueLocked (another program is reading) it stays open, and
-    // CommitTrans may be called again.
+    // transaction is over. It never waits for another program: from BeginTrans on the file is locked
+    // for all others.
     static void CommitTrans();
     // Whether there is a transaction, lost ones included.
     static bool InTransaction();

@@ -52,9 +52,8 @@ void Transaction::commitAll() {
             m_files.back()->commit();
             m_files.pop_back();
         }
-    } catch (const RuntimeError& error) {
-        if (!error.is(ErrorNumber::CatalogueLocked))
-            end();
+    } catch (const RuntimeError&) {
+        end();
         throw;
     }
     end();
