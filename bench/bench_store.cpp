@@ -1,11 +1,15 @@
-// The store's parts that a scan leans on, one by one: a file's row, a directory's subtree sum, a row's change.
+// The store's parts that a scan and a search lean on, one by one: a file's row, a directory's subtree sum, a row's
+// change, fields by their names, names folded for a comparison.
+#include "base/Text.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
 #include "db/DBEngine.h"
 #include "db/DataSource.h"
+#include "db/FoldBuffer.h"
 
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -115,5 +119,40 @@ void changeOfADirectory(benchmark::State& state) {
     }
 }
 BENCHMARK(changeOfADirectory);
+
+// The fields that a scan sets for each file.
+void fieldsByName(benchmark::State& state) {
+    Catalogue catalogue(1);
+    auto& row = catalogue.fileRows.Recordset();
+    for (auto _ : state)
+        for (const auto name :
+             {fields::kDirectoryNumber, fields::kFileName, fields::kFileExtension,
+              fields::kFileSize, fields::kAttributes, fields::kFileDate, fields::kFileTime})
+            benchmark::DoNotOptimize(&row(name));
+}
+BENCHMARK(fieldsByName);
+
+// ASCII, letters with accents, another script.
+constexpr std::array kNames = {"Program Files Setup 1.0.exe",
+                               "\u00dcbersicht f\u00fcr \u00c4rzte.doc",
+                               "\u041f\u0440\u043e\u0433\u0440\u0430\u043c\u043c\u0430.txt"};
+
+void foldedByBuffer(benchmark::State& state) {
+    const std::string name = kNames[static_cast<size_t>(state.range(0))];
+    db::FoldBuffer buffer;
+    for (auto _ : state) {
+        if (!buffer.lowerAscii(name))
+            buffer.fold(name);
+        benchmark::DoNotOptimize(buffer.view());
+    }
+}
+BENCHMARK(foldedByBuffer)->DenseRange(0, 2);
+
+void foldedByRule(benchmark::State& state) {
+    const std::string name = kNames[static_cast<size_t>(state.range(0))];
+    for (auto _ : state)
+        benchmark::DoNotOptimize(base::foldedForComparison(name));
+}
+BENCHMARK(foldedByRule)->DenseRange(0, 2);
 
 } // namespace
