@@ -89,3 +89,24 @@ class IncludeRule(SampleTree):
     def test_an_include_in_a_comment_is_none(self):
         self.write("src/db/Database.cpp", '// #include "app/Module1.h"\n')
         self.assertEqual(findings(self.root), [])
+
+    def test_two_units_do_not_include_each_other(self):
+        self.include("src/db/Store.h", '"db/Table.h"')
+        self.include("src/db/Table.cpp", '"db/Table.h"', '"db/Store.h"')
+        self.include("src/db/Database.cpp", '"db/Store.h"')
+        self.include("src/db/Value.h", "<string>")
+        self.include("src/db/Table.h", '"db/Value.h"')
+        self.assert_one(findings(self.root), "db/Store, db/Table include each other")
+
+    def test_a_circle_over_several_units_is_told(self):
+        self.include("src/disc/Lister.h", '"disc/Medium.h"')
+        self.include("src/disc/Medium.h", '"disc/Image.h"')
+        self.include("src/disc/Image.h", "<string>")
+        self.include("src/disc/Image.cpp", '"disc/Lister.h"')
+        self.assert_one(findings(self.root), "disc/Image, disc/Lister, disc/Medium include each other")
+
+    def test_units_above_one_another_are_no_circle(self):
+        self.include("src/disc/Lister.cpp", '"disc/Lister.h"', '"disc/Medium.h"', '"disc/Image.h"')
+        self.include("src/disc/Medium.h", '"disc/Image.h"')
+        self.include("src/disc/Image.h", "<string>")
+        self.assertEqual(findings(self.root), [])
