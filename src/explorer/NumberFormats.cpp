@@ -123,9 +123,8 @@ struct Date {
         static constexpr std::array kDays = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
         if (month < 1 || month > 12 || day < 1 || day > kDays[static_cast<size_t>(month) - 1])
             return false;
-        // Two digits from 30 on are years of the 1900s.
-        const int full = year >= 100 ? year : year + (year < 30 ? 2000 : 1900);
-        const bool leap = (full % 4 == 0 && full % 100 != 0) || full % 400 == 0;
+        // Two digits need no century: 00 is 2000, the others are leap years alike in both.
+        const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
         return month != 2 || day != 29 || leap;
     }
 };

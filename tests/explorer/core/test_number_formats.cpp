@@ -116,7 +116,9 @@ TEST(DateSortText, LeavesWhatIsNoDate) {
          {"", "never", "13/32/99", "02/29/99", "1/2", "1/2/3/4", "//", "-1/2/3", "99999/1/1"})
         EXPECT_EQ(dateSortText(text), text);
     EXPECT_EQ(dateSortText("02/29/96"), "96/02/29");
-    EXPECT_EQ(dateSortText("02/29/00"), "00/02/29");
+    EXPECT_EQ(dateSortText("02/29/00"), "00/02/29") << "00 is 2000, a leap year";
+    EXPECT_EQ(dateSortText("02/29/2000"), "00/02/29");
+    EXPECT_EQ(dateSortText("02/29/1900"), "02/29/1900");
 }
 
 } // namespace discaro::explorer
