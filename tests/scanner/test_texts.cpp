@@ -106,6 +106,41 @@ TEST(ScanClock, SixtySecondsBecomeAMinute) {
     EXPECT_EQ(clock.elapsed(), "+01:15");
 }
 
+TEST(ScanClock, AMinuteIsFullAtItsSixtiethSecond) {
+    ScanClock clock;
+    clock.start();
+    clock.tick(0);
+    clock.tick(50);
+    clock.carryMinute();
+    EXPECT_EQ(clock.elapsed(), "+00:50");
+    clock.tick(0);
+    clock.carryMinute();
+    EXPECT_EQ(clock.elapsed(), "+01:00");
+}
+
+TEST(ScanClock, ASecondTickInTheSameSecondAddsNothing) {
+    ScanClock clock;
+    clock.start();
+    clock.tick(5);
+    clock.tick(7);
+    clock.tick(7);
+    EXPECT_EQ(clock.elapsed(), "+00:02");
+}
+
+TEST(ScanClock, TheNextScanStartsFromNothing) {
+    ScanClock clock;
+    clock.start();
+    clock.tick(0);
+    clock.tick(50);
+    clock.tick(40);
+    clock.carryMinute();
+    EXPECT_EQ(clock.elapsed(), "+01:40");
+    clock.start();
+    EXPECT_EQ(clock.elapsed(), "+00:00");
+    clock.tick(45);
+    EXPECT_EQ(clock.elapsed(), "+00:00") << "the time between the scans belongs to neither";
+}
+
 TEST(ScanClock, AStretchOfMoreThanAMinuteLosesWholeMinutes) {
     ScanClock clock;
     clock.start();
@@ -123,6 +158,16 @@ TEST(ScanClock, EstimatesEverySecondTickFromTheCaptions) {
     EXPECT_EQ(clock.estimate("5+", "10-"), "-01:00");
     clock.tick(31);
     EXPECT_EQ(clock.estimate("5+", "10-"), std::nullopt);
+}
+
+TEST(ScanClock, TheEstimateCountsFullMinutesAndGivesWholeSeconds) {
+    ScanClock clock;
+    clock.start();
+    clock.tick(0);
+    clock.tick(50);
+    clock.tick(40);
+    clock.carryMinute();
+    EXPECT_EQ(clock.estimate("150+", "10-"), "-00:06") << "100 seconds, 0.67 a file";
 }
 
 TEST(ScanClock, NegativeFilesLeftCountAsPositive) {
