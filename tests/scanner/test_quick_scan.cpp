@@ -275,6 +275,25 @@ TEST(NameChecks, EachDiscOfTheSerialIsAskedAboutUntilOneIsRefused) {
                                        [](const std::string&) { return true; }));
 }
 
+TEST(NameChecks, ADiscWhoseSerialIsUnknownIsLikeNoOtherNorLikeOneWithoutASerial) {
+    ScanRig rig;
+    db::Recordset& discs = rig.discs.Recordset();
+    discs.AddNew();
+    discs("prefered name") = "Unknown";
+    discs.Update();
+    discs.AddNew();
+    discs("prefered name") = "Empty";
+    discs("serial number") = "";
+    discs.Update();
+    std::string asked;
+    EXPECT_TRUE(duplicateSerialsPassed(discs, "", [&](const std::string& text) {
+        asked += text;
+        return true;
+    }));
+    EXPECT_EQ(asked.find("'Unknown'"), std::string::npos) << asked;
+    EXPECT_NE(asked.find("'Empty'"), std::string::npos) << asked;
+}
+
 TEST(FileExists, IsFalseOnlyForAMissingFileInAFolderThatIsThere) {
     ScanRig rig;
     rig.insert(folder("", {file("autorun.inf"), folder("SUB"),

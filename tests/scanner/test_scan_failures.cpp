@@ -99,6 +99,23 @@ INSTANTIATE_TEST_SUITE_P(All, Handlers, testing::ValuesIn(handlerCases()), [](co
            (row.stop ? "_Ok" : "_Cancel");
 });
 
+TEST(ErrorPrompt, TellsHowTheCatalogueFailedOnlyWhenTheUserStopsTheScan) {
+    for (const bool stop : {false, true})
+        for (const auto number : {ErrorNumber::DiskFull, ErrorNumber::ReadFailure}) {
+            app::Module1::ScanCancelled = 0;
+            TestWatcher watcher;
+            watcher.answers = {stop};
+            const scanner::ScanOptions options = action("cancel");
+            ErrorDesk desk(options, watcher, [](ErrorHandler::Place) { return "A.TXT"; });
+            const base::RuntimeError error(number);
+            desk.handle(error, scanner::kCaptureFileHandler);
+            EXPECT_EQ(app::Module1::ScanCancelled, stop ? 1 : 0) << error.description();
+            const bool told = stop && number == ErrorNumber::DiskFull;
+            EXPECT_EQ(desk.reason(), told ? error.description() : "");
+        }
+    app::Module1::ScanCancelled = 0;
+}
+
 // ---- Discs that fail under the walk
 
 TEST(FailingDisc, UnderIgnoreTheFailedFieldStaysEmptyAndTheRestOfTheRowIsSaved) {

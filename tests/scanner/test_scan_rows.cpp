@@ -282,6 +282,18 @@ TEST(ScanCourse, TheDisplayHearsOfEachStepInOrder) {
     EXPECT_EQ(rig.watcher.totalsSteps, 2);
 }
 
+TEST(ScanCourse, TheTotalsOfALaterDiscAreAsManyStepsAsItHasDirectories) {
+    ScanRig rig;
+    rig.insert(folder("", {folder("A"), folder("B"), folder("C")}));
+    rig.scan();
+    EXPECT_EQ(rig.watcher.totalsBarSize, 4);
+    rig.watcher.totalsSteps = 0;
+    rig.insert(folder("", {folder("ONE")}));
+    rig.scan();
+    EXPECT_EQ(rig.watcher.totalsBarSize, 2);
+    EXPECT_EQ(rig.watcher.totalsSteps, 2);
+}
+
 TEST(ScanCourse, MoreFilesThanCountedMakeTheFilesLeftNegative) {
     ScanRig rig;
     rig.insert(folder("", {file("A"), file("B")}));
