@@ -73,6 +73,19 @@ TEST_F(OpeningErrors, ADatabaseWithoutOneOfTheTablesIsNoCatalogue) {
     EXPECT_EQ(errorOfOpening(path()), number(ErrorNumber::NotACatalogue));
 }
 
+TEST_F(OpeningErrors, ATableWhoseFieldHidesTheRowNumbersIsNotSeen) {
+    RawDatabase raw(path());
+    raw.execute("CREATE TABLE Hiding(rowid TEXT, word TEXT)");
+    raw.execute("CREATE TABLE Naming(word TEXT, rowid INTEGER PRIMARY KEY)");
+    raw.execute("INSERT INTO Naming VALUES('seen', 7)");
+    const auto database = open();
+    EXPECT_EQ(errorOf([&] { database->OpenRecordset("Hiding"); }),
+              number(ErrorNumber::UnknownTable));
+    const auto rows = database->OpenRecordset("Naming");
+    EXPECT_EQ(rows->RowNumber(), 7);
+    EXPECT_EQ((*rows)("word").Text(), "seen");
+}
+
 TEST_F(OpeningErrors, ATableWithOtherFieldsIsNoCatalogue) {
     RawDatabase(path()).execute("ALTER TABLE Things RENAME COLUMN day TO night");
     EXPECT_EQ(errorOfOpening(path()), number(ErrorNumber::NotACatalogue));

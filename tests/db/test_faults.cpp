@@ -1,3 +1,4 @@
+#include "db/Engine.h"
 #include "db/FaultyShelf.h"
 #include "db/RawDatabase.h"
 
@@ -147,15 +148,17 @@ TEST_F(LostTransactions, EveryFurtherWriteFailsUntilTheCommitThatFailsToo) {
     EXPECT_EQ(rows().RecordCount(), 2);
 }
 
+// What the error that an action throws tells the user.
+std::string described(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const base::RuntimeError& error) {
+        return error.description();
+    }
+    return "nothing";
+}
+
 TEST_F(LostTransactions, TellWhatTheyWereLostToUntilTheNextOneBegins) {
-    const auto described = [](const std::function<void()>& action) -> std::string {
-        try {
-            action();
-        } catch (const base::RuntimeError& error) {
-            return error.description();
-        }
-        return "nothing";
-    };
     const std::string full = "The transaction was undone after an earlier failure: "
                              "There is not enough space on the disk: database or disk is full";
     DBEngine::BeginTrans();
@@ -167,6 +170,26 @@ TEST_F(LostTransactions, TellWhatTheyWereLostToUntilTheNextOneBegins) {
     m_discs->Database()->store()->connection().execute("ROLLBACK");
     EXPECT_EQ(described([] { DBEngine::CommitTrans(); }),
               "The transaction was undone after an earlier failure");
+}
+
+TEST_F(LostTransactions, TellTheFirstOfSeveralFailuresUnlessTheFileWasReplaced) {
+    Transaction& transaction = Engine::instance().transaction();
+    const auto lostAfter = [&](std::initializer_list<ErrorNumber> failures) {
+        DBEngine::BeginTrans();
+        for (const ErrorNumber failure : failures)
+            transaction.failureSeen(base::RuntimeError(failure));
+        m_discs->Database()->store()->connection().execute("ROLLBACK");
+        return described([] { DBEngine::CommitTrans(); });
+    };
+    const auto told = [](ErrorNumber failure) {
+        return "The transaction was undone after an earlier failure: " +
+               base::RuntimeError(failure).description();
+    };
+    using enum ErrorNumber;
+    EXPECT_EQ(lostAfter({StorageFailure, DiskFull}), told(StorageFailure));
+    EXPECT_EQ(lostAfter({DiskFull, StorageFailure}), told(DiskFull));
+    EXPECT_EQ(lostAfter({RuleViolated, DiskFull}), told(DiskFull)) << "a refusal undoes nothing";
+    EXPECT_EQ(lostAfter({DiskFull, CatalogueReplaced}), told(CatalogueReplaced));
 }
 
 TEST_F(LostTransactions, ClosingTheDataSourcesEndsIt) {

@@ -203,6 +203,16 @@ TEST_F(RecordsetEdits, AfterDeleteTheRowIsGoneAndNextIsTheRowBehindIt) {
     EXPECT_EQ((*rows)("id number").Text(), "2");
 }
 
+TEST_F(RecordsetEdits, DeletingEndsTheEditInProgress) {
+    const auto rows = discs();
+    rows->Edit();
+    (*rows)("prefered name") = "lost";
+    rows->Delete();
+    EXPECT_FALSE(rows->EditInProgress());
+    EXPECT_EQ(errorOf([&] { rows->Update(); }), number(ErrorNumber::NoEditInProgress));
+    EXPECT_EQ(count("Discs"), 1);
+}
+
 TEST_F(RecordsetEdits, DeletingTheLastRowLeavesAnEmptySet) {
     addDisc(1, "only");
     const auto rows = open()->OpenRecordset("Discs");
