@@ -252,6 +252,19 @@ TEST(CueSheets, TheLastSessionIsTheOneThatIsRead) {
     expectSmallImage(*openImage(folder.write("disc.cue", sheet)), "NEW");
 }
 
+TEST(CueSheets, FromTheSecondSessionOnTheGapIsShorter) {
+    const ScratchFolder folder;
+    const auto second = 40U + 11400;
+    const auto third = second + 40 + 6900;
+    folder.write("disc.bin", rawMode1(smallImage(0, "OLD.;1")) +
+                                 rawMode1(smallImage(second, "NEWER.;1")) +
+                                 rawMode1(smallImage(third, "NEWEST.;1")));
+    const auto sheet = std::string("REM SESSION 01\n") + kOneTrack +
+                       "REM SESSION 02\nTRACK 02 MODE1/2352\nINDEX 01 00:00:40\n"
+                       "REM SESSION 03\nTRACK 03 MODE1/2352\nINDEX 01 00:01:05\n";
+    expectSmallImage(*openImage(folder.write("disc.cue", sheet)), "NEWEST");
+}
+
 TEST(CueSheets, ALastSessionThatCannotBeReadGivesWayToTheFirst) {
     const ScratchFolder folder;
     folder.write("disc.bin",

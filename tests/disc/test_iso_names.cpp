@@ -90,6 +90,20 @@ TEST(IsoNames, ARecordWithoutARockRidgeNameKeepsItsPlainOne) {
                 ElementsAre("F0", "F1", "F2"));
 }
 
+TEST(IsoNames, ARockRidgeNameMarkedAsThatOfTheDirectoryOrItsParentIsPassedOver) {
+    EXPECT_THAT(
+        rockRidgeNames({susp::name("self", 2), susp::name("parent", 4),
+                        susp::name("self", 2) + susp::name("own"),
+                        susp::name("one ", 1) + susp::name("parent", 4) + susp::name("two")}),
+        ElementsAre("F0", "F1", "own", "one two"));
+}
+
+TEST(IsoNames, ARockRidgeNameWithoutTheMarkOfAnotherPieceIsWhole) {
+    EXPECT_THAT(rockRidgeNames({susp::name("one ", 1) + susp::name("two", 0) + susp::name("three"),
+                                susp::name("one", 32) + susp::name("two")}),
+                ElementsAre("one two", "one"));
+}
+
 TEST(IsoNames, RockRidgeNamesInSeveralPiecesAreJoined) {
     EXPECT_THAT(
         rockRidgeNames({susp::name("one ", 1) + susp::name("two ", 1) + susp::name("three")}),

@@ -200,6 +200,47 @@ TEST(Udf, TheReserveIsReadWhereTheMainDescriptorsAreDamaged) {
     EXPECT_THAT(walkOf(builder).paths(), ElementsAre("A"));
 }
 
+// Two descriptors of one purpose in the sequence, in the places of the first one and of the terminator behind all.
+void replaceDescriptor(UdfBuilder& builder, uint32_t sector, const std::string& first,
+                       const std::string& second) {
+    constexpr uint32_t kTerminatorSector = 243;
+    const auto terminator = builder.image().substr(kTerminatorSector * 2048, 2048);
+    builder.put(sector, first);
+    builder.put(kTerminatorSector, second);
+    builder.put(kTerminatorSector + 1, terminator);
+}
+
+// The descriptor at a sector with another sequence number, and other bytes at a place.
+std::string variant(const UdfBuilder& builder, uint32_t sector, uint32_t sequenceNumber, size_t at,
+                    const std::string& bytes) {
+    auto descriptor = builder.image().substr(sector * 2048, 2048);
+    descriptor.replace(16, 4, little32(sequenceNumber));
+    return descriptor.replace(at, bytes.size(), bytes);
+}
+
+TEST(Udf, OfTwoVolumeDescriptorsTheOneWithTheHigherSequenceNumberHolds) {
+    constexpr size_t kLabelText = 85;
+    for (const bool newerFirst : {true, false}) {
+        auto builder = udfImage({});
+        const auto older = variant(builder, 241, 0x1FF, kLabelText, "Older");
+        const auto newer = variant(builder, 241, 0x200, kLabelText, "Newer");
+        replaceDescriptor(builder, 241, newerFirst ? newer : older, newerFirst ? older : newer);
+        EXPECT_EQ(openBytes(builder.image())->facts().label, "Newer") << newerFirst;
+    }
+}
+
+TEST(Udf, OfTwoDescriptorsOfAPartitionTheOneWithTheHigherSequenceNumberHolds) {
+    constexpr size_t kStart = 188;
+    for (const bool newerFirst : {true, false}) {
+        auto builder = udfImage({udf::identifier(udf::name8("A"), 10)});
+        const auto start = builder.image().substr(242 * 2048 + kStart, 4);
+        const auto older = variant(builder, 242, 0x1FF, kStart, little32(20));
+        const auto newer = variant(builder, 242, 0x200, kStart, start);
+        replaceDescriptor(builder, 242, newerFirst ? newer : older, newerFirst ? older : newer);
+        EXPECT_THAT(walkOf(builder).paths(), ElementsAre("A")) << newerFirst;
+    }
+}
+
 TEST(Udf, TheAnchorAtTheEndServesWhereTheFirstIsDamaged) {
     auto builder = udfImage({udf::identifier(udf::name8("A"), 10)});
     builder.put(256, std::string(2048, '\0'));
