@@ -39,6 +39,13 @@ constexpr const char* kKeys[] = {"C12D1", "C12D1S3S1", "C100D1S99S9S110"};
 
 } // namespace
 
+TEST(DirectoryNumbers, WithAWildcardFindTheRowsOfOthersToo) {
+    for (const char* number : {"C1D1*", "C1D?", "C#D1"})
+        EXPECT_TRUE(findsOthers(number)) << number;
+    for (const char* number : {"C1D1S1", "", "C1D1'", "C1D1%"})
+        EXPECT_FALSE(findsOthers(number)) << number;
+}
+
 TEST_F(ExplorerPlans, AClickOnADirectorySearchesIndexes) {
     for (const char* key : kKeys) {
         EXPECT_THAT(planOf(filesQuery(key)), HasSubstr("(directory number=?)"));
