@@ -12,6 +12,7 @@
 #include "explorer/Yielding.h"
 #include "kit/Beep.h"
 #include "kit/Strings.h"
+#include "kit/ToolbarDialog.h"
 #include "kit/UnhandledErrors.h"
 
 #include <map>
@@ -110,7 +111,7 @@ void Commands::showView(const ViewChoice& choice) {
 }
 
 void Commands::customizeToolbar() {
-    m_controls.toolbar.Customize();
+    kit::Customize(m_controls.toolbar);
     m_controls.toolbar.SaveToolbar(kStoreKey, kSettingsPlace, kStoreValue);
 }
 

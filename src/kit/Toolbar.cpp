@@ -3,7 +3,6 @@
 #include "base/RuntimeError.h"
 #include "kit/SpokenText.h"
 #include "kit/Strings.h"
-#include "kit/ToolbarDialog.h"
 #include "kit/UserSettings.h"
 #include "kit/WindowScale.h"
 
@@ -251,11 +250,6 @@ void Toolbar::goTo(int step, const QToolButton& from) {
 }
 
 // ---- The user's own layout
-
-void Toolbar::Customize() {
-    ToolbarDialog dialog(*this);
-    dialog.exec();
-}
 
 void Toolbar::SaveToolbar(const QString& key, const QString& subkey, const QString& value) const {
     userSettings(subkey).setValue(entryName(value, key), m_arrangement);

@@ -55,8 +55,6 @@ public:
     void setArrangement(const QStringList& keys);
     QStringList declaredArrangement() const;
 
-    // Lets the user change the layout; returns when the dialog is closed.
-    void Customize();
     // Keep the layout in the user's settings, and bring it back. The subkey names organisation and application by its
     // last two parts, as in "Software\Maker\Program"; value and key name the entry. Restoring changes nothing and
     // returns false when there is no such entry.

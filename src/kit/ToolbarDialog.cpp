@@ -1,7 +1,6 @@
 #include "kit/ToolbarDialog.h"
 
 #include "kit/SpokenText.h"
-#include "kit/Toolbar.h"
 #include "kit/WindowScale.h"
 
 #include <QtWidgets/QGridLayout>
@@ -172,6 +171,10 @@ void ToolbarDialog::enableButtons() {
     remove->setEnabled(place >= 0);
     moveUp->setEnabled(place > 0);
     moveDown->setEnabled(place >= 0 && place + 1 < present->count());
+}
+
+void Customize(Toolbar& toolbar) {
+    ToolbarDialog(toolbar).exec();
 }
 
 } // namespace discaro::kit

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "kit/Toolbar.h"
+
 #include <QtWidgets/QDialog>
 #include <QtWidgets/QListWidget>
 #include <QtWidgets/QPushButton>
 
 namespace discaro::kit {
-
-class Toolbar;
 
 // Lets the user choose which buttons a toolbar has, and in which order. Every change shows in the toolbar at once.
 // The toolbar outlives the dialog.
@@ -37,5 +37,8 @@ private:
 
     Toolbar& m_toolbar;
 };
+
+// Lets the user change a toolbar's layout; returns when the dialog is closed.
+void Customize(Toolbar& toolbar);
 
 } // namespace discaro::kit

@@ -190,7 +190,7 @@ TEST_F(ToolbarTest, TheDialogClosesByEscape) {
         ASSERT_NE(dialog, nullptr);
         QTest::keyClick(dialog, Qt::Key_Escape);
     });
-    m_toolbar.Customize();
+    Customize(m_toolbar);
     EXPECT_EQ(m_toolbar.arrangement(), m_toolbar.declaredArrangement());
 }
 
