@@ -1,8 +1,7 @@
 #include "kit/CellText.h"
 
-#include "kit/SpokenText.h"
-
 #include <QtCore/QStringList>
+#include <QtGui/QTextDocument>
 
 #include <algorithm>
 
@@ -50,6 +49,11 @@ QString oneLine(const QString& text) {
             line += breaksLine(each) ? QChar(u' ') : each;
     }
     return line;
+}
+
+QString plainToolTip(const QString& text) {
+    return Qt::mightBeRichText(text) ? text.toHtmlEscaped().prepend(QStringLiteral("<span>"))
+                                     : text;
 }
 
 QString tipText(const QString& text) {

@@ -9,6 +9,9 @@ namespace discaro::kit {
 // from discs and may hold anything.
 QString oneLine(const QString& text);
 
+// A tool tip that is shown as it stands, whatever characters it holds.
+QString plainToolTip(const QString& text);
+
 // A text as a tool tip: plain, with its line ends, and no longer than a screen takes.
 QString tipText(const QString& text);
 

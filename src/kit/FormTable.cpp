@@ -1,5 +1,6 @@
 #include "kit/FormTable.h"
 
+#include "kit/CellText.h"
 #include "kit/SpokenText.h"
 
 namespace discaro::kit {

@@ -1,7 +1,7 @@
 #include "kit/Toolbar.h"
 
 #include "base/RuntimeError.h"
-#include "kit/SpokenText.h"
+#include "kit/CellText.h"
 #include "kit/Strings.h"
 #include "kit/UserSettings.h"
 #include "kit/WindowScale.h"

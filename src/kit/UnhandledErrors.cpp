@@ -6,8 +6,8 @@
 #include "kit/Ground.h"
 #include "kit/Keys.h"
 #include "kit/MsgBox.h"
-#include "kit/SpokenText.h"
 #include "kit/Strings.h"
+#include "kit/Voices.h"
 
 #include <QtGui/QKeyEvent>
 #include <QtWidgets/QPlainTextEdit>
@@ -67,7 +67,7 @@ QString currentErrorText() {
 Application::Application(int& argc, char** argv)
     : QApplication(argc, argv) {
     takeInPictures();
-    installSpokenTexts();
+    installVoices();
     setQuitOnLastWindowClosed(false);
 }
 
