@@ -2,6 +2,7 @@
 
 #include "app/Module1.h"
 #include "app/Windows.h"
+#include "kit/Timer.h"
 #include "kit/Yield.h"
 
 namespace discaro::app {
@@ -47,7 +48,7 @@ void jumpToExplorer() {
     showLoading();
     Windows::Show("EXMain");
     auto* explorer = Windows::Find("EXMain");
-    if (auto* delayedLoad = explorer ? explorer->timer("Timer2") : nullptr)
+    if (auto* delayedLoad = explorer ? kit::timerOf(*explorer, "Timer2") : nullptr)
         delayedLoad->setEnabled(true);
 }
 

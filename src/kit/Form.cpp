@@ -2,13 +2,12 @@
 
 #include "kit/Beep.h"
 #include "kit/Ground.h"
-#include "kit/TrayIcon.h"
+#include "kit/WindowScale.h"
 #include "kit/Yield.h"
 
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QEventLoop>
 #include <QtGui/QCloseEvent>
-#include <QtGui/QFontMetricsF>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
@@ -24,11 +23,6 @@ namespace discaro::kit {
 namespace {
 
 constexpr int kPaintingLimit = 100;
-
-// What the places of the form tables were drawn for: a wide sans serif font of 12 pixels.
-constexpr double kReferenceHeight = 14.0;
-constexpr double kReferenceWidth = 205.0;
-const char* const kMeasured = "The quick brown fox, 0123456789";
 
 Qt::WindowFlags flagsFor(Form::Border border) {
     if (border == Form::Border::None)
@@ -49,15 +43,6 @@ QFont sizedFont(const QFont& font, const QFont& base, double factor) {
 }
 
 } // namespace
-
-double fontScale(const QFont& font) {
-    const QFontMetricsF metrics(font);
-    const double height = metrics.height() / kReferenceHeight;
-    const double width =
-        metrics.horizontalAdvance(QString::fromLatin1(kMeasured)) / kReferenceWidth;
-    // Whole twentieths: fonts of nearly the reference's size keep the places exact.
-    return std::max(1.0, std::round(std::max(height, width) * 20.0) / 20.0);
-}
 
 Form::Form(const Facts& facts)
     : QWidget(nullptr, flagsFor(facts.border))
@@ -174,10 +159,6 @@ void Form::Unload() {
 
 void Form::finishUnload() {
     m_stage = Stage::Unloaded;
-    for (auto* each : findChildren<Timer*>())
-        each->stopForGood();
-    for (auto* each : findChildren<TrayIcon*>())
-        each->leave();
     hide();
     while (!m_releases.empty()) {
         const auto release = std::move(m_releases.back());
@@ -201,10 +182,6 @@ void Form::setState(State state) {
     const bool minimised = state == State::Minimised;
     setWindowState(minimised ? windowState() | Qt::WindowMinimized
                              : windowState() & ~Qt::WindowMinimized);
-}
-
-Timer* Form::timer(const char* timerName) const {
-    return findChild<Timer*>(QString::fromLatin1(timerName));
 }
 
 void Form::awaitPainting() {
@@ -325,10 +302,6 @@ void Form::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     if (m_border == Border::Sizable)
         Form_Resize();
-}
-
-void destroyUnloadedWindows() {
-    runGroundActions();
 }
 
 } // namespace discaro::kit

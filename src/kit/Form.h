@@ -1,7 +1,5 @@
 #pragma once
 
-#include "kit/Timer.h"
-
 #include <QtCore/QPointer>
 #include <QtWidgets/QWidget>
 
@@ -14,9 +12,9 @@ namespace discaro::kit {
 //
 //   Load     runs Form_Load, once. Show loads first. When Form_Load fails the window is gone,
 //            without Form_Unload.
-//   Unload   runs Form_Unload, once; then the window hides, its timers stop and its tray icons go,
-//            what was given to atUnload is released, and Unloaded is emitted (the registry of
-//            windows listens). Closing by the frame is an unload.
+//   Unload   runs Form_Unload, once; then the window hides, what was given to atUnload is
+//            released, and Unloaded is emitted (its timers and tray icons listen, and the registry
+//            of windows). Closing by the frame is an unload.
 //
 // An unloaded window stays a valid object until no handler of any window is on the stack, so that a
 // handler that yielded can go on using its members; then it is destroyed by itself. Handlers
@@ -64,9 +62,6 @@ public:
 
     State state() const;
     void setState(State state);
-
-    // The timer of that name, for windows that start each other's timers; null when there is none.
-    Timer* timer(const char* timerName) const;
 
     // The controls in the order of the form table.
     const std::vector<Control>& controls() const { return m_controls; }
@@ -151,13 +146,5 @@ private:
     bool m_painted = false;
     bool m_centred = false;
 };
-
-// How much larger than the reference font a font is, in height or width, whichever is more; never
-// below 1.
-double fontScale(const QFont& font);
-
-// Destroys the windows that have been unloaded; for the end of the application and of a test, when
-// no handler runs.
-void destroyUnloadedWindows();
 
 } // namespace discaro::kit

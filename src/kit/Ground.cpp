@@ -1,8 +1,5 @@
 #include "kit/Ground.h"
 
-#include "kit/UnhandledErrors.h"
-#include "kit/Yield.h"
-
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>
 #include <QtCore/QObject>
@@ -14,16 +11,13 @@ namespace discaro::kit {
 
 namespace {
 
-int eventDepth() {
-    const auto* application = qobject_cast<Application*>(QCoreApplication::instance());
-    return application ? application->depth() : 0;
-}
+int g_handling = 0;
 
 // Its event says that the event loop has come round.
 class Ground : public QObject {
 public:
     void post() {
-        if (actions.empty() || m_posted || eventDepth() > 0 || yieldDepth() > 0)
+        if (actions.empty() || m_posted || g_handling > 0)
             return;
         m_posted = true;
         QCoreApplication::postEvent(this, new QEvent(QEvent::User));
@@ -38,7 +32,7 @@ protected:
         if (event->type() != QEvent::User)
             return QObject::event(event);
         m_posted = false;
-        if (eventDepth() <= 1 && yieldDepth() == 0)
+        if (g_handling <= 1)
             runGroundActions();
         return true;
     }
@@ -54,12 +48,17 @@ Ground& ground() {
 
 } // namespace
 
-void atGround(std::function<void()> action) {
-    ground().actions.push_back(std::move(action));
+Handling::Handling() {
+    ++g_handling;
+}
+
+Handling::~Handling() {
+    --g_handling;
     ground().post();
 }
 
-void groundReached() {
+void atGround(std::function<void()> action) {
+    ground().actions.push_back(std::move(action));
     ground().post();
 }
 

@@ -19,6 +19,8 @@ Timer::Timer(QObject* window)
     : QObject(window) {
     m_clock.setTimerType(Qt::PreciseTimer);
     connect(&m_clock, &QTimer::timeout, this, &Timer::tick);
+    if (const auto* form = qobject_cast<const Form*>(window))
+        connect(form, &Form::Unloaded, this, &Timer::stopForGood);
 }
 
 void Timer::setInterval(int milliseconds) {
@@ -59,6 +61,10 @@ void Timer::tick() {
         return;
     const QScopedValueRollback ticking(m_ticking, true);
     emit Tick();
+}
+
+Timer* timerOf(const Form& window, const char* name) {
+    return window.findChild<Timer*>(QString::fromLatin1(name));
 }
 
 } // namespace discaro::kit

@@ -6,6 +6,8 @@
 
 namespace discaro::kit {
 
+class Form;
+
 // A window's timer: while it is enabled it ticks every `interval` milliseconds. An interval of 0
 // never ticks. Enabling an enabled timer changes nothing; a new interval starts counting anew. Its
 // handler is never entered a second time while it runs, whatever it yields to. A timer that ticks
@@ -38,5 +40,8 @@ private:
     bool m_ticking = false;
     bool m_stopped = false;
 };
+
+// The window's timer of that name, for windows that start each other's timers; null when there is none.
+Timer* timerOf(const Form& window, const char* name);
 
 } // namespace discaro::kit

@@ -43,6 +43,7 @@ TrayIcon::TrayIcon(Form* window)
     m_menu.addAction("&Minimize", this, [this] { raise(&TrayIcon::Minimise); });
     connect(&m_flash, &Timer::Tick, this, &TrayIcon::flash);
     connect(window, &Form::Loaded, this, &TrayIcon::show);
+    connect(window, &Form::Unloaded, this, &TrayIcon::leave);
     if (!mayHaveTray())
         return;
     m_tray = std::make_unique<QSystemTrayIcon>();

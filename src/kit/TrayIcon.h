@@ -55,14 +55,13 @@ public:
 
     // What a gesture on the icon leads to.
     void activate(QSystemTrayIcon::ActivationReason reason);
-    // Takes the icon out of the tray for good.
-    void leave();
 
 signals:
     void Restore();
     void Minimise();
 
 private:
+    void leave();
     void show();
     void flash();
     const QIcon& flashedIcon();

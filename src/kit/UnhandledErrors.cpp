@@ -2,7 +2,6 @@
 
 #include "base/RuntimeError.h"
 #include "kit/EndProgram.h"
-#include "kit/Form.h"
 #include "kit/Ground.h"
 #include "kit/Keys.h"
 #include "kit/MsgBox.h"
@@ -27,18 +26,6 @@ class Ending {
 public:
     Ending() { g_endingByError = true; }
     ~Ending() { g_endingByError = false; }
-};
-
-class Deeper {
-public:
-    explicit Deeper(int& depth)
-        : m_depth(depth) {
-        ++m_depth;
-    }
-    ~Deeper() { --m_depth; }
-
-private:
-    int& m_depth;
 };
 
 // A key that is held must not choose one thing after another through windows and message boxes. In a text of several
@@ -74,18 +61,13 @@ Application::Application(int& argc, char** argv)
 bool Application::notify(QObject* receiver, QEvent* event) {
     if (isHeldEnter(*receiver, *event))
         return true;
-    bool result = false;
-    {
-        const Deeper deeper(m_depth);
-        try {
-            result = QApplication::notify(receiver, event);
-        } catch (const std::exception&) {
-            endWithCurrentError();
-        }
+    const Handling handling;
+    try {
+        return QApplication::notify(receiver, event);
+    } catch (const std::exception&) {
+        endWithCurrentError();
+        return false;
     }
-    if (m_depth == 0)
-        groundReached();
-    return result;
 }
 
 void reportingErrors(const std::function<void()>& step) {

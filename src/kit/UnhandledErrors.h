@@ -17,12 +17,6 @@ public:
     Application(int& argc, char** argv);
 
     bool notify(QObject* receiver, QEvent* event) override;
-
-    // How many events are being handled, one inside another.
-    int depth() const { return m_depth; }
-
-private:
-    int m_depth = 0;
 };
 
 // Runs a step that is not an event handler, such as the program's entry procedure, with the same

@@ -18,7 +18,4 @@ void yieldOften();
 // nothing in them hangs on the time.
 std::chrono::nanoseconds setYieldPace(std::chrono::nanoseconds pace);
 
-// How many yields are on the stack.
-int yieldDepth();
-
 } // namespace discaro::kit

@@ -3,6 +3,7 @@
 #include "app/Module1.h"
 #include "app/Windows.h"
 #include "kit/Form.h"
+#include "kit/Timer.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
 #include "support/windows/ScriptedMsgBox.h"

@@ -102,18 +102,18 @@ TEST_F(HandOver, AnyOtherWordReturnsToNothing) {
 TEST_F(HandOver, AJumpOpensTheExplorerAndStartsItsDelayedLoad) {
     app::jumpToExplorer();
     ASSERT_TRUE(Windows::IsLoaded("EXMain"));
-    EXPECT_TRUE(Windows::Find("EXMain")->timer("Timer2")->isEnabled());
+    EXPECT_TRUE(kit::timerOf(*Windows::Find("EXMain"), "Timer2")->isEnabled());
 }
 
 TEST_F(HandOver, AJumpReachesAnExplorerThatWasOnlyHidden) {
     Windows::Show("EXMain");
     auto* explorer = Windows::Find("EXMain");
-    explorer->timer("Timer2")->setEnabled(false);
+    kit::timerOf(*explorer, "Timer2")->setEnabled(false);
     Windows::Hide("EXMain");
     log.clear();
     app::jumpToExplorer();
     EXPECT_EQ(Windows::Find("EXMain"), explorer);
     EXPECT_TRUE(explorer->isVisible());
-    EXPECT_TRUE(explorer->timer("Timer2")->isEnabled());
+    EXPECT_TRUE(kit::timerOf(*explorer, "Timer2")->isEnabled());
     EXPECT_THAT(log, ElementsAre("Loading load"));
 }

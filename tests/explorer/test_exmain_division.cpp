@@ -1,5 +1,6 @@
 #include "app/Windows.h"
 #include "explorer/ExplorerRig.h"
+#include "kit/Ground.h"
 #include "kit/UserSettings.h"
 #include "kit/Yield.h"
 
@@ -54,7 +55,7 @@ protected:
     void leave(EXMain& window) {
         window.RunCommand("exit");
         app::Windows::Unload("Switch");
-        kit::destroyUnloadedWindows();
+        kit::runGroundActions();
     }
 
     // Tree, handle and right side stand side by side and fill the window.

@@ -1,6 +1,7 @@
 #include "app/Windows.h"
 #include "explorer/ExplorerRig.h"
 #include "explorer/ListingOrder.h"
+#include "kit/Ground.h"
 #include "kit/Strings.h"
 #include "kit/ToolbarDialog.h"
 #include "kit/Yield.h"
@@ -144,7 +145,7 @@ protected:
         for (const char* name :
              {"Switch", "Loading", "Search", "Scanform", "DeleteCD", "Programs", "Workshop"})
             app::Windows::Unload(name);
-        kit::destroyUnloadedWindows();
+        kit::runGroundActions();
     }
     static QHeaderView& header(EXMain& window) {
         return *static_cast<QTreeView&>(window.lvwdb->shown()).header();

@@ -1,5 +1,6 @@
 #include "explorer/ExplorerRig.h"
 #include "kit/Colour.h"
+#include "kit/Ground.h"
 #include "kit/Strings.h"
 #include "kit/Yield.h"
 #include "support/windows/GoldenForm.h"
@@ -190,7 +191,7 @@ TEST_F(ExplorerForm, TextFitsAtEveryScale) {
         }
         EXPECT_LE(window.MenuBar1->sizeHint().height(), window.ClientArea->y());
         window.RunCommand("exit");
-        kit::destroyUnloadedWindows();
+        kit::runGroundActions();
     }
 }
 

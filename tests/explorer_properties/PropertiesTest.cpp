@@ -1,6 +1,7 @@
 #include "explorer_properties/PropertiesTest.h"
 
 #include "catalogue/EmptyCatalogue.h"
+#include "kit/Ground.h"
 
 #include <stdlib.h>
 
@@ -116,7 +117,7 @@ PropertiesTest::PropertiesTest() {
 PropertiesTest::~PropertiesTest() {
     if (m_form)
         m_form->Unload();
-    kit::destroyUnloadedWindows();
+    kit::runGroundActions();
 }
 
 void PropertiesTest::type(kit::TextBox& box, const char* text) {

@@ -1,4 +1,5 @@
 #include "explorer_properties/PropertiesTest.h"
+#include "kit/Ground.h"
 #include "support/windows/GoldenForm.h"
 
 #include <gmock/gmock.h>
@@ -53,7 +54,7 @@ TYPED_TEST(PropertiesForms, HasItsControls) {
     auto* form = new TypeParam;
     expectGolden(*form, "explorer_properties");
     form->Unload();
-    kit::destroyUnloadedWindows();
+    kit::runGroundActions();
 }
 
 TYPED_TEST(PropertiesForms, EveryControlHasItsRoomAtEachSizeOfFont) {

@@ -2,6 +2,7 @@
 #include "catalogue/EmptyCatalogue.h"
 #include "db/Connection.h"
 #include "explorer_properties/PropertiesTest.h"
+#include "kit/Ground.h"
 #include "kit/Strings.h"
 
 #include <QtCore/QCoreApplication>
@@ -365,6 +366,6 @@ TEST_F(Hostile, AWindowThatClosesDuringItsBackgroundsYieldGoesQuietly) {
     QTimer::singleShot(0, form, [form] { form->Unload(); });
     emit form->Timer2->Tick();
     EXPECT_FALSE(isOpen());
-    kit::destroyUnloadedWindows();
+    kit::runGroundActions();
     EXPECT_TRUE(form.isNull());
 }

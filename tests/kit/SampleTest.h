@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kit/Ground.h"
 #include "kit/SampleForm.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
@@ -16,7 +17,7 @@ protected:
     ~SampleTest() override {
         if (form)
             form->Unload();
-        kit::destroyUnloadedWindows();
+        kit::runGroundActions();
     }
 
     QPointer<SampleForm> form = new SampleForm;

@@ -1,5 +1,6 @@
 #include "base/RuntimeError.h"
 #include "kit/ElidedLabel.h"
+#include "kit/Ground.h"
 #include "kit/ImageList.h"
 #include "kit/MenuBar.h"
 #include "kit/SampleForm.h"
@@ -280,7 +281,7 @@ TEST(MenuBar, ItemsOfAnUnloadedWindowRest) {
     window->Unload();
     bar->item("fileOpen").trigger();
     EXPECT_EQ(ran, 1);
-    destroyUnloadedWindows();
+    runGroundActions();
 }
 
 // ---- Pictures and long texts

@@ -1,5 +1,6 @@
 #include "base/RuntimeError.h"
 #include "kit/SampleTest.h"
+#include "kit/WindowScale.h"
 #include "kit/Yield.h"
 
 #include <QtCore/QTimer>
@@ -42,7 +43,7 @@ class Sizable : public testing::Test {
 protected:
     ~Sizable() override {
         form->Unload();
-        kit::destroyUnloadedWindows();
+        kit::runGroundActions();
     }
     SizableForm* form = new SizableForm;
 };
@@ -293,8 +294,8 @@ TEST_F(Form, MinimisesAndRestores) {
 }
 
 TEST_F(Form, FindsItsTimersByName) {
-    EXPECT_EQ(form->timer("Timer1"), form->Timer1);
-    EXPECT_EQ(form->timer("Timer2"), nullptr);
+    EXPECT_EQ(kit::timerOf(*form, "Timer1"), form->Timer1);
+    EXPECT_EQ(kit::timerOf(*form, "Timer2"), nullptr);
 }
 
 TEST_F(Form, KeepsItsPlacesAtTheReferenceFont) {

@@ -95,7 +95,7 @@ TEST(MsgBox, StandsOverTheWindowThatAsks) {
     });
     kit::MsgBox("text", kit::Buttons::Ok, kit::Icon::None, "title", form->Command1.begin()->second);
     form->Unload();
-    kit::destroyUnloadedWindows();
+    kit::runGroundActions();
 }
 
 TEST(MsgBox, StandsCentredOnItsWindowAlsoWhenItsTextIsWrapped) {
@@ -111,7 +111,7 @@ TEST(MsgBox, StandsCentredOnItsWindowAlsoWhenItsTextIsWrapped) {
     });
     kit::MsgBox(longText, kit::Buttons::OkCancel, kit::Icon::Critical, "title", form);
     form->Unload();
-    kit::destroyUnloadedWindows();
+    kit::runGroundActions();
 }
 
 TEST(MsgBox, StaysOnTheScreenOfAWindowAtItsEdge) {
@@ -122,7 +122,7 @@ TEST(MsgBox, StaysOnTheScreenOfAWindowAtItsEdge) {
     whenBoxIsUp([screen](QMessageBox& box) { EXPECT_TRUE(screen.contains(box.frameGeometry())); });
     kit::MsgBox(QString("text ").repeated(40), kit::Buttons::Ok, kit::Icon::None, "title", form);
     form->Unload();
-    kit::destroyUnloadedWindows();
+    kit::runGroundActions();
 }
 
 TEST(ScriptedMsgBox, AnswersInTheOrderTold) {

@@ -132,15 +132,4 @@ TEST(Yield, RunsWhatIsPendingAndReturns) {
     QTimer::singleShot(0, [&] { ran = true; });
     kit::yield();
     EXPECT_TRUE(ran);
-    EXPECT_EQ(kit::yieldDepth(), 0);
-}
-
-TEST(Yield, KnowsHowDeepItIs) {
-    int depth = 0;
-    QTimer::singleShot(0, [&] {
-        depth = kit::yieldDepth();
-        kit::yield();
-    });
-    kit::yield();
-    EXPECT_EQ(depth, 1);
 }

@@ -1,6 +1,7 @@
 #include "kit/BlendGround.h"
 #include "kit/Colour.h"
 #include "kit/FormTable.h"
+#include "kit/Ground.h"
 #include "kit/Plate.h"
 #include "kit/ValueBox.h"
 #include "support/windows/FormProbe.h"
@@ -60,7 +61,7 @@ protected:
     }
     ~ValueBox() override {
         form->Unload();
-        kit::destroyUnloadedWindows();
+        kit::runGroundActions();
     }
 
     kit::ValueBox& value() { return *form->Value1; }

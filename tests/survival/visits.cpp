@@ -3,6 +3,7 @@
 #include "app/Switch.h"
 #include "app/Windows.h"
 #include "explorer/CatalogueRig.h"
+#include "kit/Timer.h"
 #include "program/Wiring.h"
 #include "support/windows/FormProbe.h"
 
@@ -80,7 +81,7 @@ protected:
         QTest::mouseClick(&menu->Label1(entry), Qt::LeftButton);
         ASSERT_TRUE(becomes([&] { return Windows::IsLoaded(window); }));
         if (timer)
-            emit Windows::Find(window)->timer(timer)->Tick();
+            emit kit::timerOf(*Windows::Find(window), timer)->Tick();
         ASSERT_TRUE(becomes([&] { return isUp(window); }));
         Windows::Find(window)->close();
         ASSERT_TRUE(becomes([] { return isUp("Switch"); }));
