@@ -5,7 +5,6 @@
 #include "kit/MsgBox.h"
 #include "kit/Strings.h"
 #include "kit/Yield.h"
-#include "scanner/Scanform.h"
 #include "scanner/Texts.h"
 
 #include <array>
@@ -49,55 +48,61 @@ bool ScanDisplay::askStopOnError() {
                        "press Cancel to "
                        "ignore this error.",
                        kit::Buttons::OkCancel, kit::Icon::Critical, "Error during Scan",
-                       &m_form) == kit::Answer::Ok;
+                       &m_controls.window) == kit::Answer::Ok;
 }
 
 void ScanDisplay::scanStarted(double files) {
     m_walks = true;
-    m_form.Command2->hide();
-    m_form.Command6->show();
-    m_form.Command6->setFocus();
-    m_form.Command1(4).setEnabled(false);
+    m_controls.start.hide();
+    m_controls.cancel.show();
+    m_controls.cancel.setFocus();
+    m_controls.leave.setEnabled(false);
     showWalkStage(Stage::Running);
-    m_form.NumLED1(0).show();
-    m_form.NumLED2->show();
-    m_form.Label9->show();
-    m_form.startClock();
-    m_form.TrayIcon2->setVisible(false);
-    m_form.TrayIcon1->setVisible(true);
-    m_form.TrayIcon1->setFlashEnabled(true);
-    m_form.ProgressBar1->setMax(static_cast<int64_t>(files));
-    m_form.ProgressBar1->setValue(0);
-    m_form.ProgressBar2->setValue(0);
+    m_controls.done.show();
+    m_controls.elapsed.show();
+    m_controls.timeCaption.show();
+    startClock();
+    m_controls.resting.setVisible(false);
+    m_controls.running.setVisible(true);
+    m_controls.running.setFlashEnabled(true);
+    m_controls.discBar.setMax(static_cast<int64_t>(files));
+    m_controls.discBar.setValue(0);
+    m_controls.directoryBar.setValue(0);
+}
+
+void ScanDisplay::startClock() {
+    m_clock.start();
+    m_controls.elapsed.setCaption(kit::qt(m_clock.elapsed()));
+    m_controls.clockTimer.setEnabled(true);
 }
 
 void ScanDisplay::directoryEntered(int64_t files) {
-    m_form.ProgressBar2->setMax(files);
+    m_controls.directoryBar.setMax(files);
 }
 
 void ScanDisplay::directoryBarReset() {
-    m_form.ProgressBar2->setValue(0);
+    m_controls.directoryBar.setValue(0);
 }
 
 void ScanDisplay::showCounters(double done, double left) {
-    m_form.NumLED1(0).setCaption(counterText(done, '+'));
-    m_form.NumLED1(1).setCaption(counterText(left, '-'));
+    m_controls.done.setCaption(counterText(done, '+'));
+    m_controls.left.setCaption(counterText(left, '-'));
 }
 
 void ScanDisplay::advanceDiscBar(double done) {
-    m_form.ProgressBar1->setValue(static_cast<int64_t>(done));
+    m_controls.discBar.setValue(static_cast<int64_t>(done));
 }
 
 void ScanDisplay::showDiscBarTip() {
-    showPercent(*m_form.ProgressBar1, m_discPercent);
+    showPercent(m_controls.discBar, m_discPercent);
 }
 
 void ScanDisplay::advanceDirectoryBar() {
-    m_form.ProgressBar2->setValue(m_form.ProgressBar2->value() + 1);
+    m_controls.directoryBar.setValue(m_controls.directoryBar.value() + 1);
 }
 
 void ScanDisplay::showDirectoryBarTip() {
-    showPercent(*m_form.ProgressBar2, m_directoryPercent);
+    showPercent(m_controls.directoryBar, m_directoryPercent);
 }
 
 // A bar's percentage as its tool tip, put together when it is another one.
@@ -110,15 +115,15 @@ void ScanDisplay::showPercent(kit::ProgressBar& bar, std::optional<int64_t>& sho
 }
 
 void ScanDisplay::showPercentage() {
-    const QString done = m_form.ProgressBar1->toolTip();
+    const QString done = m_controls.discBar.toolTip();
     if (m_inCaption == done)
         return;
     m_inCaption = done;
-    const QString caption = m_form.FormTitle + "  (" + done + " Done)";
-    if (caption == m_form.caption())
+    const QString caption = m_controls.title + "  (" + done + " Done)";
+    if (caption == m_controls.window.caption())
         return;
-    m_form.setCaption(caption);
-    m_form.TrayIcon1->setToolTipText(m_form.caption());
+    m_controls.window.setCaption(caption);
+    m_controls.running.setToolTipText(m_controls.window.caption());
 }
 
 void ScanDisplay::walkFinished() {
@@ -127,28 +132,28 @@ void ScanDisplay::walkFinished() {
 }
 
 void ScanDisplay::remainingTimeZero() {
-    m_form.NumLED3->setCaption("-00:00");
+    m_controls.remaining.setCaption("-00:00");
 }
 
 void ScanDisplay::cancelImpossible() {
-    m_form.Command6->setEnabled(false);
+    m_controls.cancel.setEnabled(false);
 }
 
 // One yield often lets nothing be painted, and no event runs after it until the totals are there.
 void ScanDisplay::totalsStarted() {
     showTotalsStage(Stage::Running);
-    m_form.repaint();
+    m_controls.window.repaint();
 }
 
 void ScanDisplay::totalsBarSized(int64_t directories) {
-    m_form.ProgressBar1->setToolTip({});
+    m_controls.discBar.setToolTip({});
     m_discPercent.reset();
-    m_form.ProgressBar1->setMax(directories);
-    m_form.ProgressBar1->setValue(0);
+    m_controls.discBar.setMax(directories);
+    m_controls.discBar.setValue(0);
 }
 
 void ScanDisplay::advanceTotalsBar() {
-    kit::ProgressBar& bar = *m_form.ProgressBar1;
+    kit::ProgressBar& bar = m_controls.discBar;
     bar.setValue(bar.value() + 1);
     if (m_discPercent == bar.percent())
         return;
@@ -161,7 +166,7 @@ void ScanDisplay::totalsFinished() {
 }
 
 void ScanDisplay::clockStopped() {
-    m_form.Timer2->setEnabled(false);
+    m_controls.clockTimer.setEnabled(false);
 }
 
 void ScanDisplay::beep() {
@@ -169,26 +174,26 @@ void ScanDisplay::beep() {
 }
 
 void ScanDisplay::scanFinished() {
-    m_form.Command1(7).setEnabled(true);
-    m_form.TrayIcon1->setVisible(false);
-    m_form.TrayIcon1->setFlashEnabled(false);
-    m_form.TrayIcon2->setVisible(true);
-    m_form.Text5->setText(
+    m_controls.finish.setEnabled(true);
+    m_controls.running.setVisible(false);
+    m_controls.running.setFlashEnabled(false);
+    m_controls.resting.setVisible(true);
+    m_controls.what.setText(
         "* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
-    m_form.Command6->hide();
-    m_form.Command5->show();
-    m_form.Command1(7).setFocus();
+    m_controls.cancel.hide();
+    m_controls.another.show();
+    m_controls.finish.setFocus();
 }
 
 void ScanDisplay::discLost(double kept, double counted, bool logged) {
     kit::MsgBox(kit::qt(discLostText(kept, counted, logged)), kit::Buttons::Ok,
-                kit::Icon::Exclamation, "Error during Scan", &m_form);
+                kit::Icon::Exclamation, "Error during Scan", &m_controls.window);
 }
 
 // The box stands over the menu: by then the transaction is over, and other programs may have the catalogue. It comes
 // also where the menu can't, as when the catalogue has been removed.
 void ScanDisplay::scanStopped(const std::string& reason) {
-    m_form.Unload();
+    m_controls.window.Unload();
     kit::yield();
     try {
         app::Windows::Show("Switch");
@@ -201,11 +206,11 @@ void ScanDisplay::scanStopped(const std::string& reason) {
 }
 
 void ScanDisplay::showWalkStage(Stage stage) {
-    showOnly(m_form.Picture3, static_cast<int>(stage));
+    showOnly(m_controls.walkStages, static_cast<int>(stage));
 }
 
 void ScanDisplay::showTotalsStage(Stage stage) {
-    showOnly(m_form.Picture4, static_cast<int>(stage));
+    showOnly(m_controls.totalsStages, static_cast<int>(stage));
 }
 
 } // namespace discaro::scanner

@@ -108,8 +108,6 @@ public:
 
     QString FormTitle; // the caption at load
 
-    void startClock();
-
 protected:
     void Form_Load() override;
     void closeEvent(QCloseEvent* event) override;
@@ -164,6 +162,7 @@ private:
     void ShowSettingsPage();
     void ShowStartPage();
 
+    ScanDisplay::Controls scanControls();
     void openSources();
     void loadDrives();
     std::string drive() const;
@@ -203,7 +202,7 @@ private:
     QuickScan m_quickScan;
     bool m_quickScanRuns = false;
     ScanClock m_clock;
-    ScanDisplay m_display;
+    std::unique_ptr<ScanDisplay> m_display;
     std::unique_ptr<ScanEngine> m_engine; // while a scan runs
 };
 

@@ -123,7 +123,7 @@ void Scanform::Command2_Click() {
         Dir1.letGo();
     });
     m_engine = std::make_unique<ScanEngine>(ScanSources{Data1, Data2, Data3, Data4}, m_drives, Dir1,
-                                            m_display, request());
+                                            *m_display, request());
     if (scanBegins())
         m_engine->run();
 }
@@ -190,12 +190,6 @@ void Scanform::Timer1_Timer() {
 }
 
 // ---- The scanning screen
-
-void Scanform::startClock() {
-    m_clock.start();
-    NumLED2->setCaption(qt(m_clock.elapsed()));
-    Timer2->setEnabled(true);
-}
 
 void Scanform::Timer2_Timer() {
     m_clock.tick(QTime::currentTime().second());

@@ -415,11 +415,34 @@ Scanform::Scanform(disc::DriveTable& drives)
             .size = {kWidth, kPageTop + kPageHeight}})
     , m_drives(drives)
     , Dir1(drives)
-    , m_quickScan(Dir1)
-    , m_display(*this) {
+    , m_quickScan(Dir1) {
     loadPictures();
     kTable.build(*this);
+    m_display = std::make_unique<ScanDisplay>(scanControls(), m_clock);
     setAcceptDrops(true);
+}
+
+ScanDisplay::Controls Scanform::scanControls() {
+    return {.window = *this,
+            .title = FormTitle,
+            .what = *Text5,
+            .walkStages = Picture3,
+            .totalsStages = Picture4,
+            .done = NumLED1(0),
+            .left = NumLED1(1),
+            .elapsed = *NumLED2,
+            .remaining = *NumLED3,
+            .timeCaption = *Label9,
+            .discBar = *ProgressBar1,
+            .directoryBar = *ProgressBar2,
+            .start = *Command2,
+            .another = *Command5,
+            .cancel = *Command6,
+            .leave = Command1(4),
+            .finish = Command1(7),
+            .clockTimer = *Timer2,
+            .running = *TrayIcon1,
+            .resting = *TrayIcon2};
 }
 
 } // namespace discaro::scanner
