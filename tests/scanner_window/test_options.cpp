@@ -36,6 +36,7 @@ protected:
 };
 
 constexpr auto kSentence = "Scanned with basic details ignoring all errors.";
+constexpr auto kSentenceBeforeLog = "Scanned with basic details ignoring all errors.\r\n";
 
 } // namespace
 
@@ -169,7 +170,7 @@ TEST_F(Options, AreNotKeptForTheNextWizard) {
 }
 
 TEST_F(Options, WithTheBoxLeftAloneErrorsAreLogged) {
-    EXPECT_EQ(scannedComments(), std::string(kSentence) + "\r\n");
+    EXPECT_EQ(scannedComments(), kSentenceBeforeLog);
 }
 
 TEST_F(Options, TheFirstClickOnTheLogBoxUnticksItAndLogsNoMore) {
@@ -185,5 +186,5 @@ TEST_F(Options, EveryLaterClickLeavesTheBoxUntickedAndLogsAgain) {
         form->Check2->click();
         EXPECT_FALSE(form->Check2->value()) << clicks;
     }
-    EXPECT_EQ(scannedComments(), std::string(kSentence) + "\r\n");
+    EXPECT_EQ(scannedComments(), kSentenceBeforeLog);
 }
