@@ -272,7 +272,7 @@ Value Recordset::ValueAt(int64_t place, int field) {
 }
 
 Field& Recordset::Fields(std::string_view name) {
-    const int position = m_row.layout->names.find(name);
+    const int position = m_row.layout->definition.find(name);
     if (position < 0)
         throw RuntimeError(ErrorNumber::UnknownField, name);
     return m_fields[static_cast<size_t>(position)];

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +12,9 @@ enum class FieldType { Integer, Double, Text, LongText, Boolean, Date };
 
 // Whether fields of this type are compared and ordered as texts, without regard to case.
 bool isText(FieldType type);
+
+// Of a table or a recordset: a set of fields is 64 bits.
+inline constexpr size_t kMostFields = 64;
 
 struct FieldDef {
     std::string name;

@@ -2,7 +2,6 @@
 
 #include "base/RuntimeError.h"
 #include "base/Text.h"
-#include "db/FieldNames.h"
 
 #include <algorithm>
 
@@ -83,8 +82,7 @@ StoredSchema readSchema(Connection& connection) {
     StoredSchema stored;
     while (tables.step()) {
         ReadTable read = readTable(connection, tables.text(0));
-        if (read.table.fields.size() > FieldNames::kMaxFields ||
-            hidesRowNumber(read.table, read.numberField))
+        if (read.table.fields.size() > kMostFields || hidesRowNumber(read.table, read.numberField))
             continue;
         stored.schema.tables.push_back(std::move(read.table));
         stored.numberFields.push_back(read.numberField);

@@ -8,8 +8,8 @@ namespace discaro::db {
 
 namespace {
 
-const TableDef& checked(const TableDef& table) {
-    if (table.fields.size() > FieldNames::kMaxFields)
+TableDef checked(TableDef table) {
+    if (table.fields.size() > kMostFields)
         throw base::RuntimeError(base::ErrorNumber::SyntaxError, "too many fields");
     return table;
 }
@@ -26,9 +26,8 @@ std::string selectText(const TableDef& table, bool stored) {
 } // namespace
 
 RecordLayout::RecordLayout(TableDef shown, std::vector<int> positions)
-    : definition(std::move(shown))
+    : definition(checked(std::move(shown)))
     , columns(std::move(positions))
-    , names(checked(definition))
     , select(selectText(definition, !columns.empty())) {}
 
 void Table::noteInsert() {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "db/FieldNames.h"
 #include "db/Schema.h"
 
 #include <cstdint>
@@ -21,7 +20,6 @@ struct RecordLayout {
 
     const TableDef definition;      // the table's name, the fields in the recordset's order
     const std::vector<int> columns; // their positions in the table; empty for an aggregate
-    const FieldNames names;
     const std::string select; // SELECT rowid and the fields FROM the table; "" for an aggregate
 
     size_t size() const { return definition.fields.size(); }

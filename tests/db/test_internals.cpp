@@ -1,4 +1,3 @@
-#include "db/FieldNames.h"
 #include "db/Shelf.h"
 #include "db/StatementCache.h"
 #include "db/Store.h"
@@ -12,21 +11,20 @@ namespace {
 using base::ErrorNumber;
 using testing::ElementsAre;
 
-TEST(FieldNames, FindsEveryNameInAnyCapitals) {
+TEST(TableDefs, EveryFieldIsFoundByItsNameInAnyCapitals) {
     TableDef table{"t", {}};
-    for (size_t i = 0; i < FieldNames::kMaxFields; ++i)
+    for (size_t i = 0; i < kMostFields; ++i)
         table.fields.push_back({"Field number " + std::to_string(i), FieldType::Text});
-    const FieldNames names(table);
     for (size_t i = 0; i < table.fields.size(); ++i)
-        EXPECT_EQ(names.find("fIELD NUMBER " + std::to_string(i)), static_cast<int>(i));
-    EXPECT_EQ(names.find("field number"), -1);
-    EXPECT_EQ(names.find("field number 64"), -1);
-    EXPECT_EQ(names.find("Field\x0enumber 1"), -1);
+        EXPECT_EQ(table.find("fIELD NUMBER " + std::to_string(i)), static_cast<int>(i));
+    EXPECT_EQ(table.find("field number"), -1);
+    EXPECT_EQ(table.find("field number 64"), -1);
+    EXPECT_EQ(table.find("Field\x0enumber 1"), -1);
 }
 
-TEST(FieldNames, OfTwoEqualNamesTheFirstIsFound) {
+TEST(TableDefs, OfTwoEqualNamesTheFirstIsFound) {
     const TableDef table{"t", {{"Size", FieldType::Double}, {"size", FieldType::Text}}};
-    EXPECT_EQ(FieldNames(table).find("SIZE"), 0);
+    EXPECT_EQ(table.find("SIZE"), 0);
 }
 
 class StoreStatements : public Shelf {};
