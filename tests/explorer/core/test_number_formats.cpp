@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <vector>
 
 namespace discaro::explorer {
 
@@ -49,6 +50,11 @@ TEST(StandardText, HoldsNumbersOfAnySize) {
     EXPECT_EQ(standardText(Value(std::numeric_limits<double>::max())).size(), 309 + 102 + 3);
     EXPECT_NO_THROW(standardText(Value(std::numeric_limits<double>::infinity())));
     EXPECT_NO_THROW(standardText(Value(std::nan(""))));
+}
+
+TEST(StandardText, ShowsFifteenDigits) {
+    EXPECT_EQ(standardText(Value(1234567890123.45)), "1,234,567,890,123.45");
+    EXPECT_EQ(standardText(Value(1234567890123.96)), "1,234,567,890,123.96");
 }
 
 TEST(WholeText, CutsTheDecimalsAndDoesNotRound) {
@@ -119,6 +125,18 @@ TEST(DateSortText, LeavesWhatIsNoDate) {
     EXPECT_EQ(dateSortText("02/29/00"), "00/02/29") << "00 is 2000, a leap year";
     EXPECT_EQ(dateSortText("02/29/2000"), "00/02/29");
     EXPECT_EQ(dateSortText("02/29/1900"), "02/29/1900");
+}
+
+TEST(DateSortText, KnowsHowManyDaysAMonthHas) {
+    const std::vector<int> days = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
+    for (size_t month = 1; month <= days.size(); ++month) {
+        const auto date = [&](int day) {
+            return std::to_string(month) + '/' + std::to_string(day) + "/99";
+        };
+        const int last = days[month - 1];
+        EXPECT_NE(dateSortText(date(last)), date(last));
+        EXPECT_EQ(dateSortText(date(last + 1)), date(last + 1));
+    }
 }
 
 } // namespace discaro::explorer
