@@ -2,6 +2,7 @@
 #include "ScratchFolder.h"
 #include "disc/BufferedBytes.h"
 #include "disc/CueSheet.h"
+#include "disc/FileBytes.h"
 #include "disc/TrackBytes.h"
 #include "support/IsoBuilder.h"
 #include "support/RawImage.h"
@@ -127,6 +128,14 @@ TEST(Images, FilesAreOpenedByPath) {
     expectSmallImage(*openImage(folder.write("any name at all", rawMode2(smallImage()))));
 }
 
+TEST(Images, AnEmptyFileHasNoBytes) {
+    const ScratchFolder folder;
+    const FileBytes file(folder.write("empty.iso"));
+    EXPECT_EQ(file.size(), 0U);
+    EXPECT_EQ(errorOf([&] { openImage(folder.path() / "empty.iso"); }),
+              numberOf(ErrorNumber::FileSystemUnknown));
+}
+
 TEST(Images, WhatIsNotThereIsMissing) {
     EXPECT_EQ(errorOf([] { openImage("/no such folder/disc.iso"); }),
               numberOf(ErrorNumber::PathMissing));
@@ -222,6 +231,15 @@ TEST(CueSheets, DataBehindAudioHasItsAddressOnTheDisc) {
                                             "TRACK 01 AUDIO\nINDEX 01 00:00:00\n"
                                             "TRACK 02 MODE1/2048\nPREGAP 00:02:00\n"
                                             "INDEX 00 00:00:10\nINDEX 01 00:00:15\n")));
+}
+
+TEST(CueSheets, APregapWhoseLengthCannotBeReadIsNone) {
+    const ScratchFolder folder;
+    folder.write("disc.bin", std::string(10 * 2352, 'a') + smallImage(10));
+    expectSmallImage(*openImage(
+        folder.write("disc.cue", "FILE disc.bin BINARY\n"
+                                 "TRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                 "TRACK 02 MODE1/2048\nPREGAP short\nINDEX 01 00:00:10\n")));
 }
 
 TEST(CueSheets, EachTrackMayHaveAFile) {

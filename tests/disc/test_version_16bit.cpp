@@ -1,5 +1,6 @@
 #include "base/Text.h"
 #include "disc/VersionResource.h"
+#include "disc/VersionResourceBlock.h"
 #include "disc/VersionResourceText.h"
 #include "support/BufferSource.h"
 #include "support/ExecutableBuilder.h"
@@ -55,6 +56,14 @@ TEST(VersionOf16Bit, ComeFromTheFirstResourceWhereNumberOneIsMissing) {
 TEST(VersionOf16Bit, MayBeInTheLaterFormAndTheOtherWayRound) {
     EXPECT_EQ(textsOf(neFile({version(wideVersion(sampleVersion()))}).bytes), sampleTexts());
     EXPECT_EQ(textsOf(peFile({version(narrowVersion(sampleVersion()))}).bytes), sampleTexts());
+}
+
+TEST(VersionOf16Bit, AreToldByTheKeyThatStandsWhereTheLaterFormHasAKind) {
+    const auto resource = [](char fifth) { return std::string(4, '\1') + fifth + "KEY" + '\0'; };
+    EXPECT_FALSE(VersionBlockTree(resource('V')).isWide());
+    EXPECT_FALSE(VersionBlockTree(resource(' ')).isWide());
+    EXPECT_TRUE(VersionBlockTree(resource('\1')).isWide());
+    EXPECT_TRUE(VersionBlockTree(resource('\0')).isWide());
 }
 
 TEST(VersionOf16Bit, DoNotReachIntoTheAlignmentBehindTheResource) {
