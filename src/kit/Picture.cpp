@@ -1,5 +1,7 @@
 #include "kit/Picture.h"
 
+#include "kit/ImageList.h"
+
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
 
@@ -9,50 +11,13 @@ Picture::Picture(QWidget* parent)
     : QWidget(parent) {}
 
 void Picture::setSource(const QString& resource) {
-    m_drawing = std::make_unique<QSvgRenderer>(resource);
-    if (!m_drawing->isValid())
-        m_drawing.reset();
-    m_drawing ? m_drawing->setAspectRatioMode(Qt::KeepAspectRatio) : void();
-    m_image = {};
-    m_drawn = {};
+    m_drawing = pictureIcon(resource);
     update();
-}
-
-void Picture::setImage(const QPixmap& image) {
-    m_drawing.reset();
-    m_image = image;
-    m_drawn = {};
-    update();
-}
-
-bool Picture::isEmpty() const {
-    return !m_drawing && m_image.isNull();
-}
-
-const QPixmap& Picture::drawn() {
-    const QSize wanted = size() * devicePixelRatioF();
-    if (m_drawn.size() == wanted)
-        return m_drawn;
-    m_drawn = QPixmap(wanted);
-    m_drawn.fill(Qt::transparent);
-    QPainter painter(&m_drawn);
-    m_drawing->render(&painter);
-    painter.end();
-    m_drawn.setDevicePixelRatio(devicePixelRatioF());
-    return m_drawn;
 }
 
 void Picture::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (m_drawing) {
-        painter.drawPixmap(0, 0, drawn());
-    } else if (!m_image.isNull()) {
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        const QSize fitted = m_image.size().scaled(size(), Qt::KeepAspectRatio);
-        painter.drawPixmap(
-            QRect(QPoint((width() - fitted.width()) / 2, (height() - fitted.height()) / 2), fitted),
-            m_image);
-    }
+    m_drawing.paint(&painter, rect());
 }
 
 void Picture::mousePressEvent(QMouseEvent* event) {

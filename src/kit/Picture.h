@@ -1,13 +1,11 @@
 #pragma once
 
-#include <QtSvg/QSvgRenderer>
+#include <QtGui/QIcon>
 #include <QtWidgets/QWidget>
-
-#include <memory>
 
 namespace discaro::kit {
 
-// A drawing from a resource or a ready image, fitted into its place and kept sharp at every scale.
+// A drawing from a resource, fitted into its place and kept sharp at every scale.
 // Its text, when it has one, is what a screen reader says; a picture without one is decoration.
 class Picture : public QWidget {
     Q_OBJECT
@@ -16,8 +14,6 @@ public:
 
     // A resource name such as ":/pictures/face.svg"; an unknown one leaves the picture empty.
     void setSource(const QString& resource);
-    void setImage(const QPixmap& image);
-    bool isEmpty() const;
 
 signals:
     void Click();
@@ -35,11 +31,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
 
 private:
-    const QPixmap& drawn();
-
-    std::unique_ptr<QSvgRenderer> m_drawing;
-    QPixmap m_image;
-    QPixmap m_drawn; // the drawing at the present size
+    QIcon m_drawing;
 };
 
 } // namespace discaro::kit

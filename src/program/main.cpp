@@ -6,13 +6,12 @@
 #include "catalogue/EmptyCatalogue.h"
 #include "db/DBEngine.h"
 #include "kit/EndProgram.h"
+#include "kit/ImageList.h"
 #include "kit/MsgBox.h"
 #include "kit/Strings.h"
 #include "kit/UnhandledErrors.h"
 #include "program/ApplicationFolder.h"
 #include "program/Wiring.h"
-
-#include <QtGui/QIcon>
 
 #include <exception>
 
@@ -44,7 +43,7 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName("Discaro");
     QGuiApplication::setApplicationDisplayName({});
     QGuiApplication::setDesktopFileName("com.quorlen.Discaro");
-    QGuiApplication::setWindowIcon(QIcon(":/pictures/discaro.svg"));
+    QGuiApplication::setWindowIcon(kit::pictureIcon(":/pictures/discaro.svg"));
     db::DBEngine::SetFormat(catalogue::catalogueFormat());
     program::registerWindows();
     app::Windows::setWhenNoneIsLeft([] { kit::EndProgram(); });

@@ -2,12 +2,12 @@
 // font that the windows were drawn for, in which every warning of the window library fails the
 // running test.
 
+#include "kit/ImageList.h"
 #include "kit/UnhandledErrors.h"
 #include "kit/Yield.h"
 
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QFont>
-#include <QtGui/QIcon>
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
     kit::Application application(argc, argv);
     QApplication::setStyle("fusion");
     QApplication::setFont(referenceFont());
-    QGuiApplication::setWindowIcon(QIcon(":/pictures/discaro.svg"));
+    QGuiApplication::setWindowIcon(kit::pictureIcon(":/pictures/discaro.svg"));
     kit::setYieldPace(std::chrono::nanoseconds(0));
     return RUN_ALL_TESTS();
 }
