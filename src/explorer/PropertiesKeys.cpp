@@ -1,14 +1,8 @@
 #include "explorer/PropertiesKeys.h"
 
+#include "kit/Keys.h"
+
 namespace discaro::explorer {
-
-namespace {
-
-bool isOneOf(int key, int first, int second) {
-    return key == first || key == second;
-}
-
-} // namespace
 
 PropertiesKey propertiesKey(const QKeyEvent& event) {
     const int key = event.key();
@@ -16,12 +10,11 @@ PropertiesKey propertiesKey(const QKeyEvent& event) {
         const bool back = event.modifiers().testFlag(Qt::ShiftModifier);
         if (key == Qt::Key_PageDown || (key == Qt::Key_Tab && !back))
             return PropertiesKey::NextPage;
-        if (isOneOf(key, Qt::Key_PageUp, Qt::Key_Backtab) || (key == Qt::Key_Tab && back))
+        if (key == Qt::Key_PageUp || key == Qt::Key_Backtab || (key == Qt::Key_Tab && back))
             return PropertiesKey::PreviousPage;
         return PropertiesKey::None;
     }
-    const bool enter = isOneOf(key, Qt::Key_Return, Qt::Key_Enter);
-    return enter && !event.isAutoRepeat() ? PropertiesKey::Ok : PropertiesKey::None;
+    return kit::isEnter(event) && !event.isAutoRepeat() ? PropertiesKey::Ok : PropertiesKey::None;
 }
 
 void turnPage(kit::Tabs& tabs, PropertiesKey key) {

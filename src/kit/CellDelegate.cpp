@@ -174,4 +174,13 @@ const QPalette& paleWithoutFocus(const QPalette& colours) {
     return made;
 }
 
+QPoint menuPlace(const QAbstractItemView& view) {
+    const QRect cell = view.visualRect(view.currentIndex());
+    const QRect seen = view.viewport()->rect();
+    const QPoint below = cell.isValid() ? cell.bottomLeft() : QPoint();
+    const QPoint inside(std::clamp(below.x(), seen.left(), seen.right()),
+                        std::clamp(below.y(), seen.top(), seen.bottom()));
+    return view.viewport()->mapToGlobal(inside);
+}
+
 } // namespace discaro::kit

@@ -31,4 +31,7 @@ private:
 // view's initViewItemOption. As the view's own palette they would make the style keep pictures for each view by itself.
 const QPalette& paleWithoutFocus(const QPalette& colours);
 
+// Where on the screen the menu key opens a view's menu: below the current cell, as far as that is in sight.
+QPoint menuPlace(const QAbstractItemView& view);
+
 } // namespace discaro::kit

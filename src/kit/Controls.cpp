@@ -148,8 +148,7 @@ void Label::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void Label::keyPressEvent(QKeyEvent* event) {
-    const bool chooses = isEnter(*event) || event->key() == Qt::Key_Space;
-    if (isEntry() && chooses)
+    if (isEntry() && isPress(*event))
         emit Click();
     else
         QLabel::keyPressEvent(event);

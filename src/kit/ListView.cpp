@@ -490,12 +490,7 @@ void ListView::keyDone(int itemBefore) {
 }
 
 void ListView::menuKey() {
-    const QRect row = shown().visualRect(m_selection.currentIndex());
-    const QRect seen = shown().viewport()->rect();
-    const QPoint below = row.isValid() ? row.bottomLeft() : QPoint();
-    const QPoint inside(std::clamp(below.x(), seen.left(), seen.right()),
-                        std::clamp(below.y(), seen.top(), seen.bottom()));
-    emit MenuWanted(shown().viewport()->mapToGlobal(inside));
+    emit MenuWanted(menuPlace(shown()));
 }
 
 void ListView::search(const QString& keys) {

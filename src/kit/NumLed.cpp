@@ -146,7 +146,7 @@ void NumLed::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void NumLed::keyPressEvent(QKeyEvent* event) {
-    if (isEnter(*event) || event->key() == Qt::Key_Space)
+    if (isPress(*event))
         emit Click();
     else
         QWidget::keyPressEvent(event);

@@ -2,11 +2,11 @@
 
 #include "base/RuntimeError.h"
 #include "kit/CellText.h"
+#include "kit/Keys.h"
 #include "kit/Strings.h"
 #include "kit/UserSettings.h"
 #include "kit/WindowScale.h"
 
-#include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QButtonGroup>
@@ -208,30 +208,23 @@ void Toolbar::noteFocus(QWidget* before, QWidget* now) {
 bool Toolbar::eventFilter(QObject* watched, QEvent* event) {
     auto* pressed = qobject_cast<QToolButton*>(watched);
     if (pressed && event->type() == QEvent::KeyPress)
-        return keyPressed(*pressed, static_cast<QKeyEvent*>(event)->key());
+        return keyPressed(*pressed, static_cast<const QKeyEvent&>(*event));
     return QWidget::eventFilter(watched, event);
 }
 
-bool Toolbar::keyPressed(QToolButton& from, int key) {
-    switch (key) {
-    case Qt::Key_Left:
-        goTo(-1, from);
+bool Toolbar::keyPressed(QToolButton& from, const QKeyEvent& event) {
+    const int key = event.key();
+    if (key == Qt::Key_Left || key == Qt::Key_Right) {
+        goTo(key == Qt::Key_Left ? -1 : 1, from);
         return true;
-    case Qt::Key_Right:
-        goTo(1, from);
-        return true;
-    case Qt::Key_Escape:
-    case Qt::Key_Space:
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        if (m_cameFrom)
-            m_cameFrom->setFocus();
-        if (key != Qt::Key_Escape)
-            from.click();
-        return true;
-    default:
-        return false;
     }
+    if (key != Qt::Key_Escape && !isPress(event))
+        return false;
+    if (m_cameFrom)
+        m_cameFrom->setFocus();
+    if (key != Qt::Key_Escape)
+        from.click();
+    return true;
 }
 
 void Toolbar::goTo(int step, const QToolButton& from) {

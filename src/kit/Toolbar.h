@@ -76,7 +76,7 @@ private:
     void putInReach(QToolButton& button);
     void putFirstInReach();
     void noteFocus(QWidget* before, QWidget* now);
-    bool keyPressed(QToolButton& button, int key);
+    bool keyPressed(QToolButton& button, const QKeyEvent& event);
     void goTo(int step, const QToolButton& from);
     std::vector<QToolButton*> inOrder() const;
 

@@ -238,12 +238,7 @@ void TreeView::keyPressEvent(QKeyEvent* event) {
 void TreeView::contextMenuEvent(QContextMenuEvent* event) {
     if (event->reason() != QContextMenuEvent::Keyboard)
         return;
-    const QRect node = visualRect(currentIndex());
-    const QRect seen = viewport()->rect();
-    const QPoint below = node.isValid() ? node.bottomLeft() : QPoint();
-    const QPoint inside(std::clamp(below.x(), seen.left(), seen.right()),
-                        std::clamp(below.y(), seen.top(), seen.bottom()));
-    emit MenuWanted(viewport()->mapToGlobal(inside));
+    emit MenuWanted(menuPlace(*this));
 }
 
 void TreeView::keyboardSearch(const QString& keys) {
