@@ -2,7 +2,6 @@
 
 #include "base/RuntimeError.h"
 
-#include <algorithm>
 #include <map>
 #include <string>
 
@@ -13,8 +12,6 @@ namespace discaro::kit {
 template <typename T>
 class ControlArray {
 public:
-    using value_type = T;
-
     // Throws base::RuntimeError InvalidValue when the array has no such element.
     T& operator()(int index) const {
         const auto place = m_elements.find(index);
@@ -25,14 +22,6 @@ public:
     }
     bool contains(int index) const { return m_elements.contains(index); }
     int count() const { return static_cast<int>(m_elements.size()); }
-
-    // The index of an element, -1 for a control of another name.
-    int indexOf(const T* element) const {
-        const auto place =
-            std::find_if(m_elements.begin(), m_elements.end(),
-                         [element](const auto& entry) { return entry.second == element; });
-        return place == m_elements.end() ? -1 : place->first;
-    }
 
     // Pairs of index and element, by ascending index.
     auto begin() const { return m_elements.begin(); }

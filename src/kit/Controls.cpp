@@ -157,7 +157,6 @@ void Label::keyPressEvent(QKeyEvent* event) {
 void Label::focusInEvent(QFocusEvent* event) {
     QLabel::focusInEvent(event);
     update();
-    emit Focused();
 }
 
 void Label::focusOutEvent(QFocusEvent* event) {

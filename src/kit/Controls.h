@@ -45,7 +45,6 @@ signals:
     void Click();
     void Change();
     void MouseMove(QPoint position);
-    void Focused();
 
 protected:
     void mouseMoveEvent(QMouseEvent* event) override;

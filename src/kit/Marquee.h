@@ -17,7 +17,6 @@ public:
 
     QString text() const { return m_text; }
     void setText(const QString& text);
-    bool isScrolling() const { return m_scrolling; }
     void setScrolling(bool scrolling);
     // Whether it moves at the moment.
     bool isMoving() const { return m_frames.isActive(); }

@@ -125,15 +125,6 @@ void TextBox::setReadOnly(bool readOnly) {
         m_area->setReadOnly(readOnly);
 }
 
-bool TextBox::isReadOnly() const {
-    return m_line ? m_line->isReadOnly() : m_area->isReadOnly();
-}
-
-void TextBox::setMaxLength(int characters) {
-    if (m_line)
-        m_line->setMaxLength(characters);
-}
-
 void TextBox::selectAll() {
     if (m_line)
         m_line->selectAll();

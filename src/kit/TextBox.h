@@ -28,8 +28,6 @@ public:
 
     // The user can read and copy the text but not change it.
     void setReadOnly(bool readOnly);
-    bool isReadOnly() const;
-    void setMaxLength(int characters); // one line only
     void selectAll();
 
     // The widget inside that the user types into; it carries the accessible name and takes typed

@@ -33,15 +33,6 @@ TEST(ControlArray, RefusesAnIndexThatIsNotThere) {
     }
 }
 
-TEST(ControlArray, KnowsTheIndexOfAnElement) {
-    int two = 2;
-    int stranger = 9;
-    ControlArray<int> array;
-    array.put(2, &two);
-    EXPECT_EQ(array.indexOf(&two), 2);
-    EXPECT_EQ(array.indexOf(&stranger), -1);
-}
-
 TEST(ControlArray, IteratesByAscendingIndex) {
     int values[3] = {};
     ControlArray<int> array;

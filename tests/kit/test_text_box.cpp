@@ -76,15 +76,8 @@ TEST_F(TextBox, IsReadOnlyWhenTold) {
     form->Text2(4).setReadOnly(true);
     QTest::keyClicks(&form->Text1->editor(), "x");
     QTest::keyClicks(&form->Text2(4).editor(), "x");
-    EXPECT_TRUE(form->Text1->isReadOnly());
     EXPECT_EQ(form->Text1->text(), "");
     EXPECT_EQ(form->Text2(4).text(), "");
-}
-
-TEST_F(TextBox, TakesAtMostTheTextOfItsLength) {
-    form->Text1->setMaxLength(3);
-    typeInto(*form->Text1, "abcdef");
-    EXPECT_EQ(form->Text1->text(), "abc");
 }
 
 TEST_F(TextBox, TheTabKeyLeavesABoxWithSeveralLines) {

@@ -61,7 +61,7 @@ QString textOf(const QWidget& widget) {
         return quoted(combo->currentText()) + " of [" + itemsOf(*combo).join(' ') + ']';
     if (const auto* box = qobject_cast<const kit::TextBox*>(&widget))
         return quoted(box->text()) + (box->isMultiLine() ? " multi-line" : "") +
-               (box->isReadOnly() ? " read-only" : "");
+               (box->editor().property("readOnly").toBool() ? " read-only" : "");
     if (qobject_cast<const QProgressBar*>(&widget))
         return quoted("");
     const QVariant title = widget.property("title");
