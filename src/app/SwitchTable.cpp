@@ -73,28 +73,28 @@ const kit::FormTable<Switch> Switch::kTable{
         .when(&kit::Picture::MouseMove, &Switch::Image1_MouseMove)
         .when(&kit::Picture::MouseUp, &Switch::Image1_MouseUp),
     entry(0, kNarrow, kUpperTop, "Scan a new CD-ROM")
-        .click(&Switch::Label1_Click)
+        .onClick(&Switch::Label1_Click)
         .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
     entry(1, kWide, kUpperTop + kEntryHeight, "Delete an Existing CD-ROM Entry")
-        .click(&Switch::Label1_Click)
+        .onClick(&Switch::Label1_Click)
         .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
     entry(2, kWide, kUpperTop + 2 * kEntryHeight, "Explore")
-        .click(&Switch::Label1_Click)
+        .onClick(&Switch::Label1_Click)
         .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
     entry(3, kWide, kUpperTop + 3 * kEntryHeight, "Search the Database")
-        .click(&Switch::Label1_Click)
+        .onClick(&Switch::Label1_Click)
         .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
     entry(7, kWide, kLowerTop, "Program Explorer")
-        .click(&Switch::Label1_Click)
+        .onClick(&Switch::Label1_Click)
         .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
     entry(4, kWide, kLowerTop + kEntryHeight, "Database Workshop")
-        .click(&Switch::Label1_Click)
+        .onClick(&Switch::Label1_Click)
         .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
     entry(5, kWide, kLowerTop + 2 * kEntryHeight, "About")
-        .click(&Switch::Label1_Click)
+        .onClick(&Switch::Label1_Click)
         .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
     entry(6, kNarrow, kLowerTop + 3 * kEntryHeight, "Exit")
-        .click(&Switch::Label1_Click)
+        .onClick(&Switch::Label1_Click)
         .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
     control(&Switch::Label2, "Label2")
         .at(0, 0, 60, 20)
@@ -107,14 +107,14 @@ const kit::FormTable<Switch> Switch::kTable{
         .tip("Minimize")
         .font("Arial")
         .set(makeSmallAndRound)
-        .click(&Switch::Command1_Click),
+        .onClick(&Switch::Command1_Click),
     control(&Switch::Picture1, "Picture1").at(165, 407, 150, 24),
     control(&Switch::AXMarquee1, "AXMarquee1")
         .at(0, 0, 150, 24)
         .in(&Switch::Picture1)
         .text("Tavo         Discaro")
         .set(dressMarquee),
-    control(&Switch::Timer1, "Timer1").every(1).enabled().tick(&Switch::Timer1_Timer),
+    control(&Switch::Timer1, "Timer1").every(1).enabled().onTick(&Switch::Timer1_Timer),
     control(&Switch::TrayIcon1, "TrayIcon1")
         .set(dressTrayIcon)
         .when(&kit::TrayIcon::Restore, &Switch::TrayIcon1_Restore)

@@ -37,12 +37,12 @@ const kit::FormTable<DeleteCD> DeleteCD::kTable{
     control(&DeleteCD::Command2, "Command2")
         .at(456, 384, 100, 30)
         .text("&Delete")
-        .click(&DeleteCD::Command2_Click),
+        .onClick(&DeleteCD::Command2_Click),
     control(&DeleteCD::Command1, "Command1")
         .at(564, 384, 100, 30)
         .text("&Exit")
-        .click(&DeleteCD::Command1_Click),
-    control(&DeleteCD::Timer1, "Timer1").every(1).enabled().tick(&DeleteCD::Timer1_Timer),
+        .onClick(&DeleteCD::Command1_Click),
+    control(&DeleteCD::Timer1, "Timer1").every(1).enabled().onTick(&DeleteCD::Timer1_Timer),
     control(&DeleteCD::TrayIcon1, "TrayIcon1")
         .set([](kit::TrayIcon& icon) { icon.setToolTipText("Discaro - Delete CD-ROM Entry"); })
         .when(&kit::TrayIcon::Restore, &DeleteCD::TrayIcon_Restore)

@@ -298,7 +298,7 @@ void Commands::prepareTag(const std::string& active) {
     else if (active == "tvwdb")
         tagNode();
     else if (active == "driveinfo")
-        tagDisc(m_sources.discs);
+        handOverDisc(m_sources.discs);
 }
 
 void Commands::tagInTree() {
@@ -308,24 +308,24 @@ void Commands::tagInTree() {
 
 void Commands::tagNode() {
     if (m_controls.tree.selectedNode() == kFirst)
-        tagDisc(m_sources.discs);
+        handOverDisc(m_sources.discs);
     else
-        tagDirectory(m_sources.discs, m_sources.directories);
+        handOverDirectory(m_sources.discs, m_sources.directories);
 }
 
 // A directory is tagged where it is listed; one that the tree does not have leaves the directory that is.
 void Commands::tagRow() {
     const kit::ListItem row = m_controls.list.selectedRow();
     if (isFileKey(utf8(row.key)))
-        return tagFile({.number = utf8(row.tag),
-                        .name = utf8(row.text),
-                        .size = utf8(row.column(kSizeColumn))},
-                       m_sources.discs, m_sources.directories);
+        return handOverFile({.number = utf8(row.tag),
+                             .name = utf8(row.text),
+                             .size = utf8(row.column(kSizeColumn))},
+                            m_sources.discs, m_sources.directories);
     skipErrors([&] {
         if (m_tree.goToListedDirectory(row))
             yield();
     });
-    tagDirectory(m_sources.discs, m_sources.directories);
+    handOverDirectory(m_sources.discs, m_sources.directories);
 }
 
 // ---- Double clicks

@@ -36,7 +36,7 @@ const kit::FormTable<EXCDROM> EXCDROM::kTable{
     fieldCaption<W>(6, 0, 4, "Free Size", kCaption),
     fieldValue<W>(6, 0, 4, kCaption),
     areaCaption<W>(7, 1, "Comments", &W::Text2),
-    areaBox<W>(&W::Text2, "Text2", 1, kWholePage).change(&W::Text2_Change),
+    areaBox<W>(&W::Text2, "Text2", 1, kWholePage).onChange(&W::Text2_Change),
     areaCaption<W>(8, 2, "Autorun", &W::Text1),
     areaBox<W>(&W::Text1, "Text1", 2, kNameTop - kPagePadding - 20 - 12),
     control<W>(&W::lblLabels, "lblLabels", 9)
@@ -48,12 +48,12 @@ const kit::FormTable<EXCDROM> EXCDROM::kTable{
     control(&W::Text3, "Text3")
         .at(kPagePadding + kCaption, kNameTop, kPageInner - kCaption, 28)
         .in(&W::SSTab1, 2)
-        .change(&W::Text3_Change),
+        .onChange(&W::Text3_Change),
 
     applyButton<W>(kLines, &W::Command1_Click),
     okButton<W>(kLines, &W::Command2_Click),
-    control<W>(&W::Timer1, "Timer1").every(1).enabled().tick(&W::Timer1_Timer),
-    control<W>(&W::Timer2, "Timer2").every(1000).enabled().tick(&W::Timer2_Timer),
+    control<W>(&W::Timer1, "Timer1").every(1).enabled().onTick(&W::Timer1_Timer),
+    control<W>(&W::Timer2, "Timer2").every(1000).enabled().onTick(&W::Timer2_Timer),
 };
 
 EXCDROM::EXCDROM()

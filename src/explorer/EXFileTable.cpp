@@ -58,12 +58,12 @@ const kit::FormTable<EXFile> EXFile::kTable{
     fieldCaption<W>(12, 1, 6, "Original Name", kCaption),
     fieldValue<W>(12, 1, 6, kCaption),
     areaCaption<W>(13, 2, "Comments", &W::Text1),
-    areaBox<W>(&W::Text1, "Text1", 2, kWholePage).change(&W::Text1_Change),
+    areaBox<W>(&W::Text1, "Text1", 2, kWholePage).onChange(&W::Text1_Change),
 
     applyButton<W>(kLines, &W::Command1_Click),
     okButton<W>(kLines, &W::Command2_Click),
-    control<W>(&W::Timer1, "Timer1").every(1).enabled().tick(&W::Timer1_Timer),
-    control<W>(&W::Timer2, "Timer2").every(1000).enabled().tick(&W::Timer2_Timer),
+    control<W>(&W::Timer1, "Timer1").every(1).enabled().onTick(&W::Timer1_Timer),
+    control<W>(&W::Timer2, "Timer2").every(1000).enabled().onTick(&W::Timer2_Timer),
 };
 
 EXFile::EXFile()

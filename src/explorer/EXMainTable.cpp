@@ -147,7 +147,7 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .font("Arial")
         .says("CD-ROM")
         .set(dressDiscList)
-        .click(&EXMain::Combo1_Click),
+        .onClick(&EXMain::Combo1_Click),
     control(&EXMain::Label3, "Label3")
         .at(409, 0, 208, 25)
         .in(&EXMain::ClientArea)
@@ -183,7 +183,7 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .says("Files and directories")
         .set(dressListing)
         .set(tagged<kit::ListView>("lvwdb"))
-        .click(&EXMain::lvwdb_Click)
+        .onClick(&EXMain::lvwdb_Click)
         .when(&kit::ListView::DblClick, &EXMain::lvwdb_DblClick)
         .when(&kit::ListView::ColumnClick, &EXMain::lvwdb_ColumnClick)
         .when(&kit::ListView::Backspace, &EXMain::lvwdb_Backspace)
@@ -210,7 +210,7 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .in(&EXMain::ClientArea)
         .text("Command1")
         .hidden()
-        .click(&EXMain::Command1_Click),
+        .onClick(&EXMain::Command1_Click),
     control(&EXMain::StatusBar1, "StatusBar1")
         .at(0, 410, 620, 20)
         .in(&EXMain::ClientArea)
@@ -227,7 +227,7 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .hidden()
         .when(&kit::Divider::Moved, &EXMain::Divider1_Moved)
         .when(&kit::Divider::DblClick, &EXMain::Divider1_DblClick),
-    control(&EXMain::Timer2, "Timer2").every(100).tick(&EXMain::Timer2_Timer),
+    control(&EXMain::Timer2, "Timer2").every(100).onTick(&EXMain::Timer2_Timer),
     control(&EXMain::TrayIcon1, "TrayIcon1")
         .set([](kit::TrayIcon& icon) { icon.setToolTipText("Discaro - Explorer View"); })
         .when(&kit::TrayIcon::Restore, &EXMain::TrayIcon1_Restore)

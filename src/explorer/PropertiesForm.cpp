@@ -7,10 +7,10 @@ namespace discaro::explorer {
 
 void PropertiesForm::showFields(std::span<const std::string_view> fields) {
     for (int index = 0; const std::string_view field : fields)
-        m_bound.show(field,
-                     [&box = lblFields(index++)](const QString& text) { box.setText(text); });
+        m_bound.follow(field,
+                       [&box = lblFields(index++)](const QString& text) { box.setText(text); });
     connect(&m_bound, &kit::BoundFields::Reposition, this, &PropertiesForm::Data1_Reposition);
-    connect(&m_bound, &kit::BoundFields::Shown, this, &PropertiesForm::Data1_Shown);
+    connect(&m_bound, &kit::BoundFields::RowShown, this, &PropertiesForm::Data1_RowShown);
     SSTab1->setFocus();
 }
 
@@ -18,7 +18,7 @@ void PropertiesForm::Data1_Reposition() {
     Command1->setEnabled(false);
 }
 
-void PropertiesForm::Data1_Shown() {
+void PropertiesForm::Data1_RowShown() {
     Command1->setEnabled(false);
 }
 
@@ -41,7 +41,7 @@ void PropertiesForm::Command2_Click() {
 
 void PropertiesForm::Timer2_Timer() {
     kit::yield();
-    m_ground.change(*this);
+    m_ground.blendAnew(*this);
 }
 
 void PropertiesForm::keyPressEvent(QKeyEvent* event) {

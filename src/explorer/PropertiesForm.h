@@ -47,7 +47,7 @@ protected:
     void Command2_Click();
     void Timer2_Timer();
     virtual void Data1_Reposition();
-    void Data1_Shown();
+    void Data1_RowShown();
 
     // Before the row is saved; and whether the window may close when it is.
     virtual void prepareSave() {}

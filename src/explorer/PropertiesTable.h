@@ -120,7 +120,7 @@ auto applyButton(int lines, void (Base::*click)()) {
         .at(kWidth - kMargin - 2 * kButtonWidth - 8, buttonTop(lines), kButtonWidth, kButtonHeight)
         .text("&Apply")
         .disabled()
-        .click(click);
+        .onClick(click);
 }
 
 template <typename Window, typename Base>
@@ -128,7 +128,7 @@ auto okButton(int lines, void (Base::*click)()) {
     return kit::control<Window>(&Window::Command2, "Command2")
         .at(kWidth - kMargin - kButtonWidth, buttonTop(lines), kButtonWidth, kButtonHeight)
         .text("&OK")
-        .click(click);
+        .onClick(click);
 }
 
 } // namespace discaro::explorer::properties

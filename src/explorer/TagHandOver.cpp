@@ -44,8 +44,8 @@ void giveNoFile() {
 
 } // namespace
 
-void tagFile(const TaggedFile& file, const db::DataSource& discs,
-             const db::DataSource& directories) {
+void handOverFile(const TaggedFile& file, const db::DataSource& discs,
+                  const db::DataSource& directories) {
     shared::TagKey = "FILE" + file.number;
     giveDisc(discs);
     giveDirectory(directories);
@@ -55,7 +55,7 @@ void tagFile(const TaggedFile& file, const db::DataSource& discs,
     shared::TagFileCount = "1";
 }
 
-void tagDirectory(const db::DataSource& discs, const db::DataSource& directories) {
+void handOverDirectory(const db::DataSource& discs, const db::DataSource& directories) {
     giveKey("DIR", directories, directory::kIdNumber);
     giveDisc(discs);
     giveDirectory(directories);
@@ -66,7 +66,7 @@ void tagDirectory(const db::DataSource& discs, const db::DataSource& directories
     give(shared::TagFileCount, directories, directory::kTotalNumberOfFiles);
 }
 
-void tagDisc(const db::DataSource& discs) {
+void handOverDisc(const db::DataSource& discs) {
     constexpr double kKilobytes = 1024;
     giveKey("CD", discs, drive::kIdNumber);
     giveDisc(discs);

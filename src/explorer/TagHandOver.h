@@ -15,10 +15,10 @@ struct TaggedFile {
     std::string size; // as the listing shows it
 };
 
-void tagFile(const TaggedFile& file, const db::DataSource& discs,
-             const db::DataSource& directories);
-void tagDirectory(const db::DataSource& discs, const db::DataSource& directories);
-void tagDisc(const db::DataSource& discs);
+void handOverFile(const TaggedFile& file, const db::DataSource& discs,
+                  const db::DataSource& directories);
+void handOverDirectory(const db::DataSource& discs, const db::DataSource& directories);
+void handOverDisc(const db::DataSource& discs);
 
 // discName is the disc's line in the list of discs.
 void simulateDirectory(const db::DataSource& directories, const std::string& discName);

@@ -2,7 +2,7 @@
 
 namespace discaro::kit {
 
-void BlendGround::change(QWidget& window) {
+void BlendGround::blendAnew(QWidget& window) {
     const Channels start = randomChannels();
     m_bands = blendBands(start, randomChannels());
     window.update();

@@ -13,7 +13,7 @@ namespace discaro::kit {
 class BlendGround {
 public:
     // Draws new colours and has the window painted again.
-    void change(QWidget& window);
+    void blendAnew(QWidget& window);
     // Paints it over the whole window; to be called in the window's paint event.
     void paint(QWidget& window) const;
 

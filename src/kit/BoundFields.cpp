@@ -141,7 +141,7 @@ void BoundFields::bind(Label& label, std::string_view field) {
     add(std::move(binding), field);
 }
 
-void BoundFields::show(std::string_view field, std::function<void(const QString&)> give) {
+void BoundFields::follow(std::string_view field, std::function<void(const QString&)> give) {
     Binding binding;
     binding.give = std::move(give);
     add(std::move(binding), field);
@@ -213,7 +213,7 @@ void BoundFields::showRow() {
     for (size_t each = 0; each < m_bindings.size(); ++each)
         if (changed[each] && m_bindings[each].notify)
             m_bindings[each].notify();
-    emit Shown();
+    emit RowShown();
 }
 
 // Reads everything before anything is shown, so that an error leaves the controls as they were.

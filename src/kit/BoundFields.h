@@ -40,7 +40,7 @@ public:
     void bind(TextBox& box, std::string_view field);
     void bind(Label& label, std::string_view field);
     // Gives the field's text to a control and never writes.
-    void show(std::string_view field, std::function<void(const QString&)> give);
+    void follow(std::string_view field, std::function<void(const QString&)> give);
 
     // Takes over beforeUpdate and repositioned of the data source, which has a recordset, and shows
     // its current row.
@@ -75,7 +75,7 @@ signals:
     void Reposition();
     // The controls show the current row, all of their Change notifications behind them. Also when
     // there is no row: then they are empty.
-    void Shown();
+    void RowShown();
 
 private:
     struct Binding {

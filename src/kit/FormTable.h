@@ -16,8 +16,8 @@ namespace discaro::kit {
 //       control(&About::Text1, "Text1").at(16, 40, 200, 24).tip("Any name")
 //           .when(&TextBox::Enter, &About::Search),
 //       control(&About::Command1, "Command1", 0).at(16, 80, 96, 28).text("&OK")
-//           .click(&About::Command1_Click),
-//       control(&About::Timer1, "Timer1").every(500).enabled().tick(&About::Timer1_Timer),
+//           .onClick(&About::Command1_Click),
+//       control(&About::Timer1, "Timer1").every(500).enabled().onTick(&About::Timer1_Timer),
 //   };
 //   About::About() : Form({.name = "About", .caption = "About", .size = {240, 120}}) {
 //       kTable.build(*this);

@@ -208,15 +208,15 @@ public:
         return *this;
     }
     template <typename Base, typename... Taken>
-    Row& click(void (Base::*handler)(Taken...)) {
+    Row& onClick(void (Base::*handler)(Taken...)) {
         return when(&T::Click, handler);
     }
     template <typename Base, typename... Taken>
-    Row& change(void (Base::*handler)(Taken...)) {
+    Row& onChange(void (Base::*handler)(Taken...)) {
         return when(&T::Change, handler);
     }
     template <typename Base, typename... Taken>
-    requires std::same_as<T, Timer> Row& tick(void (Base::*handler)(Taken...)) {
+    requires std::same_as<T, Timer> Row& onTick(void (Base::*handler)(Taken...)) {
         return when(&T::Tick, handler);
     }
 

@@ -28,13 +28,13 @@ MenuBar::MenuBar(QWidget* parent)
 
 void MenuBar::build(const std::vector<MenuLine>& menus, Form& window) {
     for (const MenuLine& line : menus) {
-        QMenu* made = addMenu(*this, line, window);
+        QMenu* made = makeMenu(*this, line, window);
         if (!line.isHidden)
             QMenuBar::addMenu(made);
     }
 }
 
-QMenu* MenuBar::addMenu(QWidget& parent, const MenuLine& line, Form& window) {
+QMenu* MenuBar::makeMenu(QWidget& parent, const MenuLine& line, Form& window) {
     auto* made = new QMenu(QString::fromUtf8(line.caption), &parent);
     made->setObjectName(QString::fromLatin1(line.name));
     fill(*made, line.lines, window);
@@ -49,7 +49,7 @@ void MenuBar::fill(QMenu& menu, const std::vector<MenuLine>& lines, Form& window
         if (line.hasSeparator || !line.takesMark)
             choices = nullptr;
         if (line.isMenu) {
-            menu.addMenu(addMenu(menu, line, window));
+            menu.addMenu(makeMenu(menu, line, window));
             continue;
         }
         QAction& item = addItem(menu, line, window);

@@ -93,7 +93,7 @@ protected:
 private:
     void fill(QMenu& menu, const std::vector<MenuLine>& lines, Form& window);
     QAction& addItem(QMenu& menu, const MenuLine& line, Form& window);
-    QMenu* addMenu(QWidget& parent, const MenuLine& line, Form& window);
+    QMenu* makeMenu(QWidget& parent, const MenuLine& line, Form& window);
 };
 
 } // namespace discaro::kit

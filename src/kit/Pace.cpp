@@ -8,7 +8,7 @@ Pace::Pace(std::function<void()> show, QObject* parent)
     : QObject(parent)
     , m_show(std::move(show)) {
     m_later.setSingleShot(true);
-    connect(&m_later, &QTimer::timeout, this, &Pace::show);
+    connect(&m_later, &QTimer::timeout, this, &Pace::showNow);
 }
 
 void Pace::changed() {
@@ -16,17 +16,17 @@ void Pace::changed() {
         return;
     const int64_t since = m_last.isValid() ? m_last.elapsed() : kMilliseconds;
     if (since >= kMilliseconds)
-        show();
+        showNow();
     else
         m_later.start(static_cast<int>(kMilliseconds - since));
 }
 
 void Pace::flush() {
     if (m_later.isActive())
-        show();
+        showNow();
 }
 
-void Pace::show() {
+void Pace::showNow() {
     m_later.stop();
     m_last.start();
     m_show();

@@ -24,7 +24,7 @@ public:
     void cancel() { m_later.stop(); }
 
 private:
-    void show();
+    void showNow();
 
     std::function<void()> m_show;
     QElapsedTimer m_last;

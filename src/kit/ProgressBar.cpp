@@ -27,14 +27,14 @@ ProgressBar::ProgressBar(QWidget* parent)
 }
 
 void ProgressBar::setMin(int64_t min) {
-    setRange(min, m_max);
+    changeRange(min, m_max);
 }
 
 void ProgressBar::setMax(int64_t max) {
-    setRange(m_min, max);
+    changeRange(m_min, max);
 }
 
-void ProgressBar::setRange(int64_t min, int64_t max) {
+void ProgressBar::changeRange(int64_t min, int64_t max) {
     if (max < min)
         refuse(max < m_min ? max : min);
     m_min = min;

@@ -32,7 +32,7 @@ public:
     void paintNow();
 
 private:
-    void setRange(int64_t min, int64_t max);
+    void changeRange(int64_t min, int64_t max);
     void draw();
 
     int64_t m_min = 0;

@@ -18,7 +18,7 @@ constexpr int kLongestWait = 200;
 Timer::Timer(QObject* window)
     : QObject(window) {
     m_clock.setTimerType(Qt::PreciseTimer);
-    connect(&m_clock, &QTimer::timeout, this, &Timer::tick);
+    connect(&m_clock, &QTimer::timeout, this, &Timer::expire);
     if (const auto* form = qobject_cast<const Form*>(window))
         connect(form, &Form::Unloaded, this, &Timer::stopForGood);
 }
@@ -56,7 +56,7 @@ bool Timer::awaitsPainting() const {
            m_since.elapsed() < kLongestWait;
 }
 
-void Timer::tick() {
+void Timer::expire() {
     if (m_ticking || isEndingByError() || awaitsPainting())
         return;
     const QScopedValueRollback ticking(m_ticking, true);

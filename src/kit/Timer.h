@@ -30,7 +30,7 @@ signals:
 
 private:
     void apply();
-    void tick();
+    void expire();
     bool awaitsPainting() const;
 
     QTimer m_clock;

@@ -70,7 +70,7 @@ ToolbarDialog::ToolbarDialog(Toolbar& toolbar)
     connect(present, &QListWidget::itemDoubleClicked, this, &ToolbarDialog::removeChosen);
     connect(available, &QListWidget::currentRowChanged, this, &ToolbarDialog::enableButtons);
     connect(present, &QListWidget::currentRowChanged, this, &ToolbarDialog::enableButtons);
-    show(0);
+    showArrangement(0);
 }
 
 void ToolbarDialog::build() {
@@ -114,7 +114,7 @@ QListWidgetItem* ToolbarDialog::entry(const QString& key) const {
     return made;
 }
 
-void ToolbarDialog::show(int chosen) {
+void ToolbarDialog::showArrangement(int chosen) {
     fillAvailable();
     present->clear();
     for (const QString& key : m_toolbar.arrangement())
@@ -135,7 +135,7 @@ void ToolbarDialog::fillAvailable() {
 
 void ToolbarDialog::apply(QStringList keys, int chosen) {
     m_toolbar.setArrangement(keys);
-    show(chosen);
+    showArrangement(chosen);
 }
 
 void ToolbarDialog::addChosen() {

@@ -26,7 +26,7 @@ public:
 
 private:
     void build();
-    void show(int chosen);
+    void showArrangement(int chosen);
     void fillAvailable();
     void apply(QStringList keys, int chosen);
     void addChosen();

@@ -42,7 +42,7 @@ TrayIcon::TrayIcon(Form* window)
     m_menu.addAction("&Restore", this, [this] { raise(&TrayIcon::Restore); });
     m_menu.addAction("&Minimize", this, [this] { raise(&TrayIcon::Minimise); });
     connect(&m_flash, &Timer::Tick, this, &TrayIcon::flash);
-    connect(window, &Form::Loaded, this, &TrayIcon::show);
+    connect(window, &Form::Loaded, this, &TrayIcon::showState);
     connect(window, &Form::Unloaded, this, &TrayIcon::leave);
     if (!mayHaveTray())
         return;
@@ -64,17 +64,17 @@ void TrayIcon::setToolTipText(const QString& text) {
 void TrayIcon::setIcon(const QIcon& icon) {
     m_icon = icon;
     m_paleIcon = {};
-    show();
+    showState();
 }
 
 void TrayIcon::setFlashIcon(const QIcon& icon) {
     m_flashIcon = icon;
-    show();
+    showState();
 }
 
 void TrayIcon::setVisible(bool visible) {
     m_visible = visible;
-    show();
+    showState();
 }
 
 void TrayIcon::setEnabled(bool enabled) {
@@ -88,17 +88,17 @@ void TrayIcon::setFlashEnabled(bool flashing) {
     m_flash.setEnabled(flashing);
     if (!flashing)
         m_flashed = false;
-    show();
+    showState();
 }
 
 void TrayIcon::flash() {
     m_flashed = !m_flashed;
     if (m_flashSound && m_flashed && m_visible)
         Beep();
-    show();
+    showState();
 }
 
-void TrayIcon::show() {
+void TrayIcon::showState() {
     if (!m_tray)
         return;
     const auto* window = qobject_cast<const Form*>(parent());
@@ -139,7 +139,7 @@ void TrayIcon::leave() {
     m_visible = false;
     m_left = true;
     m_flash.stopForGood();
-    show();
+    showState();
 }
 
 } // namespace discaro::kit

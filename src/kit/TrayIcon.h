@@ -62,7 +62,7 @@ signals:
 
 private:
     void leave();
-    void show();
+    void showState();
     void flash();
     const QIcon& flashedIcon();
     void raise(void (TrayIcon::*notification)());

@@ -22,8 +22,8 @@ void readRoot(disc::Lister& lister, const std::string& root) {
             throw *damage;
 }
 
-void readAutorun(disc::Lister& lister, const std::string& root,
-                 const std::function<void(const std::string& line)>& line) {
+void readAutorunLines(disc::Lister& lister, const std::string& root,
+                      const std::function<void(const std::string& line)>& line) {
     const std::string path = root + "autorun.inf";
     if (!lister.fileExists(path))
         return;

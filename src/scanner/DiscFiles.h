@@ -14,8 +14,8 @@ void readRoot(disc::Lister& lister, const std::string& root);
 // Calls with each line of the disc's autorun.inf, without line ends; all lines count, whatever section they stand
 // in. A disc without the file has none. Throws base::RuntimeError where the file can't be read; the lines before
 // that have been given. Text beyond the first MiB is left out.
-void readAutorun(disc::Lister& lister, const std::string& root,
-                 const std::function<void(const std::string& line)>& line);
+void readAutorunLines(disc::Lister& lister, const std::string& root,
+                      const std::function<void(const std::string& line)>& line);
 
 // The application name that a setup.ini gives (section "Startup", key "AppName"), at most 49
 // characters, trimmed of blanks; empty when there is none. Throws base::RuntimeError where it can't be read.

@@ -69,7 +69,7 @@ void ErrorDesk::giveUp(const std::string& reason) {
 }
 
 void ErrorDesk::AskStopOnError() {
-    if (!m_watcher.askStopOnError())
+    if (!m_watcher.userWantsStop())
         return;
     app::Module1::ScanCancelled = 1;
     m_watcher.yield();

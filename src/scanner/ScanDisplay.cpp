@@ -41,7 +41,7 @@ void ScanDisplay::yield() {
     m_walks ? kit::yieldOften() : kit::yield();
 }
 
-bool ScanDisplay::askStopOnError() {
+bool ScanDisplay::userWantsStop() {
     return kit::MsgBox("An error was found during the scan process. The scan operation will be "
                        "stopped and the "
                        "scanned enteries will be deleted. Press OK to proceed with deletion or "

@@ -45,7 +45,7 @@ public:
         , m_clock(clock) {}
 
     void yield() override;
-    bool askStopOnError() override;
+    bool userWantsStop() override;
     void scanStarted(double files) override;
     void directoryEntered(int64_t files) override;
     void directoryBarReset() override;

@@ -178,8 +178,8 @@ void ScanEngine::fillDriveRow(const disc::DriveFacts& facts) {
 void ScanEngine::ReadAutorun(const std::string& root) {
     std::string lines;
     skipErrors([&] {
-        readAutorun(m_lister, root,
-                    [&](const std::string& line) { lines.append(kLineEnd).append(line); });
+        readAutorunLines(m_lister, root,
+                         [&](const std::string& line) { lines.append(kLineEnd).append(line); });
     });
     if (!lines.empty())
         rows(m_data.discs)(drive::kAutorun) = lines;

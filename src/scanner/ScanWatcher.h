@@ -16,7 +16,7 @@ public:
     virtual void yield() {}
 
     // An error was found: true when the user wants the scan stopped.
-    virtual bool askStopOnError() { return true; }
+    virtual bool userWantsStop() { return true; }
 
     // The scan begins; the disc holds this many files by the quick scan's count.
     virtual void scanStarted(double /*files*/) {}

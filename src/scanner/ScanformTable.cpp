@@ -115,7 +115,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .at(24, 210, 400, 26)
         .in(&Scanform::Picture1)
         .text("Use Volume Label as Preferred name")
-        .click(&Scanform::Check1_Click),
+        .onClick(&Scanform::Check1_Click),
     control(&Scanform::Label3, "Label3")
         .at(24, 248, 592, 20)
         .in(&Scanform::Picture1)
@@ -124,40 +124,40 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Drive1, "Drive1")
         .at(24, 270, 444, 30)
         .in(&Scanform::Picture1)
-        .change(&Scanform::Drive1_Change),
+        .onChange(&Scanform::Drive1_Change),
     control(&Scanform::DiscImage, "DiscImage")
         .at(480, 270, 136, 30)
         .in(&Scanform::Picture1)
         .text("Disc &Image...")
         .tip("Read image files or a folder as discs. You can also drop them on this window.")
-        .click(&Scanform::DiscImage_Click),
+        .onClick(&Scanform::DiscImage_Click),
     control(&Scanform::Command4, "Command4")
         .at(24, kButtonTop, 110, kButtonHeight)
         .in(&Scanform::Picture1)
         .text("&Options")
-        .click(&Scanform::Command4_Click),
+        .onClick(&Scanform::Command4_Click),
     control(&Scanform::Command1, "Command1", 0)
         .at(kButtonLeft[0], kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture1)
         .text("&Cancel")
-        .click(&Scanform::Command1_Click),
+        .onClick(&Scanform::Command1_Click),
     control(&Scanform::Command1, "Command1", 1)
         .at(kButtonLeft[1], kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture1)
         .text("<<&Back")
         .disabled()
-        .click(&Scanform::Command1_Click),
+        .onClick(&Scanform::Command1_Click),
     control(&Scanform::Command1, "Command1", 2)
         .at(kButtonLeft[2], kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture1)
         .text("&Next>>")
-        .click(&Scanform::Command1_Click),
+        .onClick(&Scanform::Command1_Click),
     control(&Scanform::Command1, "Command1", 3)
         .at(kButtonLeft[3], kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture1)
         .text("&Finish")
         .disabled()
-        .click(&Scanform::Command1_Click),
+        .onClick(&Scanform::Command1_Click),
 
     // The options
     control(&Scanform::Picture6, "Picture6").at(0, kPageTop, kWidth, kPageHeight).hidden(),
@@ -177,39 +177,39 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .in(&Scanform::SSTab1, 0)
         .tip("Slow")
         .says("Scan all of the file details")
-        .click(&Scanform::Option1_Click),
+        .onClick(&Scanform::Option1_Click),
     control(&Scanform::Label10, "Label10")
         .at(52, 24, 510, 60)
         .in(&Scanform::SSTab1, 0)
         .text("Scan all of the file details.(Name, size, extension, date, time, attributes, number "
               "of icons in file and the internal information.)")
         .align(Qt::AlignTop | Qt::AlignLeft)
-        .click(&Scanform::Label10_Click),
+        .onClick(&Scanform::Label10_Click),
     control(&Scanform::Option2, "Option2")
         .at(20, 95, 24, 24)
         .in(&Scanform::SSTab1, 0)
         .tip("Fast")
         .says("Scan the basic file details only")
         .ticked()
-        .click(&Scanform::Option2_Click),
+        .onClick(&Scanform::Option2_Click),
     control(&Scanform::Label11, "Label11")
         .at(52, 100, 510, 44)
         .in(&Scanform::SSTab1, 0)
         .text("Scan the basic file details only. (Name, size, extension, date, time, attributes.)")
         .align(Qt::AlignTop | Qt::AlignLeft)
-        .click(&Scanform::Label11_Click),
+        .onClick(&Scanform::Label11_Click),
     control(&Scanform::Option3, "Option3")
         .at(20, 159, 24, 24)
         .in(&Scanform::SSTab1, 0)
         .tip("Very Fast")
         .says("Scan minimal details")
-        .click(&Scanform::Option3_Click),
+        .onClick(&Scanform::Option3_Click),
     control(&Scanform::Label12, "Label12")
         .at(52, 164, 510, 28)
         .in(&Scanform::SSTab1, 0)
         .text("Scan minimal details.(File name only.)")
         .align(Qt::AlignTop | Qt::AlignLeft)
-        .click(&Scanform::Label12_Click),
+        .onClick(&Scanform::Label12_Click),
     control(&Scanform::Label7, "Label7")
         .at(20, 20, 548, 44)
         .in(&Scanform::SSTab1, 1)
@@ -220,36 +220,36 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .in(&Scanform::SSTab1, 1)
         .says("Ignore the error and carry on scanning")
         .ticked()
-        .click(&Scanform::Option4_Click),
+        .onClick(&Scanform::Option4_Click),
     control(&Scanform::Label13, "Label13")
         .at(52, 76, 510, 28)
         .in(&Scanform::SSTab1, 1)
         .text("Ignore the error and carry on scanning.")
         .align(Qt::AlignTop | Qt::AlignLeft)
-        .click(&Scanform::Label13_Click),
+        .onClick(&Scanform::Label13_Click),
     control(&Scanform::Option5, "Option5")
         .at(20, 111, 24, 24)
         .in(&Scanform::SSTab1, 1)
         .says("Cancel the operation and delete the added entries")
-        .click(&Scanform::Option5_Click),
+        .onClick(&Scanform::Option5_Click),
     control(&Scanform::Label14, "Label14")
         .at(52, 116, 510, 28)
         .in(&Scanform::SSTab1, 1)
         .text("Cancel the operation and delete the added entries.")
         .align(Qt::AlignTop | Qt::AlignLeft)
-        .click(&Scanform::Label14_Click),
+        .onClick(&Scanform::Label14_Click),
     control(&Scanform::Check2, "Check2")
         .at(20, 175, 24, 24)
         .in(&Scanform::SSTab1, 1)
         .says("Log the errors to the CD-ROM's Comments")
         .ticked()
-        .click(&Scanform::Check2_Click),
+        .onClick(&Scanform::Check2_Click),
     control(&Scanform::Label15, "Label15")
         .at(52, 180, 510, 28)
         .in(&Scanform::SSTab1, 1)
         .text("Log the errors to the CD-ROM's Comments")
         .align(Qt::AlignTop | Qt::AlignLeft)
-        .click(&Scanform::Label15_Click),
+        .onClick(&Scanform::Label15_Click),
     control(&Scanform::Label8, "Label8")
         .at(20, 20, 548, 44)
         .in(&Scanform::SSTab1, 2)
@@ -260,30 +260,30 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .at(20, 71, 24, 24)
         .in(&Scanform::SSTab1, 2)
         .says("Any free number")
-        .click(&Scanform::Option6_Click),
+        .onClick(&Scanform::Option6_Click),
     control(&Scanform::Label17, "Label17")
         .at(52, 76, 510, 28)
         .in(&Scanform::SSTab1, 2)
         .text("Any free number (Those of deleted CD-ROM enteries).")
         .align(Qt::AlignTop | Qt::AlignLeft)
-        .click(&Scanform::Label17_Click),
+        .onClick(&Scanform::Label17_Click),
     control(&Scanform::Option7, "Option7")
         .at(20, 111, 24, 24)
         .in(&Scanform::SSTab1, 2)
         .says("The next number in the list")
         .ticked()
-        .click(&Scanform::Option7_Click),
+        .onClick(&Scanform::Option7_Click),
     control(&Scanform::Label16, "Label16")
         .at(52, 116, 510, 28)
         .in(&Scanform::SSTab1, 2)
         .text("The next number in the list (Number of last CD-ROM + 1).")
         .align(Qt::AlignTop | Qt::AlignLeft)
-        .click(&Scanform::Label16_Click),
+        .onClick(&Scanform::Label16_Click),
     control(&Scanform::Command3, "Command3")
         .at(520, kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture6)
         .text("&OK")
-        .click(&Scanform::Command3_Click),
+        .onClick(&Scanform::Command3_Click),
 
     // Scanning
     control(&Scanform::Picture2, "Picture2").at(0, kPageTop, kWidth, kPageHeight).hidden(),
@@ -294,9 +294,9 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .readOnly()
         .says("Instructions"),
     counter(0, "Files done", "Click to see the decremental counter.")
-        .click(&Scanform::NumLED1_Click),
+        .onClick(&Scanform::NumLED1_Click),
     counter(1, "Files to come", "Click to see the incremental counter.")
-        .click(&Scanform::NumLED1_Click),
+        .onClick(&Scanform::NumLED1_Click),
     stage(&Scanform::Picture3, "Picture3", 0, kWalkTop, ":/scan/waiting.svg").says("Not started"),
     stage(&Scanform::Picture3, "Picture3", 1, kWalkTop, ":/scan/running.svg")
         .says("Running")
@@ -328,14 +328,14 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .tip("Click to see the approximate remaining time.")
         .says("Elapsed Time")
         .hidden()
-        .click(&Scanform::NumLED2_Click),
+        .onClick(&Scanform::NumLED2_Click),
     control(&Scanform::NumLED3, "NumLED3")
         .at(426, kCounterTop, 190, 58)
         .in(&Scanform::Picture2)
         .tip("Click to see the elapsed time.")
         .says("Remaining Time")
         .hidden()
-        .click(&Scanform::NumLED3_Click),
+        .onClick(&Scanform::NumLED3_Click),
     control(&Scanform::Label9, "Label9")
         .at(426, kCounterTop + 60, 190, 20)
         .in(&Scanform::Picture2)
@@ -360,45 +360,45 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .at(24, kScanButtonTop, 160, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("&Start Scanning")
-        .click(&Scanform::Command2_Click),
+        .onClick(&Scanform::Command2_Click),
     control(&Scanform::Command6, "Command6")
         .at(24, kScanButtonTop, 160, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("Cance&l Scanning")
         .hidden()
-        .click(&Scanform::Command6_Click),
+        .onClick(&Scanform::Command6_Click),
     control(&Scanform::Command5, "Command5")
         .at(440, kScanButtonTop, 176, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("Scan &Another CD-ROM")
         .hidden()
-        .click(&Scanform::Command5_Click),
+        .onClick(&Scanform::Command5_Click),
     control(&Scanform::Command1, "Command1", 4)
         .at(kButtonLeft[0], kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("&Cancel")
-        .click(&Scanform::Command1_Click),
+        .onClick(&Scanform::Command1_Click),
     control(&Scanform::Command1, "Command1", 5)
         .at(kButtonLeft[1], kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("<<&Back")
         .disabled()
-        .click(&Scanform::Command1_Click),
+        .onClick(&Scanform::Command1_Click),
     control(&Scanform::Command1, "Command1", 6)
         .at(kButtonLeft[2], kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("&Next>>")
         .disabled()
-        .click(&Scanform::Command1_Click),
+        .onClick(&Scanform::Command1_Click),
     control(&Scanform::Command1, "Command1", 7)
         .at(kButtonLeft[3], kButtonTop, kButtonWidth, kButtonHeight)
         .in(&Scanform::Picture2)
         .text("&Finish")
         .disabled()
-        .click(&Scanform::Command1_Click),
+        .onClick(&Scanform::Command1_Click),
 
-    control(&Scanform::Timer1, "Timer1").every(1000).enabled().tick(&Scanform::Timer1_Timer),
-    control(&Scanform::Timer2, "Timer2").every(1500).tick(&Scanform::Timer2_Timer),
+    control(&Scanform::Timer1, "Timer1").every(1000).enabled().onTick(&Scanform::Timer1_Timer),
+    control(&Scanform::Timer2, "Timer2").every(1500).onTick(&Scanform::Timer2_Timer),
     control(&Scanform::TrayIcon1, "TrayIcon1")
         .set([](kit::TrayIcon& icon) { icon.setVisible(false); })
         .when(&kit::TrayIcon::Restore, &Scanform::TrayIcon_Restore)

@@ -12,36 +12,36 @@ const kit::FormTable<SampleForm> SampleForm::kTable{
     control(&SampleForm::Text1, "Text1")
         .at(110, 10, 180, 24)
         .tip("Any <b>name</b>")
-        .change(&SampleForm::Text1_Change)
+        .onChange(&SampleForm::Text1_Change)
         .when(&kit::TextBox::Enter, &SampleForm::Text1_Enter),
     control(&SampleForm::Text2, "Text2", 4).at(10, 40, 280, 60).multiLine().says("Remarks"),
     control(&SampleForm::Command1, "Command1", 0)
         .at(10, 110, 90, 28)
         .text("&OK")
-        .click(&SampleForm::Command1_Click),
+        .onClick(&SampleForm::Command1_Click),
     control(&SampleForm::Command1, "Command1", 3)
         .at(110, 110, 90, 28)
         .text("_")
         .tip("Minimize")
-        .click(&SampleForm::Command1_Click),
+        .onClick(&SampleForm::Command1_Click),
     control(&SampleForm::Check1, "Check1")
         .at(10, 145, 120, 22)
         .text("Tick")
         .ticked()
-        .click(&SampleForm::Check1_Click),
+        .onClick(&SampleForm::Check1_Click),
     control(&SampleForm::Option1, "Option1").at(10, 170, 120, 22).text("One").ticked(),
     control(&SampleForm::Option2, "Option2")
         .at(140, 170, 120, 22)
         .text("Two")
-        .click(&SampleForm::Option2_Click),
+        .onClick(&SampleForm::Option2_Click),
     control(&SampleForm::Combo1, "Combo1")
         .at(10, 200, 120, 24)
         .says("Comparison")
         .set([](kit::ComboBox& box) {
             box.addItems({"=", ">", "<"});
         })
-        .click(&SampleForm::Combo1_Click)
-        .change(&SampleForm::Combo1_Change),
+        .onClick(&SampleForm::Combo1_Click)
+        .onChange(&SampleForm::Combo1_Change),
     control(&SampleForm::Picture1, "Picture1").at(10, 230, 280, 40),
     control(&SampleForm::Label2, "Label2")
         .at(5, 5, 100, 20)
@@ -52,7 +52,7 @@ const kit::FormTable<SampleForm> SampleForm::kTable{
     control(&SampleForm::SSTab1, "SSTab1")
         .at(10, 310, 280, 80)
         .pages({"First", "Second"})
-        .change(&SampleForm::SSTab1_Change),
+        .onChange(&SampleForm::SSTab1_Change),
     control(&SampleForm::Label3, "Label3")
         .at(5, 5, 100, 20)
         .in(&SampleForm::SSTab1, 1)
@@ -63,7 +63,7 @@ const kit::FormTable<SampleForm> SampleForm::kTable{
         .at(300, 10, 64, 64)
         .picture(":/pictures/tray-idle.svg")
         .when(&kit::Picture::MouseDown, &SampleForm::Image1_MouseDown),
-    control(&SampleForm::Timer1, "Timer1").every(1).tick(&SampleForm::Timer1_Timer),
+    control(&SampleForm::Timer1, "Timer1").every(1).onTick(&SampleForm::Timer1_Timer),
     control(&SampleForm::TrayIcon1, "TrayIcon1")
         .when(&kit::TrayIcon::Restore, &SampleForm::TrayIcon1_Restore)
         .when(&kit::TrayIcon::Minimise, &SampleForm::TrayIcon1_Minimise),

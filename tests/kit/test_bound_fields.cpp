@@ -130,7 +130,7 @@ TEST_F(BoundFields, ShowNumbersInGeneralFormAndYesAndNoAsNumbers) {
     store("flag", true);
     std::vector<std::string> shown;
     for (const char* field : {"fraction", "whole", "flag", "day"})
-        m_fields.show(field, [&shown](const QString& each) { shown.push_back(utf8(each)); });
+        m_fields.follow(field, [&shown](const QString& each) { shown.push_back(utf8(each)); });
     m_fields.attach(m_source);
     EXPECT_THAT(shown, ElementsAre("1234567.125", "9000000000", "-1", ""));
     store("flag", false);
@@ -161,7 +161,7 @@ TEST_F(BoundFields, TellOfTheMoveThenOfTheChangesThenThatAllIsShown) {
     attach();
     QObject::connect(&m_fields, &kit::BoundFields::Reposition,
                      [&] { heard.push_back("moved, still " + utf8(m_line.text())); });
-    QObject::connect(&m_fields, &kit::BoundFields::Shown, [&] { heard.emplace_back("shown"); });
+    QObject::connect(&m_fields, &kit::BoundFields::RowShown, [&] { heard.emplace_back("shown"); });
     QObject::connect(&m_line, &kit::TextBox::Change,
                      [&] { heard.push_back("line, beside " + utf8(m_area.text())); });
     QObject::connect(&m_area, &kit::TextBox::Change, [&] { heard.emplace_back("area"); });

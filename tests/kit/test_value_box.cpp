@@ -144,7 +144,7 @@ TEST_F(ValueBox, FollowsTheFontOfTheApplication) {
 
 TEST_F(ValueBox, ReadsOnAPlateWhateverTheGroundIs) {
     for (int turn = 0; turn < 8; ++turn) {
-        form->ground.change(*form);
+        form->ground.blendAnew(*form);
         const QImage shot = form->grab().toImage();
         const QColor plate = shot.pixelColor(QPoint(20 + 5, 20 + 80) * shot.devicePixelRatio());
         const QColor ink = form->Label1->palette().color(QPalette::WindowText);
@@ -161,7 +161,7 @@ TEST(BlendGround, PaintsNothingBeforeItsFirstColours) {
 
 TEST(BlendGround, BlendsFromTheTopToTheBottomOfTheWindow) {
     ValueForm form;
-    form.ground.change(form);
+    form.ground.blendAnew(form);
     ASSERT_TRUE(form.ground.bands().has_value());
     const auto& bands = *form.ground.bands();
     const QImage shot = form.grab().toImage();

@@ -20,7 +20,7 @@ void TestWatcher::yield() {
         atYield(yields);
 }
 
-bool TestWatcher::askStopOnError() {
+bool TestWatcher::userWantsStop() {
     const auto number = static_cast<size_t>(prompts++);
     return number < answers.size() && answers[number];
 }

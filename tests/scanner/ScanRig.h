@@ -27,7 +27,7 @@ public:
     int totalsSteps = 0;
 
     void yield() override;
-    bool askStopOnError() override;
+    bool userWantsStop() override;
     void scanStarted(double files) override;
     void directoryEntered(int64_t files) override;
     void showCounters(double done, double left) override;

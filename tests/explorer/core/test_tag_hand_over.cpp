@@ -52,7 +52,7 @@ protected:
 } // namespace
 
 TEST_F(TagHandOver, AFileIsToldWithTheListingsText) {
-    tagFile({.number = "42", .name = "setup.exe", .size = "1,536 Kb"}, m_discs, m_directories);
+    handOverFile({.number = "42", .name = "setup.exe", .size = "1,536 Kb"}, m_discs, m_directories);
     EXPECT_EQ(shared::TagKey, "FILE42");
     EXPECT_EQ(shared::TagDisc, "3");
     EXPECT_EQ(shared::TagDiscName, "Games");
@@ -65,7 +65,7 @@ TEST_F(TagHandOver, AFileIsToldWithTheListingsText) {
 }
 
 TEST_F(TagHandOver, ADirectoryIsToldWithItsTotals) {
-    tagDirectory(m_discs, m_directories);
+    handOverDirectory(m_discs, m_directories);
     EXPECT_EQ(shared::TagKey, "DIRC3D1");
     EXPECT_EQ(shared::TagDisc, "3");
     EXPECT_EQ(shared::TagDirectory, "C3D1");
@@ -78,12 +78,12 @@ TEST_F(TagHandOver, ADirectoryIsToldWithItsTotals) {
 TEST_F(TagHandOver, ADirectoryWithoutATotalIsToldWithItsOwnSize) {
     m_rig.run("UPDATE Directories SET \"Total Size\" = NULL");
     m_directories.Refresh();
-    tagDirectory(m_discs, m_directories);
+    handOverDirectory(m_discs, m_directories);
     EXPECT_EQ(shared::TagSize, "10");
 }
 
 TEST_F(TagHandOver, ADiscIsToldInKilobytes) {
-    tagDisc(m_discs);
+    handOverDisc(m_discs);
     EXPECT_EQ(shared::TagKey, "CD3");
     EXPECT_EQ(shared::TagDiscName, "Games");
     EXPECT_EQ(shared::TagDirectory, "");
@@ -95,7 +95,7 @@ TEST_F(TagHandOver, ADiscIsToldInKilobytes) {
 
 TEST_F(TagHandOver, WhatCannotBeReadStaysAsItWas) {
     m_directories.Close();
-    tagDirectory(m_discs, m_directories);
+    handOverDirectory(m_discs, m_directories);
     EXPECT_EQ(shared::TagKey, "before");
     EXPECT_EQ(shared::TagDisc, "3");
     EXPECT_EQ(shared::TagDirectory, "before");
