@@ -20,7 +20,7 @@ const db::Schema& schema() {
     using db::FieldType;
     static const db::Schema kSchema{
         {{"Files",
-          {{"directory number", FieldType::Text},
+          {{"directory number", FieldType::Text, true},
            {"id number", FieldType::Integer},
            {"file name", FieldType::Text},
            {"file size", FieldType::Double},
