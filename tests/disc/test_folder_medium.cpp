@@ -2,6 +2,7 @@
 #include "ScratchFolder.h"
 #include "base/Text.h"
 #include "disc/FolderMedium.h"
+#include "disc/MountTable.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -103,6 +104,15 @@ TEST_F(FolderMediumTest, DirectoriesWithNamesOfAnyBytesAreReached) {
         const auto listing = listBelowRoot(entryOf(listRoot().directories, name));
         EXPECT_THAT(namesOf(listing.files), ElementsAre("inside"));
     }
+}
+
+TEST(FolderFileSystem, IsThatOfTheMountWhichTheFolderLiesOn) {
+    const ScratchFolder folder;
+    const auto mounts = readMounts();
+    const auto* mount = mountOf(mounts, fs::canonical(folder.path()).native());
+    ASSERT_NE(mount, nullptr);
+    const FolderMedium medium(folder.path(), FolderMedium::Use::Mount);
+    EXPECT_EQ(medium.facts().fileSystem, mount->type);
 }
 
 TEST_F(FolderMediumTest, FactsAreSizeAndTimeOfTheFile) {

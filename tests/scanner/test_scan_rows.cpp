@@ -294,6 +294,18 @@ TEST(ScanCourse, TheTotalsOfALaterDiscAreAsManyStepsAsItHasDirectories) {
     EXPECT_EQ(rig.watcher.totalsSteps, 2);
 }
 
+TEST(ScanCourse, EventsRunBetweenTheBeginningOfTheTotalsAndTheFirstStep) {
+    ScanRig rig;
+    rig.insert(folder("", {folder("A")}));
+    bool ran = false;
+    rig.watcher.atYield = [&](int) {
+        const auto& log = rig.watcher.log;
+        ran |= !log.empty() && log.back() == "totals started" && rig.watcher.totalsSteps == 0;
+    };
+    rig.scan();
+    EXPECT_TRUE(ran);
+}
+
 TEST(ScanCourse, MoreFilesThanCountedMakeTheFilesLeftNegative) {
     ScanRig rig;
     rig.insert(folder("", {file("A"), file("B")}));
