@@ -1,22 +1,8 @@
 #include "disc/DiscTime.h"
 
-#include "disc/UdfLayout.h"
-
-#include <array>
 #include <chrono>
 
 namespace discaro::disc {
-
-namespace {
-
-struct Date {
-    int year = 0;
-    unsigned month = 0;
-    unsigned day = 0;
-    unsigned hour = 0;
-    unsigned minute = 0;
-    unsigned second = 0;
-};
 
 std::time_t secondsOf(const Date& date, int minutesFromGmt) {
     using namespace std::chrono;
@@ -27,6 +13,8 @@ std::time_t secondsOf(const Date& date, int minutesFromGmt) {
     const auto clock = static_cast<std::time_t>(date.hour * 3600 + date.minute * 60 + date.second);
     return days * 86400 + clock - std::time_t{minutesFromGmt} * 60;
 }
+
+namespace {
 
 // An offset out of its range is garbage beside a date that is none, so it counts as GMT.
 int minutesOfQuarters(uint8_t byte) {
@@ -61,25 +49,6 @@ std::time_t digitsTime(Bytes stamp) {
     const Date date{static_cast<int>(year), digits(stamp, 4, 2),  digits(stamp, 6, 2),
                     digits(stamp, 8, 2),    digits(stamp, 10, 2), digits(stamp, 12, 2)};
     return secondsOf(date, minutesOfQuarters(byteAt(stamp, 16)));
-}
-
-std::time_t udfTime(Bytes stamp) {
-    constexpr int kNoOffset = -2047;
-    constexpr int kMostOffset = 1440;
-    const auto low = littleEndian<uint16_t>(stamp, udf_time::kZone) & 0xFFF;
-    int offset = low >= 0x800 ? low - 0x1000 : low;
-    if (offset == kNoOffset || offset > kMostOffset || offset < -kMostOffset)
-        offset = 0;
-    const auto year = static_cast<int16_t>(littleEndian<uint16_t>(stamp, udf_time::kYear));
-    if (year < 1 || year > 9999)
-        return 0;
-    const Date date{year,
-                    byteAt(stamp, udf_time::kMonth),
-                    byteAt(stamp, udf_time::kDay),
-                    byteAt(stamp, udf_time::kHour),
-                    byteAt(stamp, udf_time::kMinute),
-                    byteAt(stamp, udf_time::kSecond)};
-    return secondsOf(date, offset);
 }
 
 } // namespace discaro::disc

@@ -1,9 +1,9 @@
 #include "disc/UdfFile.h"
 
 #include "disc/DiscData.h"
-#include "disc/DiscTime.h"
 #include "disc/UdfLayout.h"
 #include "disc/UdfTag.h"
+#include "disc/UdfTime.h"
 
 #include <algorithm>
 

@@ -1,5 +1,6 @@
 #include "ImageHelp.h"
 #include "disc/DiscTime.h"
+#include "disc/UdfTime.h"
 #include "disc/VolumeSerial.h"
 #include "support/IsoBuilder.h"
 
