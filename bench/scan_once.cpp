@@ -4,7 +4,7 @@
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
 #include "db/DBEngine.h"
-#include "disc/DriveTable.h"
+#include "disc/drives/DriveTable.h"
 #include "scanner/QuickScan.h"
 #include "scanner/ScanEngine.h"
 

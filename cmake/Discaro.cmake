@@ -29,7 +29,7 @@ endif()
 # discaro_room(NAME libraries...): the room's static library from all its .cpp files. A room links only what its
 # row in docs/architecture.md allows.
 function(discaro_room name)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   discaro_library(${name} SOURCES ${sources} LINKS ${ARGN})
 endfunction()
 
@@ -41,9 +41,15 @@ function(discaro_library name)
   target_link_libraries(discaro_${name} PUBLIC ${ARG_LINKS})
 endfunction()
 
-# discaro_tests(NAME libraries...): one test program from the folder's .cpp files, its cases found by CTest.
+# discaro_tests(NAME libraries...): one test program from the folder's .cpp files, those of the inner rooms included, its
+# cases found by CTest. A folder below that has a CMakeLists.txt makes a program of its own.
 function(discaro_tests name)
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+  file(GLOB own CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*/CMakeLists.txt)
+  foreach(program IN LISTS own)
+    cmake_path(GET program PARENT_PATH folder)
+    list(FILTER sources EXCLUDE REGEX "^${folder}/")
+  endforeach()
   add_executable(test_${name} ${sources})
   target_include_directories(test_${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_link_libraries(test_${name} PRIVATE ${ARGN} discaro_test_support GTest::gtest GTest::gmock)

@@ -2,7 +2,7 @@
 
 #include "base/RuntimeError.h"
 #include "db/DBEngine.h"
-#include "disc/Lister.h"
+#include "disc/drives/Lister.h"
 
 namespace discaro::app::Module1 {
 

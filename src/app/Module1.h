@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/Database.h"
-#include "disc/DriveTable.h"
+#include "disc/drives/DriveTable.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,8 +1,8 @@
 #include "scanner/DiscFiles.h"
 
 #include "base/Text.h"
-#include "disc/IniFile.h"
-#include "disc/TextLines.h"
+#include "disc/text/IniFile.h"
+#include "disc/text/TextLines.h"
 
 namespace discaro::scanner {
 

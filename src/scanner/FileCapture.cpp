@@ -1,6 +1,6 @@
 #include "scanner/FileCapture.h"
 
-#include "disc/Medium.h"
+#include "disc/medium/Medium.h"
 
 #include <algorithm>
 #include <array>

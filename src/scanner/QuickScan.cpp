@@ -2,7 +2,7 @@
 
 #include "base/Number.h"
 #include "base/RuntimeError.h"
-#include "disc/DriveTable.h"
+#include "disc/drives/DriveTable.h"
 #include "scanner/DiscFiles.h"
 #include "scanner/Texts.h"
 

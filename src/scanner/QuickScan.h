@@ -1,6 +1,6 @@
 #pragma once
 
-#include "disc/Lister.h"
+#include "disc/drives/Lister.h"
 
 #include <functional>
 #include <string>

@@ -4,7 +4,7 @@
 #include "catalogue/Names.h"
 #include "catalogue/Totals.h"
 #include "db/DBEngine.h"
-#include "disc/DriveTable.h"
+#include "disc/drives/DriveTable.h"
 #include "scanner/DiscFiles.h"
 #include "scanner/Texts.h"
 

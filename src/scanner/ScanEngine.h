@@ -1,9 +1,9 @@
 #pragma once
 
 #include "db/DataSource.h"
-#include "disc/DriveTable.h"
-#include "disc/KeptClosed.h"
-#include "disc/Lister.h"
+#include "disc/drives/DriveTable.h"
+#include "disc/drives/Lister.h"
+#include "disc/system/KeptClosed.h"
 #include "scanner/ErrorHandling.h"
 #include "scanner/ScanOptions.h"
 #include "scanner/ScanWatcher.h"

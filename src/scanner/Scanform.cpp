@@ -6,7 +6,7 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
-#include "disc/ShownNames.h"
+#include "disc/medium/ShownNames.h"
 #include "kit/Beep.h"
 #include "kit/DroppedFiles.h"
 #include "kit/MsgBox.h"

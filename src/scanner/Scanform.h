@@ -2,8 +2,8 @@
 
 #include "base/RuntimeError.h"
 #include "db/DataSource.h"
-#include "disc/DriveTable.h"
-#include "disc/Lister.h"
+#include "disc/drives/DriveTable.h"
+#include "disc/drives/Lister.h"
 #include "kit/FormTable.h"
 #include "kit/MsgBox.h"
 #include "kit/NumLed.h"

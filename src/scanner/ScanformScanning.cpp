@@ -2,7 +2,7 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
-#include "disc/ShownNames.h"
+#include "disc/medium/ShownNames.h"
 #include "kit/MsgBox.h"
 #include "kit/Strings.h"
 #include "kit/Yield.h"

@@ -19,6 +19,21 @@ LOWER_ROOMS = {
     "disc": {"base"},
     "kit": {"base", "db"},
 }
+# The rooms within a large room, each with those that it may use beside itself. What stands directly in the large room
+# may use all of them, and they do not look up to it.
+INNER_ROOMS = {
+    "disc": {
+        "medium": set(),
+        "system": {"medium"},
+        "text": {"medium"},
+        "executable": {"medium"},
+        "folder": {"medium", "system"},
+        "iso": {"medium"},
+        "udf": {"medium"},
+        "image": {"medium", "system", "iso", "udf"},
+        "drives": {"medium", "system", "folder", "image"},
+    },
+}
 SUBSYSTEMS = {
     "app", "catalogue", "scanner", "explorer", "search", "programs", "workshop", "dirsim", "about",
 }
@@ -156,8 +171,23 @@ def window_of(stem):
     return max(fitting, key=len, default=None)
 
 
+def inner_room_of(path):
+    """The inner room that a file of src/ stands in, "" directly in its room."""
+    return path.parts[2] if len(path.parts) > 3 else ""
+
+
+def inner_room_fault(path, header):
+    rooms = INNER_ROOMS.get(path.parts[1], {})
+    inner, other = inner_room_of(path), inner_room_of(Path("src") / header)
+    if inner in ("", other) or other in rooms.get(inner, ()):
+        return None
+    return f'"{header}": {inner} does not use {other or "what stands above it"}'
+
+
 def own_room_fault(tree, path, windowless, header):
     other = Path("src") / header
+    if fault := inner_room_fault(path, header):
+        return fault
     if windowless and not tree.is_windowless(other):
         return f'"{header}": a part without windows includes no window'
     if other.stem in WINDOWS and window_of(path.stem) not in (None, other.stem):
@@ -190,6 +220,8 @@ def file_faults(tree, path):
     room = path.parts[1] if len(path.parts) > 2 else None
     if room not in LOWER_ROOMS and room not in SUBSYSTEMS and room != WIRING:
         return ["this folder is no room of the table"]
+    if inner_room_of(path) not in {"", *INNER_ROOMS.get(room, {})}:
+        return ["this folder is no inner room of the table"]
     windowless = tree.is_windowless(path)
     faults = []
     for quote, header in INCLUDE.findall(text_of(tree.root / path) or ""):

@@ -32,6 +32,16 @@ class IncludeRule(SampleTree):
         self.include("src/disc/Lister.cpp", '"db/Value.h"')
         self.assert_one(findings(self.root), "disc does not use db")
 
+    def test_an_inner_room_uses_those_of_its_row_alone(self):
+        self.include("src/disc/iso/IsoMedium.cpp", '"disc/iso/IsoMedium.h"', '"disc/medium/Medium.h"')
+        self.assertEqual(findings(self.root), [])
+        self.include("src/disc/medium/Bytes.h", '"disc/iso/IsoMedium.h"')
+        self.assert_one(findings(self.root), "src/disc/medium/Bytes.h", "medium does not use iso")
+
+    def test_a_folder_that_the_table_does_not_know_is_no_inner_room(self):
+        self.include("src/disc/tape/Reel.h", "<string>")
+        self.assert_one(findings(self.root), "no inner room")
+
     def test_subsystems_do_not_include_each_other(self):
         self.include("src/explorer/EXMain.cpp", '"search/Search.h"')
         self.assert_one(findings(self.root), "subsystems do not include each other")

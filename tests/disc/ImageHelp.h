@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/RuntimeError.h"
-#include "disc/OpenImage.h"
-#include "disc/SectorSource.h"
+#include "disc/image/OpenImage.h"
+#include "disc/image/SectorSource.h"
 #include "support/BufferSource.h"
 #include "support/MediumWalk.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ImageHelp.h"
-#include "disc/Lister.h"
+#include "disc/ImageHelp.h"
+#include "disc/drives/Lister.h"
 #include "support/MemoryMedium.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "base/Text.h"
-#include "disc/Executable.h"
-#include "disc/ExecutableReader.h"
-#include "disc/VersionResource.h"
+#include "disc/executable/Executable.h"
+#include "disc/executable/ExecutableReader.h"
+#include "disc/executable/VersionResource.h"
 
 #include <algorithm>
 #include <cstdlib>

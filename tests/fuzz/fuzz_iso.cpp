@@ -5,10 +5,10 @@
 
 #include "base/RuntimeError.h"
 #include "base/Text.h"
-#include "disc/CueSheet.h"
-#include "disc/DiscBytes.h"
-#include "disc/OpenImage.h"
-#include "disc/SectorSource.h"
+#include "disc/image/CueSheet.h"
+#include "disc/image/OpenImage.h"
+#include "disc/image/SectorSource.h"
+#include "disc/medium/DiscBytes.h"
 
 #include <algorithm>
 #include <array>

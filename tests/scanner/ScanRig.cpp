@@ -3,7 +3,7 @@
 #include "app/Module1.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "db/DBEngine.h"
-#include "disc/DriveTable.h"
+#include "disc/drives/DriveTable.h"
 #include "scanner/QuickScan.h"
 #include "scanner/Texts.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/DataSource.h"
-#include "disc/Lister.h"
+#include "disc/drives/Lister.h"
 #include "scanner/ScanEngine.h"
 #include "support/MemoryMedium.h"
 

@@ -1,5 +1,5 @@
 #include "app/Module1.h"
-#include "disc/OpenImage.h"
+#include "disc/image/OpenImage.h"
 #include "scanner/NameChecks.h"
 #include "scanner/QuickScan.h"
 #include "scanner/ScanRig.h"

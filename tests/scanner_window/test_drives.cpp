@@ -1,4 +1,4 @@
-#include "disc/DriveTable.h"
+#include "disc/drives/DriveTable.h"
 #include "kit/Yield.h"
 #include "scanner_window/WizardTest.h"
 #include "support/ToolRun.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/RuntimeError.h"
-#include "disc/Medium.h"
+#include "disc/medium/Medium.h"
 
 #include <algorithm>
 #include <cstdint>

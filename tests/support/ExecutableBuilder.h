@@ -1,6 +1,6 @@
 #pragma once
 
-#include "disc/VersionResource.h"
+#include "disc/executable/VersionResource.h"
 
 #include <cstdint>
 #include <iosfwd>

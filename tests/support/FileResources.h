@@ -1,7 +1,7 @@
 #pragma once
 
-#include "disc/Executable.h"
-#include "disc/VersionResource.h"
+#include "disc/executable/Executable.h"
+#include "disc/executable/VersionResource.h"
 
 #include <cstdint>
 #include <utility>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "disc/Medium.h"
+#include "disc/medium/Medium.h"
 
 #include <cstdint>
 #include <ctime>
