@@ -275,7 +275,8 @@ void Commands::propOfSelected() {
 }
 
 void Commands::propOfDisc() {
-    skipErrors([this] { shared::SelectedDisc = m_tree.discNumber(); });
+    shared::SelectedDisc =
+        m_tree.discNumber(); // none is chosen where a lock keeps the list empty: then none is shown
     Windows::Show("EXCDROM", kit::Form::Modality::Modal);
 }
 

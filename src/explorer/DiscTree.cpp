@@ -129,6 +129,9 @@ void DiscTree::chooseDisc() {
 // ---- Building
 
 void DiscTree::addFirstNode() {
+    // Over a tree that stands there is none to add, and no other node is to bear the catalogue's name.
+    if (nodes().find(kFirstKey) != 0)
+        return;
     skipErrors([this] { CurrentNode = nodes().add({}, kFirstKey, "Root"); });
     skipErrors([this] { nodes().setTag(CurrentNode, qt(sharedCatalogue()->Name())); });
 }
@@ -246,6 +249,11 @@ void DiscTree::expandAll(bool expanded) {
 
 bool DiscTree::isJumpWanted() {
     return !shared::JumpDisc.empty() || !shared::JumpDirectory.empty() || !shared::JumpFile.empty();
+}
+
+void DiscTree::forgetJumps() {
+    for (std::string* wish : {&shared::JumpDisc, &shared::JumpDirectory, &shared::JumpFile})
+        wish->clear();
 }
 
 void DiscTree::jumpToDirectory() {

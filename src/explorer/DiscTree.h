@@ -52,8 +52,9 @@ public:
 
     // Lists the directory or the disc that another window wishes to be shown; without a wish nothing.
     static bool isJumpWanted();
+    static void forgetJumps();
     void jumpToDirectory();
-    // Goes to the node of a directory's row in the listing. Whether there is one. Throws as RightSide does.
+    // Goes to the node of a directory's row in the listing. Whether there is one.
     bool goToListedDirectory(const kit::ListItem& row);
 
     // Events of the tree.

@@ -137,12 +137,14 @@ void EXMain::Timer2_Timer() {
         m_listing->ViewMode = "file";
     }
     m_tree->FillDiscList();
-    m_tree->selectCurrentNode();
+    if (!m_tree
+             ->isLocked()) // else the tree that stands is not built anew, and the user's choice stays
+        m_tree->selectCurrentNode();
     app::Windows::Unload("Loading");
     Combo1->setListIndex(0);
     yield();
     if (isUnloaded())
-        return;
+        return DiscTree::forgetJumps();
     if (afresh)
         m_commands->restoreToolbar();
     if (!m_tree->isLocked()) {

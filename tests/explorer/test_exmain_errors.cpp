@@ -298,6 +298,33 @@ TEST_F(ExplorerErrors, ARefreshOfALockedCatalogueIsToldAndMadeUpFor) {
     EXPECT_EQ(window.tvwdb->nodes().count(), 3);
 }
 
+TEST_F(ExplorerErrors, ATreeThatALockKeepsIsLeftAsItIs) {
+    EXMain& window = openOn("C1D1");
+    const QString name = window.tvwdb->nodes().tag(1);
+    lock();
+    ScriptedMsgBox answers;
+    expectLocked(answers);
+    choose(window, "refreshall");
+    rig.load(window);
+    EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C1D1"));
+    EXPECT_EQ(window.tvwdb->nodes().tag(nodeOf(window, "C1D1S2")), "C1D1S2");
+    EXPECT_EQ(window.tvwdb->nodes().tag(1), name);
+    unlock();
+}
+
+TEST_F(ExplorerErrors, PropertiesOfTheDiscRestWhereALockKeepsTheListEmpty) {
+    EXMain& window = openOn("C1D1");
+    lock();
+    ScriptedMsgBox answers;
+    expectLocked(answers);
+    choose(window, "refreshall");
+    unlock();
+    window.tvwdb->selectNode(1);
+    window.tvwdb->setFocus();
+    window.RunCommand("prop");
+    EXPECT_THAT(rig.shown, IsEmpty());
+}
+
 // ---- No selected node
 
 TEST_F(ExplorerErrors, WithoutASelectedNodeNothingIsMeant) {
