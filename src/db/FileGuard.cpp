@@ -483,13 +483,20 @@ const sqlite3_io_methods* methodsOfVersion(int version) {
     return &methods[version >= 2 ? 1 : 0];
 }
 
+// A program in the middle of a change holds this lock; of a killed one nothing is left but its journal.
+bool isBeingChanged(sqlite3_file& file) {
+    int reserved = 0;
+    return file.pMethods->xCheckReservedLock(&file, &reserved) != SQLITE_OK || reserved != 0;
+}
+
 int openGuarded(const char* path, File& file) {
     auto guard = std::make_unique<Guard>(path, file.real);
     if (!guard->holdsWhatWasOpened()) {
         file.real.pMethods->xClose(&file.real);
         return SQLITE_READONLY_DBMOVED;
     }
-    if (isOfLonger(std::string(path) + "-journal", guard->header(), guard->state().size))
+    if (isOfLonger(std::string(path) + "-journal", guard->header(), guard->state().size) &&
+        !isBeingChanged(file.real))
         base::skipErrors([&] { setJournalAside(path); });
     file.guard = guard.get();
     state().guards.push_back(std::move(guard));

@@ -403,6 +403,16 @@ TEST_F(FileGuard, AJournalThatADeadProgramLeftOfALongerFileIsSetAside) {
     EXPECT_TRUE(bytesOf(journal + ".1") == bytesOf(half().string() + "-journal"));
 }
 
+TEST_F(FileGuard, AJournalIsLeftToAProgramThatIsChangingTheFile) {
+    leaveHalfAChange(other());
+    RawDatabase another(path());
+    another.execute("BEGIN IMMEDIATE");
+    const std::string journal = path().string() + "-journal";
+    fs::copy_file(half().string() + "-journal", journal, fs::copy_options::overwrite_existing);
+    EXPECT_EQ(count("Files"), 150);
+    EXPECT_TRUE(fs::exists(journal));
+}
+
 // ---- Journal modes
 
 class JournalModes : public Shelf {
