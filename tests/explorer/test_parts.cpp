@@ -4,6 +4,7 @@
 #include "explorer/DiscTree.h"
 #include "explorer/Listing.h"
 #include "explorer/ListingOrder.h"
+#include "kit/Ground.h"
 #include "kit/Strings.h"
 
 #include <gmock/gmock.h>
@@ -53,7 +54,10 @@ protected:
         window = new BareWindow;
         window->Load();
     }
-    ~PartsTest() override { window->Unload(); }
+    ~PartsTest() override {
+        window->Unload();
+        kit::runGroundActions();
+    }
 
     CatalogueRig catalogue;
     BareWindow* window;
