@@ -37,6 +37,11 @@ Toolbar::Toolbar(QWidget* parent)
     connect(qApp, &QApplication::focusChanged, this, &Toolbar::noteFocus);
 }
 
+// The focus leaves a button that goes with it, when no more than its base is left.
+Toolbar::~Toolbar() {
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 // ---- Buttons
 
 void Toolbar::setButtons(const std::vector<ToolbarButton>& buttons) {

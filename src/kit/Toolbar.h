@@ -35,6 +35,7 @@ public:
     static const QString kSeparator;
 
     explicit Toolbar(QWidget* parent = nullptr);
+    ~Toolbar() override;
 
     // To be called once. The layout has all buttons then, in this order.
     void setButtons(const std::vector<ToolbarButton>& buttons);
