@@ -160,12 +160,12 @@ void Form::Unload() {
 void Form::finishUnload() {
     m_stage = Stage::Unloaded;
     hide();
+    emit Unloaded();
     while (!m_releases.empty()) {
         const auto release = std::move(m_releases.back());
         m_releases.pop_back();
         release();
     }
-    emit Unloaded();
     emit Left();
     atGround([doomed = QPointer<QObject>(this)] { delete doomed.data(); });
 }

@@ -12,9 +12,9 @@ namespace discaro::kit {
 //
 //   Load     runs Form_Load, once. Show loads first. When Form_Load fails the window is gone,
 //            without Form_Unload.
-//   Unload   runs Form_Unload, once; then the window hides, what was given to atUnload is
-//            released, and Unloaded is emitted (its timers and tray icons listen, and the registry
-//            of windows). Closing by the frame is an unload.
+//   Unload   runs Form_Unload, once; then the window hides, Unloaded is emitted (its timers and
+//            tray icons listen, and the registry of windows), and what was given to atUnload is
+//            released. Closing by the frame is an unload.
 //
 // An unloaded window stays a valid object until no handler of any window is on the stack, so that a
 // handler that yielded can go on using its members; then it is destroyed by itself. Handlers

@@ -27,6 +27,16 @@ TEST_F(Timer, AHandlerThatDisablesItMakesItOneShot) {
     EXPECT_FALSE(QTest::qWaitFor([this] { return ticks() > 1; }, 50));
 }
 
+// Timers and tray icons go when it is told; what the window holds may take long to be given back.
+TEST_F(Timer, HearsOfTheUnloadBeforeWhatTheWindowHoldsIsGivenBack) {
+    std::vector<std::string> order;
+    QObject::connect(form, &kit::Form::Unloaded, form, [&] { order.emplace_back("unloaded"); });
+    form->Show();
+    form->atUnload([&] { order.emplace_back("given back"); });
+    form->Unload();
+    EXPECT_EQ(order, (std::vector<std::string>{"unloaded", "given back"}));
+}
+
 TEST_F(Timer, AnIntervalOfZeroNeverTicks) {
     form->Timer1->setInterval(0);
     form->Timer1->setEnabled(true);
