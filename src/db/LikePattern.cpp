@@ -66,8 +66,10 @@ size_t matchBackward(std::string_view part, std::string_view text, size_t from) 
 // whatever it holds, but prepares for that longer than a name takes to search.
 size_t findPlain(std::string_view part, std::string_view text, size_t from) {
     constexpr size_t kShort = 512;
-    if (part.size() == 1 || text.size() - from <= kShort)
-        return part.size() == 1 ? text.find(part[0], from) : text.find(part, from);
+    if (part.size() == 1)
+        return text.find(part[0], from);
+    if (text.size() - from <= kShort)
+        return text.find(part, from);
     const void* found = memmem(text.data() + from, text.size() - from, part.data(), part.size());
     return found == nullptr ? kNone
                             : static_cast<size_t>(static_cast<const char*>(found) - text.data());
