@@ -55,8 +55,7 @@ public:
         : m_window(window)
         , m_runs(runs) {}
 
-    void measure(const char* what, const std::function<void()>& prepare,
-                 const std::function<void()>& action) {
+    void measure(const char* what, const std::function<void()>& prepare, const std::function<void()>& action) {
         std::vector<double> times;
         for (int run = 0; run < m_runs; ++run) {
             prepare();
@@ -64,12 +63,10 @@ public:
             const auto start = Clock::now();
             action();
             paint(m_window);
-            times.push_back(
-                std::chrono::duration<double, std::milli>(Clock::now() - start).count());
+            times.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
         }
         std::ranges::sort(times);
-        std::cout << what << ": " << times[times.size() / 2] << " ms (worst " << times.back()
-                  << ")\n";
+        std::cout << what << ": " << times[times.size() / 2] << " ms (worst " << times.back() << ")\n";
     }
 
 private:
@@ -106,16 +103,13 @@ EXMain& openExplorer() {
 
 void measureTree(EXMain& window, Report& report) {
     report.measure(
-        "disc of 100,000 directories", [&] { choose(window, 1); },
-        [&] { choose(window, kLargestDisc); });
-    std::cout << window.tvwdb->nodes().count()
-              << " nodes; memory with them on screen: " << memoryInMegabytes("VmRSS") << " MB\n";
+        "disc of 100,000 directories", [&] { choose(window, 1); }, [&] { choose(window, kLargestDisc); });
+    std::cout << window.tvwdb->nodes().count() << " nodes; memory with them on screen: " << memoryInMegabytes("VmRSS")
+              << " MB\n";
     report.measure(
-        "expand all 100,000", [&] { trigger(window, "collapse"); },
-        [&] { trigger(window, "expand"); });
+        "expand all 100,000", [&] { trigger(window, "collapse"); }, [&] { trigger(window, "expand"); });
     report.measure(
-        "collapse all 100,000", [&] { trigger(window, "expand"); },
-        [&] { trigger(window, "collapse"); });
+        "collapse all 100,000", [&] { trigger(window, "expand"); }, [&] { trigger(window, "collapse"); });
     report.measure(
         "show all contents", [&] { choose(window, 1); }, [&] { trigger(window, "Showall"); });
     window.RunCommand("file view");
@@ -125,8 +119,7 @@ void measureClicks(EXMain& window, Report& report) {
     choose(window, kLargestDisc);
     int node = 500;
     report.measure(
-        "click on an ordinary directory of the large disc", [] {},
-        [&] { clickNode(window, node += 97); });
+        "click on an ordinary directory of the large disc", [] {}, [&] { clickNode(window, node += 97); });
     choose(window, 1);
     node = 2;
     report.measure(
@@ -138,19 +131,18 @@ void measureListing(EXMain& window, Report& report) {
     const int large = explorer::findTagged(window.tvwdb->nodes(), QStringLiteral("C2D1S21"));
     const int other = large - 1;
     report.measure(
-        "directory of 50,000 files", [&] { clickNode(window, other); },
-        [&] { clickNode(window, large); });
-    std::cout << window.lvwdb->rows().count()
-              << " rows; memory with them on screen: " << memoryInMegabytes("VmRSS") << " MB\n";
+        "directory of 50,000 files", [&] { clickNode(window, other); }, [&] { clickNode(window, large); });
+    std::cout << window.lvwdb->rows().count() << " rows; memory with them on screen: " << memoryInMegabytes("VmRSS")
+              << " MB\n";
     for (const char* word : {"filesize", "filedate", "filename"})
-        report.measure((std::string("re-sorted by ") + word).c_str(),
-                       [&] { window.RunCommand("numoficons"); }, [&] { window.RunCommand(word); });
+        report.measure((std::string("re-sorted by ") + word).c_str(), [&] { window.RunCommand("numoficons"); },
+                       [&] { window.RunCommand(word); });
     report.measure(
         "re-sorted in descending order", [&] { window.RunCommand("ascending"); },
         [&] { window.RunCommand("descending"); });
     for (const char* word : {"large icons", "small icons", "list view"})
-        report.measure((std::string("shown in ") + word).c_str(),
-                       [&] { window.RunCommand("report view"); }, [&] { window.RunCommand(word); });
+        report.measure((std::string("shown in ") + word).c_str(), [&] { window.RunCommand("report view"); },
+                       [&] { window.RunCommand(word); });
     report.measure(
         "listed sorted, in large icons",
         [&] {
@@ -178,7 +170,7 @@ int main(int argc, char** argv) {
     measureTree(window, report);
     measureClicks(window, report);
     measureListing(window, report);
-    std::cout << "memory at the end: " << memoryInMegabytes("VmRSS") << " MB, at most "
-              << memoryInMegabytes("VmHWM") << " MB\n";
+    std::cout << "memory at the end: " << memoryInMegabytes("VmRSS") << " MB, at most " << memoryInMegabytes("VmHWM")
+              << " MB\n";
     app::Windows::Clear();
 }

@@ -26,8 +26,7 @@ constexpr int kSaves = 500;
 double milliseconds(const std::function<void()>& action) {
     const auto start = std::chrono::steady_clock::now();
     action();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
-        .count();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
 }
 
 // All cells of a page, as a grid asks for them.
@@ -48,9 +47,8 @@ void measurePages(const char* what, db::Recordset& rows) {
     for (int page = 0; page < kPages; ++page)
         times.push_back(milliseconds([&] { readPage(rows, places(chance)); }));
     std::ranges::sort(times);
-    std::cout << std::left << std::setw(34) << what << std::right << std::setw(9) << count
-              << " rows, a page: first " << first << ", median " << times[kPages / 2]
-              << ", slowest " << times.back() << '\n';
+    std::cout << std::left << std::setw(34) << what << std::right << std::setw(9) << count << " rows, a page: first "
+              << first << ", median " << times[kPages / 2] << ", slowest " << times.back() << '\n';
 }
 
 // Changes a field back and forth, so that each save writes.
@@ -79,8 +77,7 @@ int main(int argc, char** argv) {
     const char* const kAll = "select * from files";
     const char* const kSome = "select * from files where [file name] like '*1*'";
     measurePages("snapshot", *database->OpenSnapshot(kAll));
-    measurePages("snapshot in order of names",
-                 *database->OpenSnapshot("select * from files order by [file name]"));
+    measurePages("snapshot in order of names", *database->OpenSnapshot("select * from files order by [file name]"));
     measurePages("snapshot with a condition", *database->OpenSnapshot(kSome));
     measurePages("table", *database->OpenRecordset("files"));
     measurePages("dynaset with a condition", *database->OpenRecordset(kSome));

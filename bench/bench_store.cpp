@@ -125,16 +125,14 @@ void fieldsByName(benchmark::State& state) {
     Catalogue catalogue(1);
     auto& row = catalogue.fileRows.Recordset();
     for (auto _ : state)
-        for (const auto name :
-             {fields::kDirectoryNumber, fields::kFileName, fields::kFileExtension,
-              fields::kFileSize, fields::kAttributes, fields::kFileDate, fields::kFileTime})
+        for (const auto name : {fields::kDirectoryNumber, fields::kFileName, fields::kFileExtension, fields::kFileSize,
+                                fields::kAttributes, fields::kFileDate, fields::kFileTime})
             benchmark::DoNotOptimize(&row(name));
 }
 BENCHMARK(fieldsByName);
 
 // ASCII, letters with accents, another script.
-constexpr std::array kNames = {"Program Files Setup 1.0.exe",
-                               "\u00dcbersicht f\u00fcr \u00c4rzte.doc",
+constexpr std::array kNames = {"Program Files Setup 1.0.exe", "\u00dcbersicht f\u00fcr \u00c4rzte.doc",
                                "\u041f\u0440\u043e\u0433\u0440\u0430\u043c\u043c\u0430.txt"};
 
 void foldedByBuffer(benchmark::State& state) {

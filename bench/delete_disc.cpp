@@ -54,7 +54,6 @@ int main(int argc, char** argv) {
     yieldUntilFilled(*window);
     window->ListView1->repaint();
     window->DriveInfo->repaint();
-    std::cout << "deletion " << std::chrono::duration<double>(Clock::now() - answered).count()
-              << '\n';
+    std::cout << "deletion " << std::chrono::duration<double>(Clock::now() - answered).count() << '\n';
     return window->ListView1->rows().count() == discs - 1 ? 0 : 1;
 }

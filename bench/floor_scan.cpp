@@ -86,8 +86,7 @@ void walk(int parentFolder, const char* entry, const std::string& number, const 
     addDirectory(number, parent, path, entry);
     std::vector<std::string> children;
     while (const dirent* item = readdir(listing)) {
-        if (item->d_name[0] == '.' &&
-            (item->d_name[1] == 0 || (item->d_name[1] == '.' && item->d_name[2] == 0)))
+        if (item->d_name[0] == '.' && (item->d_name[1] == 0 || (item->d_name[1] == '.' && item->d_name[2] == 0)))
             continue;
         if (item->d_type == DT_DIR)
             children.emplace_back(item->d_name);
@@ -95,8 +94,7 @@ void walk(int parentFolder, const char* entry, const std::string& number, const 
             addFile(folder, number, item->d_name);
     }
     for (size_t i = 0; i < children.size(); ++i)
-        walk(folder, children[i].c_str(), number + "S" + std::to_string(i + 1), number,
-             path + "\\" + children[i]);
+        walk(folder, children[i].c_str(), number + "S" + std::to_string(i + 1), number, path + "\\" + children[i]);
     closedir(listing);
 }
 
@@ -115,9 +113,8 @@ int main(int argc, char** argv) {
     g_directory = prepare("INSERT INTO Directories(\"drive id number\", \"Parent id\", \"id "
                           "number\", \"directory name\","
                           " \"Directory Path\") VALUES (1, ?1, ?2, ?3, ?4)");
-    g_file = prepare(
-        "INSERT INTO Files(\"directory number\", \"file name\", \"file extension\", \"file size\","
-        " Attributes, \"File date\", \"file time\") VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)");
+    g_file = prepare("INSERT INTO Files(\"directory number\", \"file name\", \"file extension\", \"file size\","
+                     " Attributes, \"File date\", \"file time\") VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)");
     walk(AT_FDCWD, argv[2], "C1D1", "R", "D:");
     run("COMMIT");
     sqlite3_finalize(g_directory);

@@ -41,8 +41,7 @@ public:
     Insert& operator=(const Insert&) = delete;
 
     Insert& text(std::string_view value) {
-        sqlite3_bind_text(m_statement, ++m_at, value.data(), static_cast<int>(value.size()),
-                          SQLITE_TRANSIENT);
+        sqlite3_bind_text(m_statement, ++m_at, value.data(), static_cast<int>(value.size()), SQLITE_TRANSIENT);
         return *this;
     }
     Insert& number(double value) {
@@ -75,19 +74,16 @@ class Catalogue {
 public:
     Catalogue(sqlite3* connection, uint64_t accented)
         : m_accented(accented)
-        , m_disc(connection,
-                 "INSERT INTO Drive(\"id number\", \"Drive letter\", \"volume name\", \"Serial "
-                 "Number\","
-                 " \"prefered name\", \"file system\", \"Total Size\", \"free size\", Comments)"
-                 " VALUES (?1, 'D:\\', ?2, '1A2B-3C4D', ?3, 'CDFS', 650.25, 0, 'Scanned without "
-                 "errors.')")
-        , m_directory(
-              connection,
-              "INSERT INTO Directories(\"drive id number\", \"Parent id\", \"id number\", "
-              "\"directory name\","
-              " \"Directory Path\", \"number of files\", \"number of subdirectories\", Size,"
-              " \"Total Size\", \"Total number of files\", \"Total number of Subdirectories\")"
-              " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?8, ?6, ?7)")
+        , m_disc(connection, "INSERT INTO Drive(\"id number\", \"Drive letter\", \"volume name\", \"Serial "
+                             "Number\","
+                             " \"prefered name\", \"file system\", \"Total Size\", \"free size\", Comments)"
+                             " VALUES (?1, 'D:\\', ?2, '1A2B-3C4D', ?3, 'CDFS', 650.25, 0, 'Scanned without "
+                             "errors.')")
+        , m_directory(connection, "INSERT INTO Directories(\"drive id number\", \"Parent id\", \"id number\", "
+                                  "\"directory name\","
+                                  " \"Directory Path\", \"number of files\", \"number of subdirectories\", Size,"
+                                  " \"Total Size\", \"Total number of files\", \"Total number of Subdirectories\")"
+                                  " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?8, ?6, ?7)")
         , m_file(connection, "INSERT INTO Files(\"directory number\", \"file name\", \"file "
                              "extension\", \"file size\","
                              " Attributes, \"File date\", \"file time\", \"number of icons\","
@@ -127,8 +123,7 @@ private:
     void addDirectory(const std::string& number, const std::string& parent, const std::string& name,
                       const std::string& path, Fans fans) {
         const int children = fans[0];
-        const int64_t files =
-            children > 0 && fans[1] > 0 && fans[2] == 0 ? kFilesNearTheRoot : kFilesOfADirectory;
+        const int64_t files = children > 0 && fans[1] > 0 && fans[2] == 0 ? kFilesNearTheRoot : kFilesOfADirectory;
         ++m_directories;
         m_directory.whole(m_number).text(parent).text(number).text(name).text(path);
         m_directory.whole(files).whole(children).number(12.5 * static_cast<double>(files)).run();
@@ -146,8 +141,7 @@ private:
         for (int64_t i = 0; i < count; ++i) {
             const uint64_t mixed = static_cast<uint64_t>(m_files) * 2654435761U % 1000003U;
             const std::string extension = kExtensions[mixed % kExtensions.size()];
-            const std::string date = "0" + std::to_string(1 + mixed % 9) + "/" +
-                                     std::to_string(10 + mixed % 19) + "/" +
+            const std::string date = "0" + std::to_string(1 + mixed % 9) + "/" + std::to_string(10 + mixed % 19) + "/" +
                                      std::to_string(90 + mixed % 10);
             const std::string name = nameOf(mixed) + extension;
             m_file.text(directory).text(name).text(extension);
@@ -160,8 +154,7 @@ private:
     }
 
     std::string nameOf(uint64_t mixed) const {
-        static constexpr std::array<const char*, 4> kAccented = {"\u00C4rger", "f\u00fcr ", "File ",
-                                                                 "Stra\u00dfe"};
+        static constexpr std::array<const char*, 4> kAccented = {"\u00C4rger", "f\u00fcr ", "File ", "Stra\u00dfe"};
         if (mixed * 7919 % 1000 >= m_accented)
             return "File" + std::to_string(mixed);
         const std::string end = mixed % 4 == 2 ? "\u00e9" : "";
@@ -194,15 +187,14 @@ private:
 };
 
 void write(sqlite3* connection, uint64_t accented) {
-    sqlite3_exec(connection, "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN", nullptr,
-                 nullptr, nullptr);
+    sqlite3_exec(connection, "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF; BEGIN", nullptr, nullptr, nullptr);
     {
         Catalogue catalogue(connection, accented);
         for (int disc = 1; disc <= kDiscs; ++disc)
             catalogue.addDisc(disc);
         catalogue.fillLargeDirectory();
-        std::cout << kDiscs << " discs, " << catalogue.directories() << " directories, "
-                  << catalogue.files() << " files (wanted " << kFiles << ")\n";
+        std::cout << kDiscs << " discs, " << catalogue.directories() << " directories, " << catalogue.files()
+                  << " files (wanted " << kFiles << ")\n";
     }
     sqlite3_exec(connection, "COMMIT", nullptr, nullptr, nullptr);
 }

@@ -16,8 +16,7 @@ std::vector<fs::path> makeDirectories(const fs::path& root, size_t count) {
     std::vector<fs::path> directories{root};
     for (size_t parent = 0; directories.size() < count; ++parent)
         for (int i = 0; i < kChildren && directories.size() < count; ++i) {
-            directories.push_back(directories[parent] /
-                                  ("DIR" + std::to_string(directories.size())));
+            directories.push_back(directories[parent] / ("DIR" + std::to_string(directories.size())));
             fs::create_directory(directories.back());
         }
     return directories;

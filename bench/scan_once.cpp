@@ -28,8 +28,7 @@ public:
     void totalsFinished() override { m_totals = secondsSince(m_start); }
     void scanFinished() override { m_end = secondsSince(m_start); }
     void print() const {
-        std::cout << "walk " << m_walk << " totals " << m_totals - m_walk << " commit "
-                  << m_end - m_totals << '\n';
+        std::cout << "walk " << m_walk << " totals " << m_totals - m_walk << " commit " << m_end - m_totals << '\n';
     }
 
 private:
@@ -73,16 +72,12 @@ int main(int argc, char** argv) {
     quick.countBelow([](const std::string&) { return true; });
     std::cout << quick.directories() << " directories, " << quick.files() << " files, quick scan "
               << secondsSince(start) << '\n';
-    scanner::ScanRequest request{.driveLetter = letter,
-                                 .preferredName = "Bench",
-                                 .comments = {},
-                                 .quickFiles = quick.files(),
-                                 .options = {}};
+    scanner::ScanRequest request{
+        .driveLetter = letter, .preferredName = "Bench", .comments = {}, .quickFiles = quick.files(), .options = {}};
     if (argc > 3)
         request.options.DetailLevel = argv[3];
     Stages stages;
-    scanner::ScanEngine engine({master, discs, directories, files}, disc::driveTable(), lister,
-                               stages, request);
+    scanner::ScanEngine engine({master, discs, directories, files}, disc::driveTable(), lister, stages, request);
     engine.begin();
     engine.run();
     stages.print();

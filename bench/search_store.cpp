@@ -20,10 +20,9 @@ namespace {
 
 // The fields in the order of the page; under each what stands in it.
 const std::vector<std::vector<std::string>> kConditions = {
-    {"[file name] like 'file77*' ", "[file name] like '*e77*' ", "[file name] like 'f*' ",
-     "[file name] like '*e*' ", "[file name] like 'file12345.exe' "},
-    {"[file extension] like '.dll' ", "[file extension] like '.*x*' ",
-     "[file extension] like '.*' "},
+    {"[file name] like 'file77*' ", "[file name] like '*e77*' ", "[file name] like 'f*' ", "[file name] like '*e*' ",
+     "[file name] like 'file12345.exe' "},
+    {"[file extension] like '.dll' ", "[file extension] like '.*x*' ", "[file extension] like '.*' "},
     {"[file size] =100", "[file size] >70000", "[file size] >-1"},
     {"[directory number] like 'c12d'", "[directory number] like 'C7D1S3'"},
     {"[attributes] like 'Hr*' ", "[attributes] like '*A*' ", "[attributes] like 'r*' "},
@@ -46,15 +45,13 @@ struct Time {
 Time now() {
     timespec used{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
-    const std::chrono::duration<double, std::milli> clock =
-        std::chrono::steady_clock::now().time_since_epoch();
-    return {static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) * 1e-6,
-            clock.count(), 0};
+    const std::chrono::duration<double, std::milli> clock = std::chrono::steady_clock::now().time_since_epoch();
+    return {static_cast<double>(used.tv_sec) * 1e3 + static_cast<double>(used.tv_nsec) * 1e-6, clock.count(), 0};
 }
 
 Time measure(db::Database& database, const std::string& conditions, int rounds) {
-    const std::string query = "SELECT files.*  FROM Files where [id number] like '*'" + conditions +
-                              " Order by [file name]";
+    const std::string query =
+        "SELECT files.*  FROM Files where [id number] like '*'" + conditions + " Order by [file name]";
     Time least{1e9, 1e9, 0};
     for (int round = 0; round < rounds; ++round) {
         const Time begin = now();
@@ -67,9 +64,8 @@ Time measure(db::Database& database, const std::string& conditions, int rounds) 
 }
 
 void print(const Time& time, const std::string& conditions) {
-    std::cout << std::fixed << std::setprecision(1) << std::setw(8) << time.processor
-              << std::setw(8) << time.clock << std::setw(9) << time.rows << "  " << conditions
-              << std::endl;
+    std::cout << std::fixed << std::setprecision(1) << std::setw(8) << time.processor << std::setw(8) << time.clock
+              << std::setw(9) << time.rows << "  " << conditions << std::endl;
 }
 
 void measurePairs(db::Database& database, int rounds) {

@@ -10,8 +10,8 @@ namespace discaro::app {
 
 void Main(const SingleInstance& instance, const std::function<void()>& prepare) {
     if (instance.prevInstance()) {
-        kit::MsgBox("Another Instance of Tavo - Discaro is already running.", kit::Buttons::Ok,
-                    kit::Icon::Exclamation, "Already Running");
+        kit::MsgBox("Another Instance of Tavo - Discaro is already running.", kit::Buttons::Ok, kit::Icon::Exclamation,
+                    "Already Running");
         kit::EndProgram();
     }
     kit::yield();

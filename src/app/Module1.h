@@ -18,9 +18,9 @@ namespace discaro::app::Module1 {
 // The open catalogue. OpenCatalogue replaces it; nobody has to close it.
 extern std::shared_ptr<db::Database> CatalogueDb;
 
-extern std::string ReturnTo;     // "switch" or "explore": what to show when a task window closes
-extern int16_t ScanCancelled;    // 1: the running scan is to stop
-extern std::string SelectedDisc; // disc number for the disc properties
+extern std::string ReturnTo;          // "switch" or "explore": what to show when a task window closes
+extern int16_t ScanCancelled;         // 1: the running scan is to stop
+extern std::string SelectedDisc;      // disc number for the disc properties
 extern std::string SelectedDirectory; // directory number for the properties windows
 extern std::string SelectedFile;      // file number for the file properties
 extern std::string JumpDisc;          // where the explorer is to open; "" means nowhere

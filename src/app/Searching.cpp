@@ -20,10 +20,7 @@ const kit::FormTable<Searching> Searching::kTable{
 };
 
 Searching::Searching()
-    : Form({.name = "Searching",
-            .caption = "Searching",
-            .size = {kDiameter, kDiameter},
-            .border = Border::None}) {
+    : Form({.name = "Searching", .caption = "Searching", .size = {kDiameter, kDiameter}, .border = Border::None}) {
     setAttribute(Qt::WA_TranslucentBackground);
     kTable.build(*this);
 }

@@ -10,11 +10,9 @@
 
 namespace discaro::app {
 
-SingleInstance::SingleInstance(const std::filesystem::path& markFile,
-                               const std::filesystem::path& folder)
-    : m_marks{
-          base::Descriptor(open(markFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)),
-          base::Descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))} {
+SingleInstance::SingleInstance(const std::filesystem::path& markFile, const std::filesystem::path& folder)
+    : m_marks{base::Descriptor(open(markFile.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)),
+              base::Descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))} {
     for (const auto& mark : m_marks)
         take(mark);
 }

@@ -14,8 +14,7 @@ class SingleInstance {
 public:
     // Takes the marks that no other process has: that of a file, which is made, and that of a folder, which lies on
     // the folder itself and leaves nothing in it. An empty path and a folder that is not there have no mark.
-    explicit SingleInstance(const std::filesystem::path& markFile,
-                            const std::filesystem::path& folder = {});
+    explicit SingleInstance(const std::filesystem::path& markFile, const std::filesystem::path& folder = {});
 
     // Whether another instance had a mark already. Where no mark can be made at all, nobody has it.
     bool prevInstance() const { return m_taken; }

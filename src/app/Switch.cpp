@@ -46,8 +46,8 @@ const QColor kHoverGround(230, 233, 250);
 
 // The window behind an entry; Exit has none.
 const char* windowOf(int index) {
-    static constexpr const char* kWindows[kEntries] = {
-        "Scanform", "DeleteCD", "EXMain", "Search", "Workshop", "About", "", "Programs"};
+    static constexpr const char* kWindows[kEntries] = {"Scanform", "DeleteCD", "EXMain", "Search",
+                                                       "Workshop", "About",    "",       "Programs"};
     return kWindows[index];
 }
 
@@ -115,8 +115,7 @@ void Switch::Label1_Click(int index) {
 }
 
 void Switch::openWindow(int index) {
-    handOver({.from = "Switch", .to = windowOf(index), .returnTo = "switch"},
-             [index] { setFurtherVariables(index); });
+    handOver({.from = "Switch", .to = windowOf(index), .returnTo = "switch"}, [index] { setFurtherVariables(index); });
 }
 
 // The menu may have been left meanwhile by one of its entries.
@@ -192,8 +191,7 @@ void Switch::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction); // the files stay where they are
     event->accept();
     QMetaObject::invokeMethod(
-        this, [this, discs = kit::droppedFiles(*event->mimeData())] { openWizard(discs); },
-        Qt::QueuedConnection);
+        this, [this, discs = kit::droppedFiles(*event->mimeData())] { openWizard(discs); }, Qt::QueuedConnection);
 }
 
 void Switch::keyPressEvent(QKeyEvent* event) {

@@ -32,12 +32,11 @@ void makeEntry(kit::Label& label) {
 }
 
 void makeSmallAndRound(kit::Button& button) {
-    button.setStyleSheet(
-        "QPushButton { color: #d6dcff; background: #20254c; border: 1px solid #6a70c8;"
-        " border-radius: 6px; padding: 0px; }"
-        "QPushButton:hover { background: #343b78; }"
-        "QPushButton:pressed { background: #12152e; }"
-        "QPushButton:focus { border: 2px solid #d6dcff; }");
+    button.setStyleSheet("QPushButton { color: #d6dcff; background: #20254c; border: 1px solid #6a70c8;"
+                         " border-radius: 6px; padding: 0px; }"
+                         "QPushButton:hover { background: #343b78; }"
+                         "QPushButton:pressed { background: #12152e; }"
+                         "QPushButton:focus { border: 2px solid #d6dcff; }");
 }
 
 void dressMarquee(kit::Marquee& marquee) {
@@ -96,11 +95,9 @@ const kit::FormTable<Switch> Switch::kTable{
     entry(6, kNarrow, kLowerTop + 3 * kEntryHeight, "Exit")
         .onClick(&Switch::Label1_Click)
         .when(&kit::Label::MouseMove, &Switch::Label1_MouseMove),
-    control(&Switch::Label2, "Label2")
-        .at(0, 0, 60, 20)
-        .text("Label2")
-        .hidden()
-        .set([](kit::Label& label) { label.setForeColour(kit::colourOf(kHoverColour)); }),
+    control(&Switch::Label2, "Label2").at(0, 0, 60, 20).text("Label2").hidden().set([](kit::Label& label) {
+        label.setForeColour(kit::colourOf(kHoverColour));
+    }),
     control(&Switch::Command1, "Command1")
         .at(227, 44, 26, 20)
         .text("_")
@@ -122,10 +119,7 @@ const kit::FormTable<Switch> Switch::kTable{
 };
 
 Switch::Switch()
-    : Form({.name = "Switch",
-            .caption = "Discaro",
-            .size = {kSide, kSide},
-            .border = Border::None}) {
+    : Form({.name = "Switch", .caption = "Discaro", .size = {kSide, kSide}, .border = Border::None}) {
     setAttribute(Qt::WA_TranslucentBackground);
     kTable.build(*this);
     setAcceptDrops(true);

@@ -98,8 +98,8 @@ std::string numberText(double number) {
     if (number == 0)
         return "0";
     std::array<char, 40> buffer{};
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
-                                      std::chars_format::general, 15);
+    const auto result =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, std::chars_format::general, 15);
     std::string text(buffer.data(), result.ptr);
     for (char& c : text)
         if (c == 'e')

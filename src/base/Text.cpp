@@ -15,15 +15,14 @@ namespace {
 constexpr char32_t kReplacement = 0xFFFD;
 
 // Windows-1252, bytes 0x80 to 0x9F. Source: the mapping table "cp1252" of the Unicode consortium.
-constexpr std::array<char16_t, 32> kWindows1252 = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr std::array<char16_t, 32> kWindows1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                                   0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                                   0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                                   0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 void appendCodePoint(std::string& text, char32_t codePoint) {
     std::array<utf8proc_uint8_t, 4> buffer{};
-    const auto length =
-        utf8proc_encode_char(static_cast<utf8proc_int32_t>(codePoint), buffer.data());
+    const auto length = utf8proc_encode_char(static_cast<utf8proc_int32_t>(codePoint), buffer.data());
     text.append(reinterpret_cast<const char*>(buffer.data()), static_cast<size_t>(length));
 }
 
@@ -59,8 +58,8 @@ Piece firstPiece(std::string_view text) {
     int run = 0;
     for (size_t at = 0; at < text.size();) {
         utf8proc_int32_t codePoint = 0;
-        const auto length = utf8proc_iterate(
-            bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
+        const auto length =
+            utf8proc_iterate(bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
         if (length <= 0)
             return {text.size(), true};
         if (standsForAscii(codePoint))
@@ -75,9 +74,8 @@ Piece firstPiece(std::string_view text) {
 
 std::string composedPiece(std::string_view text) {
     utf8proc_uint8_t* result = nullptr;
-    const auto length =
-        utf8proc_map(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &result,
-                     static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
+    const auto length = utf8proc_map(bytesOf(text), static_cast<utf8proc_ssize_t>(text.size()), &result,
+                                     static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
     const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(result, &std::free);
     if (length < 0)
         return std::string(text);
@@ -145,8 +143,7 @@ void addDecomposed(Cluster& cluster, utf8proc_int32_t codePoint) {
         return cluster.add(codePoint);
     // The longest canonical decomposition of a character has four code points.
     std::array<utf8proc_int32_t, 8> parts{};
-    const auto count =
-        utf8proc_decompose_char(codePoint, parts.data(), parts.size(), UTF8PROC_DECOMPOSE, nullptr);
+    const auto count = utf8proc_decompose_char(codePoint, parts.data(), parts.size(), UTF8PROC_DECOMPOSE, nullptr);
     for (utf8proc_ssize_t part = 0; part < count; ++part)
         cluster.add(parts[static_cast<size_t>(part)]);
 }
@@ -186,8 +183,8 @@ bool isValidUtf8(std::string_view bytes) {
             continue;
         }
         utf8proc_int32_t codePoint = 0;
-        const auto length = utf8proc_iterate(
-            bytesOf(bytes) + at, static_cast<utf8proc_ssize_t>(bytes.size() - at), &codePoint);
+        const auto length =
+            utf8proc_iterate(bytesOf(bytes) + at, static_cast<utf8proc_ssize_t>(bytes.size() - at), &codePoint);
         if (length <= 0)
             return false;
         at += static_cast<size_t>(length);
@@ -222,8 +219,8 @@ std::string lowerCase(std::string_view text) {
     result.reserve(text.size());
     for (size_t at = 0; at < text.size();) {
         utf8proc_int32_t codePoint = 0;
-        const auto length = utf8proc_iterate(
-            bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
+        const auto length =
+            utf8proc_iterate(bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
         if (length <= 0) {
             result += text[at++];
             continue;
@@ -249,8 +246,8 @@ void appendOrderKey(std::string& key, std::string_view text) {
             continue;
         }
         utf8proc_int32_t codePoint = 0;
-        const auto length = utf8proc_iterate(
-            bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
+        const auto length =
+            utf8proc_iterate(bytesOf(text) + at, static_cast<utf8proc_ssize_t>(text.size() - at), &codePoint);
         if (length <= 0) {
             cluster.flush();
             key += text[at++];
@@ -271,9 +268,9 @@ std::string orderKey(std::string_view text) {
 
 int compareFolded(std::string_view left, std::string_view right) {
     if (isAscii(left) && isAscii(right)) {
-        const auto order = std::lexicographical_compare_three_way(
-            left.begin(), left.end(), right.begin(), right.end(),
-            [](char a, char b) { return asciiLower(a) <=> asciiLower(b); });
+        const auto order =
+            std::lexicographical_compare_three_way(left.begin(), left.end(), right.begin(), right.end(),
+                                                   [](char a, char b) { return asciiLower(a) <=> asciiLower(b); });
         return order < 0 ? -1 : order > 0 ? 1 : 0;
     }
     return foldedForComparison(left).compare(foldedForComparison(right));

@@ -85,8 +85,8 @@ void DeleteCD::Command2_Click() {
     }
     const auto number = static_cast<int64_t>(discs.Fields(drive::kIdNumber).Number());
     const auto question = deletionQuestion(discs.Fields(drive::kPreferedName).Text());
-    if (kit::MsgBox(qt(question), kit::Buttons::OkCancel, kit::Icon::Question,
-                    "Confim Deletion !!!", this) == kit::Answer::Ok)
+    if (kit::MsgBox(qt(question), kit::Buttons::OkCancel, kit::Icon::Question, "Confim Deletion !!!", this) ==
+        kit::Answer::Ok)
         deleteCurrentDisc(discs);
     m_aimed = false;
     deleteTagsOfDisc(number);

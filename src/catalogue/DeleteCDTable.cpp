@@ -10,14 +10,9 @@ const kit::FormTable<DeleteCD> DeleteCD::kTable{
         list.setPictures(":/pictures/commands", {"cdrom"});
     }),
     control(&DeleteCD::ImageList2, "ImageList2").set([](kit::ImageList& list) {
-        list.setPictures(":/pictures/facts",
-                         {"cdnum", "pname", "label", "snum", "fsys", "size", "comment", "autrun"});
+        list.setPictures(":/pictures/facts", {"cdnum", "pname", "label", "snum", "fsys", "size", "comment", "autrun"});
     }),
-    control(&DeleteCD::Label1, "Label1")
-        .at(16, 14, 236, 22)
-        .text("Preferred Name")
-        .bold()
-        .labels(&DeleteCD::ListView1),
+    control(&DeleteCD::Label1, "Label1").at(16, 14, 236, 22).text("Preferred Name").bold().labels(&DeleteCD::ListView1),
     control(&DeleteCD::ListView1, "ListView1")
         .at(16, 40, 236, 328)
         .set([](kit::ListView& list) {
@@ -34,14 +29,8 @@ const kit::FormTable<DeleteCD> DeleteCD::kTable{
         list.setColumns({{"Information", 150, Qt::AlignLeft}, {"Value", 224, Qt::AlignLeft}});
         list.hideHeaders();
     }),
-    control(&DeleteCD::Command2, "Command2")
-        .at(456, 384, 100, 30)
-        .text("&Delete")
-        .onClick(&DeleteCD::Command2_Click),
-    control(&DeleteCD::Command1, "Command1")
-        .at(564, 384, 100, 30)
-        .text("&Exit")
-        .onClick(&DeleteCD::Command1_Click),
+    control(&DeleteCD::Command2, "Command2").at(456, 384, 100, 30).text("&Delete").onClick(&DeleteCD::Command2_Click),
+    control(&DeleteCD::Command1, "Command1").at(564, 384, 100, 30).text("&Exit").onClick(&DeleteCD::Command1_Click),
     control(&DeleteCD::Timer1, "Timer1").every(1).enabled().onTick(&DeleteCD::Timer1_Timer),
     control(&DeleteCD::TrayIcon1, "TrayIcon1")
         .set([](kit::TrayIcon& icon) { icon.setToolTipText("Discaro - Delete CD-ROM Entry"); })

@@ -43,8 +43,7 @@ void deleteCurrentDisc(db::Recordset& discs) {
 
 void deleteTagsOfDisc(int64_t discNumber) {
     app::Module1::OpenCatalogue();
-    app::Module1::CatalogueDb->Execute("DELETE * FROM [Prog Tag] WHERE [CD number] like " +
-                                       std::to_string(discNumber));
+    app::Module1::CatalogueDb->Execute("DELETE * FROM [Prog Tag] WHERE [CD number] like " + std::to_string(discNumber));
     app::Module1::CatalogueDb->Close();
 }
 

@@ -9,9 +9,8 @@ std::string rowCondition(std::string_view number) {
 }
 
 std::string duplicateNameMessage(db::Recordset& discs) {
-    return "This Preferred name was used once before for CD-ROM number  '" +
-           discs.Fields(drive::kIdNumber).Text() + "' which has '" +
-           discs.Fields(drive::kVolumeName).Text() +
+    return "This Preferred name was used once before for CD-ROM number  '" + discs.Fields(drive::kIdNumber).Text() +
+           "' which has '" + discs.Fields(drive::kVolumeName).Text() +
            "' as its Volume label. Please choose another name.";
 }
 

@@ -22,8 +22,7 @@ struct DiscFact {
     std::string_view icon;  // the key of its picture, empty for none
     std::string_view text;  // what it is
     std::string_view field; // of Drive, empty for a line without a value
-    bool whole =
-        false; // a number that is shown without its fraction where there is room for little
+    bool whole = false;     // a number that is shown without its fraction where there is room for little
     std::string_view unit = {};
 };
 

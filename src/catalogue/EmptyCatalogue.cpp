@@ -11,8 +11,7 @@ void createEmptyCatalogue(const std::filesystem::path& path) {
 }
 
 db::FileFormat catalogueFormat() {
-    return {kApplicationId, kFormatVersion, catalogueSchema(), catalogueParts(),
-            std::string(kRowNumbers)};
+    return {kApplicationId, kFormatVersion, catalogueSchema(), catalogueParts(), std::string(kRowNumbers)};
 }
 
 } // namespace discaro::catalogue

@@ -158,34 +158,31 @@ std::string createTable(const TableDef& table) {
 using Part = db::FormatPart;
 
 std::string noneNamed(std::string_view kind, const std::string& object) {
-    return "SELECT NOT EXISTS (SELECT 1 FROM sqlite_schema WHERE type='" + std::string(kind) +
-           "' AND name='" + object + "' COLLATE NOCASE)";
+    return "SELECT NOT EXISTS (SELECT 1 FROM sqlite_schema WHERE type='" + std::string(kind) + "' AND name='" + object +
+           "' COLLATE NOCASE)";
 }
 
 Part index(std::string_view kind, std::string_view table, std::string_view field) {
     const std::string object = std::string(table).append(" ").append(field);
-    return {noneNamed("index", object), "CREATE " + std::string(kind) + " " + name(object) +
-                                            " ON " + name(table) + " (" + name(field) + ")"};
+    return {noneNamed("index", object),
+            "CREATE " + std::string(kind) + " " + name(object) + " ON " + name(table) + " (" + name(field) + ")"};
 }
 
-Part cascade(std::string_view from, std::string_view key, std::string_view to,
-             std::string_view reference) {
+Part cascade(std::string_view from, std::string_view key, std::string_view to, std::string_view reference) {
     const std::string object = std::string(from).append(" deleted");
-    return {noneNamed("trigger", object), "CREATE TRIGGER " + name(object) + " AFTER DELETE ON " +
-                                              name(from) + " BEGIN DELETE FROM " + name(to) +
-                                              " WHERE " + name(reference) + " = OLD." + name(key) +
-                                              "; END"};
+    return {noneNamed("trigger", object), "CREATE TRIGGER " + name(object) + " AFTER DELETE ON " + name(from) +
+                                              " BEGIN DELETE FROM " + name(to) + " WHERE " + name(reference) +
+                                              " = OLD." + name(key) + "; END"};
 }
 
 // Written when the highest of the numbers not yet noted goes; for the rest of a deletion the condition is all it costs.
 Part notedNumbers(std::string_view table, std::string_view number) {
     const std::string object = std::string(table).append(" numbered");
     const std::string noted = name(table) + " FROM " + name(kRowNumbers);
-    return {noneNamed("trigger", object),
-            "CREATE TRIGGER " + name(object) + " BEFORE DELETE ON " + name(table) + " WHEN OLD." +
-                name(number) + " > (SELECT " + noted + ") BEGIN UPDATE " + name(kRowNumbers) +
-                " SET " + name(table) + " = (SELECT max(" + name(number) + ") FROM " + name(table) +
-                "); END"};
+    return {noneNamed("trigger", object), "CREATE TRIGGER " + name(object) + " BEFORE DELETE ON " + name(table) +
+                                              " WHEN OLD." + name(number) + " > (SELECT " + noted + ") BEGIN UPDATE " +
+                                              name(kRowNumbers) + " SET " + name(table) + " = (SELECT max(" +
+                                              name(number) + ") FROM " + name(table) + "); END"};
 }
 
 Part oneRow(std::string_view table, const std::string& values) {

@@ -14,8 +14,8 @@ Table& noTable() {
 
 } // namespace
 
-AggregateSource::AggregateSource(Store& store, std::shared_ptr<const RecordLayout> layout,
-                                 std::string_view sql, const std::vector<Value>& bindings)
+AggregateSource::AggregateSource(Store& store, std::shared_ptr<const RecordLayout> layout, std::string_view sql,
+                                 const std::vector<Value>& bindings)
     : RowSource(store, RowQuery{&noTable(), std::move(layout), {}, {}, {}, {}}) {
     const auto statement = store.statement(sql);
     const StatementRun run(*statement);

@@ -64,14 +64,11 @@ void Connection::setLockWait(int milliseconds) {
     lockWait() = milliseconds;
 }
 
-Connection::Connection(const std::string& path, Mode mode,
-                       std::function<void(const base::RuntimeError&)> onFailure)
+Connection::Connection(const std::string& path, Mode mode, std::function<void(const base::RuntimeError&)> onFailure)
     : m_lockWait(lockWait())
     , m_session{nullptr, std::move(onFailure)} {
-    const int flags = SQLITE_OPEN_NOMUTEX |
-                      (mode == Mode::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
-    const int code =
-        sqlite3_open_v2(path.c_str(), &m_session.handle, flags, guardedLayer(fileLayer()));
+    const int flags = SQLITE_OPEN_NOMUTEX | (mode == Mode::ReadOnly ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
+    const int code = sqlite3_open_v2(path.c_str(), &m_session.handle, flags, guardedLayer(fileLayer()));
     m_handle.reset(m_session.handle);
     if (code != SQLITE_OK)
         raise(m_session, code);
@@ -104,8 +101,7 @@ bool Connection::ownsFile() const {
 
 void Connection::requireFile() const {
     if (!ownsFile())
-        throw base::RuntimeError(base::ErrorNumber::CatalogueReplaced,
-                                 sqlite3_db_filename(handle(), "main"));
+        throw base::RuntimeError(base::ErrorNumber::CatalogueReplaced, sqlite3_db_filename(handle(), "main"));
 }
 
 FileState Connection::fileState() const {
@@ -125,8 +121,7 @@ void Connection::useRollbackJournal() {
         return;
     number("PRAGMA schema_version"); // SQLite takes notice of the log when it reads
     if (text("PRAGMA journal_mode=DELETE") != "delete")
-        throw base::RuntimeError(base::ErrorNumber::CatalogueLocked,
-                                 sqlite3_db_filename(handle(), "main"));
+        throw base::RuntimeError(base::ErrorNumber::CatalogueLocked, sqlite3_db_filename(handle(), "main"));
 }
 
 void Connection::execute(const std::string& sql) {
@@ -156,8 +151,7 @@ Plan Connection::plan(std::string_view sql) {
         const std::string_view opcode = program.text(kOpcode);
         const bool step = opcode == "Next" || opcode == "Prev";
         plan.sorts = plan.sorts || opcode == "SorterOpen";
-        plan.scans =
-            plan.scans || (step && program.integer(kMark) == SQLITE_STMTSTATUS_FULLSCAN_STEP);
+        plan.scans = plan.scans || (step && program.integer(kMark) == SQLITE_STMTSTATUS_FULLSCAN_STEP);
     }
     return plan;
 }

@@ -45,8 +45,7 @@ public:
     // Opens a file that exists and sets the store's ways: rollback journal, a commit that no power cut takes back,
     // foreign keys, the cache, a short wait for other programs' locks, a distrust of what a damaged or foreign file
     // brings along. The file is not read yet. onFailure is the session's.
-    Connection(const std::string& path, Mode mode,
-               std::function<void(const base::RuntimeError&)> onFailure = {});
+    Connection(const std::string& path, Mode mode, std::function<void(const base::RuntimeError&)> onFailure = {});
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;

@@ -56,8 +56,7 @@ int numberAt(std::string_view text, size_t begin, size_t length) {
 
 bool dateExists(std::string_view text) {
     using namespace std::chrono;
-    const year_month_day date(year(numberAt(text, 0, 4)),
-                              month(static_cast<unsigned>(numberAt(text, 5, 2))),
+    const year_month_day date(year(numberAt(text, 0, 4)), month(static_cast<unsigned>(numberAt(text, 5, 2))),
                               day(static_cast<unsigned>(numberAt(text, 8, 2))));
     return date.ok();
 }
@@ -86,11 +85,7 @@ std::string fromShortForm(std::string_view text) {
     if (!(matches(day, "00/00/00") || matches(day, "00/00/0000")) || (!time.empty() && !timed))
         return {};
     std::string stored(day.size() > 8 ? std::string_view() : centuryOf(day.substr(6)));
-    stored.append(day.substr(6))
-        .append("-")
-        .append(day.substr(0, 2))
-        .append("-")
-        .append(day.substr(3, 2));
+    stored.append(day.substr(6)).append("-").append(day.substr(0, 2)).append("-").append(day.substr(3, 2));
     return timed ? stored + fullDayTime(time) : stored;
 }
 
@@ -141,15 +136,10 @@ std::string shortDate(std::string_view stored) {
     const bool withTime = matches(stored, kDayAndTime);
     if (!withTime && !matches(stored, kDay))
         return std::string(stored);
-    const std::string century = centuryOf(stored.substr(2, 2)) == stored.substr(0, 2)
-                                    ? ""
-                                    : std::string(stored.substr(0, 2));
+    const std::string century =
+        centuryOf(stored.substr(2, 2)) == stored.substr(0, 2) ? "" : std::string(stored.substr(0, 2));
     std::string text(stored.substr(5, 2));
-    text.append("/")
-        .append(stored.substr(8, 2))
-        .append("/")
-        .append(century)
-        .append(stored.substr(2, 2));
+    text.append("/").append(stored.substr(8, 2)).append("/").append(century).append(stored.substr(2, 2));
     if (!withTime)
         return text;
     const int hour = numberAt(stored, 11, 2);

@@ -21,8 +21,7 @@ CursorSource::CursorSource(Store& store, RowQuery query)
 
 bool CursorSource::readForward(int64_t from, size_t rows) {
     if (m_forward == nullptr)
-        m_forward = m_store.statement(m_query.layout->select +
-                                      m_query.filter("rowid>=" + m_query.nextPlaceholder()) +
+        m_forward = m_store.statement(m_query.layout->select + m_query.filter("rowid>=" + m_query.nextPlaceholder()) +
                                       " ORDER BY rowid");
     const StatementRun run(*m_forward);
     bindQuery(*run);
@@ -32,8 +31,7 @@ bool CursorSource::readForward(int64_t from, size_t rows) {
 
 bool CursorSource::readBackward(int64_t from) {
     if (m_backward == nullptr)
-        m_backward = m_store.statement(m_query.layout->select +
-                                       m_query.filter("rowid<=" + m_query.nextPlaceholder()) +
+        m_backward = m_store.statement(m_query.layout->select + m_query.filter("rowid<=" + m_query.nextPlaceholder()) +
                                        " ORDER BY rowid DESC");
     const StatementRun run(*m_backward);
     bindQuery(*run);
@@ -86,8 +84,8 @@ void CursorSource::previous() {
 }
 
 bool CursorSource::find(const Criterion& criterion) {
-    const auto statement = m_store.statement(
-        m_query.layout->select + m_query.filter(criterion.where) + " ORDER BY rowid LIMIT 1");
+    const auto statement =
+        m_store.statement(m_query.layout->select + m_query.filter(criterion.where) + " ORDER BY rowid LIMIT 1");
     const StatementRun run(*statement);
     bindQuery(*run);
     bindCriterion(*run, criterion);
@@ -102,8 +100,8 @@ bool CursorSource::find(const Criterion& criterion) {
 void CursorSource::moveTo(int64_t index) {
     if (index < 0 || index >= count())
         throw base::RuntimeError(base::ErrorNumber::NoCurrentRecord);
-    const bool near = place() == Place::On && !gone() && indexKnown() && index >= m_index &&
-                      index - m_index <= kWorthStepping;
+    const bool near =
+        place() == Place::On && !gone() && indexKnown() && index >= m_index && index - m_index <= kWorthStepping;
     if (near)
         step(index - m_index);
     else if (!jumpTo(index))
@@ -158,8 +156,8 @@ std::optional<int64_t> CursorSource::firstOfDense() {
     if (!m_query.wholeTable())
         return {};
     const std::string table = m_query.from();
-    const auto statement = m_store.statement("SELECT (SELECT min(rowid)" + table +
-                                             "),(SELECT max(rowid)" + table + ")");
+    const auto statement =
+        m_store.statement("SELECT (SELECT min(rowid)" + table + "),(SELECT max(rowid)" + table + ")");
     const StatementRun run(*statement);
     if (!run->step())
         return {};
@@ -180,11 +178,10 @@ void CursorSource::numbersAt(int64_t place, int64_t most, std::vector<int64_t>& 
     if (m_marks.empty())
         return;
     const int64_t mark = std::min(place / kMarkEach, static_cast<int64_t>(m_marks.size()) - 1);
-    const std::string limits = " LIMIT " + std::to_string(most) + " OFFSET ?" +
-                               std::to_string(m_query.nextParameter() + 1);
-    const auto statement =
-        m_store.statement("SELECT rowid" + m_query.from("rowid>=" + m_query.nextPlaceholder()) +
-                          " ORDER BY rowid" + limits);
+    const std::string limits =
+        " LIMIT " + std::to_string(most) + " OFFSET ?" + std::to_string(m_query.nextParameter() + 1);
+    const auto statement = m_store.statement("SELECT rowid" + m_query.from("rowid>=" + m_query.nextPlaceholder()) +
+                                             " ORDER BY rowid" + limits);
     const StatementRun run(*statement);
     bindQuery(*run);
     run->bind(m_query.nextParameter(), m_marks[static_cast<size_t>(mark)]);

@@ -45,8 +45,7 @@ private:
     uint64_t m_indexState = 0;
     int64_t m_count = -1;
     uint64_t m_countState = 0;
-    std::vector<int64_t>
-        m_marks; // the number of every so many-th row: places are counted from the nearest
+    std::vector<int64_t> m_marks; // the number of every so many-th row: places are counted from the nearest
     uint64_t m_marksState = 0;
 };
 

@@ -8,14 +8,12 @@
 
 namespace discaro::db {
 
-std::shared_ptr<Database> DBEngine::open(const std::filesystem::path& path,
-                                         Database::Binding binding) {
+std::shared_ptr<Database> DBEngine::open(const std::filesystem::path& path, Database::Binding binding) {
     std::error_code error;
     const auto name = std::filesystem::absolute(path, error);
     if (error)
         throw base::RuntimeError(base::ErrorNumber::FileMissing, path.string());
-    return std::make_shared<Database>(Database::Key(), Engine::instance().open(name), name.string(),
-                                      binding);
+    return std::make_shared<Database>(Database::Key(), Engine::instance().open(name), name.string(), binding);
 }
 
 std::shared_ptr<Database> DBEngine::OpenDatabase(const std::filesystem::path& path) {

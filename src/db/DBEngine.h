@@ -58,8 +58,7 @@ public:
 
 private:
     friend class DataSource;
-    static std::shared_ptr<Database> open(const std::filesystem::path& path,
-                                          Database::Binding binding);
+    static std::shared_ptr<Database> open(const std::filesystem::path& path, Database::Binding binding);
 };
 
 } // namespace discaro::db

@@ -14,10 +14,8 @@ bool DataSource::keepsDatabase() const {
 }
 
 void DataSource::Refresh() {
-    auto database = keepsDatabase() ? m_database
-                                    : DBEngine::open(m_databaseName, Database::Binding::DataSource);
-    auto recordset =
-        m_readOnly ? database->OpenSnapshot(m_recordSource) : database->OpenDynaset(m_recordSource);
+    auto database = keepsDatabase() ? m_database : DBEngine::open(m_databaseName, Database::Binding::DataSource);
+    auto recordset = m_readOnly ? database->OpenSnapshot(m_recordSource) : database->OpenDynaset(m_recordSource);
     if (database != m_database) {
         Close();
         m_database = std::move(database);

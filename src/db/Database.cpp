@@ -74,8 +74,7 @@ std::shared_ptr<const RecordLayout> layoutOf(const Query& query) {
 }
 
 std::unique_ptr<RowSource> sumsOf(Store& store, const Query& query) {
-    return std::make_unique<AggregateSource>(store, layoutOf(query), sumsSql(query),
-                                             query.bindings);
+    return std::make_unique<AggregateSource>(store, layoutOf(query), sumsSql(query), query.bindings);
 }
 
 } // namespace
@@ -123,19 +122,18 @@ std::unique_ptr<Recordset> Database::OpenDynaset(std::string_view text) {
     return open(text, RecordsetType::Dynaset, RecordsetType::Dynaset);
 }
 
-std::unique_ptr<Recordset> Database::open(std::string_view text, RecordsetType ofTable,
-                                          RecordsetType ofQuery) {
+std::unique_ptr<Recordset> Database::open(std::string_view text, RecordsetType ofTable, RecordsetType ofQuery) {
     auto [source, query] = parse(store(), text);
     if (query.kind == Query::Kind::Delete)
         throw RuntimeError(ErrorNumber::NotAllowed, "a delete statement opens no recordset");
     const bool isTable = query.table == source->schema().find(base::trimBlanks(text));
     const bool isSum = query.kind == Query::Kind::Aggregate;
     const RecordsetType type = isSum ? RecordsetType::Snapshot : isTable ? ofTable : ofQuery;
-    auto rows = isSum ? sumsOf(*source, query)
-                      : openRows(*source, rowsOf(*source, query), type == RecordsetType::Snapshot);
-    return std::make_unique<Recordset>(
-        Recordset::Key(), std::shared_ptr<RecordsetList>(shared_from_this(), &m_recordsets),
-        std::move(source), std::move(rows), type);
+    auto rows =
+        isSum ? sumsOf(*source, query) : openRows(*source, rowsOf(*source, query), type == RecordsetType::Snapshot);
+    return std::make_unique<Recordset>(Recordset::Key(),
+                                       std::shared_ptr<RecordsetList>(shared_from_this(), &m_recordsets),
+                                       std::move(source), std::move(rows), type);
 }
 
 int64_t Database::Execute(std::string_view text) {

@@ -60,8 +60,7 @@ public:
     const std::shared_ptr<Store>& store() const override;
 
 private:
-    std::unique_ptr<Recordset> open(std::string_view text, RecordsetType ofTable,
-                                    RecordsetType ofQuery);
+    std::unique_ptr<Recordset> open(std::string_view text, RecordsetType ofTable, RecordsetType ofQuery);
 
     std::shared_ptr<Store> m_store;
     std::string m_name;

@@ -55,8 +55,7 @@ void fill(const fs::path& path, const FileFormat& format, std::span<const std::s
 
 } // namespace
 
-void createDatabaseFile(const fs::path& path, const FileFormat& format,
-                        std::span<const std::string> statements) {
+void createDatabaseFile(const fs::path& path, const FileFormat& format, std::span<const std::string> statements) {
     std::error_code error;
     const fs::path name = fs::absolute(path, error);
     if (error)
@@ -78,8 +77,7 @@ bool isDatabaseOf(const fs::path& path, const FileFormat& format) {
     uint32_t id = 0;
     for (size_t i = kIdAt; i < head.size(); ++i)
         id = id << 8U | static_cast<unsigned char>(head[i]);
-    return std::string_view(head.data(), kMagic.size()) == kMagic &&
-           id == static_cast<uint32_t>(format.applicationId);
+    return std::string_view(head.data(), kMagic.size()) == kMagic && id == static_cast<uint32_t>(format.applicationId);
 }
 
 } // namespace discaro::db

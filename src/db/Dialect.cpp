@@ -37,8 +37,7 @@ std::string_view withoutBrackets(std::string_view text) {
         while (tokens.is(Symbol::Word));
     if (!tokens.is(Symbol::End))
         tokens.fail();
-    throw RuntimeError(ErrorNumber::UnknownTable,
-                       shownOnError(withoutBrackets(base::trimBlanks(tokens.source()))));
+    throw RuntimeError(ErrorNumber::UnknownTable, shownOnError(withoutBrackets(base::trimBlanks(tokens.source()))));
 }
 
 // The catalogue is named by its bare file name; where it lies is the data source's business.

@@ -96,9 +96,8 @@ int takeField(Tokenizer& tokens, const TableDef& table) {
         const std::string_view qualifier = name;
         name = tokens.takeName();
         if (!base::equalAscii(qualifier, table.name))
-            throw RuntimeError(
-                ErrorNumber::UnknownField,
-                std::string(shownOnError(qualifier)).append(".").append(shownOnError(name)));
+            throw RuntimeError(ErrorNumber::UnknownField,
+                               std::string(shownOnError(qualifier)).append(".").append(shownOnError(name)));
     }
     const int position = table.find(name);
     if (position < 0)

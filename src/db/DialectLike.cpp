@@ -19,8 +19,7 @@ std::string behind(std::string prefix) {
     return prefix;
 }
 
-SqlPart writeComparison(DialectSql& out, const FieldDef& field, std::string_view comparison,
-                        Value constant) {
+SqlPart writeComparison(DialectSql& out, const FieldDef& field, std::string_view comparison, Value constant) {
     const size_t begin = out.text.size();
     out.name(field.name);
     out.text += comparison;
@@ -94,8 +93,7 @@ std::optional<int64_t> integerOf(const Value& pattern) {
     return canonicalInteger(textOf(pattern));
 }
 
-SqlPart writeIntegerLike(DialectSql& out, const FieldDef& field, const Value& pattern,
-                         bool negated) {
+SqlPart writeIntegerLike(DialectSql& out, const FieldDef& field, const Value& pattern, bool negated) {
     if (const auto number = integerOf(pattern)) {
         const SqlPart part = writeComparison(out, field, " = ", *number);
         out.noteSearch(part.begin);

@@ -26,16 +26,14 @@ struct Function {
 };
 
 constexpr std::array kFunctions = {
-    Function{"sum", "SUM(", true, Result::SameAsField},
-    Function{"count", "COUNT(", false, Result::Integer},
-    Function{"min", "MIN(", false, Result::SameAsField},
-    Function{"max", "MAX(", false, Result::SameAsField},
+    Function{"sum", "SUM(", true, Result::SameAsField},  Function{"count", "COUNT(", false, Result::Integer},
+    Function{"min", "MIN(", false, Result::SameAsField}, Function{"max", "MAX(", false, Result::SameAsField},
     Function{"avg", "AVG(", true, Result::Double},
 };
 
 const Function* findFunction(std::string_view name) {
-    const auto* function = std::ranges::find_if(
-        kFunctions, [name](const Function& each) { return base::equalAscii(each.name, name); });
+    const auto* function =
+        std::ranges::find_if(kFunctions, [name](const Function& each) { return base::equalAscii(each.name, name); });
     return function == kFunctions.end() ? nullptr : function;
 }
 
@@ -68,9 +66,8 @@ SelectItem takeItem(Tokenizer& tokens) {
 
 void checkQualifier(const SelectItem& item, const TableDef& table) {
     if (!item.qualifier.empty() && !base::equalAscii(item.qualifier, table.name))
-        throw RuntimeError(
-            ErrorNumber::UnknownField,
-            std::string(shownOnError(item.qualifier)).append(".").append(shownOnError(item.field)));
+        throw RuntimeError(ErrorNumber::UnknownField,
+                           std::string(shownOnError(item.qualifier)).append(".").append(shownOnError(item.field)));
 }
 
 int positionOf(const SelectItem& item, const TableDef& table) {
@@ -99,8 +96,7 @@ FieldType typeOf(const Function& function, const FieldDef& field) {
 Query::Sum countOfRows(const Function& function, const SelectItem& item) {
     if (function.name != "count")
         throw RuntimeError(ErrorNumber::SyntaxError, std::string(function.name) + "(*)");
-    return {std::string(item.alias.empty() ? function.name : item.alias), "COUNT(*)",
-            FieldType::Integer};
+    return {std::string(item.alias.empty() ? function.name : item.alias), "COUNT(*)", FieldType::Integer};
 }
 
 Query::Sum resolveSum(const SelectItem& item, const TableDef& table) {
@@ -119,8 +115,7 @@ Query::Sum resolveSum(const SelectItem& item, const TableDef& table) {
     sql.text = function->sql;
     sql.name(field.name);
     sql.text += ')';
-    std::string name = item.alias.empty() ? std::string(function->name) + " of " + field.name
-                                          : std::string(item.alias);
+    std::string name = item.alias.empty() ? std::string(function->name) + " of " + field.name : std::string(item.alias);
     return {std::move(name), std::move(sql.text), typeOf(*function, field)};
 }
 

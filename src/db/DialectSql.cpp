@@ -36,8 +36,7 @@ std::string DialectSql::lean() const {
 }
 
 SqlPart joined(const SqlPart& left, const SqlPart& right, Rank rank) {
-    return {left.begin, rank, std::max(left.stack, right.stack + 2),
-            std::max(left.height, right.height) + 1};
+    return {left.begin, rank, std::max(left.stack, right.stack + 2), std::max(left.height, right.height) + 1};
 }
 
 void wrap(DialectSql& out, SqlPart& part) {

@@ -204,8 +204,7 @@ Value valueOf(const RowWindow& window, const Cell& cell, FieldType type) {
             return integerFrom(cell.real);
         return cell.real;
     case CellType::Text:
-        return type == FieldType::Date ? shortDate(window.text(cell))
-                                       : std::string(window.text(cell));
+        return type == FieldType::Date ? shortDate(window.text(cell)) : std::string(window.text(cell));
     case CellType::Null:
         break;
     }

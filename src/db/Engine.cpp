@@ -18,8 +18,7 @@ namespace {
 
 [[noreturn]] void refuse(int error, const std::filesystem::path& path) {
     const bool missing = error == ENOENT || error == ENOTDIR;
-    throw RuntimeError(missing ? ErrorNumber::FileMissing : ErrorNumber::StorageFailure,
-                       path.string());
+    throw RuntimeError(missing ? ErrorNumber::FileMissing : ErrorNumber::StorageFailure, path.string());
 }
 
 FileIdentity identityOf(const std::filesystem::path& path) {
@@ -86,8 +85,7 @@ std::shared_ptr<Store> Engine::known(const FileIdentity& identity) {
     return nullptr;
 }
 
-std::shared_ptr<Store> Engine::openNew(const std::filesystem::path& path,
-                                       const FileIdentity& identity) {
+std::shared_ptr<Store> Engine::openNew(const std::filesystem::path& path, const FileIdentity& identity) {
     std::error_code error;
     const std::filesystem::path real = std::filesystem::canonical(path, error);
     if (error)

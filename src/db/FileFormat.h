@@ -18,7 +18,7 @@ struct FormatPart {
 struct FileFormat {
     int32_t applicationId = 0; // the four bytes at offset 68 of the file; 0: not looked at
     int32_t version = 0;       // the user version at offset 60; a file of a higher one is refused
-    Schema schema; // the tables that must be there, with these fields at these positions
+    Schema schema;             // the tables that must be there, with these fields at these positions
     // Made, in this order, when a file that lacks some of them is opened and can be written; else it opens as it is.
     std::vector<FormatPart> parts = {};
     // A table with one row. Where it has a field of a table's name, the field holds the highest number that a row of

@@ -85,16 +85,14 @@ bool sameKind(const Header& a, const Header& b) {
     constexpr size_t kMagic = 16;
     constexpr size_t kApplication = 68;
     return std::equal(a.begin(), a.begin() + kMagic, b.begin()) &&
-           std::equal(a.begin() + kApplication, a.begin() + kApplication + 4,
-                      b.begin() + kApplication);
+           std::equal(a.begin() + kApplication, a.begin() + kApplication + 4, b.begin() + kApplication);
 }
 
 // Whether a journal was made for a longer file than this one, as "The Rollback Journal" of SQLite's file format tells. As
 // long as a file has a journal it is at least as long as it was before the change. One whose pages have another size than
 // the journal's may be in the middle of being vacuumed.
 bool isOfLonger(const std::string& journal, const Header& header, int64_t size) {
-    constexpr std::array<unsigned char, 8> kMagic = {0xd9, 0xd5, 0x05, 0xf9,
-                                                     0x20, 0xa1, 0x63, 0xd7};
+    constexpr std::array<unsigned char, 8> kMagic = {0xd9, 0xd5, 0x05, 0xf9, 0x20, 0xa1, 0x63, 0xd7};
     constexpr size_t kPages = 16;
     constexpr size_t kPageSize = 24;
     std::array<unsigned char, kPageSize + 4> head{};
@@ -113,8 +111,7 @@ bool follows(const Header& now, const Header& before) {
         return true;
     if (!sameKind(now, before))
         return false;
-    return writesAhead(now) || writesAhead(before) ||
-           static_cast<int32_t>(changesOf(now) - changesOf(before)) > 0;
+    return writesAhead(now) || writesAhead(before) || static_cast<int32_t>(changesOf(now) - changesOf(before)) > 0;
 }
 
 // One open database file.
@@ -356,8 +353,7 @@ const sqlite3_io_methods& methodsOf(sqlite3_file* file) {
 
 int closeFile(sqlite3_file* file) {
     const int code = methodsOf(file).xClose(real(file));
-    std::erase_if(state().guards,
-                  [&](const auto& guard) { return guard.get() == own(file)->guard; });
+    std::erase_if(state().guards, [&](const auto& guard) { return guard.get() == own(file)->guard; });
     return code;
 }
 
@@ -495,8 +491,7 @@ int openGuarded(const char* path, File& file) {
         file.real.pMethods->xClose(&file.real);
         return SQLITE_READONLY_DBMOVED;
     }
-    if (isOfLonger(std::string(path) + "-journal", guard->header(), guard->state().size) &&
-        !isBeingChanged(file.real))
+    if (isOfLonger(std::string(path) + "-journal", guard->header(), guard->state().size) && !isBeingChanged(file.real))
         base::skipErrors([&] { setJournalAside(path); });
     file.guard = guard.get();
     state().guards.push_back(std::move(guard));
@@ -522,8 +517,8 @@ int openFile(sqlite3_vfs* layer, const char* path, sqlite3_file* file, int flags
 // Whether every database that a file beside it would belong to is still the one of that name.
 bool mayUse(std::string_view path) {
     return std::ranges::none_of(state().guards, [&](const auto& guard) {
-        const bool beside = path.starts_with(guard->path()) && path.size() > guard->path().size() &&
-                            path[guard->path().size()] == '-';
+        const bool beside =
+            path.starts_with(guard->path()) && path.size() > guard->path().size() && path[guard->path().size()] == '-';
         return beside && !guard->mayUseCompanions();
     });
 }

@@ -62,8 +62,7 @@ void renameWithoutReplacing(const fs::path& from, const fs::path& to) {
 } // namespace
 
 void refuseFile(int error, const fs::path& path) {
-    throw RuntimeError(errorNumberOfSystem(error),
-                       path.string() + ": " + std::generic_category().message(error));
+    throw RuntimeError(errorNumberOfSystem(error), path.string() + ": " + std::generic_category().message(error));
 }
 
 base::Descriptor openFile(const fs::path& path, int flags) {

@@ -79,12 +79,9 @@ std::array<char16_t, Behind - First> makeLetters() {
 // Characters that fold to themselves and never compose with one before them: dashes and quotation
 // marks, kana and their signs, Han, whole Hangul syllables.
 bool foldsToItself(char32_t codePoint) {
-    return (codePoint >= 0x2010 && codePoint <= 0x2027) ||
-           (codePoint >= 0x3000 && codePoint <= 0x3029) ||
-           (codePoint >= 0x3041 && codePoint <= 0x3096) ||
-           (codePoint >= 0x309B && codePoint <= 0x30FF) ||
-           (codePoint >= 0x4E00 && codePoint <= 0x9FFF) ||
-           (codePoint >= 0xAC00 && codePoint <= 0xD7A3);
+    return (codePoint >= 0x2010 && codePoint <= 0x2027) || (codePoint >= 0x3000 && codePoint <= 0x3029) ||
+           (codePoint >= 0x3041 && codePoint <= 0x3096) || (codePoint >= 0x309B && codePoint <= 0x30FF) ||
+           (codePoint >= 0x4E00 && codePoint <= 0x9FFF) || (codePoint >= 0xAC00 && codePoint <= 0xD7A3);
 }
 
 // The folded form of a character that folds by itself, with as many bytes; 0 for all others.

@@ -21,8 +21,7 @@ struct Sample {
 
 size_t mostRows(Store& store, const Table& table) {
     constexpr int64_t kMost = 1 << 24;
-    const auto statement =
-        store.statement("SELECT max(rowid) FROM " + quotedName(table.definition->name));
+    const auto statement = store.statement("SELECT max(rowid) FROM " + quotedName(table.definition->name));
     const StatementRun run(*statement);
     return run->step() ? static_cast<size_t>(std::clamp<int64_t>(run->integer(0), 0, kMost)) : 0;
 }
@@ -57,8 +56,8 @@ public:
 
     // The last sample in front of a key, null when there is none.
     const Sample* before(std::string_view key) const {
-        const auto behind = std::ranges::upper_bound(
-            m_samples, key, {}, [this](const Sample& sample) { return textOf(sample); });
+        const auto behind =
+            std::ranges::upper_bound(m_samples, key, {}, [this](const Sample& sample) { return textOf(sample); });
         return behind == m_samples.begin() ? nullptr : &*(behind - 1);
     }
 
@@ -121,8 +120,7 @@ public:
 private:
     bool insertBefore(const RowText& text) {
         const size_t first = m_next;
-        const std::string_view lowered =
-            m_buffer.lowerAscii(text.bytes) ? m_buffer.view() : std::string_view();
+        const std::string_view lowered = m_buffer.lowerAscii(text.bytes) ? m_buffer.view() : std::string_view();
         while (!finished() && m_rows.beyond.key(m_next) < lowered)
             m_numbers.push_back(m_rows.beyond.number(m_next++));
         return m_next != first;
@@ -147,9 +145,8 @@ IndexWalk::IndexWalk(Store& store, const RowQuery& walked, std::string_view fiel
     , m_field(quotedName(field)) {}
 
 std::string IndexWalk::sql(std::string_view further) const {
-    return "SELECT 1" +
-           m_query.from(std::string(further) + "discaro_take(rowid, " + m_field + ")") +
-           " ORDER BY " + m_field + " COLLATE NOCASE";
+    return "SELECT 1" + m_query.from(std::string(further) + "discaro_take(rowid, " + m_field + ")") + " ORDER BY " +
+           m_field + " COLLATE NOCASE";
 }
 
 bool IndexWalk::possible() {

@@ -43,8 +43,8 @@ void KeySource::follow() {
         followDeletions();
     if (m_seenInserted == m_query.table->inserted)
         return;
-    const auto statement = m_store.statement(
-        "SELECT rowid" + m_query.from("rowid>" + m_query.nextPlaceholder()) + " ORDER BY rowid");
+    const auto statement =
+        m_store.statement("SELECT rowid" + m_query.from("rowid>" + m_query.nextPlaceholder()) + " ORDER BY rowid");
     const StatementRun run(*statement);
     bindQuery(*run);
     run->bind(m_query.nextParameter(), m_numbers.empty() ? INT64_MIN : m_numbers.back());
@@ -138,9 +138,9 @@ void KeySource::moveTo(int64_t index) {
 
 bool KeySource::find(const Criterion& criterion) {
     follow();
-    const auto statement = m_store.statement(
-        "SELECT rowid FROM " + quotedName(m_query.table->definition->name) + " WHERE " +
-        (criterion.where.empty() ? "1" : criterion.where) + " ORDER BY rowid");
+    const auto statement =
+        m_store.statement("SELECT rowid FROM " + quotedName(m_query.table->definition->name) + " WHERE " +
+                          (criterion.where.empty() ? "1" : criterion.where) + " ORDER BY rowid");
     const StatementRun run(*statement);
     bindCriterion(*run, criterion);
     return ascending() ? findAscending(*run) : findInOrder(*run);
@@ -165,10 +165,9 @@ bool KeySource::findInOrder(Statement& matches) {
     std::unordered_set<int64_t> wanted;
     while (matches.step())
         wanted.insert(matches.integer(0));
-    const auto found =
-        wanted.empty() ? m_numbers.end() : std::ranges::find_if(m_numbers, [&](int64_t number) {
-            return wanted.contains(number);
-        });
+    const auto found = wanted.empty()
+                           ? m_numbers.end()
+                           : std::ranges::find_if(m_numbers, [&](int64_t number) { return wanted.contains(number); });
     if (found == m_numbers.end())
         return false;
     standAt(static_cast<size_t>(found - m_numbers.begin()));

@@ -25,8 +25,7 @@ void answer(sqlite3_context* context, LikePattern& pattern, sqlite3_value* value
     case SQLITE_NULL:
         return sqlite3_result_null(context);
     case SQLITE_INTEGER:
-        matches =
-            pattern.matches(base::numberText(static_cast<int64_t>(sqlite3_value_int64(value))));
+        matches = pattern.matches(base::numberText(static_cast<int64_t>(sqlite3_value_int64(value))));
         break;
     case SQLITE_FLOAT:
         matches = pattern.matches(base::numberText(sqlite3_value_double(value)));
@@ -69,8 +68,8 @@ void like(sqlite3_context* context, int, sqlite3_value** arguments) {
 
 void registerLikeFunction(sqlite3* connection) {
     constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
-    const int result = sqlite3_create_function_v2(connection, "discaro_like", 2, kFlags, nullptr,
-                                                  &like, nullptr, nullptr, nullptr);
+    const int result =
+        sqlite3_create_function_v2(connection, "discaro_like", 2, kFlags, nullptr, &like, nullptr, nullptr, nullptr);
     if (result != SQLITE_OK)
         throw base::RuntimeError(base::ErrorNumber::OutOfMemory);
 }

@@ -71,8 +71,7 @@ size_t findPlain(std::string_view part, std::string_view text, size_t from) {
     if (text.size() - from <= kShort)
         return text.find(part, from);
     const void* found = memmem(text.data() + from, text.size() - from, part.data(), part.size());
-    return found == nullptr ? kNone
-                            : static_cast<size_t>(static_cast<const char*>(found) - text.data());
+    return found == nullptr ? kNone : static_cast<size_t>(static_cast<const char*>(found) - text.data());
 }
 
 size_t findPlainEnd(std::string_view part, std::string_view text, size_t from) {
@@ -98,9 +97,8 @@ LikeShape likeShape(std::string_view pattern) {
     const size_t wildcard = folded.find_first_of(kWildcards);
     shape.head = folded.substr(0, wildcard);
     if (wildcard != std::string::npos)
-        shape.rest = folded.find_first_not_of('*', wildcard) == std::string::npos
-                         ? LikeShape::Rest::Anything
-                         : LikeShape::Rest::Pattern;
+        shape.rest = folded.find_first_not_of('*', wildcard) == std::string::npos ? LikeShape::Rest::Anything
+                                                                                  : LikeShape::Rest::Pattern;
     while (shape.asciiHead < shape.head.size() && isAscii(shape.head[shape.asciiHead]) &&
            shape.head[shape.asciiHead] != '\0')
         ++shape.asciiHead;

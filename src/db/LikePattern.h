@@ -60,9 +60,8 @@ private:
     std::string m_folded;
     // One more than there are runs of *; the first and the last may be empty. Empty until a text is long enough.
     std::vector<Part> m_parts;
-    std::string_view
-        m_prefilter;      // an ASCII run that any matching text holds; "" when there is none
-    size_t m_minimum = 0; // bytes that a folded text must have
+    std::string_view m_prefilter; // an ASCII run that any matching text holds; "" when there is none
+    size_t m_minimum = 0;         // bytes that a folded text must have
     FoldBuffer m_buffer;
     std::unique_ptr<LikeSearch> m_search; // for the part used last that needed one
     std::string_view m_searched;          // that part

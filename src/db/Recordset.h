@@ -47,8 +47,8 @@ public:
         friend class Recordset;
         Key() = default;
     };
-    Recordset(Key, std::shared_ptr<RecordsetList> list, std::shared_ptr<Store> store,
-              std::unique_ptr<RowSource> rows, RecordsetType type);
+    Recordset(Key, std::shared_ptr<RecordsetList> list, std::shared_ptr<Store> store, std::unique_ptr<RowSource> rows,
+              RecordsetType type);
     ~Recordset();
     Recordset(const Recordset&) = delete;
     Recordset& operator=(const Recordset&) = delete;

@@ -62,8 +62,7 @@ public:
 
     // Hands over the rows behind a number, without a field.
     void gatherBehind(RowTaker& taker, int64_t number) const {
-        run(taker, from("rowid > " + m_query.nextPlaceholder() + " AND discaro_take(rowid)"),
-            &number);
+        run(taker, from("rowid > " + m_query.nextPlaceholder() + " AND discaro_take(rowid)"), &number);
     }
 
 private:
@@ -75,8 +74,8 @@ private:
     }
 
     bool isNarrow(const std::string& search) const {
-        const std::string probe = "SELECT 1 FROM " + m_table + " WHERE " + search +
-                                  " LIMIT 1 OFFSET " + std::to_string(kNarrow);
+        const std::string probe =
+            "SELECT 1 FROM " + m_table + " WHERE " + search + " LIMIT 1 OFFSET " + std::to_string(kNarrow);
         if (m_store.plan(probe).scans)
             return false;
         const auto statement = m_store.statement(probe);
@@ -150,13 +149,11 @@ std::vector<int64_t> among(std::vector<int64_t>& wanted, const std::vector<int64
     std::vector<int64_t> numbers;
     numbers.reserve(wanted.size());
     const RowNumbers set(std::move(wanted));
-    std::ranges::copy_if(order, std::back_inserter(numbers),
-                         [&set](int64_t number) { return set.contains(number); });
+    std::ranges::copy_if(order, std::back_inserter(numbers), [&set](int64_t number) { return set.contains(number); });
     return numbers;
 }
 
-std::vector<int64_t> filteredInOrder(Store& store, const RowQuery& query,
-                                     const std::string& field) {
+std::vector<int64_t> filteredInOrder(Store& store, const RowQuery& query, const std::string& field) {
     RowQuery all = query;
     all.where.clear();
     all.bindings.clear();
@@ -177,9 +174,8 @@ std::vector<int64_t> inOrderOfText(Store& store, const RowQuery& query) {
     const SortTerm term = query.order[0];
     const std::string& field = fieldOf(query, term).name;
     IndexWalk index(store, query, field);
-    std::vector<int64_t> numbers = concernsOnly(query, term.field) && index.possible()
-                                       ? index.numbers()
-                                       : filteredInOrder(store, query, field);
+    std::vector<int64_t> numbers =
+        concernsOnly(query, term.field) && index.possible() ? index.numbers() : filteredInOrder(store, query, field);
     if (term.descending)
         std::ranges::reverse(numbers);
     return numbers;
@@ -191,8 +187,8 @@ std::string sqlInOrder(Store& store, const RowQuery& query) {
     const bool one = query.order.size() == 1;
     const std::string ties = one && first.descending ? ", rowid DESC" : ", rowid";
     if (one && concernsOnly(query, first.field))
-        return "SELECT rowid" + query.from() + " ORDER BY " +
-               quotedName(fieldOf(query, first).name) + (first.descending ? " DESC" : "") + ties;
+        return "SELECT rowid" + query.from() + " ORDER BY " + quotedName(fieldOf(query, first).name) +
+               (first.descending ? " DESC" : "") + ties;
     return "SELECT rowid" + Filter(store, query).from() + " ORDER BY " +
            orderSql(query.order, *query.table->definition) + ties;
 }

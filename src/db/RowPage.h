@@ -31,8 +31,7 @@ private:
     uint64_t m_state;  // the table's changes when the page was read
     int64_t m_first = 0;
     std::vector<int64_t> m_numbers;
-    std::vector<std::optional<size_t>>
-        m_rows; // in the window, for each place of the page; none for a row that is gone
+    std::vector<std::optional<size_t>> m_rows; // in the window, for each place of the page; none for a row that is gone
 };
 
 } // namespace discaro::db

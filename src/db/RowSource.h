@@ -31,9 +31,7 @@ struct RowQuery {
     std::string filter(std::string_view further = {}) const;
     // The number of the first parameter behind those of the condition, and the same as a placeholder.
     int nextParameter() const { return static_cast<int>(bindings.size()) + 1; }
-    std::string nextPlaceholder() const {
-        return std::string("?").append(std::to_string(nextParameter()));
-    }
+    std::string nextPlaceholder() const { return std::string("?").append(std::to_string(nextParameter())); }
 };
 
 // A criterion of FindFirst as SQL, with the values of its placeholders, which count on from those of the query.

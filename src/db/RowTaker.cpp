@@ -76,15 +76,15 @@ void requireDone(int result) {
 
 void registerRowFunctions(sqlite3* connection, RowTaker** taker) {
     constexpr int kFlags = SQLITE_UTF8 | SQLITE_DIRECTONLY;
-    requireDone(sqlite3_create_function_v2(connection, "discaro_take", -1, kFlags, taker, &take,
-                                           nullptr, nullptr, nullptr));
+    requireDone(
+        sqlite3_create_function_v2(connection, "discaro_take", -1, kFlags, taker, &take, nullptr, nullptr, nullptr));
     registerOrderFunction(connection);
 }
 
 void registerOrderFunction(sqlite3* connection) {
     constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
-    requireDone(sqlite3_create_function_v2(connection, "discaro_order", 1, kFlags, nullptr, &order,
-                                           nullptr, nullptr, nullptr));
+    requireDone(
+        sqlite3_create_function_v2(connection, "discaro_order", 1, kFlags, nullptr, &order, nullptr, nullptr, nullptr));
 }
 
 } // namespace discaro::db

@@ -11,8 +11,7 @@ namespace discaro::db {
 struct RowText {
     std::string_view bytes;
     bool null = false;
-    bool plain =
-        false; // ASCII without NUL: the engine's collation NOCASE orders it as base::orderKey does
+    bool plain = false; // ASCII without NUL: the engine's collation NOCASE orders it as base::orderKey does
 };
 
 // Takes the rows of a statement one by one while the engine runs it, which costs half of what stepping from row to row

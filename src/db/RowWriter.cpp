@@ -24,8 +24,7 @@ std::string RowWriter::insertSql(const std::string& number) const {
             add(m_layout->definition.fields[field], "?" + std::to_string(field + 1));
     if (m_table.numberField >= 0)
         add(m_table.definition->fields[static_cast<size_t>(m_table.numberField)], number);
-    return "INSERT INTO " + quotedName(m_layout->definition.name) + "(" + names + ") VALUES(" +
-           values + ")";
+    return "INSERT INTO " + quotedName(m_layout->definition.name) + "(" + names + ") VALUES(" + values + ")";
 }
 
 bool RowWriter::isNumber(size_t field) const {
@@ -50,8 +49,7 @@ std::string RowWriter::updateSql(uint64_t mask) const {
             .append(quotedName(m_layout->definition.fields[field].name))
             .append("=?");
     }
-    return "UPDATE " + quotedName(m_layout->definition.name) + " SET " + assignments +
-           " WHERE rowid=?";
+    return "UPDATE " + quotedName(m_layout->definition.name) + " SET " + assignments + " WHERE rowid=?";
 }
 
 Statement& RowWriter::updateStatement(uint64_t mask) {
@@ -102,8 +100,8 @@ bool RowWriter::write(int64_t number, const EditBuffer& row, uint64_t mask) {
 
 bool RowWriter::remove(int64_t number) {
     return m_store.write([&] {
-        const auto statement = m_store.statement(
-            "DELETE FROM " + quotedName(m_layout->definition.name) + " WHERE rowid=?");
+        const auto statement =
+            m_store.statement("DELETE FROM " + quotedName(m_layout->definition.name) + " WHERE rowid=?");
         const StatementRun run(*statement);
         run->bind(1, number);
         run->step();

@@ -60,8 +60,7 @@ bool SaveGroup::takes(const Participant& file) const {
     return !m_oneByOne && (m_file == nullptr || m_file.get() == &file);
 }
 
-bool SaveGroup::save(Participant& file, RowSaver& saver, int64_t number, const EditBuffer& row,
-                     uint64_t mask) {
+bool SaveGroup::save(Participant& file, RowSaver& saver, int64_t number, const EditBuffer& row, uint64_t mask) {
     if (m_saves.size() >= m_most)
         giveWay();
     if (m_oneByOne)

@@ -49,8 +49,7 @@ public:
     // Whether a save in that file is for the group. Where a transaction is open none is.
     bool takes(const Participant& file) const;
     // Has the row written; false when it is gone.
-    bool save(Participant& file, RowSaver& saver, int64_t number, const EditBuffer& row,
-              uint64_t mask);
+    bool save(Participant& file, RowSaver& saver, int64_t number, const EditBuffer& row, uint64_t mask);
     // Before a write of another kind: commits what there is. Its errors wait for End.
     void giveWay();
 

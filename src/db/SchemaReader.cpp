@@ -58,9 +58,7 @@ bool hidesRowNumber(const TableDef& table, int numberField) {
 }
 
 void requireTable(const TableDef& expected, Schema& schema) {
-    const auto named = [&](const TableDef& table) {
-        return base::equalAscii(table.name, expected.name);
-    };
+    const auto named = [&](const TableDef& table) { return base::equalAscii(table.name, expected.name); };
     const auto found = std::ranges::find_if(schema.tables, named);
     if (found == schema.tables.end())
         refuse("it has no table " + expected.name);
@@ -76,9 +74,8 @@ void requireTable(const TableDef& expected, Schema& schema) {
 } // namespace
 
 StoredSchema readSchema(Connection& connection) {
-    Statement tables(connection.session(),
-                     "SELECT name FROM pragma_table_list WHERE schema = 'main' AND type = 'table'"
-                     " AND wr = 0 AND substr(name, 1, 7) <> 'sqlite_' ORDER BY name");
+    Statement tables(connection.session(), "SELECT name FROM pragma_table_list WHERE schema = 'main' AND type = 'table'"
+                                           " AND wr = 0 AND substr(name, 1, 7) <> 'sqlite_' ORDER BY name");
     StoredSchema stored;
     while (tables.step()) {
         ReadTable read = readTable(connection, tables.text(0));
@@ -111,8 +108,7 @@ std::string_view declaredType(FieldType type) {
 void requireFormat(Connection& connection, Schema& found, const FileFormat& format) {
     if (found.tables.empty())
         refuse("it has no tables");
-    if (format.applicationId != 0 &&
-        connection.number("PRAGMA application_id") != format.applicationId)
+    if (format.applicationId != 0 && connection.number("PRAGMA application_id") != format.applicationId)
         refuse("it belongs to another program");
     if (connection.number("PRAGMA user_version") > format.version && format.applicationId != 0)
         refuse("it was made by a newer version");

@@ -59,8 +59,8 @@ void raise(const Session& session, int code) {
     if (isOverflow(connection, code))
         throw base::RuntimeError(ErrorNumber::DataTypeConversion, "the sum is too large");
     const bool ofConnection = connection != nullptr && sqlite3_extended_errcode(connection) == code;
-    const base::RuntimeError error(errorNumberOf(code), ofConnection ? sqlite3_errmsg(connection)
-                                                                     : sqlite3_errstr(code));
+    const base::RuntimeError error(errorNumberOf(code),
+                                   ofConnection ? sqlite3_errmsg(connection) : sqlite3_errstr(code));
     if (session.onFailure)
         session.onFailure(error);
     throw error;

@@ -59,8 +59,7 @@ void Statement::bind(int parameter, double number) {
 void Statement::bind(int parameter, std::string_view text) {
     // A null pointer would bind null instead of the empty text.
     const char* data = text.data() == nullptr ? "" : text.data();
-    check(
-        sqlite3_bind_text64(m_statement, parameter, data, text.size(), SQLITE_STATIC, SQLITE_UTF8));
+    check(sqlite3_bind_text64(m_statement, parameter, data, text.size(), SQLITE_STATIC, SQLITE_UTF8));
 }
 
 void Statement::bind(int parameter, const Value& value) {
@@ -130,8 +129,7 @@ std::string_view Statement::text(int column) const {
     const void* data = sqlite3_column_blob(m_statement, column);
     if (data == nullptr)
         return {};
-    return {static_cast<const char*>(data),
-            static_cast<size_t>(sqlite3_column_bytes(m_statement, column))};
+    return {static_cast<const char*>(data), static_cast<size_t>(sqlite3_column_bytes(m_statement, column))};
 }
 
 } // namespace discaro::db

@@ -33,8 +33,7 @@ private:
     const Session& m_session;
     size_t m_capacity;
     std::list<Entry> m_entries;
-    std::unordered_map<std::string_view, std::list<Entry>::iterator>
-        m_places; // keys lie in m_entries
+    std::unordered_map<std::string_view, std::list<Entry>::iterator> m_places; // keys lie in m_entries
 };
 
 } // namespace discaro::db

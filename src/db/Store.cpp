@@ -62,15 +62,13 @@ bool isRefusedByRows(Connection& connection, const FormatPart& part) {
 
 } // namespace
 
-Store::Store(std::string path, FileIdentity identity, const FileFormat& format,
-             Transaction& transaction)
+Store::Store(std::string path, FileIdentity identity, const FileFormat& format, Transaction& transaction)
     : m_path(std::move(path))
     , m_identity(identity)
     , m_updatable(canBeChanged(m_path))
     , m_transaction(transaction)
-    , m_connection(
-          m_path, m_updatable ? Connection::Mode::ReadWrite : Connection::Mode::ReadOnly,
-          [&transaction](const base::RuntimeError& error) { transaction.failureSeen(error); })
+    , m_connection(m_path, m_updatable ? Connection::Mode::ReadWrite : Connection::Mode::ReadOnly,
+                   [&transaction](const base::RuntimeError& error) { transaction.failureSeen(error); })
     , m_statements(m_connection.session()) {
     removeIdleJournal();
     readTables(format);

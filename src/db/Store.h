@@ -30,8 +30,7 @@ struct FileIdentity {
 class Store final : public Participant {
 public:
     // The file must exist; throws as DBEngine::OpenDatabase does. The transaction is the process's, and outlives it.
-    Store(std::string path, FileIdentity identity, const FileFormat& format,
-          Transaction& transaction);
+    Store(std::string path, FileIdentity identity, const FileFormat& format, Transaction& transaction);
     ~Store();
     Store(const Store&) = delete;
     Store& operator=(const Store&) = delete;

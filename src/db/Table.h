@@ -20,7 +20,7 @@ struct RecordLayout {
 
     const TableDef definition;      // the table's name, the fields in the recordset's order
     const std::vector<int> columns; // their positions in the table; empty for an aggregate
-    const std::string select; // SELECT rowid and the fields FROM the table; "" for an aggregate
+    const std::string select;       // SELECT rowid and the fields FROM the table; "" for an aggregate
 
     size_t size() const { return definition.fields.size(); }
 };
@@ -36,11 +36,9 @@ struct OrderedRows {
 // remembers something of the rows compares them to see whether it still holds.
 struct Table {
     const TableDef* definition = nullptr; // in the store's schema
-    int numberField = -1; // the field that the database fills itself, -1 when there is none
-    std::string
-        freeNumber; // SQL: the number for a new row, or null where the engine's own choice is right
-    bool numberFree =
-        false; // within a transaction: the engine's own choice is right for the next row
+    int numberField = -1;                 // the field that the database fills itself, -1 when there is none
+    std::string freeNumber;  // SQL: the number for a new row, or null where the engine's own choice is right
+    bool numberFree = false; // within a transaction: the engine's own choice is right for the next row
     std::shared_ptr<const RecordLayout> layout;
     std::shared_ptr<RowWriter> writer; // of the whole layout, once a row is to be written
 

@@ -27,8 +27,7 @@ void TextSorter::add(int64_t number, const RowText& text) {
     else
         base::appendOrderKey(m_keys, text.bytes);
     const std::string_view key = std::string_view(m_keys).substr(begin);
-    m_rows.push_back(
-        {firstBytes(key), number, begin, static_cast<uint32_t>(key.size()), !text.null});
+    m_rows.push_back({firstBytes(key), number, begin, static_cast<uint32_t>(key.size()), !text.null});
 }
 
 void TextSorter::sort() {

@@ -33,9 +33,7 @@ private:
         bool text;
     };
 
-    std::string_view keyOf(const Row& row) const {
-        return std::string_view(m_keys).substr(row.begin, row.length);
-    }
+    std::string_view keyOf(const Row& row) const { return std::string_view(m_keys).substr(row.begin, row.length); }
 
     std::vector<Row> m_rows;
     std::string m_keys;

@@ -10,8 +10,7 @@ namespace discaro::db {
 using base::ErrorNumber;
 using base::RuntimeError;
 
-void Transaction::begin(const std::vector<std::shared_ptr<Participant>>& files,
-                        std::vector<const Handle*> owners) {
+void Transaction::begin(const std::vector<std::shared_ptr<Participant>>& files, std::vector<const Handle*> owners) {
     if (m_state != State::None)
         throw RuntimeError(ErrorNumber::TransactionOpen);
     if (files.empty())

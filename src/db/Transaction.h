@@ -20,8 +20,7 @@ public:
     State state() const { return m_state; }
 
     // Begins on every file that can be changed; owners are the handles whose closing ends it.
-    void begin(const std::vector<std::shared_ptr<Participant>>& files,
-               std::vector<const Handle*> owners);
+    void begin(const std::vector<std::shared_ptr<Participant>>& files, std::vector<const Handle*> owners);
     void commit();
     // Before each write: makes the file part of an open transaction. Throws TransactionLost, whose detail tells
     // what broke the transaction.

@@ -221,8 +221,8 @@ void Commands::simulateDirectory() {
 
 // What the control is for that the user is in. The panes of facts have a tag of their own.
 std::string Commands::activeTag() const {
-    for (const QWidget* widget = m_controls.window.focusWidget();
-         widget && widget != &m_controls.window; widget = widget->parentWidget())
+    for (const QWidget* widget = m_controls.window.focusWidget(); widget && widget != &m_controls.window;
+         widget = widget->parentWidget())
         if (const QVariant tag = widget->property("Tag"); tag.isValid())
             return utf8(tag.toString());
     return {};
@@ -255,10 +255,8 @@ void Commands::propOfRow() {
 }
 
 void Commands::chooseNodesDirectory() {
-    skipErrors([this] {
-        shared::SelectedDirectory =
-            utf8(m_controls.tree.nodes().tag(m_controls.tree.selectedNode()));
-    });
+    skipErrors(
+        [this] { shared::SelectedDirectory = utf8(m_controls.tree.nodes().tag(m_controls.tree.selectedNode())); });
 }
 
 void Commands::propOfNode() {
@@ -275,8 +273,7 @@ void Commands::propOfSelected() {
 }
 
 void Commands::propOfDisc() {
-    shared::SelectedDisc =
-        m_tree.discNumber(); // none is chosen where a lock keeps the list empty: then none is shown
+    shared::SelectedDisc = m_tree.discNumber(); // none is chosen where a lock keeps the list empty: then none is shown
     Windows::Show("EXCDROM", kit::Form::Modality::Modal);
 }
 
@@ -318,9 +315,7 @@ void Commands::tagNode() {
 void Commands::tagRow() {
     const kit::ListItem row = m_controls.list.selectedRow();
     if (isFileKey(utf8(row.key)))
-        return handOverFile({.number = utf8(row.tag),
-                             .name = utf8(row.text),
-                             .size = utf8(row.column(kSizeColumn))},
+        return handOverFile({.number = utf8(row.tag), .name = utf8(row.text), .size = utf8(row.column(kSizeColumn))},
                             m_sources.discs, m_sources.directories);
     skipErrors([&] {
         if (m_tree.goToListedDirectory(row))
@@ -345,8 +340,7 @@ void Commands::openNode() {
     const bool first = m_controls.tree.selectedNode() == kFirst;
     skipErrors([this] { propOfSelected(); });
     if (first && !m_controls.window.isUnloaded())
-        skipErrors(
-            [this] { m_controls.tree.nodes().setExpanded(m_controls.tree.selectedNode(), true); });
+        skipErrors([this] { m_controls.tree.nodes().setExpanded(m_controls.tree.selectedNode(), true); });
 }
 
 } // namespace discaro::explorer

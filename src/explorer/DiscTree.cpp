@@ -58,8 +58,7 @@ private:
 // The same with a yield after each row, where the window may begin another tree or go.
 class YieldingSink : public NodeSink {
 public:
-    YieldingSink(kit::TreeModel& nodes, kit::ProgressBar& progress, const QString& image,
-                 std::function<bool()> yield)
+    YieldingSink(kit::TreeModel& nodes, kit::ProgressBar& progress, const QString& image, std::function<bool()> yield)
         : NodeSink(nodes, progress, image)
         , m_yield(std::move(yield)) {}
 
@@ -97,11 +96,8 @@ void DiscTree::FillDiscList() {
     m_locked = false;
     try {
         for (const Disc& disc : readDiscs(*sharedCatalogue()))
-            m_controls.sorter.add({.key = {},
-                                   .text = qt(disc.name),
-                                   .icon = {},
-                                   .tag = qt(disc.number),
-                                   .subItems = {}});
+            m_controls.sorter.add(
+                {.key = {}, .text = qt(disc.name), .icon = {}, .tag = qt(disc.number), .subItems = {}});
     } catch (const base::RuntimeError& error) {
         m_locked = error.is(base::ErrorNumber::CatalogueLocked);
     }
@@ -183,8 +179,7 @@ void DiscTree::jumpToDisc() {
 void DiscTree::buildDiscTree() {
     const int build = m_builds;
     std::unique_ptr<db::Recordset> rows;
-    skipErrors(
-        [&] { rows = sharedCatalogue()->OpenRecordset(discDirectoriesQuery(discNumber())); });
+    skipErrors([&] { rows = sharedCatalogue()->OpenRecordset(discDirectoriesQuery(discNumber())); });
     yield();
     if (overtaken(build))
         return;

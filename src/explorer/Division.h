@@ -15,13 +15,12 @@ namespace discaro::explorer {
 class Division {
 public:
     struct Parts {
-        std::vector<QWidget*>
-            wide;         // menus, toolbar and the like, from one side of the window to the other
-        QWidget* area;    // everything below the menus
-        QWidget* discs;   // takes the room across
-        QWidget* number;  // stands at the right
-        QWidget* heading; // above the tree
-        QWidget* path;    // above the right side
+        std::vector<QWidget*> wide; // menus, toolbar and the like, from one side of the window to the other
+        QWidget* area;              // everything below the menus
+        QWidget* discs;             // takes the room across
+        QWidget* number;            // stands at the right
+        QWidget* heading;           // above the tree
+        QWidget* path;              // above the right side
         QWidget* tree;
         std::vector<QWidget*> right; // the listing and the panes, in one place
         QWidget* statusBar;

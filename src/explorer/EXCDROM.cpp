@@ -16,9 +16,9 @@ using base::skipErrors;
 
 void EXCDROM::bindFields() {
     namespace drive = catalogue::drive;
-    constexpr std::string_view kShown[] = {
-        drive::kPreferedName, drive::kIdNumber,  drive::kFileSystem, drive::kSerialNumber,
-        drive::kVolumeName,   drive::kTotalSize, drive::kFreeSize};
+    constexpr std::string_view kShown[] = {drive::kPreferedName, drive::kIdNumber,   drive::kFileSystem,
+                                           drive::kSerialNumber, drive::kVolumeName, drive::kTotalSize,
+                                           drive::kFreeSize};
     showFields(kShown);
     bound().bind(*Text2, drive::kComments);
     bound().bind(*Text1, drive::kAutorun);
@@ -49,8 +49,7 @@ void EXCDROM::prepareSave() {
     const kit::BoundFields::Hold hold(bound());
     const NameChange change{SelectedDisc, OpeningName, bound().text(*Text3)};
     const auto tell = [this](const std::string& message) {
-        kit::MsgBox(kit::qt(message), kit::Buttons::Ok, kit::Icon::Exclamation,
-                    "Duplicate Preferred Name", this);
+        kit::MsgBox(kit::qt(message), kit::Buttons::Ok, kit::Icon::Exclamation, "Duplicate Preferred Name", this);
     };
     const NameVerdict verdict = judgeName(Data1.Recordset(), change, tell);
     if (verdict == NameVerdict::Taken)

@@ -57,9 +57,7 @@ const kit::FormTable<EXCDROM> EXCDROM::kTable{
 };
 
 EXCDROM::EXCDROM()
-    : PropertiesForm({.name = "EXCDROM",
-                      .caption = "Discaro - CD-ROM Properties",
-                      .size = windowSize(kLines)}) {
+    : PropertiesForm({.name = "EXCDROM", .caption = "Discaro - CD-ROM Properties", .size = windowSize(kLines)}) {
     kTable.build(*this);
     bindFields();
 }

@@ -53,9 +53,7 @@ const kit::FormTable<EXDir> EXDir::kTable{
 };
 
 EXDir::EXDir()
-    : PropertiesForm({.name = "EXDir",
-                      .caption = "Discaro - Directory Properties",
-                      .size = windowSize(kLines)}) {
+    : PropertiesForm({.name = "EXDir", .caption = "Discaro - Directory Properties", .size = windowSize(kLines)}) {
     kTable.build(*this);
     bindFields();
 }

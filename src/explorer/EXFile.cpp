@@ -25,11 +25,9 @@ void addValue(kit::Label& label, db::DataSource& source, std::string_view field)
 void EXFile::bindFields() {
     namespace files = catalogue::files;
     constexpr std::string_view kShown[] = {
-        files::kFileExtension,   files::kFileSize,       files::kFileDate,
-        files::kFileTime,        files::kAttributes,     files::kNumberOfIcons,
-        files::kCompanyName,     files::kDescription,    files::kCopyright,
-        files::kProductName,     files::kProductVersion, files::kInternalName,
-        files::kOriginalFileName};
+        files::kFileExtension,  files::kFileSize,     files::kFileDate,        files::kFileTime,  files::kAttributes,
+        files::kNumberOfIcons,  files::kCompanyName,  files::kDescription,     files::kCopyright, files::kProductName,
+        files::kProductVersion, files::kInternalName, files::kOriginalFileName};
     showFields(kShown);
     bound().bind(*Text1, files::kComments);
 }

@@ -67,8 +67,7 @@ const kit::FormTable<EXFile> EXFile::kTable{
 };
 
 EXFile::EXFile()
-    : PropertiesForm(
-          {.name = "EXFile", .caption = "Discaro - File Properties", .size = windowSize(kLines)}) {
+    : PropertiesForm({.name = "EXFile", .caption = "Discaro - File Properties", .size = windowSize(kLines)}) {
     kTable.build(*this);
     bindFields();
 }

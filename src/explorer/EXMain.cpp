@@ -74,8 +74,7 @@ void EXMain::disableMissingWindows() {
     }
 }
 
-void EXMain::FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
-                            int marginTwips) {
+void EXMain::FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips) {
     if (ProgressParent)
         return;
     ProgressParent = bar.parentWidget();
@@ -86,13 +85,11 @@ void EXMain::FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, in
 }
 
 // In the room that the other panels leave; the panel then keeps that size.
-void EXMain::seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
-                             int marginTwips) {
+void EXMain::seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips) {
     statusBar.setAutoSize(panel, true);
     const int margin = static_cast<int>(std::lround(static_cast<double>(marginTwips) / kTwips));
     const QRect room = statusBar.panelPlace(panel);
-    place(bar,
-          QRect(room.left() + margin, margin, room.width() - 2 * margin, room.height() - margin));
+    place(bar, QRect(room.left() + margin, margin, room.width() - 2 * margin, room.height() - margin));
     statusBar.setAutoSize(panel, false);
 }
 
@@ -137,8 +134,7 @@ void EXMain::Timer2_Timer() {
         m_listing->ViewMode = "file";
     }
     m_tree->FillDiscList();
-    if (!m_tree
-             ->isLocked()) // else the tree that stands is not built anew, and the user's choice stays
+    if (!m_tree->isLocked()) // else the tree that stands is not built anew, and the user's choice stays
         m_tree->selectCurrentNode();
     app::Windows::Unload("Loading");
     Combo1->setListIndex(0);
@@ -165,8 +161,7 @@ void EXMain::tellLocked() {
 // A disc list that a lock has kept empty is filled by the delayed load.
 void EXMain::changeEvent(QEvent* event) {
     Form::changeEvent(event);
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() && isLoaded() &&
-        m_tree->isLocked())
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && isLoaded() && m_tree->isLocked())
         Timer2->setEnabled(true);
 }
 

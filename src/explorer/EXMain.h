@@ -80,10 +80,8 @@ private:
 
     // Load and unload
     void makeParts();
-    void FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
-                        int marginTwips);
-    void seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel,
-                         int marginTwips);
+    void FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips);
+    void seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips);
     void disableMissingWindows();
     bool catalogueIsEmpty();
     void leaveEmptyCatalogue();

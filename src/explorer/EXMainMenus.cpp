@@ -12,8 +12,7 @@ namespace {
 
 // An item that gives a command word.
 MenuLine word(const char* name, const char* caption, const char* command) {
-    return item(name, caption,
-                [command](kit::Form& window) { static_cast<EXMain&>(window).RunCommand(command); });
+    return item(name, caption, [command](kit::Form& window) { static_cast<EXMain&>(window).RunCommand(command); });
 }
 
 // The six keys of the listing's order; the first is marked at the start.
@@ -22,14 +21,12 @@ std::vector<MenuLine> orderLines(const char* OrderKey::*name) {
         const OrderKey& key = *orderKeyOf(command);
         return word(key.*name, caption, command);
     };
-    return {
-        line("&Name", "filename").mark(true),     line("&Size", "filesize").mark(),
-        line("&Extension", "fileext").mark(),     line("&Date", "filedate").mark(),
-        line("&Attributes", "fileattrib").mark(), line("Number of &Icons", "numoficons").mark()};
+    return {line("&Name", "filename").mark(true),     line("&Size", "filesize").mark(),
+            line("&Extension", "fileext").mark(),     line("&Date", "filedate").mark(),
+            line("&Attributes", "fileattrib").mark(), line("Number of &Icons", "numoficons").mark()};
 }
 
-std::vector<MenuLine> arrangeLines(const char* OrderKey::*name, const char* ascending,
-                                   const char* descending) {
+std::vector<MenuLine> arrangeLines(const char* OrderKey::*name, const char* ascending, const char* descending) {
     std::vector<MenuLine> lines = orderLines(name);
     lines.push_back(word(ascending, "As&cending Order", "ascending").mark(true).separated());
     lines.push_back(word(descending, "D&escending Order", "descending").mark());
@@ -67,17 +64,14 @@ const std::vector<MenuLine> EXMain::kMenus{
              word("dbaseworkshop", "Database &Workshop", "workshop"),
              item("SimDir", "Directory S&imulator", &EXMain::SimDir_Click),
              item("refreshall", "Refresh All Values", &EXMain::refreshall_Click).separated(),
-             item("CustomizetheToolbar", "&Customize the Toolbar",
-                  &EXMain::CustomizetheToolbar_Click)
-                 .separated(),
+             item("CustomizetheToolbar", "&Customize the Toolbar", &EXMain::CustomizetheToolbar_Click).separated(),
          }),
     menu("helpmenu", "&Help", {word("aboutbox", "&About", "about")}),
     menu("Dirview", "",
          {
              item("diprop", "&Properties", &EXMain::propInTree),
              item("diprogtag", "Program &Tag", &EXMain::tagInTree),
-             menu("diview", "&View", {word("lfile", "&File View", "file view").mark(true)})
-                 .separated(),
+             menu("diview", "&View", {word("lfile", "&File View", "file view").mark(true)}).separated(),
          })
         .hidden(),
     menu("Driveview", "",
@@ -99,8 +93,7 @@ const std::vector<MenuLine> EXMain::kMenus{
                       word("ldetails", "&Details", "report view").mark(true),
                   })
                  .separated(),
-             menu("larrange", "&Arrange Icons",
-                  arrangeLines(&OrderKey::popUpItem, "lascorder", "ldescorder"))
+             menu("larrange", "&Arrange Icons", arrangeLines(&OrderKey::popUpItem, "lascorder", "ldescorder"))
                  .separated(),
          })
         .hidden(),

@@ -32,9 +32,7 @@ auto tagged(const char* tag) {
 }
 
 auto pictures(const char* folder, const QStringList& keys) {
-    return [folder, keys](kit::ImageList& list) {
-        list.setPictures(QStringLiteral(":/pictures/") + folder, keys);
-    };
+    return [folder, keys](kit::ImageList& list) { list.setPictures(QStringLiteral(":/pictures/") + folder, keys); };
 }
 
 QStringList kindKeys() {
@@ -111,15 +109,11 @@ void dressToolbar(kit::Toolbar& toolbar) {
 }
 
 void dressStatusBar(kit::StatusBar& statusBar) {
-    statusBar.setPanels({{.width = 120, .spoken = {}},
-                         {.width = 220, .spoken = {}},
-                         {.autoSize = true, .spoken = {}}});
+    statusBar.setPanels({{.width = 120, .spoken = {}}, {.width = 220, .spoken = {}}, {.autoSize = true, .spoken = {}}});
 }
 
 auto rightPane(kit::ListView* EXMain::*member, const char* name) {
-    return control(member, name)
-        .at(kRight.x(), kRight.y(), kRight.width(), kRight.height())
-        .in(&EXMain::ClientArea);
+    return control(member, name).at(kRight.x(), kRight.y(), kRight.width(), kRight.height()).in(&EXMain::ClientArea);
 }
 
 } // namespace
@@ -127,19 +121,16 @@ auto rightPane(kit::ListView* EXMain::*member, const char* name) {
 const kit::FormTable<EXMain> EXMain::kTable{
     control(&EXMain::ImageList1, "ImageList1")
         .set(pictures("commands",
-                      {"large",  "progexp", "progtag", "prop", "search",   "results", "scan",
-                       "exit",   "about",   "name",    "size", "icons",    "date",    "ext",
-                       "attrib", "delete",  "asc",     "desc", "workshop", "closed",  "cdrom",
-                       "small",  "list",    "report",  "file", "open",     "info"})),
+                      {"large",    "progexp", "progtag", "prop",  "search", "results", "scan",   "exit", "about",
+                       "name",     "size",    "icons",   "date",  "ext",    "attrib",  "delete", "asc",  "desc",
+                       "workshop", "closed",  "cdrom",   "small", "list",   "report",  "file",   "open", "info"})),
     control(&EXMain::ImageList2, "ImageList2")
-        .set(pictures("facts", {"bigfile", "nsub", "tfile", "nfile", "tsub", "tsize", "dpath",
-                                "dname", "biginfo", "fsys", "pname", "autrun", "snum", "cdnum",
-                                "label", "comment", "size"})),
+        .set(pictures("facts", {"bigfile", "nsub", "tfile", "nfile", "tsub", "tsize", "dpath", "dname", "biginfo",
+                                "fsys", "pname", "autrun", "snum", "cdnum", "label", "comment", "size"})),
     control(&EXMain::ImageList3, "ImageList3").set(pictures("kinds", kindKeys())),
     control(&EXMain::ImageList4, "ImageList4").set(pictures("kinds", kindKeys())),
     control(&EXMain::MenuBar1, "MenuBar1").at(0, 0, kClient.width(), kMenuHeight).says("Menus"),
-    control(&EXMain::ClientArea, "ClientArea")
-        .at(0, kMenuHeight, kClient.width(), kClient.height()),
+    control(&EXMain::ClientArea, "ClientArea").at(0, kMenuHeight, kClient.width(), kClient.height()),
     control(&EXMain::Picture1, "Picture1").at(0, 0, 620, 24).in(&EXMain::ClientArea),
     control(&EXMain::Combo1, "Combo1")
         .at(0, 0, 403, 24)
@@ -148,11 +139,7 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .says("CD-ROM")
         .set(dressDiscList)
         .onClick(&EXMain::Combo1_Click),
-    control(&EXMain::Label3, "Label3")
-        .at(409, 0, 208, 25)
-        .in(&EXMain::ClientArea)
-        .font("Arial")
-        .bold(),
+    control(&EXMain::Label3, "Label3").at(409, 0, 208, 25).in(&EXMain::ClientArea).font("Arial").bold(),
     control(&EXMain::Toolbar1, "Toolbar1")
         .at(0, 24, 617, 28)
         .in(&EXMain::ClientArea)
@@ -165,10 +152,9 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .text("Directories")
         .set([](kit::Label& label) { label.setIndent(kHeadingIndent); })
         .labels(&EXMain::tvwdb),
-    control(&EXMain::Label2, "Label2")
-        .at(151, 52, 466, 17)
-        .in(&EXMain::ClientArea)
-        .set([](kit::ElidedLabel& label) { label.setIndent(kHeadingIndent); }),
+    control(&EXMain::Label2, "Label2").at(151, 52, 466, 17).in(&EXMain::ClientArea).set([](kit::ElidedLabel& label) {
+        label.setIndent(kHeadingIndent);
+    }),
     control(&EXMain::tvwdb, "tvwdb")
         .at(0, 69, 152, 339)
         .in(&EXMain::ClientArea)
@@ -211,15 +197,8 @@ const kit::FormTable<EXMain> EXMain::kTable{
         .text("Command1")
         .hidden()
         .onClick(&EXMain::Command1_Click),
-    control(&EXMain::StatusBar1, "StatusBar1")
-        .at(0, 410, 620, 20)
-        .in(&EXMain::ClientArea)
-        .set(dressStatusBar),
-    control(&EXMain::prgload, "prgload")
-        .at(0, 0, 120, 17)
-        .in(&EXMain::ClientArea)
-        .says("Loading")
-        .hidden(),
+    control(&EXMain::StatusBar1, "StatusBar1").at(0, 410, 620, 20).in(&EXMain::ClientArea).set(dressStatusBar),
+    control(&EXMain::prgload, "prgload").at(0, 0, 120, 17).in(&EXMain::ClientArea).says("Loading").hidden(),
     control(&EXMain::Divider1, "Divider1")
         .at(152, 52, 5, 356)
         .in(&EXMain::ClientArea)
@@ -257,25 +236,22 @@ EXMain::EXMain()
 void EXMain::makeParts() {
     const Sources sources{Data1, Data2};
     m_listing = std::make_unique<Listing>(
-        Listing::Controls{*tvwdb, *Label2, *lvwdb, *DriveInfo, *Dirinfo, *StatusBar1, *prgload},
-        sources, [this] { return m_tree->discNumber(); });
+        Listing::Controls{*tvwdb, *Label2, *lvwdb, *DriveInfo, *Dirinfo, *StatusBar1, *prgload}, sources,
+        [this] { return m_tree->discNumber(); });
     m_tree = std::make_unique<DiscTree>(
-        DiscTree::Controls{*this, *Combo1, *ListView1, *Label3, *Label2, *tvwdb, *prgload},
-        *m_listing);
-    m_commands = std::make_unique<Commands>(
-        Commands::Controls{*this, *MenuBar1, *Toolbar1, *Combo1, *tvwdb, *lvwdb}, sources, *m_tree,
-        *m_listing);
-    m_division =
-        std::make_unique<Division>(*this, Division::Parts{.wide = {MenuBar1, Picture1, Toolbar1},
-                                                          .area = ClientArea,
-                                                          .discs = Combo1,
-                                                          .number = Label3,
-                                                          .heading = Label1,
-                                                          .path = Label2,
-                                                          .tree = tvwdb,
-                                                          .right = {lvwdb, DriveInfo, Dirinfo},
-                                                          .statusBar = StatusBar1,
-                                                          .handle = Divider1});
+        DiscTree::Controls{*this, *Combo1, *ListView1, *Label3, *Label2, *tvwdb, *prgload}, *m_listing);
+    m_commands = std::make_unique<Commands>(Commands::Controls{*this, *MenuBar1, *Toolbar1, *Combo1, *tvwdb, *lvwdb},
+                                            sources, *m_tree, *m_listing);
+    m_division = std::make_unique<Division>(*this, Division::Parts{.wide = {MenuBar1, Picture1, Toolbar1},
+                                                                   .area = ClientArea,
+                                                                   .discs = Combo1,
+                                                                   .number = Label3,
+                                                                   .heading = Label1,
+                                                                   .path = Label2,
+                                                                   .tree = tvwdb,
+                                                                   .right = {lvwdb, DriveInfo, Dirinfo},
+                                                                   .statusBar = StatusBar1,
+                                                                   .handle = Divider1});
 }
 
 EXMain::~EXMain() = default;

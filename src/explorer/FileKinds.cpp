@@ -62,8 +62,7 @@ const Kinds& kindsByExtension() {
 std::string_view programKind(std::string_view fileName) {
     if (base::equalAscii(fileName, "setup.exe"))
         return "setup";
-    const bool uninstalls =
-        base::equalAscii(fileName, "uninst.exe") || base::equalAscii(fileName, "uninstall.exe");
+    const bool uninstalls = base::equalAscii(fileName, "uninst.exe") || base::equalAscii(fileName, "uninstall.exe");
     return uninstalls ? "uninst" : "exe";
 }
 

@@ -24,8 +24,7 @@ std::vector<InfoRow> rowsOf(std::span<const Fact> facts, const db::DataSource& s
     std::vector<InfoRow> rows;
     rows.reserve(facts.size());
     for (const Fact& fact : facts) {
-        InfoRow& row =
-            rows.emplace_back(InfoRow{std::string(fact.icon), std::string(fact.text), ""});
+        InfoRow& row = rows.emplace_back(InfoRow{std::string(fact.icon), std::string(fact.text), ""});
         if (!fact.field.empty())
             base::skipErrors([&] { row.value = valueOf(fact, source.Recordset()); });
     }

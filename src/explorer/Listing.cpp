@@ -48,11 +48,8 @@ QString shownText(const ListingRow& row) {
 }
 
 kit::ListItem itemOf(const ListingRow& row) {
-    kit::ListItem item{.key = qt(row.key),
-                       .text = shownText(row),
-                       .icon = qt(row.kind),
-                       .tag = qt(row.tag),
-                       .subItems = {}};
+    kit::ListItem item{
+        .key = qt(row.key), .text = shownText(row), .icon = qt(row.kind), .tag = qt(row.tag), .subItems = {}};
     item.subItems.reserve(row.subItems.size());
     for (const std::string& subItem : row.subItems)
         item.subItems.push_back(qt(subItem));
@@ -62,11 +59,7 @@ kit::ListItem itemOf(const ListingRow& row) {
 void fill(kit::ListView& pane, const std::vector<InfoRow>& facts) {
     pane.clear();
     for (const InfoRow& fact : facts)
-        pane.add({.key = {},
-                  .text = qt(fact.text),
-                  .icon = qt(fact.icon),
-                  .tag = {},
-                  .subItems = {qt(fact.value)}});
+        pane.add({.key = {}, .text = qt(fact.text), .icon = qt(fact.icon), .tag = {}, .subItems = {qt(fact.value)}});
 }
 
 } // namespace
@@ -77,8 +70,7 @@ void fill(kit::ListView& pane, const std::vector<InfoRow>& facts) {
 void Listing::showPane(kit::ListView& pane) {
     pane.show();
     const QWidget* const focus = pane.window()->focusWidget();
-    for (kit::ListView* other :
-         {&m_controls.list, &m_controls.discFacts, &m_controls.directoryFacts}) {
+    for (kit::ListView* other : {&m_controls.list, &m_controls.discFacts, &m_controls.directoryFacts}) {
         if (other == &pane)
             continue;
         if (focus && other->isAncestorOf(focus))
@@ -101,8 +93,7 @@ void Listing::ShowDiscInfo() {
     const db::WaitOnce once;
     m_controls.discFacts.clear();
     showPane(m_controls.discFacts);
-    skipErrors(
-        [this] { m_sources.discs.Recordset().FindFirst(catalogue::rowCondition(m_discNumber())); });
+    skipErrors([this] { m_sources.discs.Recordset().FindFirst(catalogue::rowCondition(m_discNumber())); });
     fill(m_controls.discFacts, discInfo(m_sources.discs));
 }
 
@@ -137,8 +128,7 @@ void Listing::ShowDirectory() {
     std::optional<int64_t> directories;
     skipErrors([&] { directories = listDirectories(node); });
     skipErrors([this] {
-        m_controls.path.setText(
-            qt(m_sources.directories.Recordset()(catalogue::directories::kDirectoryPath).Text()));
+        m_controls.path.setText(qt(m_sources.directories.Recordset()(catalogue::directories::kDirectoryPath).Text()));
     });
     skipErrors([&] {
         if (listFiles(node) == 0 && directories == 0)
@@ -170,8 +160,7 @@ int64_t Listing::listFiles(int node) {
     const int64_t most = mostRows(key);
     int64_t met = 0;
     for (; met < most && !rows->Eof(); rows->MoveNext(), ++met) {
-        skipErrorsUnlessLocked(
-            [&] { m_controls.progress.setValue(static_cast<int64_t>(rows->PercentPosition())); });
+        skipErrorsUnlessLocked([&] { m_controls.progress.setValue(static_cast<int64_t>(rows->PercentPosition())); });
         skipErrorsUnlessLocked([&] { addRow(files.row()); });
     }
     return met;
@@ -184,8 +173,7 @@ void Listing::addRow(const ListingRow& row) {
 // Of a disc among all discs only the files are listed.
 void Listing::tellEmpty(int node) {
     const bool amongDiscs = m_controls.tree.nodes().image(node) == u"cdrom";
-    m_controls.list.setEmptyText(amongDiscs ? "No files in this directory"
-                                            : "This directory is empty");
+    m_controls.list.setEmptyText(amongDiscs ? "No files in this directory" : "This directory is empty");
 }
 
 // A directory is listed in capitals; its own name is the node's.
@@ -197,8 +185,7 @@ QString Listing::nameOf(const kit::ListItem& row) const {
 // ---- The status bar
 
 void Listing::showCount() {
-    m_controls.statusBar.setPanelText(kCountPanel,
-                                      qt(fileCountText(m_controls.list.rows().count())));
+    m_controls.statusBar.setPanelText(kCountPanel, qt(fileCountText(m_controls.list.rows().count())));
 }
 
 void Listing::showTotal() {
@@ -219,10 +206,8 @@ void Listing::showSelection() {
     const auto selected = m_controls.list.selectedPlaces();
     double sum = 0;
     for (const int place : selected)
-        sum +=
-            base::leadingNumber(utf8(m_controls.list.rows().item(place).column(kSortSizeColumn)));
-    m_controls.statusBar.setPanelText(kCountPanel,
-                                      qt(fileCountText(static_cast<int64_t>(selected.size()))));
+        sum += base::leadingNumber(utf8(m_controls.list.rows().item(place).column(kSortSizeColumn)));
+    m_controls.statusBar.setPanelText(kCountPanel, qt(fileCountText(static_cast<int64_t>(selected.size()))));
     m_controls.statusBar.setPanelText(kSizePanel, qt(fileSizeSumText(sum)));
 }
 

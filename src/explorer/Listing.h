@@ -37,8 +37,7 @@ public:
     };
 
     // The controls and the sources outlive it. discNumber tells the disc whose facts are wanted; it may throw.
-    Listing(const Controls& controls, const Sources& sources,
-            std::function<std::string()> discNumber)
+    Listing(const Controls& controls, const Sources& sources, std::function<std::string()> discNumber)
         : m_controls(controls)
         , m_sources(sources)
         , m_discNumber(std::move(discNumber)) {}

@@ -11,8 +11,8 @@ namespace discaro::explorer {
 struct ListingRow {
     std::string key;
     std::string text;
-    std::string kind; // key of its picture
-    std::string tag;  // a file's number, or the index of the tree node that was listed
+    std::string kind;                  // key of its picture
+    std::string tag;                   // a file's number, or the index of the tree node that was listed
     std::vector<std::string> subItems; // columns 2 to 9 of a file; none for a directory
 };
 

@@ -87,8 +87,7 @@ std::string standardText(double number) {
         return base::numberText(number);
     const Digits digits = digitsOf(number, kDecimals);
     const size_t whole = digits.text.size() - kDecimals;
-    return withSign(digits,
-                    grouped(digits.text.substr(0, whole)) + '.' + digits.text.substr(whole));
+    return withSign(digits, grouped(digits.text.substr(0, whole)) + '.' + digits.text.substr(whole));
 }
 
 // The number that a text is, as a whole; none for another text.
@@ -155,8 +154,7 @@ std::optional<Date> dateOf(std::string_view text) {
     const int first = numbers[0];
     const int second = numbers[1];
     const int third = numbers[2];
-    for (const Date& date :
-         {Date{third, first, second}, Date{third, second, first}, Date{first, second, third}})
+    for (const Date& date : {Date{third, first, second}, Date{third, second, first}, Date{first, second, third}})
         if (date.exists() && date.year <= 9999)
             return date;
     return {};

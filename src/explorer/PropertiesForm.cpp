@@ -7,8 +7,7 @@ namespace discaro::explorer {
 
 void PropertiesForm::showFields(std::span<const std::string_view> fields) {
     for (int index = 0; const std::string_view field : fields)
-        m_bound.follow(field,
-                       [&box = lblFields(index++)](const QString& text) { box.setText(text); });
+        m_bound.follow(field, [&box = lblFields(index++)](const QString& text) { box.setText(text); });
     connect(&m_bound, &kit::BoundFields::Reposition, this, &PropertiesForm::Data1_Reposition);
     connect(&m_bound, &kit::BoundFields::RowShown, this, &PropertiesForm::Data1_RowShown);
     SSTab1->setFocus();

@@ -46,8 +46,7 @@ inline const Qt::Alignment kLeft = Qt::AlignLeft | Qt::AlignVCenter;
 
 template <typename Window>
 auto headPlate(int lines) {
-    return kit::control<Window>(&Window::Picture1, "Picture1")
-        .at(kMargin, kMargin, kInner, plateHeight(lines));
+    return kit::control<Window>(&Window::Picture1, "Picture1").at(kMargin, kMargin, kInner, plateHeight(lines));
 }
 
 template <typename Window>
@@ -63,8 +62,7 @@ auto headCaption(int index, int line, const char* text) {
 template <typename Window>
 auto headValue(int index, int line) {
     return kit::control<Window>(&Window::lblFields, "lblFields", index)
-        .at(kPlateSide + kHeadCaption, kPlateTop + line * kLineHeight, kPlateInner - kHeadCaption,
-            kLineHeight)
+        .at(kPlateSide + kHeadCaption, kPlateTop + line * kLineHeight, kPlateInner - kHeadCaption, kLineHeight)
         .in(&Window::Picture1);
 }
 
@@ -89,8 +87,7 @@ auto fieldCaption(int index, int page, int row, const char* text, int width) {
 template <typename Window>
 auto fieldValue(int index, int page, int row, int captionWidth) {
     return kit::control<Window>(&Window::lblFields, "lblFields", index)
-        .at(kPagePadding + captionWidth, kPagePadding + row * kRow, kPageInner - captionWidth,
-            kLineHeight)
+        .at(kPagePadding + captionWidth, kPagePadding + row * kRow, kPageInner - captionWidth, kLineHeight)
         .in(&Window::SSTab1, page);
 }
 

@@ -21,8 +21,7 @@ std::string discQuery(std::string_view discNumber) {
 }
 
 std::string discDirectoriesQuery(std::string_view discNumber) {
-    return std::string("select * from Directories where [Drive id Number] like ")
-        .append(discNumber);
+    return std::string("select * from Directories where [Drive id Number] like ").append(discNumber);
 }
 
 std::string subdirectoriesQuery(std::string_view directoryNumber) {

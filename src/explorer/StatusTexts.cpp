@@ -11,8 +11,7 @@ std::string fileCountText(int64_t count) {
 
 std::string totalSizeText(const db::Value& kilobytes) {
     constexpr double kKilobytes = 1024;
-    const db::Value megabytes =
-        db::isNull(kilobytes) ? kilobytes : db::Value(db::numberOf(kilobytes) / kKilobytes);
+    const db::Value megabytes = db::isNull(kilobytes) ? kilobytes : db::Value(db::numberOf(kilobytes) / kKilobytes);
     return "Total Size = " + standardText(megabytes) + " MB";
 }
 

@@ -44,8 +44,7 @@ void giveNoFile() {
 
 } // namespace
 
-void handOverFile(const TaggedFile& file, const db::DataSource& discs,
-                  const db::DataSource& directories) {
+void handOverFile(const TaggedFile& file, const db::DataSource& discs, const db::DataSource& directories) {
     shared::TagKey = "FILE" + file.number;
     giveDisc(discs);
     giveDirectory(directories);

@@ -15,8 +15,7 @@ struct TaggedFile {
     std::string size; // as the listing shows it
 };
 
-void handOverFile(const TaggedFile& file, const db::DataSource& discs,
-                  const db::DataSource& directories);
+void handOverFile(const TaggedFile& file, const db::DataSource& discs, const db::DataSource& directories);
 void handOverDirectory(const db::DataSource& discs, const db::DataSource& directories);
 void handOverDisc(const db::DataSource& discs);
 

@@ -76,8 +76,7 @@ qsizetype placeInText(const QString& text, qsizetype formPlace) {
 }
 
 qsizetype commonStart(const QString& left, const QString& right) {
-    const auto* different =
-        std::mismatch(left.begin(), left.end(), right.begin(), right.end()).first;
+    const auto* different = std::mismatch(left.begin(), left.end(), right.begin(), right.end()).first;
     return different - left.begin();
 }
 
@@ -98,8 +97,7 @@ QString mendedText(const QString& stored, const QString& edited) {
     QString added = after.mid(start, after.size() - start - end);
     if (stored.contains(QStringLiteral("\r\n")) || !stored.contains(u'\n'))
         added.replace(u'\n', QStringLiteral("\r\n"));
-    return stored.left(placeInText(stored, start)) + added +
-           stored.mid(placeInText(stored, before.size() - end));
+    return stored.left(placeInText(stored, start)) + added + stored.mid(placeInText(stored, before.size() - end));
 }
 
 std::string BoundFields::Binding::value() const {

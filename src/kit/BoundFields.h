@@ -87,7 +87,7 @@ private:
         std::function<void()> notify;             // raises Change
         QString stored;                           // the field's text
         QString given;                            // what the control made of it
-        QString savedStored; // what was last written, and the control's text at that moment
+        QString savedStored;                      // what was last written, and the control's text at that moment
         QString savedGiven;
 
         bool isTouched() const { return read && read() != given; }

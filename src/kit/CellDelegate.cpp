@@ -36,21 +36,17 @@ const QListView* iconsOf(const QStyleOptionViewItem& option) {
 
 // What styles leave free on either side of a picture and of a text.
 int sideMargin(const QStyleOptionViewItem& option) {
-    return option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr,
-                                               option.widget) +
-           1;
+    return option.widget->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, option.widget) + 1;
 }
 
 // Names are measured by the ten thousand: no more than the text is laid out.
 int widthBeside(const QStyleOptionViewItem& option, const QString& text) {
-    return option.decorationSize.width() + option.fontMetrics.horizontalAdvance(text) +
-           4 * sideMargin(option);
+    return option.decorationSize.width() + option.fontMetrics.horizontalAdvance(text) + 4 * sideMargin(option);
 }
 
 // The width that a row of icons can fill, scroll bar apart. One that fills the view's to the last pixel is too wide.
 int roomFor(const QListView& icons) {
-    const int bar =
-        icons.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, icons.verticalScrollBar());
+    const int bar = icons.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, icons.verticalScrollBar());
     return std::max(1, icons.maximumViewportSize().width() - bar - 1);
 }
 
@@ -80,8 +76,7 @@ QString inTwoLines(const QString& text, const QFont& font, int width) {
     if (end >= text.size())
         return text;
     const QString rest = text.mid(end).trimmed();
-    return text.left(end) + QChar(QChar::LineSeparator) +
-           QFontMetrics(font).elidedText(rest, Qt::ElideRight, width);
+    return text.left(end) + QChar(QChar::LineSeparator) + QFontMetrics(font).elidedText(rest, Qt::ElideRight, width);
 }
 
 QString belowPicture(const QStyleOptionViewItem& option, const QString& text) {
@@ -93,8 +88,7 @@ QString belowPicture(const QStyleOptionViewItem& option, const QString& text) {
 // Whether what needs that width and stands on one side of its cell is seen from its beginning to its end. A view that is
 // scrolled sideways hides the one or the other.
 bool isInSight(int width, Qt::Alignment side, const QRect& cell, const QRect& seen) {
-    const QRect place =
-        QStyle::alignedRect(Qt::LeftToRight, side, QSize(width, cell.height()), cell);
+    const QRect place = QStyle::alignedRect(Qt::LeftToRight, side, QSize(width, cell.height()), cell);
     return width <= cell.width() && place.left() >= seen.left() && place.right() <= seen.right();
 }
 
@@ -103,8 +97,8 @@ bool isInSight(int width, Qt::Alignment side, const QRect& cell, const QRect& se
 CellDelegate::CellDelegate(QObject* parent)
     : QStyledItemDelegate(parent) {}
 
-bool CellDelegate::showsAll(const QStyleOptionViewItem& option, const QModelIndex& index,
-                            const QRect& cell, const QRect& seen) const {
+bool CellDelegate::showsAll(const QStyleOptionViewItem& option, const QModelIndex& index, const QRect& cell,
+                            const QRect& seen) const {
     const QString text = index.data(Qt::DisplayRole).toString();
     switch (lookOf(iconsOf(option))) {
     case Look::Large:
@@ -119,8 +113,8 @@ bool CellDelegate::showsAll(const QStyleOptionViewItem& option, const QModelInde
     return isInSight(QStyledItemDelegate::sizeHint(option, index).width(), side, cell, seen);
 }
 
-bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
-                             const QStyleOptionViewItem& option, const QModelIndex& index) {
+bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                             const QModelIndex& index) {
     if (event->type() != QEvent::ToolTip)
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const QRect cell = view->visualRect(index);
@@ -141,8 +135,8 @@ QSize CellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelInd
         return roomBelow(option, *icons);
     const int line = option.fontMetrics.height();
     const int wanted = widthBeside(option, index.data(Qt::DisplayRole).toString());
-    const int width = look == Look::Small ? widthInColumns(*icons, line, wanted)
-                                          : std::min(wanted + line / 2, roomFor(*icons));
+    const int width =
+        look == Look::Small ? widthInColumns(*icons, line, wanted) : std::min(wanted + line / 2, roomFor(*icons));
     return {width, std::max(option.decorationSize.height(), line) + line / 3};
 }
 
@@ -165,11 +159,10 @@ const QPalette& paleWithoutFocus(const QPalette& colours) {
     const QColor mark = colours.color(QPalette::Active, QPalette::Highlight);
     const auto mix = [](int one, int other) { return (kPale * one + (100 - kPale) * other) / 100; };
     made = colours;
-    made.setColor(QPalette::Inactive, QPalette::Highlight,
-                  QColor(mix(mark.red(), ground.red()), mix(mark.green(), ground.green()),
-                         mix(mark.blue(), ground.blue())));
-    made.setColor(QPalette::Inactive, QPalette::HighlightedText,
-                  colours.color(QPalette::Active, QPalette::Text));
+    made.setColor(
+        QPalette::Inactive, QPalette::Highlight,
+        QColor(mix(mark.red(), ground.red()), mix(mark.green(), ground.green()), mix(mark.blue(), ground.blue())));
+    made.setColor(QPalette::Inactive, QPalette::HighlightedText, colours.color(QPalette::Active, QPalette::Text));
     of = colours.cacheKey();
     return made;
 }

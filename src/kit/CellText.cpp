@@ -27,8 +27,7 @@ bool turnsDirection(QChar each) {
 
 bool breaksLine(QChar each) {
     const char16_t code = each.unicode();
-    return each.category() == QChar::Other_Control || code == QChar::LineSeparator ||
-           code == QChar::ParagraphSeparator;
+    return each.category() == QChar::Other_Control || code == QChar::LineSeparator || code == QChar::ParagraphSeparator;
 }
 
 QString shortened(const QString& text, qsizetype longest) {
@@ -52,8 +51,7 @@ QString oneLine(const QString& text) {
 }
 
 QString plainToolTip(const QString& text) {
-    return Qt::mightBeRichText(text) ? text.toHtmlEscaped().prepend(QStringLiteral("<span>"))
-                                     : text;
+    return Qt::mightBeRichText(text) ? text.toHtmlEscaped().prepend(QStringLiteral("<span>")) : text;
 }
 
 QString tipText(const QString& text) {

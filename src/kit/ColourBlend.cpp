@@ -36,14 +36,11 @@ BlendBands blendBands(const Channels& start, const Channels& end) {
 }
 
 void paintBlend(QPainter& painter, const QRect& place, const BlendBands& bands) {
-    const auto edge = [&place](int band) {
-        return place.top() + place.height() * band / kBlendBands;
-    };
+    const auto edge = [&place](int band) { return place.top() + place.height() * band / kBlendBands; };
     for (int band = 0; band < kBlendBands; ++band) {
         const auto& [red, green, blue] = bands[static_cast<size_t>(band)];
-        painter.fillRect(
-            QRect(place.left(), edge(band), place.width(), edge(band + 1) - edge(band)),
-            QColor(red, green, blue));
+        painter.fillRect(QRect(place.left(), edge(band), place.width(), edge(band + 1) - edge(band)),
+                         QColor(red, green, blue));
     }
 }
 

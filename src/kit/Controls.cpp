@@ -28,13 +28,11 @@ constexpr int kPath = Qt::UserRole + 3;
 
 // As high as the label, and as wide as its text with round ends beside it.
 void drawPill(QLabel& label, const QPen& pen, const QBrush& brush) {
-    const QRect text =
-        label.style()->itemTextRect(label.fontMetrics(), label.contentsRect(),
-                                    static_cast<int>(label.alignment()), true, label.text());
+    const QRect text = label.style()->itemTextRect(label.fontMetrics(), label.contentsRect(),
+                                                   static_cast<int>(label.alignment()), true, label.text());
     const int ends = label.height() / 2 + 2;
     const QRectF room = QRectF(label.rect()).adjusted(1.5, 1.5, -1.5, -1.5);
-    const QRectF place =
-        room.intersected(QRectF(text.left() - ends, 0, text.width() + 2 * ends, label.height()));
+    const QRectF place = room.intersected(QRectF(text.left() - ends, 0, text.width() + 2 * ends, label.height()));
     QPainter painter(&label);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(pen);
@@ -47,14 +45,12 @@ class DriveDelegate : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    void paint(QPainter* painter, const QStyleOptionViewItem& given,
-               const QModelIndex& index) const override {
+    void paint(QPainter* painter, const QStyleOptionViewItem& given, const QModelIndex& index) const override {
         QStyledItemDelegate::paint(painter, given, index);
         QStyleOptionViewItem option = given;
         initStyleOption(&option, index);
         const auto* style = option.widget ? option.widget->style() : QApplication::style();
-        const QRect text =
-            style->subElementRect(QStyle::SE_ItemViewItemText, &option, option.widget);
+        const QRect text = style->subElementRect(QStyle::SE_ItemViewItemText, &option, option.widget);
         const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin) + 1;
         const QRect room = text.adjusted(margin + fileColumn(option, index), 0, -margin, 0);
         const bool selected = option.state.testFlag(QStyle::State_Selected);
@@ -63,14 +59,12 @@ public:
         painter->save();
         painter->setPen(ink);
         painter->drawText(room, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
-                          option.fontMetrics.elidedText(index.data(kFile).toString(),
-                                                        Qt::ElideMiddle, room.width()));
+                          option.fontMetrics.elidedText(index.data(kFile).toString(), Qt::ElideMiddle, room.width()));
         painter->restore();
     }
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-        return QStyledItemDelegate::sizeHint(option, index) +
-               QSize(0, option.fontMetrics.height() / 2);
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(0, option.fontMetrics.height() / 2);
     }
 
 private:
@@ -80,8 +74,7 @@ private:
     static int fileColumn(const QStyleOptionViewItem& option, const QModelIndex& index) {
         int widest = 0;
         for (int row = 0; row < index.model()->rowCount(); ++row)
-            widest = std::max(widest, option.fontMetrics.horizontalAdvance(
-                                          index.sibling(row, 0).data().toString()));
+            widest = std::max(widest, option.fontMetrics.horizontalAdvance(index.sibling(row, 0).data().toString()));
         return widest + 2 * option.fontMetrics.height();
     }
 };
@@ -181,8 +174,8 @@ void Label::paintEvent(QPaintEvent* event) {
 void Label::drawEntry() {
     QPainter painter(this);
     const int wrapping = wordWrap() ? Qt::TextWordWrap : Qt::TextSingleLine;
-    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()) | wrapping,
-                          palette(), isEnabled(), text(), foregroundRole());
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()) | wrapping, palette(), isEnabled(),
+                          text(), foregroundRole());
 }
 
 // Enter presses the button that has the focus, as Space does.
@@ -239,10 +232,8 @@ void OptionButton::focusInEvent(QFocusEvent* event) {
 void OptionButton::leadTabToChosen() {
     if (!parentWidget())
         return;
-    const auto group =
-        parentWidget()->findChildren<OptionButton*>(QString(), Qt::FindDirectChildrenOnly);
-    const bool anyChosen =
-        std::any_of(group.begin(), group.end(), std::mem_fn(&OptionButton::value));
+    const auto group = parentWidget()->findChildren<OptionButton*>(QString(), Qt::FindDirectChildrenOnly);
+    const bool anyChosen = std::any_of(group.begin(), group.end(), std::mem_fn(&OptionButton::value));
     for (auto* each : group)
         each->setFocusPolicy(each->value() || !anyChosen ? Qt::StrongFocus : Qt::ClickFocus);
 }
@@ -359,8 +350,7 @@ void Tabs::setPages(const QStringList& captions) {
 QWidget& Tabs::page(int index) const {
     QWidget* found = widget(index);
     if (!found)
-        throw base::RuntimeError(base::ErrorNumber::InvalidValue,
-                                 "no page " + std::to_string(index));
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "no page " + std::to_string(index));
     return *found;
 }
 

@@ -15,8 +15,7 @@ ElidedLabel::ElidedLabel(QWidget* parent)
 }
 
 QString ElidedLabel::fitted() const {
-    return fontMetrics().elidedText(oneLine(text()), Qt::ElideMiddle,
-                                    contentsRect().width() - std::max(0, indent()));
+    return fontMetrics().elidedText(oneLine(text()), Qt::ElideMiddle, contentsRect().width() - std::max(0, indent()));
 }
 
 bool ElidedLabel::event(QEvent* event) {
@@ -33,8 +32,8 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     drawFrame(&painter);
     const QRect room = contentsRect().adjusted(std::max(0, indent()), 0, 0, 0);
-    style()->drawItemText(&painter, room, static_cast<int>(alignment()) | Qt::TextSingleLine,
-                          palette(), isEnabled(), fitted(), foregroundRole());
+    style()->drawItemText(&painter, room, static_cast<int>(alignment()) | Qt::TextSingleLine, palette(), isEnabled(),
+                          fitted(), foregroundRole());
 }
 
 } // namespace discaro::kit

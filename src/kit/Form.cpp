@@ -28,8 +28,7 @@ Qt::WindowFlags flagsFor(Form::Border border) {
     if (border == Form::Border::None)
         return Qt::Window | Qt::FramelessWindowHint;
     const Qt::WindowFlags flags = Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                                  Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
-                                  Qt::WindowCloseButtonHint;
+                                  Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint | Qt::WindowCloseButtonHint;
     return border == Form::Border::Sizable ? flags | Qt::WindowMaximizeButtonHint : flags;
 }
 
@@ -180,8 +179,7 @@ Form::State Form::state() const {
 
 void Form::setState(State state) {
     const bool minimised = state == State::Minimised;
-    setWindowState(minimised ? windowState() | Qt::WindowMinimized
-                             : windowState() & ~Qt::WindowMinimized);
+    setWindowState(minimised ? windowState() | Qt::WindowMinimized : windowState() & ~Qt::WindowMinimized);
 }
 
 void Form::awaitPainting() {

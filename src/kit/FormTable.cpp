@@ -65,10 +65,8 @@ void nameControls(Form& form) {
         if (!widget)
             continue;
         QWidget& spoken = spokenWidget(*widget);
-        const bool saysItself =
-            qobject_cast<QLabel*>(widget) || qobject_cast<QAbstractButton*>(widget);
-        if (spoken.accessibleName().isEmpty() &&
-            !(saysItself && hasWords(widget->property("text").toString())))
+        const bool saysItself = qobject_cast<QLabel*>(widget) || qobject_cast<QAbstractButton*>(widget);
+        if (spoken.accessibleName().isEmpty() && !(saysItself && hasWords(widget->property("text").toString())))
             spoken.setAccessibleName(widget->toolTip());
     }
 }

@@ -32,8 +32,7 @@ public:
     class AnyRow {
     public:
         template <typename T, bool Indexed>
-        AnyRow(const Row<Window, T, Indexed>&
-                   row) // NOLINT(google-explicit-constructor): rows stand in a list
+        AnyRow(const Row<Window, T, Indexed>& row) // NOLINT(google-explicit-constructor): rows stand in a list
             : m_row(std::make_shared<Row<Window, T, Indexed>>(row)) {}
         const WindowRow<Window>& operator*() const { return *m_row; }
 

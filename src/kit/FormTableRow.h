@@ -92,17 +92,12 @@ public:
     }
     template <typename Base, SeenControl P>
     requires std::derived_from<Window, Base> Row& in(ControlArray<P> Base::*parents, int index) {
-        m_parent = [parents, index](Window& window) -> QWidget* {
-            return &(window.*parents)(index);
-        };
+        m_parent = [parents, index](Window& window) -> QWidget* { return &(window.*parents)(index); };
         return *this;
     }
     template <typename Base, std::derived_from<Tabs> P>
-    requires std::derived_from<Window, Base> Row& in(ControlArray<P> Base::*tabs, int index,
-                                                     int page) {
-        m_parent = [tabs, index, page](Window& window) -> QWidget* {
-            return &(window.*tabs)(index).page(page);
-        };
+    requires std::derived_from<Window, Base> Row& in(ControlArray<P> Base::*tabs, int index, int page) {
+        m_parent = [tabs, index, page](Window& window) -> QWidget* { return &(window.*tabs)(index).page(page); };
         return *this;
     }
 
@@ -147,17 +142,14 @@ public:
 
     // Makes a label name the control that stands beside it: its access letter leads there.
     template <typename Base, SeenControl C>
-    requires std::derived_from<T, Label> && std::derived_from<Window, Base> Row&
-    labels(C* Base::*labelled) {
+    requires std::derived_from<T, Label> && std::derived_from<Window, Base> Row& labels(C* Base::*labelled) {
         m_labelled = [labelled](Window& window) -> QWidget* { return window.*labelled; };
         return *this;
     }
     template <typename Base, SeenControl C>
-    requires std::derived_from<T, Label> && std::derived_from<Window, Base> Row&
-    labels(ControlArray<C> Base::*labelled, int index) {
-        m_labelled = [labelled, index](Window& window) -> QWidget* {
-            return &(window.*labelled)(index);
-        };
+    requires std::derived_from<T, Label> && std::derived_from<Window, Base> Row& labels(ControlArray<C> Base::*labelled,
+                                                                                        int index) {
+        m_labelled = [labelled, index](Window& window) -> QWidget* { return &(window.*labelled)(index); };
         return *this;
     }
 
@@ -197,13 +189,11 @@ public:
     template <typename Raiser, typename... Raised, typename Base, typename... Taken>
     requires std::derived_from<T, Raiser> && std::derived_from<Window, Base> Row&
     when(void (Raiser::*signal)(Raised...), void (Base::*handler)(Taken...)) {
-        m_connections.push_back([signal, handler, index = m_facts.index](T& control,
-                                                                         Window& window) {
-            QObject::connect(&control, signal, &window,
-                             [&window, handler, index](Raised... raised) {
-                                 if (!window.isUnloaded() && !isEndingByError())
-                                     run(window, handler, index, std::tuple<Raised...>(raised...));
-                             });
+        m_connections.push_back([signal, handler, index = m_facts.index](T& control, Window& window) {
+            QObject::connect(&control, signal, &window, [&window, handler, index](Raised... raised) {
+                if (!window.isUnloaded() && !isEndingByError())
+                    run(window, handler, index, std::tuple<Raised...>(raised...));
+            });
         });
         return *this;
     }
@@ -216,9 +206,7 @@ public:
         return when(&T::Change, handler);
     }
     template <typename Base, typename... Taken>
-    requires std::same_as<T, Timer> Row& onTick(void (Base::*handler)(Taken...)) {
-        return when(&T::Tick, handler);
-    }
+    requires std::same_as<T, Timer> Row& onTick(void (Base::*handler)(Taken...)) { return when(&T::Tick, handler); }
 
     void create(Window& window, std::vector<QWidget*>& focusOrder) const override {
         T* control = make(window);
@@ -269,8 +257,7 @@ private:
     }
 
     template <typename Base, typename... Taken, typename... Raised>
-    static void run(Window& window, void (Base::*handler)(Taken...), int index,
-                    const std::tuple<Raised...>& raised) {
+    static void run(Window& window, void (Base::*handler)(Taken...), int index, const std::tuple<Raised...>& raised) {
         if constexpr (sizeof...(Taken) == 0) {
             (window.*handler)();
         } else if constexpr (Indexed) {
@@ -284,8 +271,7 @@ private:
     }
 
     template <typename Handler, typename Arguments, size_t... Places>
-    static void runWith(Window& window, Handler handler, const Arguments& arguments,
-                        std::index_sequence<Places...>) {
+    static void runWith(Window& window, Handler handler, const Arguments& arguments, std::index_sequence<Places...>) {
         (window.*handler)(std::get<Places>(arguments)...);
     }
 
@@ -314,15 +300,14 @@ requires std::derived_from<Window, Base> &&
 // A row for one element of a control array.
 template <typename Window, typename T>
 Row<Window, T, true> control(ControlArray<T> Window::*member, const char* name, int index) {
-    return {name, index,
-            [member, index](Window& window, T* made) { (window.*member).put(index, made); },
+    return {name, index, [member, index](Window& window, T* made) { (window.*member).put(index, made); },
             [member, index](Window& window) { return &(window.*member)(index); }};
 }
 
 template <typename Window, typename Base, typename T>
 requires std::derived_from<Window, Base> &&
-    (!std::same_as<Window, Base>)Row<Window, T, true> control(ControlArray<T> Base::*member,
-                                                              const char* name, int index) {
+    (!std::same_as<Window, Base>)Row<Window, T, true> control(ControlArray<T> Base::*member, const char* name,
+                                                              int index) {
     return control(static_cast<ControlArray<T> Window::*>(member), name, index);
 }
 

@@ -98,8 +98,7 @@ QIcon pictureIcon(const QString& resource) {
     QHash<QString, QIcon>& known = knownPictures();
     auto place = known.find(resource);
     if (place == known.end()) {
-        const auto drawing =
-            QFile::exists(resource) ? std::make_shared<Drawing>(resource) : nullptr;
+        const auto drawing = QFile::exists(resource) ? std::make_shared<Drawing>(resource) : nullptr;
         const bool drawn = drawing && drawing->isValid();
         place = known.insert(resource, drawn ? QIcon(new DrawingEngine(drawing)) : QIcon());
     }
@@ -115,8 +114,7 @@ void ImageList::setPictures(const QString& folder, const QStringList& keys) {
 }
 
 QIcon ImageList::icon(const QString& key) const {
-    return m_keys.contains(key) ? pictureIcon(m_folder + u'/' + key + QStringLiteral(".svg"))
-                                : QIcon();
+    return m_keys.contains(key) ? pictureIcon(m_folder + u'/' + key + QStringLiteral(".svg")) : QIcon();
 }
 
 ImageList::Pictures ImageList::pictures() const {

@@ -40,8 +40,7 @@ void ListModel::setPictures(Pictures pictures) {
 
 void ListModel::add(ListItem item) {
     if (!item.key.isEmpty() && !m_keys.try_emplace(item.key, count()).second)
-        throw base::RuntimeError(base::ErrorNumber::InvalidValue,
-                                 "the key " + utf8(item.key) + " is in use");
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "the key " + utf8(item.key) + " is in use");
     m_items.push_back(std::move(item));
 }
 
@@ -72,8 +71,7 @@ void ListModel::flush() {
 
 const ListItem& ListModel::item(int place) const {
     if (place < 0 || place >= count())
-        throw base::RuntimeError(base::ErrorNumber::InvalidValue,
-                                 "no row " + std::to_string(place));
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "no row " + std::to_string(place));
     const auto at = static_cast<size_t>(place);
     return m_items[at < m_order.size() ? static_cast<size_t>(m_order[at]) : at];
 }
@@ -145,13 +143,10 @@ void ListModel::movePersistent(const std::vector<int>& before) {
 
 void ListModel::arrange() {
     std::vector<std::string> keys(m_items.size());
-    std::ranges::transform(m_items, keys.begin(), [this](const ListItem& item) {
-        return base::orderKey(utf8(item.column(m_sortKey)));
-    });
+    std::ranges::transform(m_items, keys.begin(),
+                           [this](const ListItem& item) { return base::orderKey(utf8(item.column(m_sortKey))); });
     std::iota(m_order.begin(), m_order.end(), 0);
-    const auto textOf = [&](int item) -> const std::string& {
-        return keys[static_cast<size_t>(item)];
-    };
+    const auto textOf = [&](int item) -> const std::string& { return keys[static_cast<size_t>(item)]; };
     if (m_sortOrder == Qt::AscendingOrder)
         std::ranges::stable_sort(m_order, [&](int a, int b) { return textOf(a) < textOf(b); });
     else
@@ -195,11 +190,9 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
         return tipText(shown.column(number));
     case Qt::DecorationRole:
-        return column == 0 && m_pictures && !shown.icon.isEmpty() ? m_pictures(shown.icon)
-                                                                  : QVariant();
+        return column == 0 && m_pictures && !shown.icon.isEmpty() ? m_pictures(shown.icon) : QVariant();
     case Qt::TextAlignmentRole:
-        return column < m_columns.size() ? QVariant(m_columns[column].alignment | Qt::AlignVCenter)
-                                         : QVariant();
+        return column < m_columns.size() ? QVariant(m_columns[column].alignment | Qt::AlignVCenter) : QVariant();
     case Qt::AccessibleTextRole:
         return column == 0 ? spokenRow(shown) : oneLine(shown.column(number));
     default:

@@ -39,9 +39,7 @@ class ListViewEvents {
 public:
     static void pressed(ListView& list, const QMouseEvent& event) { list.pressed(event); }
     static void released(ListView& list, const QMouseEvent& event) { list.released(event); }
-    static void doubleClicked(ListView& list, const QMouseEvent& event) {
-        list.doubleClicked(event);
-    }
+    static void doubleClicked(ListView& list, const QMouseEvent& event) { list.doubleClicked(event); }
     static bool keyActs(ListView& list, const QKeyEvent& event) { return list.keyActs(event); }
     static int keyBegins(ListView& list) { return list.keyBegins(); }
     static void keyDone(ListView& list, int itemBefore) { list.keyDone(itemBefore); }
@@ -110,8 +108,7 @@ protected:
         option->palette = paleWithoutFocus(option->palette);
     }
     // Nor does releasing it elsewhere, and Ctrl does not take the selection away.
-    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
-                                                         const QEvent* event) const override {
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override {
         if (selectsOne() && event != nullptr && event->type() == QEvent::MouseButtonRelease)
             return QItemSelectionModel::NoUpdate;
         const auto command = View::selectionCommand(index, event);
@@ -179,8 +176,7 @@ ListView::ListView(QWidget* parent)
     m_icons->setLayoutMode(QListView::Batched);
     prepare(*m_report);
     prepare(*m_icons);
-    connect(&m_selection, &QItemSelectionModel::selectionChanged, this,
-            [this] { m_selectionMoved = true; });
+    connect(&m_selection, &QItemSelectionModel::selectionChanged, this, [this] { m_selectionMoved = true; });
     attach(*m_report);
     setCurrentWidget(m_report);
     setFocusProxy(m_report);
@@ -317,8 +313,7 @@ void ListView::setView(View view) {
     if (wasReport != (view == View::Report)) {
         detach(wasReport ? static_cast<QAbstractItemView&>(*m_report) : *m_icons);
         m_model.showColumns(!wasReport);
-        m_selection.select(m_selection.selection(),
-                           QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        m_selection.select(m_selection.selection(), QItemSelectionModel::Select | QItemSelectionModel::Rows);
         attach(shown());
     }
     setCurrentWidget(&shown());
@@ -388,8 +383,7 @@ std::vector<int> ListView::selectedPlaces() {
 void ListView::select(int place) {
     const QModelIndex index = rows().index(place, 0);
     if (index.isValid())
-        m_selection.setCurrentIndex(index, QItemSelectionModel::ClearAndSelect |
-                                               QItemSelectionModel::Rows);
+        m_selection.setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
 void ListView::ensureVisible(int place) {

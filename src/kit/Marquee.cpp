@@ -77,8 +77,8 @@ void Marquee::paintEvent(QPaintEvent*) {
     const double length = period();
     const double start = m_scrolling ? -m_offset : 0.0;
     for (double left = start; left < width() && length > 0; left += length) {
-        painter.drawText(QRectF(left, 0, length, height()),
-                         Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, m_text);
+        painter.drawText(QRectF(left, 0, length, height()), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                         m_text);
         if (!m_scrolling)
             break;
     }

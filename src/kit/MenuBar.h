@@ -64,8 +64,7 @@ MenuLine item(const char* name, const char* caption, Run run) {
 
 template <typename Window>
 MenuLine item(const char* name, const char* caption, void (Window::*handler)()) {
-    return item(name, caption,
-                [handler](Form& window) { (static_cast<Window&>(window).*handler)(); });
+    return item(name, caption, [handler](Form& window) { (static_cast<Window&>(window).*handler)(); });
 }
 
 // A window's menus: those in its bar and those that pop up. The key F10 opens the first one.

@@ -95,8 +95,7 @@ Answer ask(const Question& question) {
 
 } // namespace
 
-Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& title,
-              QWidget* parent) {
+Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& title, QWidget* parent) {
     const Question question{text, buttons, icon, title, parent};
     return g_answerer ? g_answerer(question) : ask(question);
 }

@@ -23,8 +23,7 @@ struct Question {
 // and the user can select and copy it. Closing the box or Escape is Cancel where there is one, else
 // OK. Without a parent the box belongs to the window in front. It stands centred on
 // the window that it belongs to, on the screen where there is none.
-Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& title,
-              QWidget* parent = nullptr);
+Answer MsgBox(const QString& text, Buttons buttons, Icon icon, const QString& title, QWidget* parent = nullptr);
 
 // Whoever answers questions: the screen, or a script of a test.
 using Answerer = std::function<Answer(const Question&)>;

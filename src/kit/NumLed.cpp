@@ -23,8 +23,7 @@ const QColor kDark(30, 46, 42);
 
 // Segments: top, upper right, lower right, bottom, lower left, upper left, middle; then the upright
 // of the plus.
-constexpr std::array<uint8_t, 10> kDigits{0x3f, 0x06, 0x5b, 0x4f, 0x66,
-                                          0x6d, 0x7d, 0x07, 0x7f, 0x6f};
+constexpr std::array<uint8_t, 10> kDigits{0x3f, 0x06, 0x5b, 0x4f, 0x66, 0x6d, 0x7d, 0x07, 0x7f, 0x6f};
 constexpr uint8_t kMiddle = 0x40;
 constexpr double kDigitAspect = 0.56;
 constexpr double kColonAspect = 0.24;
@@ -59,8 +58,7 @@ void drawBar(QPainter& painter, QPointF from, QPointF to, double thickness) {
     const QPointF inset = unit * thickness * 0.12;
     const QPointF a = from + inset;
     const QPointF b = to - inset;
-    painter.drawPolygon(
-        QPolygonF{a, a + tip + side, b - tip + side, b, b - tip - side, a + tip - side});
+    painter.drawPolygon(QPolygonF{a, a + tip + side, b - tip + side, b, b - tip - side, a + tip - side});
 }
 
 std::array<std::pair<QPointF, QPointF>, 7> barsOf(const QRectF& grid) {
@@ -96,8 +94,7 @@ void drawColon(QPainter& painter, const QRectF& cell) {
     painter.setBrush(kLit);
     const double radius = cell.height() * 0.075;
     for (const double height : {0.3, 0.7})
-        painter.drawEllipse(QPointF(cell.center().x(), cell.top() + cell.height() * height), radius,
-                            radius);
+        painter.drawEllipse(QPointF(cell.center().x(), cell.top() + cell.height() * height), radius, radius);
 }
 
 } // namespace

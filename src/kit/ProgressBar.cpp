@@ -12,8 +12,7 @@ namespace {
 constexpr int kSteps = 10000;
 
 [[noreturn]] void refuse(int64_t value) {
-    throw base::RuntimeError(base::ErrorNumber::InvalidValue,
-                             "progress bar: " + std::to_string(value));
+    throw base::RuntimeError(base::ErrorNumber::InvalidValue, "progress bar: " + std::to_string(value));
 }
 
 } // namespace

@@ -20,8 +20,7 @@ int cutOf(double row, double radiusX, double radiusY) {
 
 } // namespace
 
-QRegion roundRectRegion(int left, int top, int right, int bottom, int ellipseWidth,
-                        int ellipseHeight) {
+QRegion roundRectRegion(int left, int top, int right, int bottom, int ellipseWidth, int ellipseHeight) {
     const int width = right - left;
     const int height = bottom - top;
     if (width <= 0 || height <= 0)

@@ -17,8 +17,7 @@ QString spokenForm(const QString& labelText) {
 }
 
 bool hasWords(const QString& text) {
-    return std::any_of(text.begin(), text.end(),
-                       [](QChar each) { return each.isLetterOrNumber(); });
+    return std::any_of(text.begin(), text.end(), [](QChar each) { return each.isLetterOrNumber(); });
 }
 
 } // namespace discaro::kit

@@ -35,8 +35,7 @@ void StatusBar::setPanels(const std::vector<Panel>& panels) {
 
 const StatusBar::Place& StatusBar::at(int panel) const {
     if (panel < 1 || panel > panelCount())
-        throw base::RuntimeError(base::ErrorNumber::InvalidValue,
-                                 "no panel " + std::to_string(panel));
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "no panel " + std::to_string(panel));
     return m_panels[static_cast<size_t>(panel) - 1];
 }
 

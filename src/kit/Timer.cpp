@@ -52,8 +52,7 @@ void Timer::apply() {
 
 bool Timer::awaitsPainting() const {
     const auto* form = qobject_cast<const Form*>(parent());
-    return m_interval < kQuick && form && form->isVisible() && !form->isPainted() &&
-           m_since.elapsed() < kLongestWait;
+    return m_interval < kQuick && form && form->isVisible() && !form->isPainted() && m_since.elapsed() < kLongestWait;
 }
 
 void Timer::expire() {

@@ -72,8 +72,7 @@ void Toolbar::makeButton(const ToolbarButton& declared) {
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus);
     button->installEventFilter(this);
-    connect(button, &QToolButton::clicked, this,
-            [this, key = declared.key] { emit ButtonClick(key); });
+    connect(button, &QToolButton::clicked, this, [this, key = declared.key] { emit ButtonClick(key); });
 }
 
 void Toolbar::setPictures(const Pictures& pictures) {
@@ -199,8 +198,7 @@ void Toolbar::putInReach(QToolButton& reached) {
 // Where none can be pressed the stop stays where it was, and the Tab key passes over it.
 void Toolbar::putFirstInReach() {
     const auto shown = inOrder();
-    const auto first = std::ranges::find_if(
-        shown, [this](const QToolButton* each) { return each->isEnabledTo(this); });
+    const auto first = std::ranges::find_if(shown, [this](const QToolButton* each) { return each->isEnabledTo(this); });
     if (first != shown.end())
         putInReach(**first);
 }

@@ -64,8 +64,7 @@ ToolbarDialog::ToolbarDialog(Toolbar& toolbar)
     connect(remove, &QPushButton::clicked, this, &ToolbarDialog::removeChosen);
     connect(moveUp, &QPushButton::clicked, this, [this] { moveChosen(-1); });
     connect(moveDown, &QPushButton::clicked, this, [this] { moveChosen(1); });
-    connect(reset, &QPushButton::clicked, this,
-            [this] { apply(m_toolbar.declaredArrangement(), 0); });
+    connect(reset, &QPushButton::clicked, this, [this] { apply(m_toolbar.declaredArrangement(), 0); });
     connect(available, &QListWidget::itemDoubleClicked, this, &ToolbarDialog::addChosen);
     connect(present, &QListWidget::itemDoubleClicked, this, &ToolbarDialog::removeChosen);
     connect(available, &QListWidget::currentRowChanged, this, &ToolbarDialog::enableButtons);
@@ -94,8 +93,7 @@ void ToolbarDialog::build() {
     right->addWidget(moveDown);
     grid->addLayout(right, 1, 3, 5, 1);
     QWidget* last = available;
-    for (QWidget* next :
-         std::initializer_list<QWidget*>{add, remove, present, moveUp, moveDown, reset, close}) {
+    for (QWidget* next : std::initializer_list<QWidget*>{add, remove, present, moveUp, moveDown, reset, close}) {
         setTabOrder(last, next);
         last = next;
     }

@@ -17,9 +17,8 @@ public:
 
     QListWidget* available = nullptr; // buttons that the toolbar does not have, and the separator
     QListWidget* present = nullptr;   // what the toolbar has
-    QPushButton* add =
-        nullptr; // brings the one chosen on the left in front of the one on the right
-    QPushButton* remove = nullptr; // takes the one chosen on the right away
+    QPushButton* add = nullptr;       // brings the one chosen on the left in front of the one on the right
+    QPushButton* remove = nullptr;    // takes the one chosen on the right away
     QPushButton* moveUp = nullptr;
     QPushButton* moveDown = nullptr;
     QPushButton* reset = nullptr; // all buttons in the order that they had first

@@ -28,8 +28,7 @@ QIcon paleIcon(const QIcon& icon) {
 // A tray may come after the program on these platforms; on others it is there or never.
 bool mayHaveTray() {
     const QString platform = QGuiApplication::platformName();
-    return platform == "xcb" || platform.startsWith("wayland") ||
-           QSystemTrayIcon::isSystemTrayAvailable();
+    return platform == "xcb" || platform.startsWith("wayland") || QSystemTrayIcon::isSystemTrayAvailable();
 }
 
 } // namespace
@@ -118,8 +117,7 @@ const QIcon& TrayIcon::flashedIcon() {
 }
 
 void TrayIcon::activate(QSystemTrayIcon::ActivationReason reason) {
-    const bool second =
-        m_lastClick.isValid() && m_lastClick.elapsed() < QApplication::doubleClickInterval();
+    const bool second = m_lastClick.isValid() && m_lastClick.elapsed() < QApplication::doubleClickInterval();
     if (reason == QSystemTrayIcon::Trigger) {
         m_lastClick.start();
         raise(&TrayIcon::Restore);

@@ -43,8 +43,8 @@ int TreeModel::add(const QString& parentKey, const QString& key, const QString& 
 
 int TreeModel::tryAdd(const QString& parentKey, const QString& key, const QString& text) {
     const int parent = find(parentKey);
-    const bool fits = (parent != 0 || parentKey.isEmpty()) && !key.isEmpty() &&
-                      !m_keys.contains(key) && family(parent).level < kDeepest;
+    const bool fits = (parent != 0 || parentKey.isEmpty()) && !key.isEmpty() && !m_keys.contains(key) &&
+                      family(parent).level < kDeepest;
     return fits ? append(parent, key, text) : 0;
 }
 

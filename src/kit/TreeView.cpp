@@ -48,10 +48,8 @@ TreeView::TreeView(QWidget* parent)
     connect(&m_nodes, &TreeModel::Waiting, this, &TreeView::later);
     connect(&m_nodes, &TreeModel::Expand, this, &TreeView::Expand);
     connect(&m_nodes, &TreeModel::Collapse, this, &TreeView::Collapse);
-    connect(this, &QTreeView::expanded, this,
-            [this](const QModelIndex& index) { noteExpanded(index, true); });
-    connect(this, &QTreeView::collapsed, this,
-            [this](const QModelIndex& index) { noteExpanded(index, false); });
+    connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) { noteExpanded(index, true); });
+    connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) { noteExpanded(index, false); });
 }
 
 // The view forgets the model before that goes.

@@ -74,9 +74,8 @@ private:
     TypeAhead m_typeAhead;
     QTimer m_later;
     QElapsedTimer m_flushed;
-    bool m_quiet = false; // the program moves the selection or the expansions
-    bool m_answering =
-        false; // an event of the user's is being answered; NodeClick comes at its end
+    bool m_quiet = false;     // the program moves the selection or the expansions
+    bool m_answering = false; // an event of the user's is being answered; NodeClick comes at its end
 };
 
 } // namespace discaro::kit

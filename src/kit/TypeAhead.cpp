@@ -13,8 +13,7 @@ TypeAhead::Search TypeAhead::typed(const QString& keys) {
     const bool first = m_typed.isEmpty();
     m_typed += keys;
     const QChar letter = m_typed.isEmpty() ? QChar() : m_typed.front();
-    const bool oneLetter =
-        std::all_of(m_typed.begin(), m_typed.end(), [&](QChar each) { return each == letter; });
+    const bool oneLetter = std::all_of(m_typed.begin(), m_typed.end(), [&](QChar each) { return each == letter; });
     if (oneLetter)
         return {QString(letter), true};
     return {m_typed, first};

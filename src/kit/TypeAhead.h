@@ -11,8 +11,7 @@ class TypeAhead {
 public:
     struct Search {
         QString beginning;
-        bool
-            fromNext; // whether the row that the user is on is the last one to look at, not the first
+        bool fromNext; // whether the row that the user is on is the last one to look at, not the first
     };
 
     Search typed(const QString& keys);

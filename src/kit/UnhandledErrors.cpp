@@ -41,9 +41,7 @@ QString currentErrorText() {
     try {
         throw;
     } catch (const base::RuntimeError& error) {
-        return QStringLiteral("Run-time error %1:\n\n%2")
-            .arg(error.number())
-            .arg(qt(error.description()));
+        return QStringLiteral("Run-time error %1:\n\n%2").arg(error.number()).arg(qt(error.description()));
     } catch (const std::exception& error) {
         return QStringLiteral("Run-time error:\n\n%1").arg(QString::fromUtf8(error.what()));
     }

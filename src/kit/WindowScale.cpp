@@ -20,8 +20,7 @@ const char* const kMeasured = "The quick brown fox, 0123456789";
 double fontScale(const QFont& font) {
     const QFontMetricsF metrics(font);
     const double height = metrics.height() / kReferenceHeight;
-    const double width =
-        metrics.horizontalAdvance(QString::fromLatin1(kMeasured)) / kReferenceWidth;
+    const double width = metrics.horizontalAdvance(QString::fromLatin1(kMeasured)) / kReferenceWidth;
     // Whole twentieths: fonts of nearly the reference's size keep the places exact.
     return std::max(1.0, std::round(std::max(height, width) * 20.0) / 20.0);
 }

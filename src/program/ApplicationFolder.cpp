@@ -46,8 +46,7 @@ std::optional<Parked> parkedUnder(const fs::path& path) {
     std::error_code error;
     if (!fs::is_regular_file(path, error) || fs::file_size(path, error) == 0)
         return std::nullopt;
-    return Parked{db::isDatabaseOf(path, catalogue::catalogueFormat()),
-                  fs::last_write_time(path, error), path};
+    return Parked{db::isDatabaseOf(path, catalogue::catalogueFormat()), fs::last_write_time(path, error), path};
 }
 
 bool bringBackParked(const fs::path& folder) {

@@ -13,7 +13,6 @@ std::filesystem::path findApplicationFolder(const std::filesystem::path& executa
 // (kvt.tmp, kvt.tmo) comes back under its own name, of two the one that was changed last; an empty one is made only
 // where no parked one is. To be called by whoever holds the mark of the single instance.
 // Throws base::RuntimeError or std::filesystem::filesystem_error when the folder can't be made ready.
-void prepareApplicationFolder(const std::filesystem::path& folder,
-                              const std::filesystem::path& categoryTemplate);
+void prepareApplicationFolder(const std::filesystem::path& folder, const std::filesystem::path& categoryTemplate);
 
 } // namespace discaro::program

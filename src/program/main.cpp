@@ -26,12 +26,10 @@ std::filesystem::path executableFolder() {
 // The category list that a new folder gets stands beside the executable.
 void prepareFolder() {
     try {
-        program::prepareApplicationFolder(app::Module1::ApplicationPath,
-                                          executableFolder() / "kvt.ini");
+        program::prepareApplicationFolder(app::Module1::ApplicationPath, executableFolder() / "kvt.ini");
     } catch (const std::exception& error) {
-        kit::MsgBox(
-            QString("The application folder can't be made ready.\n\n%1").arg(kit::qt(error.what())),
-            kit::Buttons::Ok, kit::Icon::Critical, "Discaro");
+        kit::MsgBox(QString("The application folder can't be made ready.\n\n%1").arg(kit::qt(error.what())),
+                    kit::Buttons::Ok, kit::Icon::Critical, "Discaro");
         kit::EndProgram(1);
     }
 }
@@ -48,8 +46,7 @@ int main(int argc, char** argv) {
     program::registerWindows();
     app::Windows::setWhenNoneIsLeft([] { kit::EndProgram(); });
     app::Module1::ApplicationPath = program::findApplicationFolder(executableFolder());
-    const app::SingleInstance instance(app::SingleInstance::defaultMark(),
-                                       app::Module1::ApplicationPath);
+    const app::SingleInstance instance(app::SingleInstance::defaultMark(), app::Module1::ApplicationPath);
     kit::reportingErrors([&] { app::Main(instance, prepareFolder); });
     return kit::Application::exec();
 }

@@ -28,8 +28,7 @@ void readAutorunLines(disc::Lister& lister, const std::string& root,
     if (!lister.fileExists(path))
         return;
     const auto file = lister.openFile(path);
-    disc::readTextLines(*file, disc::kTextLimit,
-                        [&](std::string_view text) { line(std::string(text)); });
+    disc::readTextLines(*file, disc::kTextLimit, [&](std::string_view text) { line(std::string(text)); });
 }
 
 std::string setupPath(const std::string& directory) {

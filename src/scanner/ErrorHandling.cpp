@@ -31,8 +31,7 @@ ErrorDesk::Next ErrorDesk::handle(const base::RuntimeError& error, const ErrorHa
     m_damagedDirectories += damaged && !file ? 1 : 0;
     if (handler.looksForConversion && error.is(base::ErrorNumber::DataTypeConversion))
         AskStopOnError();
-    log(error.description() + (file ? " in File :- " : " in Directory :- ") +
-        m_placeName(handler.place));
+    log(error.description() + (file ? " in File :- " : " in Directory :- ") + m_placeName(handler.place));
     if (error.is(base::ErrorNumber::TransactionLost)) {
         giveUp(error.description());
         return Next::EndOfProcedure;
@@ -58,8 +57,7 @@ void ErrorDesk::log(const std::string& entry) {
 std::string ErrorDesk::ErrorLog() const {
     if (m_unlogged == 0)
         return m_log;
-    return m_log + std::string(kLineEnd) + std::string(kLineEnd) + std::to_string(m_unlogged) +
-           " more errors";
+    return m_log + std::string(kLineEnd) + std::string(kLineEnd) + std::to_string(m_unlogged) + " more errors";
 }
 
 void ErrorDesk::giveUp(const std::string& reason) {

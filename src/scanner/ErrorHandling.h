@@ -20,8 +20,7 @@ struct ErrorHandler {
     AfterPrompt afterPrompt; // under the error action "cancel"
 };
 
-inline constexpr ErrorHandler kScanFilesHandler{true, ErrorHandler::Place::File,
-                                                ErrorHandler::AfterPrompt::RunAgain};
+inline constexpr ErrorHandler kScanFilesHandler{true, ErrorHandler::Place::File, ErrorHandler::AfterPrompt::RunAgain};
 inline constexpr ErrorHandler kCaptureFileHandler{false, ErrorHandler::Place::File,
                                                   ErrorHandler::AfterPrompt::EndProcedure};
 inline constexpr ErrorHandler kCaptureFileMinimalHandler{true, ErrorHandler::Place::File,

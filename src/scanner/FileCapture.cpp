@@ -42,8 +42,7 @@ StampParts splitStamp(std::string_view text) {
     if (blank == std::string_view::npos)
         return {};
     const auto timeLength = std::min(blank + 1 + 2, text.size());
-    return {std::string(text.substr(0, blank)), std::string(text.substr(text.size() - timeLength)),
-            true};
+    return {std::string(text.substr(0, blank)), std::string(text.substr(text.size() - timeLength)), true};
 }
 
 } // namespace discaro::scanner

@@ -28,8 +28,7 @@ std::string serialMessage(db::Recordset& discs) {
 
 } // namespace
 
-std::optional<std::string> duplicateNameMessage(db::Recordset& discs,
-                                                const std::string& preferredName) {
+std::optional<std::string> duplicateNameMessage(db::Recordset& discs, const std::string& preferredName) {
     if (discs.RecordCount() != 0)
         discs.MoveFirst();
     for (; !discs.Eof(); discs.MoveNext())
@@ -38,8 +37,7 @@ std::optional<std::string> duplicateNameMessage(db::Recordset& discs,
     return std::nullopt;
 }
 
-bool duplicateSerialsPassed(db::Recordset& discs, const std::string& serial,
-                            const SerialQuestion& goOn) {
+bool duplicateSerialsPassed(db::Recordset& discs, const std::string& serial, const SerialQuestion& goOn) {
     if (discs.RecordCount() != 0)
         discs.MoveFirst();
     for (; !discs.Eof(); discs.MoveNext())

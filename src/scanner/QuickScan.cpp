@@ -57,8 +57,8 @@ void QuickScan::noteDamage() {
 }
 
 std::string QuickScan::text() const {
-    return base::numberText(m_directories) + " Directories" + std::string(kLineEnd) +
-           base::numberText(m_files) + " Files";
+    return base::numberText(m_directories) + " Directories" + std::string(kLineEnd) + base::numberText(m_files) +
+           " Files";
 }
 
 } // namespace discaro::scanner

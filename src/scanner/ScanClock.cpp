@@ -44,8 +44,7 @@ void ScanClock::carryMinute() {
     ElapsedSeconds -= 60;
 }
 
-std::optional<std::string> ScanClock::estimate(const std::string& doneCaption,
-                                               const std::string& leftCaption) {
+std::optional<std::string> ScanClock::estimate(const std::string& doneCaption, const std::string& leftCaption) {
     if (TicksSinceEstimate < kTicksToEstimate)
         return std::nullopt;
     const double done = base::leadingNumber(doneCaption);

@@ -19,8 +19,7 @@ public:
 
     // Every second tick gives the remaining time as "-mm:ss": the average time of the files so far times the files
     // to come, whose numbers stand at the head of the counters' captions. With no file done yet it is "-00:00".
-    std::optional<std::string> estimate(const std::string& doneCaption,
-                                        const std::string& leftCaption);
+    std::optional<std::string> estimate(const std::string& doneCaption, const std::string& leftCaption);
 
     // "+mm:ss"
     std::string elapsed() const;

@@ -30,8 +30,7 @@ QString counterText(double count, char sign) {
 // "" is no reason.
 void tellUnsaved(const std::string& reason) {
     if (!reason.empty())
-        kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" +
-                        kit::qt(reason),
+        kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" + kit::qt(reason),
                     kit::Buttons::Ok, kit::Icon::Critical, "Error during Scan");
 }
 
@@ -178,16 +177,15 @@ void ScanDisplay::scanFinished() {
     m_controls.running.setVisible(false);
     m_controls.running.setFlashEnabled(false);
     m_controls.resting.setVisible(true);
-    m_controls.what.setText(
-        "* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
+    m_controls.what.setText("* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
     m_controls.cancel.hide();
     m_controls.another.show();
     m_controls.finish.setFocus();
 }
 
 void ScanDisplay::discLost(double kept, double counted, bool logged) {
-    kit::MsgBox(kit::qt(discLostText(kept, counted, logged)), kit::Buttons::Ok,
-                kit::Icon::Exclamation, "Error during Scan", &m_controls.window);
+    kit::MsgBox(kit::qt(discLostText(kept, counted, logged)), kit::Buttons::Ok, kit::Icon::Exclamation,
+                "Error during Scan", &m_controls.window);
 }
 
 // The box stands over the menu: by then the transaction is over, and other programs may have the catalogue. It comes

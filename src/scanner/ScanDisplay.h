@@ -78,8 +78,8 @@ private:
 
     Controls m_controls;
     ScanClock& m_clock;
-    bool m_walks = false;                 // and yields at every file
-    std::optional<int64_t> m_discPercent; // in the bar's tool tip; of the totals the one painted
+    bool m_walks = false;                      // and yields at every file
+    std::optional<int64_t> m_discPercent;      // in the bar's tool tip; of the totals the one painted
     std::optional<int64_t> m_directoryPercent; // the same
     std::optional<QString> m_inCaption;        // the part done, as the window's caption has it
 };

@@ -25,15 +25,14 @@ constexpr double kKilobytesInMegabyte = 1024;
 
 } // namespace
 
-ScanEngine::ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister,
-                       ScanWatcher& watcher, ScanRequest request)
+ScanEngine::ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister, ScanWatcher& watcher,
+                       ScanRequest request)
     : m_data(sources)
     , m_drives(drives)
     , m_lister(lister)
     , m_watcher(watcher)
     , m_request(std::move(request))
-    , m_desk(m_request.options, watcher,
-             [this](ErrorHandler::Place place) { return placeName(place); })
+    , m_desk(m_request.options, watcher, [this](ErrorHandler::Place place) { return placeName(place); })
     , m_catalogue(app::Module1::cataloguePath()) {}
 
 void ScanEngine::lookAtDisc() {
@@ -101,9 +100,8 @@ bool ScanEngine::discIsLost() {
         return false;
     const bool fewer = FilesDone < m_request.quickFiles;
     const bool worse = m_desk.damagedDirectories() > m_request.quickDamagedDirectories;
-    return m_desk.discGone() || (fewer && worse) || !skipErrors([&] {
-               readRoot(m_lister, disc::DriveTable::rootText(m_request.driveLetter));
-           });
+    return m_desk.discGone() || (fewer && worse) ||
+           !skipErrors([&] { readRoot(m_lister, disc::DriveTable::rootText(m_request.driveLetter)); });
 }
 
 bool ScanEngine::stopIfCancelled() {
@@ -169,8 +167,7 @@ void ScanEngine::fillDriveRow(const disc::DriveFacts& facts) {
     skipErrors([&] { disc(drive::kTotalSize) = facts.totalMegabytes; });
     skipErrors([&] { disc(drive::kFreeSize) = facts.freeMegabytes; });
     skipErrors([&] { disc(drive::kPreferedName) = m_request.preferredName; });
-    skipErrors(
-        [&] { disc(drive::kComments) = initialComments(m_request.options, m_request.comments); });
+    skipErrors([&] { disc(drive::kComments) = initialComments(m_request.options, m_request.comments); });
     skipErrors([&] { ReadAutorun(facts.root); });
 }
 
@@ -178,8 +175,7 @@ void ScanEngine::fillDriveRow(const disc::DriveFacts& facts) {
 void ScanEngine::ReadAutorun(const std::string& root) {
     std::string lines;
     skipErrors([&] {
-        readAutorunLines(m_lister, root,
-                         [&](const std::string& line) { lines.append(kLineEnd).append(line); });
+        readAutorunLines(m_lister, root, [&](const std::string& line) { lines.append(kLineEnd).append(line); });
     });
     if (!lines.empty())
         rows(m_data.discs)(drive::kAutorun) = lines;
@@ -189,11 +185,10 @@ void ScanEngine::UpdateMasterTotals() {
     app::Module1::OpenCatalogue();
     db::Recordset& master = rows(m_data.master);
     master.Edit();
-    catalogue::writeMasterTotals(master,
-                                 {.directories = rows(m_data.directories).RecordCount(),
-                                  .files = rows(m_data.files).RecordCount(),
-                                  .kilobytes = catalogue::totalFileSize(*app::Module1::CatalogueDb),
-                                  .discs = rows(m_data.discs).RecordCount()});
+    catalogue::writeMasterTotals(master, {.directories = rows(m_data.directories).RecordCount(),
+                                          .files = rows(m_data.files).RecordCount(),
+                                          .kilobytes = catalogue::totalFileSize(*app::Module1::CatalogueDb),
+                                          .discs = rows(m_data.discs).RecordCount()});
     m_data.master.UpdateRecord();
 }
 
@@ -217,8 +212,7 @@ void ScanEngine::LogErrorsToComments() {
         return;
     db::Recordset& disc = rows(m_data.discs);
     disc.Edit();
-    disc(drive::kComments) =
-        db::textOf(disc.Fields(drive::kComments).Value()).append(kLineEnd).append(ErrorLog());
+    disc(drive::kComments) = db::textOf(disc.Fields(drive::kComments).Value()).append(kLineEnd).append(ErrorLog());
     m_data.discs.UpdateRecord();
 }
 
@@ -231,9 +225,7 @@ void ScanEngine::RollUpTotals() {
     db::Recordset& directories = rows(m_data.directories);
     skipErrors([&] { directories.MoveFirst(); });
     skipErrors([&] { directories.FindFirst("[drive id number] = " + std::to_string(DiscNumber)); });
-    skipErrors([&] {
-        m_watcher.totalsBarSized(directories.RecordCount() - directories.AbsolutePosition());
-    });
+    skipErrors([&] { m_watcher.totalsBarSized(directories.RecordCount() - directories.AbsolutePosition()); });
     while (directories.IsOpen() && !directories.Eof()) {
         if (cancelled())
             return;

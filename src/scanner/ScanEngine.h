@@ -42,8 +42,8 @@ struct ScanRequest {
 class ScanEngine {
 public:
     // The lister walks through the drives of the same table.
-    ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister,
-               ScanWatcher& watcher, ScanRequest request);
+    ScanEngine(ScanSources sources, const disc::DriveTable& drives, disc::Lister& lister, ScanWatcher& watcher,
+               ScanRequest request);
 
     // Looks at the disc that is in the drive now. Throws base::RuntimeError where it is gone or nothing of its root can
     // be read.
@@ -110,8 +110,7 @@ private:
     ScanWatcher& m_watcher;
     ScanRequest m_request;
     ErrorDesk m_desk;
-    const disc::KeptClosed
-        m_catalogue; // so that scanning its folder leaves the transaction its lock
+    const disc::KeptClosed m_catalogue; // so that scanning its folder leaves the transaction its lock
 
     std::optional<disc::DriveFacts> m_disc; // of the disc in hand, once it was looked at
 

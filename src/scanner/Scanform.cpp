@@ -146,8 +146,7 @@ void Scanform::loadDrives() {
         if (path.empty())
             Drive1->addDrive(drive);
         else
-            Drive1->addDrive(drive, qt(disc::shownName(path.filename().native())),
-                             qt(disc::shownPath(path)));
+            Drive1->addDrive(drive, qt(disc::shownName(path.filename().native())), qt(disc::shownPath(path)));
     }
     if (!chosen.isEmpty())
         setDrive(utf8(chosen));
@@ -233,9 +232,8 @@ void Scanform::DiscImage_Click() {
 }
 
 QStringList Scanform::askForImages() {
-    return QFileDialog::getOpenFileNames(
-        this, "Read a disc image", lastFolder(),
-        "Disc images (*.iso *.bin *.cue *.nrg *.img *.mdf);;All files (*)");
+    return QFileDialog::getOpenFileNames(this, "Read a disc image", lastFolder(),
+                                         "Disc images (*.iso *.bin *.cue *.nrg *.img *.mdf);;All files (*)");
 }
 
 QString Scanform::askForFolder() {
@@ -299,8 +297,7 @@ void Scanform::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction); // the file stays where it is
     event->accept();
     QMetaObject::invokeMethod(
-        this, [this, paths = kit::droppedFiles(*event->mimeData())] { takeDropped(paths); },
-        Qt::QueuedConnection);
+        this, [this, paths = kit::droppedFiles(*event->mimeData())] { takeDropped(paths); }, Qt::QueuedConnection);
 }
 
 void Scanform::takeDropped(const std::vector<std::filesystem::path>& paths) {

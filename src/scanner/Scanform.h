@@ -36,12 +36,11 @@ public:
     void addDiscs(const std::vector<std::filesystem::path>& paths);
 
     // The three screens, of which one shows
-    kit::Panel* Picture1 = nullptr;       // the wizard's pages
-    kit::Panel* Picture2 = nullptr;       // scanning
-    kit::Panel* Picture6 = nullptr;       // options
-    kit::ControlArray<kit::Label> Label1; // the heading and its shadow
-    kit::ControlArray<kit::Button>
-        Command1; // 0 and 4 Cancel, 1 and 5 Back, 2 and 6 Next, 3 and 7 Finish
+    kit::Panel* Picture1 = nullptr;          // the wizard's pages
+    kit::Panel* Picture2 = nullptr;          // scanning
+    kit::Panel* Picture6 = nullptr;          // options
+    kit::ControlArray<kit::Label> Label1;    // the heading and its shadow
+    kit::ControlArray<kit::Button> Command1; // 0 and 4 Cancel, 1 and 5 Back, 2 and 6 Next, 3 and 7 Finish
 
     // The wizard's pages
     kit::TextBox* Text1 = nullptr;        // what to do on this page
@@ -89,8 +88,7 @@ public:
     kit::ControlArray<kit::Label> Label5;     // 0 the walk's line, 1 the totals' line
     kit::Label* Label4 = nullptr;             // "Directory"
     kit::TextBox* Text6 = nullptr;            // the directory in hand
-    kit::ProgressBar* ProgressBar1 =
-        nullptr; // the whole scan in files; then the totals in directories
+    kit::ProgressBar* ProgressBar1 = nullptr; // the whole scan in files; then the totals in directories
     kit::ProgressBar* ProgressBar2 = nullptr; // the files of the directory in hand
     kit::Button* Command2 = nullptr;          // starts the scan
     kit::Button* Command5 = nullptr;          // scans another disc

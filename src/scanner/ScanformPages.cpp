@@ -34,10 +34,9 @@ QWidget* button(Scanform& wizard) {
 }
 
 // What the pages below the text take turns in showing.
-constexpr Control kEntries[] = {
-    only<&Scanform::Text2>,     only<&Scanform::Text3>,  only<&Scanform::Text4>,
-    only<&Scanform::Label2>,    only<&Scanform::Label3>, only<&Scanform::Drive1>,
-    only<&Scanform::DiscImage>, only<&Scanform::Check1>, only<&Scanform::Command4>};
+constexpr Control kEntries[] = {only<&Scanform::Text2>,     only<&Scanform::Text3>,  only<&Scanform::Text4>,
+                                only<&Scanform::Label2>,    only<&Scanform::Label3>, only<&Scanform::Drive1>,
+                                only<&Scanform::DiscImage>, only<&Scanform::Check1>, only<&Scanform::Command4>};
 
 struct Page {
     std::vector<Control> entries; // those that show
@@ -56,9 +55,8 @@ const Page kWelcome{.entries = {only<&Scanform::Command4>},
                     .next = true,
                     .finish = false,
                     .focus = button<2>};
-const Page kName{.entries = {only<&Scanform::Text2>, only<&Scanform::Label2>,
-                             only<&Scanform::Label3>, only<&Scanform::Drive1>,
-                             only<&Scanform::DiscImage>, only<&Scanform::Check1>},
+const Page kName{.entries = {only<&Scanform::Text2>, only<&Scanform::Label2>, only<&Scanform::Label3>,
+                             only<&Scanform::Drive1>, only<&Scanform::DiscImage>, only<&Scanform::Check1>},
                  .caption = "Preferred Name",
                  .wholeText = false,
                  .back = true,
@@ -171,8 +169,7 @@ bool Scanform::beginQuickScan() {
         m_quickScan.begin(drive()[0]);
         return true;
     } catch (const base::RuntimeError& error) {
-        if (!error.is(base::ErrorNumber::FileSystemUnknown) &&
-            !error.is(base::ErrorNumber::FileSystemUnsupported) &&
+        if (!error.is(base::ErrorNumber::FileSystemUnknown) && !error.is(base::ErrorNumber::FileSystemUnsupported) &&
             !error.is(base::ErrorNumber::PathMissing) && addedPath().empty())
             throw;
         sayDiscFails(error);
@@ -192,8 +189,8 @@ void Scanform::runQuickScan() {
             Text4->setText(qt(m_quickScan.text()));
         Dir1.letGo();
     } catch (const base::RuntimeError&) {
-        say("An error was found during the Quickscan operation. The scan will be cancelled.",
-            kit::Icon::Critical, "Error during Quickscan");
+        say("An error was found during the Quickscan operation. The scan will be cancelled.", kit::Icon::Critical,
+            "Error during Quickscan");
         Unload();
         app::Windows::Show("Switch");
     }
@@ -284,11 +281,10 @@ bool Scanform::namePagePasses() {
         say(qt(*message), kit::Icon::Exclamation, "Duplicate Preferred Name");
         return false;
     }
-    return duplicateSerialsPassed(
-        Data2.Recordset(), DrvFact1.serial, [this](const std::string& text) {
-            return kit::MsgBox(qt(text), kit::Buttons::OkCancel, kit::Icon::Exclamation,
-                               "Duplicate Serial Number", this) == kit::Answer::Ok;
-        });
+    return duplicateSerialsPassed(Data2.Recordset(), DrvFact1.serial, [this](const std::string& text) {
+        return kit::MsgBox(qt(text), kit::Buttons::OkCancel, kit::Icon::Exclamation, "Duplicate Serial Number", this) ==
+               kit::Answer::Ok;
+    });
 }
 
 void Scanform::Text2_Enter() {

@@ -122,8 +122,8 @@ void Scanform::Command2_Click() {
         m_engine.reset();
         Dir1.letGo();
     });
-    m_engine = std::make_unique<ScanEngine>(ScanSources{Data1, Data2, Data3, Data4}, m_drives, Dir1,
-                                            *m_display, request());
+    m_engine =
+        std::make_unique<ScanEngine>(ScanSources{Data1, Data2, Data3, Data4}, m_drives, Dir1, *m_display, request());
     if (scanBegins())
         m_engine->run();
 }
@@ -159,11 +159,11 @@ bool Scanform::scanBegins() {
 }
 
 void Scanform::Command6_Click() {
-    const auto answer = kit::MsgBox(
-        "You have choosen to terminate the scan process. The scan operation will be stopped and "
-        "the scanned enteries "
-        "will be deleted. Press OK to proceed with deletion or press Cancel to continue.",
-        kit::Buttons::OkCancel, kit::Icon::Critical, "Cancel Scan", this);
+    const auto answer =
+        kit::MsgBox("You have choosen to terminate the scan process. The scan operation will be stopped and "
+                    "the scanned enteries "
+                    "will be deleted. Press OK to proceed with deletion or press Cancel to continue.",
+                    kit::Buttons::OkCancel, kit::Icon::Critical, "Cancel Scan", this);
     if (answer != kit::Answer::Ok)
         return;
     app::Module1::ScanCancelled = 1;
@@ -196,8 +196,7 @@ void Scanform::Timer2_Timer() {
     kit::yield();
     m_clock.carryMinute();
     kit::yield();
-    if (const auto remaining =
-            m_clock.estimate(utf8(NumLED1(0).caption()), utf8(NumLED1(1).caption()))) {
+    if (const auto remaining = m_clock.estimate(utf8(NumLED1(0).caption()), utf8(NumLED1(1).caption()))) {
         NumLED3->setCaption(qt(*remaining));
         kit::yield();
     }

@@ -54,13 +54,9 @@ kit::Row<Scanform, kit::NumLed, true> counter(int index, const char* counts, con
         .hidden();
 }
 
-kit::Row<Scanform, kit::Picture, true> stage(kit::ControlArray<kit::Picture> Scanform::*array,
-                                             const char* name, int index, int top,
-                                             const char* resource) {
-    return control(array, name, index)
-        .at(236, top, 24, 24)
-        .in(&Scanform::Picture2)
-        .picture(resource);
+kit::Row<Scanform, kit::Picture, true> stage(kit::ControlArray<kit::Picture> Scanform::*array, const char* name,
+                                             int index, int top, const char* resource) {
+    return control(array, name, index).at(236, top, 24, 24).in(&Scanform::Picture2).picture(resource);
 }
 
 } // namespace
@@ -72,12 +68,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .size(1.7)
         .bold()
         .set(shade),
-    control(&Scanform::Label1, "Label1", 0)
-        .at(24, 14, 440, 40)
-        .text("Scan a new CD-ROM")
-        .size(1.7)
-        .bold()
-        .set(light),
+    control(&Scanform::Label1, "Label1", 0).at(24, 14, 440, 40).text("Scan a new CD-ROM").size(1.7).bold().set(light),
 
     // The wizard's pages
     control(&Scanform::Picture1, "Picture1").at(0, kPageTop, kWidth, kPageHeight),
@@ -87,10 +78,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .multiLine()
         .readOnly()
         .says("Instructions"),
-    control(&Scanform::Label2, "Label2")
-        .at(24, 154, 592, 20)
-        .in(&Scanform::Picture1)
-        .labels(&Scanform::Text2),
+    control(&Scanform::Label2, "Label2").at(24, 154, 592, 20).in(&Scanform::Picture1).labels(&Scanform::Text2),
     control(&Scanform::Text2, "Text2")
         .at(24, 176, 592, 28)
         .in(&Scanform::Picture1)
@@ -161,12 +149,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
 
     // The options
     control(&Scanform::Picture6, "Picture6").at(0, kPageTop, kWidth, kPageHeight).hidden(),
-    control(&Scanform::Label6, "Label6")
-        .at(24, 10, 592, 28)
-        .in(&Scanform::Picture6)
-        .text("Options")
-        .size(1.3)
-        .bold(),
+    control(&Scanform::Label6, "Label6").at(24, 10, 592, 28).in(&Scanform::Picture6).text("Options").size(1.3).bold(),
     control(&Scanform::SSTab1, "SSTab1")
         .at(24, 44, 592, 336)
         .in(&Scanform::Picture6)
@@ -253,8 +236,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Label8, "Label8")
         .at(20, 20, 548, 44)
         .in(&Scanform::SSTab1, 2)
-        .text(
-            "When giving a number to a new CD-ROM that will be scanned, would you prefer to use :-")
+        .text("When giving a number to a new CD-ROM that will be scanned, would you prefer to use :-")
         .align(Qt::AlignTop | Qt::AlignLeft),
     control(&Scanform::Option6, "Option6")
         .at(20, 71, 24, 24)
@@ -293,31 +275,16 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .multiLine()
         .readOnly()
         .says("Instructions"),
-    counter(0, "Files done", "Click to see the decremental counter.")
-        .onClick(&Scanform::NumLED1_Click),
-    counter(1, "Files to come", "Click to see the incremental counter.")
-        .onClick(&Scanform::NumLED1_Click),
+    counter(0, "Files done", "Click to see the decremental counter.").onClick(&Scanform::NumLED1_Click),
+    counter(1, "Files to come", "Click to see the incremental counter.").onClick(&Scanform::NumLED1_Click),
     stage(&Scanform::Picture3, "Picture3", 0, kWalkTop, ":/scan/waiting.svg").says("Not started"),
-    stage(&Scanform::Picture3, "Picture3", 1, kWalkTop, ":/scan/running.svg")
-        .says("Running")
-        .hidden(),
-    stage(&Scanform::Picture3, "Picture3", 2, kWalkTop, ":/scan/finished.svg")
-        .says("Finished")
-        .hidden(),
-    control(&Scanform::Label5, "Label5", 0)
-        .at(268, kWalkTop, 142, 24)
-        .in(&Scanform::Picture2)
-        .text("Scanning CD-ROM"),
+    stage(&Scanform::Picture3, "Picture3", 1, kWalkTop, ":/scan/running.svg").says("Running").hidden(),
+    stage(&Scanform::Picture3, "Picture3", 2, kWalkTop, ":/scan/finished.svg").says("Finished").hidden(),
+    control(&Scanform::Label5, "Label5", 0).at(268, kWalkTop, 142, 24).in(&Scanform::Picture2).text("Scanning CD-ROM"),
     stage(&Scanform::Picture4, "Picture4", 0, kTotalsTop, ":/scan/waiting.svg").says("Not started"),
-    stage(&Scanform::Picture4, "Picture4", 1, kTotalsTop, ":/scan/running.svg")
-        .says("Running")
-        .hidden(),
-    stage(&Scanform::Picture4, "Picture4", 2, kTotalsTop, ":/scan/finished.svg")
-        .says("Finished")
-        .hidden(),
-    stage(&Scanform::Picture4, "Picture4", 3, kTotalsTop, ":/scan/finished.svg")
-        .says("Finished")
-        .hidden(),
+    stage(&Scanform::Picture4, "Picture4", 1, kTotalsTop, ":/scan/running.svg").says("Running").hidden(),
+    stage(&Scanform::Picture4, "Picture4", 2, kTotalsTop, ":/scan/finished.svg").says("Finished").hidden(),
+    stage(&Scanform::Picture4, "Picture4", 3, kTotalsTop, ":/scan/finished.svg").says("Finished").hidden(),
     control(&Scanform::Label5, "Label5", 1)
         .at(268, kTotalsTop, 142, 24)
         .in(&Scanform::Picture2)
@@ -348,10 +315,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .text("Directory")
         .labels(&Scanform::Text6),
     control(&Scanform::Text6, "Text6").at(24, 234, 592, 28).in(&Scanform::Picture2).readOnly(),
-    control(&Scanform::ProgressBar1, "ProgressBar1")
-        .at(24, 274, 592, 24)
-        .in(&Scanform::Picture2)
-        .says("Whole CD-ROM"),
+    control(&Scanform::ProgressBar1, "ProgressBar1").at(24, 274, 592, 24).in(&Scanform::Picture2).says("Whole CD-ROM"),
     control(&Scanform::ProgressBar2, "ProgressBar2")
         .at(24, 308, 592, 24)
         .in(&Scanform::Picture2)
@@ -410,9 +374,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
 };
 
 Scanform::Scanform(disc::DriveTable& drives)
-    : Form({.name = "Scanform",
-            .caption = "Discaro - Scan a new CD-ROM",
-            .size = {kWidth, kPageTop + kPageHeight}})
+    : Form({.name = "Scanform", .caption = "Discaro - Scan a new CD-ROM", .size = {kWidth, kPageTop + kPageHeight}})
     , m_drives(drives)
     , Dir1(drives)
     , m_quickScan(Dir1) {

@@ -10,8 +10,8 @@ namespace {
 
 // An entry of the settings: its heading, and its value on a line of its own, six blanks in.
 std::string settingsEntry(std::string_view heading, std::string_view value) {
-    return std::string(heading) + std::string(kLineEnd) + "      " + std::string(value) +
-           std::string(kLineEnd) + std::string(kLineEnd);
+    return std::string(heading) + std::string(kLineEnd) + "      " + std::string(value) + std::string(kLineEnd) +
+           std::string(kLineEnd);
 }
 
 std::string settingsLine(std::string_view line) {
@@ -80,15 +80,12 @@ std::string startText() {
 
 std::string settingsText(const ScanSettings& settings) {
     return settingsLine("* These are the final settings for your CD-ROM.") +
-           settingsLine("* To start scanning press Finish.") +
-           settingsLine("* To exit press Cancel.") +
-           settingsEntry("Preferred Name:", settings.preferredName) +
-           settingsEntry("Drive Name:", settings.driveName) +
+           settingsLine("* To start scanning press Finish.") + settingsLine("* To exit press Cancel.") +
+           settingsEntry("Preferred Name:", settings.preferredName) + settingsEntry("Drive Name:", settings.driveName) +
            settingsEntry("Comments:", settings.comments) +
            settingsLine("* This CD-ROM will be scanned with " + scanManner(settings.options)) +
-           "* The CD-ROM contains :-" + std::string(kLineEnd) + "   " +
-           base::numberText(settings.directories) + " Directories" + std::string(kLineEnd) + "   " +
-           base::numberText(settings.files) + " Files";
+           "* The CD-ROM contains :-" + std::string(kLineEnd) + "   " + base::numberText(settings.directories) +
+           " Directories" + std::string(kLineEnd) + "   " + base::numberText(settings.files) + " Files";
 }
 
 } // namespace discaro::scanner

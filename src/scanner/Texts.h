@@ -32,8 +32,7 @@ std::string welcomeText();
 std::string nameText();
 inline constexpr std::string_view kCommentsText =
     "* Enter any comments that you would like to be associated with this CD-ROM.";
-inline constexpr std::string_view kCheckText =
-    "* The program will now quickly check your CD-ROM's information.";
+inline constexpr std::string_view kCheckText = "* The program will now quickly check your CD-ROM's information.";
 std::string startText();
 
 // What page 5 of the wizard shows before anything is written.

@@ -27,8 +27,8 @@ void ScanEngine::ScanDirectory() {
     DirectorySize = 0;
     ++DirectoriesVisited;
     const bool goesOn = runStatements(
-        m_desk, kScanDirectoryHandler, [&] { m_lister.setFilePath(m_lister.path()); },
-        [&] { m_watcher.yield(); }, [&] { AddDirectoryRow(); });
+        m_desk, kScanDirectoryHandler, [&] { m_lister.setFilePath(m_lister.path()); }, [&] { m_watcher.yield(); },
+        [&] { AddDirectoryRow(); });
     if (goesOn)
         ScanSubdirectories();
 }
@@ -36,8 +36,7 @@ void ScanEngine::ScanDirectory() {
 void ScanEngine::ScanSubdirectories() {
     const int count = m_lister.listCount();
     for (int i = 0; i < count; ++i) {
-        if (!runStatement(m_desk, kScanDirectoryHandler,
-                          [&] { m_lister.setPath(m_lister.list(i)); }))
+        if (!runStatement(m_desk, kScanDirectoryHandler, [&] { m_lister.setPath(m_lister.list(i)); }))
             return;
         DirectoryId.append("S").append(std::to_string(i + 1));
         m_watcher.yield();
@@ -101,8 +100,7 @@ bool ScanEngine::captureOneFile() {
     return runStatements(
         m_desk, kScanFilesHandler,
         [&] {
-            const double kilobytes =
-                static_cast<double>(m_lister.fileLength(CurrentFilePath)) / 1024;
+            const double kilobytes = static_cast<double>(m_lister.fileLength(CurrentFilePath)) / 1024;
             DirectorySize += kilobytes;
             DiscSize += kilobytes;
         },
@@ -131,15 +129,12 @@ void ScanEngine::CompleteDirectoryRow() {
         name = path;
     runStatements(
         m_desk, kCompleteDirectoryHandler, [&] { directory.MoveLast(); }, [&] { directory.Edit(); },
-        [&] { directory(directories::kParentId) = parent; },
-        [&] { directory(directories::kDirectoryPath) = path; }, [&] { m_watcher.yield(); },
-        [&] { directory(directories::kNumberOfFiles) = m_lister.fileCount(); },
-        [&] { m_watcher.yield(); },
-        [&] { directory(directories::kNumberOfSubdirectories) = m_lister.listCount(); },
+        [&] { directory(directories::kParentId) = parent; }, [&] { directory(directories::kDirectoryPath) = path; },
+        [&] { m_watcher.yield(); }, [&] { directory(directories::kNumberOfFiles) = m_lister.fileCount(); },
+        [&] { m_watcher.yield(); }, [&] { directory(directories::kNumberOfSubdirectories) = m_lister.listCount(); },
         [&] { m_watcher.yield(); }, [&] { directory(directories::kDirectoryName) = name; },
         [&] { directory(directories::kSize) = DirectorySize; },
-        [&] { directory(directories::kComments) = SetupAppName; },
-        [&] { m_data.directories.UpdateRecord(); });
+        [&] { directory(directories::kComments) = SetupAppName; }, [&] { m_data.directories.UpdateRecord(); });
 }
 
 void ScanEngine::CaptureFileMinimal() {
@@ -148,8 +143,7 @@ void ScanEngine::CaptureFileMinimal() {
     db::Recordset& file = rows(m_data.files);
     runStatements(
         m_desk, kCaptureFileMinimalHandler, [&] { file.AddNew(); },
-        [&] { file(files::kDirectoryNumber) = DirectoryId; },
-        [&] { file(files::kFileName) = CurrentFileName; },
+        [&] { file(files::kDirectoryNumber) = DirectoryId; }, [&] { file(files::kFileName) = CurrentFileName; },
         [&] {
             if (const auto extension = extensionOf(CurrentFilePath); !extension.empty())
                 file(files::kFileExtension) = extension;
@@ -167,17 +161,13 @@ void ScanEngine::CaptureFile() {
         return;
     db::Recordset& file = rows(m_data.files);
     const bool goesOn = runStatements(
-        m_desk, kCaptureFileHandler, [&] { file.AddNew(); },
-        [&] { file(files::kDirectoryNumber) = DirectoryId; },
+        m_desk, kCaptureFileHandler, [&] { file.AddNew(); }, [&] { file(files::kDirectoryNumber) = DirectoryId; },
         [&] { file(files::kFileName) = CurrentFileName; },
         [&] {
             if (const auto extension = extensionOf(CurrentFilePath); !extension.empty())
                 file(files::kFileExtension) = extension;
         },
-        [&] {
-            file(files::kFileSize) =
-                static_cast<double>(m_lister.fileLength(CurrentFilePath)) / 1024;
-        });
+        [&] { file(files::kFileSize) = static_cast<double>(m_lister.fileLength(CurrentFilePath)) / 1024; });
     if (!goesOn || !captureFacts())
         return;
     if (m_request.options.DetailLevel != "basic" && !captureResources())
@@ -190,8 +180,7 @@ bool ScanEngine::captureFacts() {
     StampParts stamp;
     unsigned attributes = 0;
     return runStatements(
-        m_desk, kCaptureFileHandler,
-        [&] { stamp = splitStamp(base::stampText(m_lister.fileTime(CurrentFilePath))); },
+        m_desk, kCaptureFileHandler, [&] { stamp = splitStamp(base::stampText(m_lister.fileTime(CurrentFilePath))); },
         [&] { attributes = m_lister.fileAttributes(CurrentFilePath); },
         [&] { file(files::kAttributes) = attributeLetters(attributes); },
         [&] {
@@ -234,14 +223,10 @@ bool ScanEngine::captureVersion(disc::Executable& executable) {
     };
     using Texts = disc::VersionTexts;
     return runStatements(
-        m_desk, kCaptureFileHandler,
-        [&] { texts = disc::versionTexts(executable.versionResource()); },
-        write(files::kCompanyName, &Texts::companyName),
-        write(files::kDescription, &Texts::fileDescription),
-        write(files::kCopyright, &Texts::legalCopyright),
-        write(files::kProductName, &Texts::productName),
-        write(files::kProductVersion, &Texts::productVersion),
-        write(files::kInternalName, &Texts::internalName),
+        m_desk, kCaptureFileHandler, [&] { texts = disc::versionTexts(executable.versionResource()); },
+        write(files::kCompanyName, &Texts::companyName), write(files::kDescription, &Texts::fileDescription),
+        write(files::kCopyright, &Texts::legalCopyright), write(files::kProductName, &Texts::productName),
+        write(files::kProductVersion, &Texts::productVersion), write(files::kInternalName, &Texts::internalName),
         write(files::kOriginalFileName, &Texts::originalFileName));
 }
 

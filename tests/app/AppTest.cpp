@@ -48,8 +48,7 @@ AppTest::AppTest() {
     Windows::Register("Switch", [] { return new app::Switch; });
     Windows::Register("Loading", [] { return new app::Loading; });
     Windows::Register("Searching", [] { return new app::Searching; });
-    for (const char* name :
-         {"Scanform", "DeleteCD", "EXMain", "Search", "Workshop", "About", "Programs"})
+    for (const char* name : {"Scanform", "DeleteCD", "EXMain", "Search", "Workshop", "About", "Programs"})
         stub(name);
 }
 

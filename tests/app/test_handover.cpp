@@ -33,9 +33,8 @@ TEST_F(HandOver, GoesThroughItsStepsInOrder) {
         log.push_back("variables after " + Module1::ReturnTo);
         Module1::JumpDisc = "7";
     });
-    EXPECT_THAT(log, ElementsAre("Loading load", "EXMain unload", "variables after explore",
-                                 "Search load", "painted 1", "returns to explore", "jump 7",
-                                 "Loading unload"));
+    EXPECT_THAT(log, ElementsAre("Loading load", "EXMain unload", "variables after explore", "Search load", "painted 1",
+                                 "returns to explore", "jump 7", "Loading unload"));
     EXPECT_TRUE(Windows::Find("Search")->isVisible());
 }
 
@@ -43,8 +42,7 @@ TEST_F(HandOver, ShowsLoadingBeforeItUnloadsTheOldWindow) {
     bool loadingUp = false;
     Windows::Register("EXMain", [&] {
         auto* explorer = new StubForm("EXMain", log);
-        QObject::connect(explorer, &kit::Form::Unloaded,
-                         [&] { loadingUp = Windows::Find("Loading")->isVisible(); });
+        QObject::connect(explorer, &kit::Form::Unloaded, [&] { loadingUp = Windows::Find("Loading")->isVisible(); });
         return explorer;
     });
     Windows::Show("EXMain");
@@ -75,13 +73,11 @@ TEST_F(HandOver, AClickThatIsHeardWhileLoadingPaintsRunsInItsMiddle) {
     log.clear();
     QTimer::singleShot(0, [this] { log.emplace_back("heard"); });
     app::handOver({.from = "EXMain", .to = "Search", .returnTo = "explore"});
-    EXPECT_THAT(log, ElementsAre("Loading load", "EXMain unload", "heard", "Search load",
-                                 "Loading unload"));
+    EXPECT_THAT(log, ElementsAre("Loading load", "EXMain unload", "heard", "Search load", "Loading unload"));
 }
 
 TEST_F(HandOver, TheReturnFollowsTheWord) {
-    const std::pair<const char*, const char*> words[] = {{"switch", "Switch"},
-                                                         {"explore", "EXMain"}};
+    const std::pair<const char*, const char*> words[] = {{"switch", "Switch"}, {"explore", "EXMain"}};
     for (const auto& [word, name] : words) {
         Module1::ReturnTo = word;
         app::showReturnWindow();

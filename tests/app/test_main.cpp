@@ -89,8 +89,8 @@ TEST_F(Main, RefusesASecondInstance) {
     ASSERT_TRUE(second.prevInstance());
     const ThrowingEnd end;
     ScriptedMsgBox script;
-    script.expect("Another Instance of Tavo - Discaro is already running.", kit::Buttons::Ok,
-                  kit::Icon::Exclamation, "Already Running");
+    script.expect("Another Instance of Tavo - Discaro is already running.", kit::Buttons::Ok, kit::Icon::Exclamation,
+                  "Already Running");
     bool prepared = false;
     EXPECT_THROW(app::Main(second, [&] { prepared = true; }), ProgramEnded);
     EXPECT_FALSE(prepared);

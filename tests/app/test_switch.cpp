@@ -46,8 +46,7 @@ protected:
     static void drop(app::Switch& menu, const QList<QUrl>& files) {
         QMimeData data;
         data.setUrls(files);
-        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton,
-                              Qt::NoModifier);
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(&menu, &enter);
         EXPECT_TRUE(enter.isAccepted());
         QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
@@ -56,9 +55,7 @@ protected:
 
     static app::Switch& window() { return dynamic_cast<app::Switch&>(*Windows::Find("Switch")); }
 
-    static int colour(app::Switch& menu, int index) {
-        return kit::numberOf(menu.Label1(index).foreColour());
-    }
+    static int colour(app::Switch& menu, int index) { return kit::numberOf(menu.Label1(index).foreColour()); }
 };
 
 class CountedPaints : public QObject {
@@ -116,8 +113,7 @@ TEST_F(Switch, EveryControlLiesInsideTheCircle) {
         if (!widget || !widget->isVisible() || widget == menu.Image1)
             continue;
         const QRect place(widget->mapTo(&menu, QPoint(0, 0)), widget->size());
-        for (const QPoint& corner :
-             {place.topLeft(), place.topRight(), place.bottomLeft(), place.bottomRight()})
+        for (const QPoint& corner : {place.topLeft(), place.topRight(), place.bottomLeft(), place.bottomRight()})
             EXPECT_TRUE(menu.mask().contains(corner)) << widget->objectName().toStdString();
     }
 }
@@ -132,9 +128,7 @@ TEST_F(Switch, EveryColourReadsWellWhereItStands) {
         EXPECT_GE(leastContrast(menu, index, label->foreColour()), 4.5) << index;
         const QColor dimmed = label->palette().color(QPalette::Disabled, QPalette::WindowText);
         EXPECT_GE(leastContrast(menu, index, dimmed), 3.0) << index;
-        EXPECT_LT(leastContrast(menu, index, dimmed),
-                  leastContrast(menu, index, label->foreColour()))
-            << index;
+        EXPECT_LT(leastContrast(menu, index, dimmed), leastContrast(menu, index, label->foreColour())) << index;
     }
     hover(menu.Label1(3));
     EXPECT_GE(kit::contrast(menu.Label1(3).foreColour(), menu.Label1(3).ground()), 4.5);
@@ -259,9 +253,8 @@ TEST_F(Switch, ClosesTheCatalogueWhenItIsUnloaded) {
 // ---- The entries
 
 TEST_F(Switch, EachEntryHandsOverToItsWindow) {
-    const std::pair<int, const char*> windows[] = {{0, "Scanform"}, {1, "DeleteCD"},
-                                                   {2, "EXMain"},   {3, "Search"},
-                                                   {4, "Workshop"}, {7, "Programs"}};
+    const std::pair<int, const char*> windows[] = {{0, "Scanform"}, {1, "DeleteCD"}, {2, "EXMain"},
+                                                   {3, "Search"},   {4, "Workshop"}, {7, "Programs"}};
     addDisc();
     for (const auto& [index, name] : windows) {
         Module1::ReturnTo.clear();
@@ -324,8 +317,7 @@ TEST_F(Switch, ExitEndsTheProgramAtOnceWithoutUnloading) {
 }
 
 TEST_F(Switch, AClickOnExitEndsTheProcess) {
-    EXPECT_EXIT(QTest::mouseClick(&open().Label1(6), Qt::LeftButton), ::testing::ExitedWithCode(0),
-                "");
+    EXPECT_EXIT(QTest::mouseClick(&open().Label1(6), Qt::LeftButton), ::testing::ExitedWithCode(0), "");
 }
 
 // ---- Greyed entries, and what is dropped
@@ -333,8 +325,7 @@ TEST_F(Switch, AClickOnExitEndsTheProcess) {
 TEST_F(Switch, AGreyedEntryTellsWhy) {
     auto& empty = open();
     for (const int index : {1, 2, 3, 7})
-        EXPECT_EQ(empty.Label1(index).toolTip(),
-                  "There is no disc in the catalogue yet. Scan one first.");
+        EXPECT_EQ(empty.Label1(index).toolTip(), "There is no disc in the catalogue yet. Scan one first.");
     EXPECT_EQ(empty.Label1(0).toolTip(), "");
     empty.Unload();
     auto& full = openWithDisc();
@@ -358,8 +349,7 @@ TEST_F(Switch, ADroppedImageOpensTheWizardWithIt) {
     ASSERT_TRUE(waitFor([] { return Windows::IsLoaded("Scanform"); }));
     EXPECT_FALSE(Windows::IsLoaded("Switch"));
     EXPECT_EQ(Module1::ScanCancelled, 0);
-    EXPECT_THAT(std::exchange(Module1::DroppedDiscs, {}),
-                ElementsAre("/discs/a.iso", "/discs/b.iso"));
+    EXPECT_THAT(std::exchange(Module1::DroppedDiscs, {}), ElementsAre("/discs/a.iso", "/discs/b.iso"));
 }
 
 TEST_F(Switch, ADroppedImageIsForgottenWhenTheMenuIsLeftByAnEntryBeforeItIsTaken) {
@@ -462,9 +452,8 @@ TEST_F(Switch, FollowsTheMouseAlsoWhenItsMovesLagBehind) {
     QTest::mousePress(menu.Image1, Qt::LeftButton, {}, QPoint(30, 200));
     for (const QPoint& moved : {QPoint(7, -10), QPoint(30, -40), QPoint(90, -60)}) {
         // Told in places of the window as it stood at first, as a busy screen does.
-        QMouseEvent event(QEvent::MouseMove, QPoint(30, 200) + moved,
-                          start + QPoint(30, 200) + moved, Qt::NoButton, Qt::LeftButton,
-                          Qt::NoModifier);
+        QMouseEvent event(QEvent::MouseMove, QPoint(30, 200) + moved, start + QPoint(30, 200) + moved, Qt::NoButton,
+                          Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(menu.Image1, &event);
         EXPECT_EQ(menu.pos(), start + moved);
     }
@@ -495,9 +484,8 @@ TEST_F(Switch, AMoveWithoutAPressDragsNothing) {
 // ---- The keyboard
 
 TEST_F(Switch, TheTabKeyGoesThroughTheEntriesAsTheyStand) {
-    EXPECT_THAT(tabOrder(openWithDisc()),
-                ElementsAre("Label1(0)", "Label1(1)", "Label1(2)", "Label1(3)", "Label1(7)",
-                            "Label1(4)", "Label1(5)", "Label1(6)", "Command1"));
+    EXPECT_THAT(tabOrder(openWithDisc()), ElementsAre("Label1(0)", "Label1(1)", "Label1(2)", "Label1(3)", "Label1(7)",
+                                                      "Label1(4)", "Label1(5)", "Label1(6)", "Command1"));
 }
 
 TEST_F(Switch, ArrowKeysMoveAndPassDisabledEntries) {

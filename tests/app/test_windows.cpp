@@ -103,8 +103,7 @@ TEST_F(Registry, AHiddenWindowKeepsItsPlace) {
 }
 
 TEST_F(Registry, AModalShowReturnsWhenTheWindowIsGone) {
-    stub("About",
-         [](kit::Form& about) { QTimer::singleShot(0, &about, [&about] { about.Unload(); }); });
+    stub("About", [](kit::Form& about) { QTimer::singleShot(0, &about, [&about] { about.Unload(); }); });
     Windows::Show("About", kit::Form::Modality::Modal);
     EXPECT_FALSE(Windows::IsLoaded("About"));
 }

@@ -20,18 +20,17 @@ TEST_P(LeadingNumber, IsRead) {
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, LeadingNumber,
-    testing::Values(
-        NumberCase{"Empty", "", 0}, NumberCase{"Letters", "abc", 0},
-        NumberCase{"Tail", "12abc", 12}, NumberCase{"BlankBetweenDigits", "1 000", 1000},
-        NumberCase{"TabsAndLineFeeds", "\t1\n2", 12}, NumberCase{"Sign", " - 5", -5},
-        NumberCase{"Plus", "+7.5", 7.5}, NumberCase{"OnePointOnly", "1.2.3", 1.2},
-        NumberCase{"PointFirst", ".5x", 0.5}, NumberCase{"PointAlone", ".", 0},
-        NumberCase{"SignAlone", "-", 0}, NumberCase{"ExponentE", "1E3", 1000},
-        NumberCase{"ExponentD", "2d-1", 0.2}, NumberCase{"ExponentWithoutDigits", "3e", 3},
-        NumberCase{"ExponentSignAlone", "3e+", 3}, NumberCase{"Hexadecimal", "&H1F", 31},
-        NumberCase{"HexadecimalTail", "&hFFzz", 255}, NumberCase{"Octal", "&O17", 15},
-        NumberCase{"BadPrefix", "&X1", 0}, NumberCase{"CarriageReturnStops", "1\r2", 1},
-        NumberCase{"SizeText", "12.5 Kb", 12.5}, NumberCase{"TooSmall", "1e-999", 0}),
+    testing::Values(NumberCase{"Empty", "", 0}, NumberCase{"Letters", "abc", 0}, NumberCase{"Tail", "12abc", 12},
+                    NumberCase{"BlankBetweenDigits", "1 000", 1000}, NumberCase{"TabsAndLineFeeds", "\t1\n2", 12},
+                    NumberCase{"Sign", " - 5", -5}, NumberCase{"Plus", "+7.5", 7.5},
+                    NumberCase{"OnePointOnly", "1.2.3", 1.2}, NumberCase{"PointFirst", ".5x", 0.5},
+                    NumberCase{"PointAlone", ".", 0}, NumberCase{"SignAlone", "-", 0},
+                    NumberCase{"ExponentE", "1E3", 1000}, NumberCase{"ExponentD", "2d-1", 0.2},
+                    NumberCase{"ExponentWithoutDigits", "3e", 3}, NumberCase{"ExponentSignAlone", "3e+", 3},
+                    NumberCase{"Hexadecimal", "&H1F", 31}, NumberCase{"HexadecimalTail", "&hFFzz", 255},
+                    NumberCase{"Octal", "&O17", 15}, NumberCase{"BadPrefix", "&X1", 0},
+                    NumberCase{"CarriageReturnStops", "1\r2", 1}, NumberCase{"SizeText", "12.5 Kb", 12.5},
+                    NumberCase{"TooSmall", "1e-999", 0}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST(LeadingNumber, TooLargeIsInfinite) {

@@ -46,24 +46,20 @@ TEST(Stamp, TheShortDateIsItsDay) {
 
 TEST(RuntimeErrorText, IsTheTablesTextWithTheDetailBehindIt) {
     EXPECT_EQ(RuntimeError(ErrorNumber::NoCurrentRecord).description(), "No current record");
-    EXPECT_EQ(RuntimeError(ErrorNumber::UnknownField, "x").description(),
-              "The table has no field of this name: x");
+    EXPECT_EQ(RuntimeError(ErrorNumber::UnknownField, "x").description(), "The table has no field of this name: x");
     EXPECT_EQ(RuntimeError(ErrorNumber::DataTypeConversion).number(), 3421);
 }
 
 TEST(RuntimeErrorText, TellsWhatTheErrorIsAboutOnce) {
     const RuntimeError plain(ErrorNumber::FileSystemUnknown);
-    EXPECT_EQ(plain.about("/a/disc.iso").description(),
-              "The file is not a disc image (/a/disc.iso)");
+    EXPECT_EQ(plain.about("/a/disc.iso").description(), "The file is not a disc image (/a/disc.iso)");
     EXPECT_EQ(plain.about("/a/disc.iso").number(), plain.number());
-    EXPECT_EQ(
-        RuntimeError(ErrorNumber::PathMissing, "/a/disc.iso").about("/a/disc.iso").description(),
-        "The path was not found: /a/disc.iso");
+    EXPECT_EQ(RuntimeError(ErrorNumber::PathMissing, "/a/disc.iso").about("/a/disc.iso").description(),
+              "The path was not found: /a/disc.iso");
 }
 
 TEST(SkipErrors, PassesOverARuntimeErrorOnly) {
     EXPECT_TRUE(skipErrors([] {}));
     EXPECT_FALSE(skipErrors([] { throw RuntimeError(ErrorNumber::ReadFailure); }));
-    EXPECT_THROW(skipErrors([] { throw std::logic_error("a mistake of the program"); }),
-                 std::logic_error);
+    EXPECT_THROW(skipErrors([] { throw std::logic_error("a mistake of the program"); }), std::logic_error);
 }

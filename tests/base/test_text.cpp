@@ -51,8 +51,7 @@ TEST(Text, ALoneSurrogateBecomesTheReplacementCharacterAndAnOddByteIsDropped) {
 TEST(Text, FoldingPassesOverCaseInEveryScript) {
     EXPECT_TRUE(equalFolded("README.TXT", "readme.txt"));
     EXPECT_TRUE(equalFolded("\xC3\x84RGER", "\xC3\xA4rger"));
-    EXPECT_TRUE(equalFolded("\xD0\x9A\xD0\x9D\xD0\x98\xD0\x93\xD0\x90",
-                            "\xD0\xBA\xD0\xBD\xD0\xB8\xD0\xB3\xD0\xB0"));
+    EXPECT_TRUE(equalFolded("\xD0\x9A\xD0\x9D\xD0\x98\xD0\x93\xD0\x90", "\xD0\xBA\xD0\xBD\xD0\xB8\xD0\xB3\xD0\xB0"));
 }
 
 TEST(Text, ADecomposedLetterEqualsTheComposedOne) {
@@ -124,8 +123,7 @@ TEST(OrderKey, TextsThatAreEqualWhenFoldedHaveTheSameOne) {
             continue;
         const std::string units{static_cast<char>(codePoint), static_cast<char>(codePoint >> 8)};
         const std::string text = "a" + decodeUtf16Le(units) + "\u0301";
-        ASSERT_EQ(orderKey(text), orderKey(foldedForComparison(text)))
-            << "U+" << std::hex << codePoint;
+        ASSERT_EQ(orderKey(text), orderKey(foldedForComparison(text))) << "U+" << std::hex << codePoint;
     }
 }
 

@@ -209,8 +209,7 @@ TEST_P(RowNumbers, OfACatalogueMadeWithoutTheNotesAreKeptFromItsOpeningOn) {
 }
 
 TEST_P(RowNumbers, BeyondSixtyFourBitsAreAnError) {
-    run("INSERT INTO \"" + std::string(GetParam()) + "\" (\"id number\") VALUES (" +
-        std::to_string(INT64_MAX) + ")");
+    run("INSERT INTO \"" + std::string(GetParam()) + "\" (\"id number\") VALUES (" + std::to_string(INT64_MAX) + ")");
     const auto rows = open()->OpenRecordset(GetParam());
     rows->Delete();
     EXPECT_THROW(add(*rows), base::RuntimeError);

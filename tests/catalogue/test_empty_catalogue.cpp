@@ -24,15 +24,9 @@ namespace fs = std::filesystem;
 
 class EmptyCatalogue : public CatalogueFile {
 protected:
-    std::unique_ptr<db::Recordset> rows(std::string_view text) const {
-        return open()->OpenRecordset(text);
-    }
-    std::string plan(const std::string& sql) const {
-        return test::queryPlan(open()->store()->connection(), sql);
-    }
-    std::string cell(const std::string& sql) const {
-        return open()->store()->connection().text(sql);
-    }
+    std::unique_ptr<db::Recordset> rows(std::string_view text) const { return open()->OpenRecordset(text); }
+    std::string plan(const std::string& sql) const { return test::queryPlan(open()->store()->connection(), sql); }
+    std::string cell(const std::string& sql) const { return open()->store()->connection().text(sql); }
 
     // A disc with a root, a directory below it, and a file in each.
     void addDisc(int number) const {
@@ -178,8 +172,7 @@ TEST_F(EmptyCatalogue, TheQueriesOfTheTreeAreIndexSearches) {
                 search("Directories Parent id"));
     EXPECT_THAT(plan("SELECT * FROM Files WHERE \"directory number\"='a' ORDER BY rowid"),
                 search("Files directory number"));
-    EXPECT_THAT(plan("SELECT * FROM Files WHERE \"file name\">='a' AND \"file name\"<'b'"),
-                search("Files file name"));
+    EXPECT_THAT(plan("SELECT * FROM Files WHERE \"file name\">='a' AND \"file name\"<'b'"), search("Files file name"));
     EXPECT_THAT(plan("SELECT rowid FROM Files ORDER BY \"file name\""),
                 AllOf(HasSubstr("Files file name"), Not(HasSubstr("TEMP B-TREE"))));
 }

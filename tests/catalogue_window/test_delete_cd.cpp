@@ -43,9 +43,7 @@ public:
 // The catalogue as another program has it open: sees what is committed and nothing else.
 class OtherProgram {
 public:
-    explicit OtherProgram(const std::filesystem::path& catalogue) {
-        sqlite3_open(catalogue.c_str(), &m_connection);
-    }
+    explicit OtherProgram(const std::filesystem::path& catalogue) { sqlite3_open(catalogue.c_str(), &m_connection); }
     ~OtherProgram() { sqlite3_close(m_connection); }
     OtherProgram(const OtherProgram&) = delete;
     OtherProgram& operator=(const OtherProgram&) = delete;
@@ -56,10 +54,8 @@ public:
     }
     int64_t count(const std::string& table) {
         sqlite3_stmt* query = nullptr;
-        sqlite3_prepare_v2(m_connection, ("SELECT count(*) FROM " + table).c_str(), -1, &query,
-                           nullptr);
-        const int64_t rows =
-            sqlite3_step(query) == SQLITE_ROW ? sqlite3_column_int64(query, 0) : -1;
+        sqlite3_prepare_v2(m_connection, ("SELECT count(*) FROM " + table).c_str(), -1, &query, nullptr);
+        const int64_t rows = sqlite3_step(query) == SQLITE_ROW ? sqlite3_column_int64(query, 0) : -1;
         sqlite3_finalize(query);
         return rows;
     }
@@ -140,8 +136,7 @@ protected:
     }
     // Deletes the disc that is shown, which has that name.
     void deleteShown(const char* name) {
-        box.expect(question(name), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
-                   Answer::Ok);
+        box.expect(question(name), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!", Answer::Ok);
         box.expect(kDone, Buttons::Ok, Icon::Information, "Deletion Successful");
         click(*form->Command2);
         refill();
@@ -176,9 +171,7 @@ protected:
         ASSERT_TRUE(waitFor([this] { return !form->Timer1->isEnabled(); }));
     }
     int64_t count(const char* table) const {
-        return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-            ->OpenRecordset(table)
-            ->RecordCount();
+        return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(table)->RecordCount();
     }
     db::Value master(std::string_view field) const {
         return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
@@ -239,16 +232,14 @@ TEST_F(DeleteWindow, OkDeletesTheDiscWithAllThatBelongsToIt) {
 TEST_F(DeleteWindow, CancelSparesTheDiscDeletesItsTagsAndEndsTheProgram) {
     addDisc(1, "One");
     open();
-    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
-               Answer::Cancel);
+    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!", Answer::Cancel);
     box.expectTitled(QCoreApplication::applicationName(), Icon::Critical);
     const ThrowingEnd end;
     EXPECT_THROW(asHandler([this] { emit form->Command2->Click(); }), ProgramEnded);
     EXPECT_TRUE(box.last().text.contains("There is no transaction to commit"));
     EXPECT_EQ(count("drive"), 1);
     EXPECT_EQ(count("[prog tag]"), 0);
-    EXPECT_EQ(db::numberOf(master("Total number of files")), 1)
-        << "the totals were counted all the same";
+    EXPECT_EQ(db::numberOf(master("Total number of files")), 1) << "the totals were counted all the same";
 }
 
 TEST_F(DeleteWindow, TheLastDiscLeavesEmptyListsAndNullSize) {
@@ -421,13 +412,10 @@ TEST_F(DeleteWindow, TheRowClickedIsTheOneShownAndDeletedAlsoWhenTheMouseIsDragg
     open();
     QWidget* viewport = form->ListView1->shown().viewport();
     const auto at = [this](int place) {
-        return form->ListView1->shown()
-            .visualRect(form->ListView1->model().index(place, 0))
-            .center();
+        return form->ListView1->shown().visualRect(form->ListView1->model().index(place, 0)).center();
     };
     QTest::mousePress(viewport, Qt::LeftButton, {}, at(1));
-    QMouseEvent move(QEvent::MouseMove, at(2), viewport->mapToGlobal(at(2)), Qt::NoButton,
-                     Qt::LeftButton, {});
+    QMouseEvent move(QEvent::MouseMove, at(2), viewport->mapToGlobal(at(2)), Qt::NoButton, Qt::LeftButton, {});
     QApplication::sendEvent(viewport, &move);
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, at(2));
     EXPECT_EQ(form->ListView1->selectedPlaces(), std::vector<int>{1});
@@ -472,8 +460,7 @@ TEST_F(DeleteWindow, ADataErrorEndsTheProgramAndTheDeletionGoesWithIt) {
         .run("CREATE TRIGGER refuse BEFORE DELETE ON \"Prog Tag\""
              " BEGIN SELECT RAISE(ABORT, 'refused'); END");
     open();
-    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!",
-               Answer::Ok);
+    box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!", Answer::Ok);
     box.expectTitled(QCoreApplication::applicationName(), Icon::Critical);
     const ThrowingEnd end;
     EXPECT_THROW(asHandler([this] { emit form->Command2->Click(); }), ProgramEnded);

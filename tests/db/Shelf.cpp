@@ -43,8 +43,7 @@ Shelf::~Shelf() {
 }
 
 FileFormat Shelf::format() {
-    const TableDef discs{"Discs",
-                         {{"id number", FieldType::Integer}, {"prefered name", FieldType::Text}}};
+    const TableDef discs{"Discs", {{"id number", FieldType::Integer}, {"prefered name", FieldType::Text}}};
     const TableDef directories{"Directories",
                                {{"drive id number", FieldType::Integer},
                                 {"Parent id", FieldType::Text, true},

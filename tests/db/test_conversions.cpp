@@ -119,10 +119,8 @@ const Assignment kBooleansAndDates[] = {
     {"Midnight", "day", std::string("2000-02-29 00:00:00"), std::string("02/29/00 12:00:00 AM")},
     {"DayWithBlanks", "day", std::string(" 1999-12-31 "), std::string("12/31/99")},
     {"ShortDate", "day", std::string("12/31/99"), std::string("12/31/99")},
-    {"ShortDateAndTime", "day", std::string("01/02/03 12:05:06 AM"),
-     std::string("01/02/03 12:05:06 AM")},
-    {"ShortDateAtNoon", "day", std::string("01/02/79 12:00:00 PM"),
-     std::string("01/02/79 12:00:00 PM")},
+    {"ShortDateAndTime", "day", std::string("01/02/03 12:05:06 AM"), std::string("01/02/03 12:05:06 AM")},
+    {"ShortDateAtNoon", "day", std::string("01/02/79 12:00:00 PM"), std::string("01/02/79 12:00:00 PM")},
     {"FarYear", "day", std::string("1979-01-02"), std::string("01/02/1979")},
     {"FarYearInShort", "day", std::string("01/02/2080"), std::string("01/02/2080")},
     {"NearYearWithCentury", "day", std::string("01/02/1980"), std::string("01/02/80")},
@@ -149,8 +147,7 @@ std::string nameOf(const testing::TestParamInfo<Assignment>& info) {
 INSTANTIATE_TEST_SUITE_P(Integer, FieldConversions, testing::ValuesIn(kIntegers), nameOf);
 INSTANTIATE_TEST_SUITE_P(Double, FieldConversions, testing::ValuesIn(kDoubles), nameOf);
 INSTANTIATE_TEST_SUITE_P(Text, FieldConversions, testing::ValuesIn(kTexts), nameOf);
-INSTANTIATE_TEST_SUITE_P(BooleanAndDate, FieldConversions, testing::ValuesIn(kBooleansAndDates),
-                         nameOf);
+INSTANTIATE_TEST_SUITE_P(BooleanAndDate, FieldConversions, testing::ValuesIn(kBooleansAndDates), nameOf);
 
 class FieldAssignments : public Shelf {};
 
@@ -181,8 +178,7 @@ TEST_F(FieldAssignments, DatesAreStoredInTheFormThatConditionsCompare) {
         EXPECT_EQ((*things)("day").Text(), day);
         things->Update();
     }
-    const auto later =
-        open()->OpenRecordset("select * from Things where [day] > '1999-12-30' order by [day]");
+    const auto later = open()->OpenRecordset("select * from Things where [day] > '1999-12-30' order by [day]");
     EXPECT_THAT(texts(*later, "day"), testing::ElementsAre("12/31/99", "11/21/26"));
     RawDatabase raw(path());
     EXPECT_EQ(raw.text("SELECT group_concat(day) FROM Things"), "1999-12-31,2026-11-21,1979-01-02");
@@ -202,11 +198,9 @@ TEST_F(FieldAssignments, ARefusedValueLeavesTheEarlierOne) {
 
 TEST_F(FieldAssignments, AStoredCountBeyondSixtyFourBitsIsAnError) {
     const auto things = open()->OpenRecordset("Things");
-    RawDatabase(path()).execute(
-        "INSERT INTO Things(whole, fraction) VALUES (9223372036854775808, 1e300)");
+    RawDatabase(path()).execute("INSERT INTO Things(whole, fraction) VALUES (9223372036854775808, 1e300)");
     things->MoveFirst();
-    EXPECT_EQ(errorOf([&] { (void)(*things)("whole").Value(); }),
-              number(ErrorNumber::DataTypeConversion));
+    EXPECT_EQ(errorOf([&] { (void)(*things)("whole").Value(); }), number(ErrorNumber::DataTypeConversion));
     EXPECT_EQ((*things)("fraction").Number(), 1e300);
 }
 

@@ -43,8 +43,7 @@ TEST_F(DataSources, RefreshRunsAQueryAnew) {
     m_source.SetRecordSource("select * from Discs where [id number] > 1");
     m_source.Refresh();
     EXPECT_EQ(rows().RecordCount(), 1);
-    m_source.SetRecordSource(
-        "select * from Discs where [id number] > 0 order by [prefered name] desc");
+    m_source.SetRecordSource("select * from Discs where [id number] > 0 order by [prefered name] desc");
     m_source.Refresh();
     EXPECT_EQ(rows()("prefered name").Text(), "two");
 }

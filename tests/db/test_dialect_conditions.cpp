@@ -43,9 +43,7 @@ protected:
             INSERT INTO "Master Table" ("scanned cd-roms", "encryption") VALUES (1, 1), (2, 0), (3, NULL);)");
     }
 
-    std::vector<std::string> ids(std::string_view criterion) {
-        return m_store.found("Files", "id number", criterion);
-    }
+    std::vector<std::string> ids(std::string_view criterion) { return m_store.found("Files", "id number", criterion); }
     std::vector<std::string> masters(std::string_view criterion) {
         return m_store.found("Master Table", "scanned cd-roms", criterion);
     }
@@ -86,9 +84,8 @@ TEST_F(Conditions, NumbersAreReadInEveryForm) {
 
 TEST_F(Conditions, NumbersThatAreNoneAreRefused) {
     for (const char* text :
-         {"[file size] = --1", "[file size] = +-1", "[file size] = 1.2.3", "[file size] = 1e",
-          "[file size] = 1 2", "[file size] = .", "[file size] = -", "[file size] = 0x10 ",
-          "[file size] = 1+1", "[file size] = $5"})
+         {"[file size] = --1", "[file size] = +-1", "[file size] = 1.2.3", "[file size] = 1e", "[file size] = 1 2",
+          "[file size] = .", "[file size] = -", "[file size] = 0x10 ", "[file size] = 1+1", "[file size] = $5"})
         EXPECT_EQ(errorOfCriterion("Files", text), number(ErrorNumber::SyntaxError)) << text;
 }
 
@@ -122,10 +119,9 @@ TEST_F(Conditions, ConstantsTakeTheFieldsType) {
 }
 
 TEST_F(Conditions, TextThatIsNoNumberCannotBeComparedWithOne) {
-    for (const char* text :
-         {"[file size] = 'abc'", "[file size] = ''", "[file size] > '1 0'", "[id number] = '1x'",
-          "'abc' = [number of icons]", "[number of icons] in (1, 'two')", "[file size] = '--1'",
-          "[file size] between 1 and 'two'", "[file size] <> ' '"})
+    for (const char* text : {"[file size] = 'abc'", "[file size] = ''", "[file size] > '1 0'", "[id number] = '1x'",
+                             "'abc' = [number of icons]", "[number of icons] in (1, 'two')", "[file size] = '--1'",
+                             "[file size] between 1 and 'two'", "[file size] <> ' '"})
         EXPECT_EQ(errorOfCriterion("Files", text), number(ErrorNumber::DataTypeConversion)) << text;
 }
 
@@ -136,8 +132,7 @@ TEST_F(Conditions, BooleansCompareWithWordsAndNumbers) {
     EXPECT_THAT(masters("[encryption] = -1"), ElementsAre("1"));
     EXPECT_THAT(masters("[encryption] = 0"), ElementsAre("2"));
     EXPECT_THAT(masters("[encryption] is null"), ElementsAre("3"));
-    EXPECT_EQ(errorOfCriterion("Master Table", "[encryption] = 'maybe'"),
-              number(ErrorNumber::DataTypeConversion));
+    EXPECT_EQ(errorOfCriterion("Master Table", "[encryption] = 'maybe'"), number(ErrorNumber::DataTypeConversion));
 }
 
 TEST_F(Conditions, NullIsFoundByIsOnly) {
@@ -157,20 +152,15 @@ TEST_F(Conditions, ListsAndBoundsMatch) {
     EXPECT_THAT(ids("[file size] between 10 and 20"), ElementsAre("1", "2"));
     EXPECT_THAT(ids("[file size] not between 10 and 20"), ElementsAre("3", "5"));
     EXPECT_THAT(ids("[file size] between 10and 20and [file name] like 'o*'"), ElementsAre("1"));
-    EXPECT_THAT(ids("[file name] between 'F' and 'P' or [file size] = 20"),
-                ElementsAre("1", "2", "5"));
+    EXPECT_THAT(ids("[file name] between 'F' and 'P' or [file size] = 20"), ElementsAre("1", "2", "5"));
 }
 
 TEST_F(Conditions, AndBindsTighterThanOrAndNotTightest) {
-    EXPECT_THAT(ids("[file size] = 10 or [file size] = 20 and [number of icons] = 99"),
-                ElementsAre("1"));
-    EXPECT_THAT(ids("([file size] = 10 or [file size] = 20) and [number of icons] = 2"),
-                ElementsAre("2"));
-    EXPECT_THAT(ids("[number of icons] = 2 and ([file size] = 10 or [file size] = 20)"),
-                ElementsAre("2"));
+    EXPECT_THAT(ids("[file size] = 10 or [file size] = 20 and [number of icons] = 99"), ElementsAre("1"));
+    EXPECT_THAT(ids("([file size] = 10 or [file size] = 20) and [number of icons] = 2"), ElementsAre("2"));
+    EXPECT_THAT(ids("[number of icons] = 2 and ([file size] = 10 or [file size] = 20)"), ElementsAre("2"));
     EXPECT_THAT(ids("not [file size] = 10 and [file size] < 25"), ElementsAre("2", "5"));
-    EXPECT_THAT(ids("not ([file size] = 10 and [number of icons] = 1)"),
-                ElementsAre("2", "3", "5"));
+    EXPECT_THAT(ids("not ([file size] = 10 and [number of icons] = 1)"), ElementsAre("2", "3", "5"));
     EXPECT_THAT(ids("not ([file size] = 10 or [number of icons] = 2)"), ElementsAre("5"));
     EXPECT_THAT(ids("not not [file size] = 10"), ElementsAre("1"));
     EXPECT_THAT(ids("not not not [file size] = 10"), ElementsAre("2", "3", "5"));
@@ -180,10 +170,9 @@ TEST_F(Conditions, OnlyNeededParenthesesStay) {
     EXPECT_EQ(where("((([file size] = 1)))"), "\"file size\" = ?1");
     EXPECT_EQ(where("([file size] = 1 and [file size] = 2) and [file size] = 3"),
               "\"file size\" = ?1 AND \"file size\" = ?2 AND \"file size\" = ?3");
-    EXPECT_EQ(
-        where("([file size] = 1 or [file size] = 2) and not ([file size] = 3 and [file size] = 4)"),
-        "(\"file size\" = ?1 OR \"file size\" = ?2) AND NOT (\"file size\" = ?3 AND \"file size\" "
-        "= ?4)");
+    EXPECT_EQ(where("([file size] = 1 or [file size] = 2) and not ([file size] = 3 and [file size] = 4)"),
+              "(\"file size\" = ?1 OR \"file size\" = ?2) AND NOT (\"file size\" = ?3 AND \"file size\" "
+              "= ?4)");
 }
 
 TEST_F(Conditions, NegatedLikeLeavesNullOut) {
@@ -199,8 +188,7 @@ TEST_F(Conditions, NegatedLikeLeavesNullOut) {
 TEST_F(Conditions, NamesMayBeQualifiedAndBare) {
     EXPECT_THAT(ids("files.[file name] = 'one'"), ElementsAre("1"));
     EXPECT_THAT(ids("[FILES].comments = '100'"), ElementsAre("3"));
-    EXPECT_EQ(errorOfCriterion("Files", "drive.[id number] = 1"),
-              number(ErrorNumber::UnknownField));
+    EXPECT_EQ(errorOfCriterion("Files", "drive.[id number] = 1"), number(ErrorNumber::UnknownField));
     EXPECT_EQ(errorOfCriterion("Files", "name = 1"), number(ErrorNumber::UnknownField));
     EXPECT_EQ(errorOfCriterion("Files", "[file  name] = 1"), number(ErrorNumber::UnknownField));
     EXPECT_EQ(errorOfCriterion("Files", "[comments] = comment"), number(ErrorNumber::UnknownField));
@@ -215,13 +203,11 @@ TEST_F(Conditions, ConstantsCompareWithEachOther) {
 
 TEST_F(Conditions, NamesAreWrittenAsTheSchemaHasThem) {
     const TableDef table{"T", {{"odd \"name\"", FieldType::Text}}};
-    EXPECT_EQ(parseCriterion("[ODD \"name\"] = 'x'", table).where,
-              "\"odd \"\"name\"\"\" = ?1 COLLATE NOCASE");
+    EXPECT_EQ(parseCriterion("[ODD \"name\"] = 'x'", table).where, "\"odd \"\"name\"\"\" = ?1 COLLATE NOCASE");
 }
 
 TEST_F(Conditions, PlaceholdersCountOnFromTheParametersBeforeThem) {
-    const Query query =
-        parseCriterion("[id number] > 7 and [file size] in (1, 2)", tableNamed("Files"), 9);
+    const Query query = parseCriterion("[id number] > 7 and [file size] in (1, 2)", tableNamed("Files"), 9);
     EXPECT_EQ(query.where, "\"id number\" > ?10 AND \"file size\" IN (?11, ?12)");
     EXPECT_EQ(query.bindings.size(), 3U);
 }

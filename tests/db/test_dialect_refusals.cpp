@@ -148,16 +148,14 @@ TEST(DialectRefusals, UnknownFieldsAreNamed) {
     EXPECT_EQ(errorOf("select rowid from files"), number(ErrorNumber::UnknownField));
     EXPECT_EQ(errorOf("select [*] from files"), number(ErrorNumber::UnknownField));
     EXPECT_EQ(errorOf("select * from files where rowid = 1"), number(ErrorNumber::UnknownField));
-    EXPECT_EQ(errorOf("select * from files where [file name] like abc"),
-              number(ErrorNumber::UnknownField));
+    EXPECT_EQ(errorOf("select * from files where [file name] like abc"), number(ErrorNumber::UnknownField));
     EXPECT_THAT(descriptionOf("select * from files where [nothing] = 1"), HasSubstr("nothing"));
     EXPECT_EQ(errorOf("select [file name] as name from files"), number(ErrorNumber::NotAllowed));
     EXPECT_EQ(errorOf("delete drive.* from files"), number(ErrorNumber::NotAllowed));
 }
 
 TEST(DialectRefusals, TheMessageShowsWhereTheTextBreaks) {
-    EXPECT_THAT(descriptionOf("select * from files where [file name] like 'Moby's*' "),
-                HasSubstr("near s*' "));
+    EXPECT_THAT(descriptionOf("select * from files where [file name] like 'Moby's*' "), HasSubstr("near s*' "));
     EXPECT_THAT(descriptionOf("select * from files where"), HasSubstr("ends too early"));
     const std::string cut = descriptionOf("select * from files where ! " + repeated("\u00e9", 100));
     EXPECT_LT(cut.size(), 120U);
@@ -165,11 +163,8 @@ TEST(DialectRefusals, TheMessageShowsWhereTheTextBreaks) {
 }
 
 TEST(DialectRefusals, TypedTextCannotLeaveItsPlace) {
-    const std::string base =
-        "SELECT files.*  FROM Files IN kvt.mde where [id number] like '*'and [file name] like '";
-    const auto typed = [&](const std::string& text) {
-        return errorOf(base + text + "*'  Order by [file name]");
-    };
+    const std::string base = "SELECT files.*  FROM Files IN kvt.mde where [id number] like '*'and [file name] like '";
+    const auto typed = [&](const std::string& text) { return errorOf(base + text + "*'  Order by [file name]"); };
     EXPECT_EQ(typed("[a-z]; drop table files --"), 0);
     EXPECT_EQ(typed("\x01\x7F\xFF\xC3("), 0);
     EXPECT_EQ(typed(std::string("a\0b", 3)), 0);
@@ -181,22 +176,18 @@ TEST(DialectRefusals, TypedTextCannotLeaveItsPlace) {
 }
 
 TEST(DialectRefusals, TypedTextNeverReachesTheSql) {
-    const Query query = parseStatement(
-        "select [FILE NAME] from files in kvt.mde where [FILE NAME] like 'typed*text' "
-        "and [COMMENTS] = \"typed\" and [FILE SIZE] in ('12345', 12345.5)",
-        catalogueSchema());
-    EXPECT_EQ(
-        query.where,
-        "\"file name\" >= ?1 COLLATE NOCASE AND \"file name\" < ?2 COLLATE NOCASE AND "
-        "discaro_like(?3, \"file name\") AND \"Comments\" = ?4 COLLATE NOCASE AND \"file size\" IN "
-        "(?5, ?6)");
+    const Query query = parseStatement("select [FILE NAME] from files in kvt.mde where [FILE NAME] like 'typed*text' "
+                                       "and [COMMENTS] = \"typed\" and [FILE SIZE] in ('12345', 12345.5)",
+                                       catalogueSchema());
+    EXPECT_EQ(query.where, "\"file name\" >= ?1 COLLATE NOCASE AND \"file name\" < ?2 COLLATE NOCASE AND "
+                           "discaro_like(?3, \"file name\") AND \"Comments\" = ?4 COLLATE NOCASE AND \"file size\" IN "
+                           "(?5, ?6)");
     EXPECT_EQ(query.bindings.size(), 6U);
 }
 
 TEST(DialectRefusals, TwoHundredOpenParenthesesAreTheMost) {
     const auto nested = [](size_t levels) {
-        return errorOfCriterion("Files",
-                                repeated("(", levels) + "[file size] = 1" + repeated(")", levels));
+        return errorOfCriterion("Files", repeated("(", levels) + "[file size] = 1" + repeated(")", levels));
     };
     EXPECT_EQ(nested(200), 0);
     EXPECT_EQ(nested(201), number(ErrorNumber::SyntaxError));
@@ -205,8 +196,7 @@ TEST(DialectRefusals, TwoHundredOpenParenthesesAreTheMost) {
 }
 
 TEST(DialectRefusals, ParenthesesSideBySideAreNotNested) {
-    EXPECT_EQ(
-        errorOfCriterion("Files", "[file size] = 1" + repeated(" and ([file size] = 1)", 500)), 0);
+    EXPECT_EQ(errorOfCriterion("Files", "[file size] = 1" + repeated(" and ([file size] = 1)", 500)), 0);
 }
 
 TEST(DialectRefusals, WhatIsAcceptedTheStorageEngineAccepts) {
@@ -253,10 +243,9 @@ TEST(DialectRefusals, ATextMayHaveAnyLength) {
 
 TEST(DialectRefusals, LongTextsThatAreNoneAreRefusedInLinearTime) {
     constexpr size_t kLong = 1 << 20;
-    for (const char* piece : {"[", "(", "not ", "a ", "1e", "'", "[a] ", "a.", "x,", "-",
-                              "1=1 and ", "[file name] is null or "})
-        for (const char* head :
-             {"", "select ", "select * from files where ", "select * from files order by "}) {
+    for (const char* piece :
+         {"[", "(", "not ", "a ", "1e", "'", "[a] ", "a.", "x,", "-", "1=1 and ", "[file name] is null or "})
+        for (const char* head : {"", "select ", "select * from files where ", "select * from files order by "}) {
             const size_t times = kLong / std::string_view(piece).size();
             EXPECT_NE(errorOf(head + repeated(piece, static_cast<int>(times))), 0) << head << piece;
         }
@@ -266,9 +255,8 @@ TEST(DialectRefusals, AnErrorShowsLittleOfALongText) {
     const std::string name(1 << 20, 'x');
     for (const std::string& text :
          {name, "select * from " + name, "select * from files where [" + name + "] = 1",
-          "select * from files where [file size] = '" + name + "'",
-          "select " + name + "(*) from files", "select * from files in " + name + "/",
-          "select * from files where " + name}) {
+          "select * from files where [file size] = '" + name + "'", "select " + name + "(*) from files",
+          "select * from files in " + name + "/", "select * from files where " + name}) {
         try {
             parseStatement(text, catalogueSchema());
             ADD_FAILURE() << text.substr(0, 60);
@@ -279,9 +267,8 @@ TEST(DialectRefusals, AnErrorShowsLittleOfALongText) {
 }
 
 TEST(DialectRefusals, EveryHeadOfAStatementIsAcceptedOrRefused) {
-    const std::string whole =
-        "SELECT files.*  FROM Files IN kvt.mde where [id number] like '*'and not ([file name] = "
-        "\"a\" or [file size] in (1, 2.5E+3)) and [Comments] is not null Order by [file name]";
+    const std::string whole = "SELECT files.*  FROM Files IN kvt.mde where [id number] like '*'and not ([file name] = "
+                              "\"a\" or [file size] in (1, 2.5E+3)) and [Comments] is not null Order by [file name]";
     EXPECT_EQ(errorOf(whole), 0);
     DialectStore store;
     for (size_t length = 0; length < whole.size(); ++length) {

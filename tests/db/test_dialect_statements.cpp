@@ -94,21 +94,17 @@ TEST_F(Statements, AStarSelectsThePositionsInOrder) {
 }
 
 TEST_F(Statements, FieldsAreSelectedInTheOrderNamed) {
-    EXPECT_THAT(
-        columnNames(parse("select [Total size], drive.[id Number],DRIVE.autorun from drive")),
-        ElementsAre("Total Size", "id number", "Autorun"));
+    EXPECT_THAT(columnNames(parse("select [Total size], drive.[id Number],DRIVE.autorun from drive")),
+                ElementsAre("Total Size", "id number", "Autorun"));
     EXPECT_THAT(columnNames(parse("select Autorun, *, comments from drive;")),
-                ElementsAre("Autorun", "id number", "Drive letter", "volume name", "Serial Number",
-                            "prefered name", "file system", "Total Size", "free size", "Comments",
-                            "Autorun", "Comments"));
+                ElementsAre("Autorun", "id number", "Drive letter", "volume name", "Serial Number", "prefered name",
+                            "file system", "Total Size", "free size", "Comments", "Autorun", "Comments"));
 }
 
 TEST_F(Statements, TheFileBehindInIsReported) {
     EXPECT_EQ(parse("select * from files IN kvt.mde").externalFile, "kvt.mde");
-    EXPECT_EQ(parse("select * from files in 'kvt.mde' where [file size]=1").externalFile,
-              "kvt.mde");
-    EXPECT_EQ(parse("select * from files IN \"my catalogue.mde\"").externalFile,
-              "my catalogue.mde");
+    EXPECT_EQ(parse("select * from files in 'kvt.mde' where [file size]=1").externalFile, "kvt.mde");
+    EXPECT_EQ(parse("select * from files IN \"my catalogue.mde\"").externalFile, "my catalogue.mde");
     EXPECT_EQ(parse("select * from files IN [kvt.mde];").externalFile, "kvt.mde");
     EXPECT_EQ(parse("select * from files IN kvt.mde;").externalFile, "kvt.mde");
     EXPECT_EQ(parse("select * from files").externalFile, "");
@@ -117,8 +113,7 @@ TEST_F(Statements, TheFileBehindInIsReported) {
 TEST_F(Statements, TheFileBehindInHasNoFolder) {
     EXPECT_EQ(errorOf("select * from files IN ../kvt.mde"), number(ErrorNumber::NotAllowed));
     EXPECT_EQ(errorOf("select * from files IN 'a\\kvt.mde'"), number(ErrorNumber::NotAllowed));
-    EXPECT_EQ(errorOf(std::string_view("select * from files IN 'kvt\0.mde'", 33)),
-              number(ErrorNumber::NotAllowed));
+    EXPECT_EQ(errorOf(std::string_view("select * from files IN 'kvt\0.mde'", 33)), number(ErrorNumber::NotAllowed));
     EXPECT_EQ(errorOf("select * from files IN ''"), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOf("select * from files IN"), number(ErrorNumber::SyntaxError));
 }
@@ -133,11 +128,9 @@ TEST_F(Statements, TheFourFileSearchesFindWhatTheirWildcardsSay) {
         return found;
     };
     EXPECT_THAT(names(""), ElementsAre("minimal.dat", "readme", "README.TXT", "Setup.exe"));
-    EXPECT_THAT(
-        names(
-            "and [file name] like 'read' and [file extension] like '.txt' and [file size] >1000and "
-            "[Product Version] like '2'"),
-        IsEmpty());
+    EXPECT_THAT(names("and [file name] like 'read' and [file extension] like '.txt' and [file size] >1000and "
+                      "[Product Version] like '2'"),
+                IsEmpty());
     EXPECT_THAT(names("and [file name] like '*read' and [file extension] like '.*txt' and [file "
                       "size] >1000and "
                       "[Product Version] like '*2'"),
@@ -146,12 +139,10 @@ TEST_F(Statements, TheFourFileSearchesFindWhatTheirWildcardsSay) {
                       "size] >1000and "
                       "[Product Version] like '2*'"),
                 ElementsAre("README.TXT"));
-    EXPECT_THAT(
-        names("and [file name] like '*read*' and [file extension] like '.*txt*' and [file size] "
-              ">1000and [Product Version] like '*2*'"),
-        ElementsAre("README.TXT"));
-    EXPECT_THAT(names("and [file name] like 'a*' and [file size] =100and [number of icons] >2"),
-                IsEmpty());
+    EXPECT_THAT(names("and [file name] like '*read*' and [file extension] like '.*txt*' and [file size] "
+                      ">1000and [Product Version] like '*2*'"),
+                ElementsAre("README.TXT"));
+    EXPECT_THAT(names("and [file name] like 'a*' and [file size] =100and [number of icons] >2"), IsEmpty());
     EXPECT_THAT(names("and [attributes] like 'Ar*' "), ElementsAre("README.TXT"));
     EXPECT_THAT(names("and [directory number] like 'c12d'"), IsEmpty());
     EXPECT_THAT(names("and [Comments] like 'two\nl*' "), ElementsAre("README.TXT"));
@@ -161,79 +152,54 @@ TEST_F(Statements, NumbersAndQuotesMayTouchTheNextWord) {
     const std::string base = "SELECT files.*  FROM Files IN kvt.mde where [id number] like '*'";
     EXPECT_THAT(m_store.rows(base + "and [file size] =100and [number of icons] >2").size(), 0U);
     EXPECT_THAT(m_store.rows(base + "and [file size] =100or [number of icons] >2").size(), 2U);
-    EXPECT_THAT(
-        m_store.rows(base + "and [file size] <1E+15and [file size] >5and [file name] like '*'")
-            .size(),
-        3U);
-    EXPECT_THAT(
-        m_store.rows(base + "and [Product Version] like '2'and [number of icons] =3").size(), 1U);
-    EXPECT_THAT(
-        m_store.rows(base + "and [file size] >1E3and[file name]like'*'Order by[file name]").size(),
-        2U);
+    EXPECT_THAT(m_store.rows(base + "and [file size] <1E+15and [file size] >5and [file name] like '*'").size(), 3U);
+    EXPECT_THAT(m_store.rows(base + "and [Product Version] like '2'and [number of icons] =3").size(), 1U);
+    EXPECT_THAT(m_store.rows(base + "and [file size] >1E3and[file name]like'*'Order by[file name]").size(), 2U);
 }
 
 TEST_F(Statements, TheDirectorySearchFindsDirectories) {
-    EXPECT_THAT(
-        m_store.rows(
-            "SELECT directories.* FROM directories IN kvt.mde where [id number] like '*'and "
-            "[directory "
-            "name] like 'data*' and [Drive id Number]= 12and [total Number of files] >3 Order by "
-            "[directory name]"),
-        ElementsAre(testing::Contains("C12D1S1")));
+    EXPECT_THAT(m_store.rows("SELECT directories.* FROM directories IN kvt.mde where [id number] like '*'and "
+                             "[directory "
+                             "name] like 'data*' and [Drive id Number]= 12and [total Number of files] >3 Order by "
+                             "[directory name]"),
+                ElementsAre(testing::Contains("C12D1S1")));
     EXPECT_THAT(m_store
                     .rows("SELECT directories.*  FROM directories IN kvt.mde where [id number] "
                           "like '*' Order "
                           "by [directory name]")
                     .size(),
                 6U);
-    EXPECT_THAT(
-        m_store.rows(
-            "SELECT directories.* FROM directories IN kvt.mde where [id number] like '*'and "
-            "[Size] =5and [total Size] >7 Order by [directory name]"),
-        IsEmpty());
+    EXPECT_THAT(m_store.rows("SELECT directories.* FROM directories IN kvt.mde where [id number] like '*'and "
+                             "[Size] =5and [total Size] >7 Order by [directory name]"),
+                IsEmpty());
 }
 
 TEST_F(Statements, TheDiscSearchFindsFullDiscsOnly) {
-    EXPECT_THAT(
-        m_store.column(
-            "SELECT drive.* FROM drive IN kvt.mde where [free size] = 0and [volume name] like "
-            "'WIN*' and [total size] >600000 Order by [id Number]"),
-        ElementsAre("12"));
-    EXPECT_THAT(
-        m_store.column(
-            "SELECT drive.*  FROM drive IN kvt.mde where [free size] = 0 Order by [id Number]"),
-        ElementsAre("7", "12"));
-    EXPECT_THAT(
-        m_store.column(
-            "SELECT drive.*  FROM drive IN kvt.mde where [free size] = 0and [id Number] = 9"),
-        IsEmpty());
+    EXPECT_THAT(m_store.column("SELECT drive.* FROM drive IN kvt.mde where [free size] = 0and [volume name] like "
+                               "'WIN*' and [total size] >600000 Order by [id Number]"),
+                ElementsAre("12"));
+    EXPECT_THAT(m_store.column("SELECT drive.*  FROM drive IN kvt.mde where [free size] = 0 Order by [id Number]"),
+                ElementsAre("7", "12"));
+    EXPECT_THAT(m_store.column("SELECT drive.*  FROM drive IN kvt.mde where [free size] = 0and [id Number] = 9"),
+                IsEmpty());
 }
 
 TEST_F(Statements, TextTypedAsANumberIsTakenForAName) {
     const std::string base = "SELECT drive.*  FROM drive IN kvt.mde where [free size] = 0";
-    EXPECT_EQ(errorOf(base + "and [total size] =abc Order by [id Number]"),
-              number(ErrorNumber::UnknownField));
-    EXPECT_EQ(errorOf(base + "and [total size] =1 000 Order by [id Number]"),
-              number(ErrorNumber::SyntaxError));
-    EXPECT_EQ(errorOf(base + "and [total size] = Order by [id Number]"),
-              number(ErrorNumber::SyntaxError));
-    EXPECT_EQ(errorOf(base + "and [total size] =5 Mb Order by [id Number]"),
-              number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf(base + "and [total size] =abc Order by [id Number]"), number(ErrorNumber::UnknownField));
+    EXPECT_EQ(errorOf(base + "and [total size] =1 000 Order by [id Number]"), number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf(base + "and [total size] = Order by [id Number]"), number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf(base + "and [total size] =5 Mb Order by [id Number]"), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOf(base + "and [total size] >[free size] Order by [id Number]"), 0);
 }
 
 TEST_F(Statements, TheProgramSearchFindsTags) {
-    const std::string base =
-        "SELECT [prog tag].*  FROM [prog tag] IN kvt.mde where [id number] like '*'";
+    const std::string base = "SELECT [prog tag].*  FROM [prog tag] IN kvt.mde where [id number] like '*'";
     EXPECT_THAT(m_store.column(base + " Order by [Prog Name]"), ElementsAre("3", "2", "1"));
-    EXPECT_THAT(
-        m_store.column(
-            base + "and [category] like 'Games*' and [vendor] like 'Micro*'  Order by [Prog Name]"),
-        ElementsAre("2"));
-    EXPECT_THAT(m_store.column(base + "and [prog name] like '*office*'  Order by [Prog Name]"),
+    EXPECT_THAT(m_store.column(base + "and [category] like 'Games*' and [vendor] like 'Micro*'  Order by [Prog Name]"),
                 ElementsAre("2"));
-    EXPECT_EQ(errorOf(base + "and [prog name] like 'Moby's*'  Order by [Prog Name]"),
-              number(ErrorNumber::SyntaxError));
+    EXPECT_THAT(m_store.column(base + "and [prog name] like '*office*'  Order by [Prog Name]"), ElementsAre("2"));
+    EXPECT_EQ(errorOf(base + "and [prog name] like 'Moby's*'  Order by [Prog Name]"), number(ErrorNumber::SyntaxError));
 }
 
 TEST_F(Statements, DirectoryNumbersSpellTheTree) {
@@ -247,36 +213,28 @@ TEST_F(Statements, DirectoryNumbersSpellTheTree) {
     EXPECT_THAT(under("C7D1S*"), IsEmpty());
     EXPECT_THAT(m_store.found("Directories", "id number", "[parent id] like 'C12D1'"),
                 ElementsAre("C12D1S1", "C12D1S10"));
-    EXPECT_THAT(
-        m_store.column("select [file name] from files where [Directory Number] like 'C12D1S1'"),
-        ElementsAre("readme", "Setup.exe"));
+    EXPECT_THAT(m_store.column("select [file name] from files where [Directory Number] like 'C12D1S1'"),
+                ElementsAre("readme", "Setup.exe"));
     EXPECT_EQ(m_store.rows("select * from Directories where [Drive id Number] like 12").size(), 5U);
 }
 
 TEST_F(Statements, RootsAreRecognisedByTheirName) {
-    EXPECT_THAT(
-        m_store.column(
-            "select directories.* FROM directories IN kvt.mde where [id number] like '*' and "
-            "[directory name] like '?:\\'"),
-        ElementsAre("12", "7"));
+    EXPECT_THAT(m_store.column("select directories.* FROM directories IN kvt.mde where [id number] like '*' and "
+                               "[directory name] like '?:\\'"),
+                ElementsAre("12", "7"));
 }
 
 TEST_F(Statements, OneRowIsFetchedByItsNumber) {
     EXPECT_THAT(m_store.column("select * FROM drive where [id number] = 7"), ElementsAre("7"));
-    EXPECT_THAT(m_store.found("Drive", "prefered name", "[id number] like '7'"),
-                ElementsAre("Tools"));
-    EXPECT_THAT(m_store.found("Files", "file name", "[id number] like '3'"),
-                ElementsAre("Setup.exe"));
-    EXPECT_THAT(m_store.found("Prog Tag", "Prog name", "[prog id] = 'FILE3'"),
-                ElementsAre("Office installer"));
-    EXPECT_THAT(m_store.found("Directories", "id number", "[drive id number] = 7"),
-                ElementsAre("C7D1"));
+    EXPECT_THAT(m_store.found("Drive", "prefered name", "[id number] like '7'"), ElementsAre("Tools"));
+    EXPECT_THAT(m_store.found("Files", "file name", "[id number] like '3'"), ElementsAre("Setup.exe"));
+    EXPECT_THAT(m_store.found("Prog Tag", "Prog name", "[prog id] = 'FILE3'"), ElementsAre("Office installer"));
+    EXPECT_THAT(m_store.found("Directories", "id number", "[drive id number] = 7"), ElementsAre("C7D1"));
 }
 
 TEST_F(Statements, SumsHaveTheirAliases) {
-    const Query query =
-        parse("select sum(Size) As [Total size] , sum([number of files]) as Files , sum([number of "
-              "subdirectories]) as subs from directories where [id number] like 'C12D1S1S*'");
+    const Query query = parse("select sum(Size) As [Total size] , sum([number of files]) as Files , sum([number of "
+                              "subdirectories]) as subs from directories where [id number] like 'C12D1S1S*'");
     EXPECT_EQ(query.kind, Query::Kind::Aggregate);
     ASSERT_EQ(query.aggregates.size(), 3U);
     EXPECT_EQ(query.aggregates[0].name, "Total size");
@@ -289,10 +247,9 @@ TEST_F(Statements, SumsHaveTheirAliases) {
 
 TEST_F(Statements, ASumRunsOverTheSubtree) {
     const auto sums = [&](const std::string& number) {
-        return m_store.rows(
-            "select sum(Size) As [Total size] , sum([number of files]) as Files , sum([number of "
-            "subdirectories]) as subs from directories where [id number] like '" +
-            number + "S*'");
+        return m_store.rows("select sum(Size) As [Total size] , sum([number of files]) as Files , sum([number of "
+                            "subdirectories]) as subs from directories where [id number] like '" +
+                            number + "S*'");
     };
     EXPECT_THAT(sums("C12D1S1"), ElementsAre(ElementsAre("70.0", "7", "0")));
     EXPECT_THAT(sums("C12D1"), ElementsAre(ElementsAre("95.25", "29", "2")));
@@ -302,13 +259,10 @@ TEST_F(Statements, ASumRunsOverTheSubtree) {
 }
 
 TEST_F(Statements, OtherSumsAreCountMinMaxAndAvg) {
-    EXPECT_THAT(
-        m_store.rows(
-            "SELECT COUNT(*), Count([file size]) as [with size], min([file name]), max([file "
-            "size]), avg(files.[number of icons]) as mean FROM files;"),
-        ElementsAre(ElementsAre("4", "3", "minimal.dat", "2048.5", "3.0")));
-    const Query query =
-        parse("select count(*), min([file name]), avg([number of icons]) from files");
+    EXPECT_THAT(m_store.rows("SELECT COUNT(*), Count([file size]) as [with size], min([file name]), max([file "
+                             "size]), avg(files.[number of icons]) as mean FROM files;"),
+                ElementsAre(ElementsAre("4", "3", "minimal.dat", "2048.5", "3.0")));
+    const Query query = parse("select count(*), min([file name]), avg([number of icons]) from files");
     EXPECT_EQ(query.aggregates[0].name, "count");
     EXPECT_EQ(query.aggregates[0].type, FieldType::Integer);
     EXPECT_EQ(query.aggregates[1].name, "min of file name");
@@ -317,17 +271,13 @@ TEST_F(Statements, OtherSumsAreCountMinMaxAndAvg) {
 }
 
 TEST_F(Statements, SumsThatMeanNothingAreRefused) {
-    EXPECT_EQ(errorOf("select sum([file name]) from files"),
-              number(ErrorNumber::DataTypeConversion));
+    EXPECT_EQ(errorOf("select sum([file name]) from files"), number(ErrorNumber::DataTypeConversion));
     EXPECT_EQ(errorOf("select sum(*) from files"), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOf("select total([file size]) from files"), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOf("select sum([nothing]) from files"), number(ErrorNumber::UnknownField));
-    EXPECT_EQ(errorOf("select sum(drive.[total size]) from files"),
-              number(ErrorNumber::UnknownField));
-    EXPECT_EQ(errorOf("select [file name], sum([file size]) from files"),
-              number(ErrorNumber::NotAllowed));
-    EXPECT_EQ(errorOf("select sum([file size]) from files order by [file name]"),
-              number(ErrorNumber::NotAllowed));
+    EXPECT_EQ(errorOf("select sum(drive.[total size]) from files"), number(ErrorNumber::UnknownField));
+    EXPECT_EQ(errorOf("select [file name], sum([file size]) from files"), number(ErrorNumber::NotAllowed));
+    EXPECT_EQ(errorOf("select sum([file size]) from files order by [file name]"), number(ErrorNumber::NotAllowed));
     EXPECT_EQ(errorOf("select sum(sum([file size])) from files"), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOf("select load_extension('x') from files"), number(ErrorNumber::SyntaxError));
 }
@@ -347,18 +297,14 @@ TEST_F(Statements, DeletionWithoutAConditionTakesAll) {
 
 TEST_F(Statements, OrderTakesSeveralFields) {
     EXPECT_EQ(orderOf("select * from files Order by [file name]"), "discaro_order(\"file name\")");
-    EXPECT_EQ(
-        orderOf(
-            "select * from files order by [file extension] desc, files.[FILE SIZE] Asc ,comments"),
-        "discaro_order(\"file extension\") DESC, +(\"file size\"), discaro_order(\"Comments\")");
+    EXPECT_EQ(orderOf("select * from files order by [file extension] desc, files.[FILE SIZE] Asc ,comments"),
+              "discaro_order(\"file extension\") DESC, +(\"file size\"), discaro_order(\"Comments\")");
     EXPECT_EQ(orderOf("select * from files order by file name desc, file size"),
               "discaro_order(\"file name\") DESC, +(\"file size\")");
-    EXPECT_EQ(errorOf("select * from files order by [file nam]"),
-              number(ErrorNumber::UnknownField));
+    EXPECT_EQ(errorOf("select * from files order by [file nam]"), number(ErrorNumber::UnknownField));
     EXPECT_EQ(errorOf("select * from files order by"), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOf("select * from files order [file name]"), number(ErrorNumber::SyntaxError));
-    EXPECT_EQ(errorOf("select * from files order by [file name] down"),
-              number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf("select * from files order by [file name] down"), number(ErrorNumber::SyntaxError));
 }
 
 TEST_F(Statements, ASortIsAListOfFields) {
@@ -384,8 +330,7 @@ TEST_F(Statements, ACriterionFillsOnlyTheCondition) {
     EXPECT_EQ(query.table, &tableNamed("Drive"));
     EXPECT_EQ(errorOfCriterion("Drive", ""), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOfCriterion("Drive", "[id number] = "), number(ErrorNumber::SyntaxError));
-    EXPECT_EQ(errorOfCriterion("Drive", "[id number] = 5 order by [id number]"),
-              number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOfCriterion("Drive", "[id number] = 5 order by [id number]"), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOfCriterion("Drive", "where [id number] = 5"), number(ErrorNumber::SyntaxError));
 }
 

@@ -59,8 +59,8 @@ TableDef filesTable() {
                     {"file time", kText},
                     {"Attributes", kText},
                     {"number of icons", kInteger}}};
-    for (const char* name : {"Company Name", "Description", "Copyright", "Product name",
-                             "Product Version", "Internal Name", "Original file Name"})
+    for (const char* name : {"Company Name", "Description", "Copyright", "Product name", "Product Version",
+                             "Internal Name", "Original file Name"})
         table.fields.push_back({name, kText});
     table.fields.push_back({"Comments", kLongText});
     return table;
@@ -68,13 +68,13 @@ TableDef filesTable() {
 
 TableDef progTagTable() {
     TableDef table{"Prog Tag", {{"id number", kInteger}}};
-    for (const char* name : {"Prog ID", "Prog name", "Prog Version", "Type", "Directory number",
-                             "File id", "OS", "Vendor", "Vendor Home page", "Category",
-                             "Subcategory", "Description", "Serial number", "CD-Key"})
+    for (const char* name :
+         {"Prog ID", "Prog name", "Prog Version", "Type", "Directory number", "File id", "OS", "Vendor",
+          "Vendor Home page", "Category", "Subcategory", "Description", "Serial number", "CD-Key"})
         table.fields.push_back({name, kText, name == std::string_view("Directory number")});
     table.fields.push_back({"CD number", kInteger});
-    for (const char* name : {"Preferred name", "Number of CDs", "Directory Path", "File name",
-                             "Total Size", "Total Files"})
+    for (const char* name :
+         {"Preferred name", "Number of CDs", "Directory Path", "File name", "Total Size", "Total Files"})
         table.fields.push_back({name, kText});
     table.fields.push_back({"Comments", kLongText});
     return table;
@@ -95,8 +95,7 @@ TableDef masterTable() {
 std::string columnType(const TableDef& table, const FieldDef& field) {
     switch (field.type) {
     case FieldType::Integer:
-        return field.name == "id number" && table.name != "Directories" ? "INTEGER PRIMARY KEY"
-                                                                        : "INTEGER";
+        return field.name == "id number" && table.name != "Directories" ? "INTEGER PRIMARY KEY" : "INTEGER";
     case FieldType::Double:
         return "REAL";
     case FieldType::Boolean:
@@ -109,8 +108,7 @@ std::string columnType(const TableDef& table, const FieldDef& field) {
 std::string createTable(const TableDef& table) {
     std::string sql = "CREATE TABLE " + quotedName(table.name) + " (";
     for (const FieldDef& field : table.fields)
-        sql += (sql.back() == '(' ? "" : ", ") + quotedName(field.name) + " " +
-               columnType(table, field);
+        sql += (sql.back() == '(' ? "" : ", ") + quotedName(field.name) + " " + columnType(table, field);
     return sql + ")";
 }
 
@@ -125,8 +123,7 @@ constexpr const char* kIndexes =
 std::string selectList(const Query& query) {
     std::string list;
     for (const int column : query.columns)
-        list += (list.empty() ? "" : ", ") +
-                quotedName(query.table->fields[static_cast<size_t>(column)].name);
+        list += (list.empty() ? "" : ", ") + quotedName(query.table->fields[static_cast<size_t>(column)].name);
     for (const Query::Sum& sum : query.aggregates)
         list += (list.empty() ? "" : ", ") + sum.sql;
     return list;
@@ -150,8 +147,7 @@ void bind(sqlite3_stmt* statement, int place, const Value& value) {
     else if (const auto* number = std::get_if<double>(&value))
         sqlite3_bind_double(statement, place, *number);
     else if (const auto* text = std::get_if<std::string>(&value))
-        sqlite3_bind_text(statement, place, text->data(), static_cast<int>(text->size()),
-                          SQLITE_TRANSIENT);
+        sqlite3_bind_text(statement, place, text->data(), static_cast<int>(text->size()), SQLITE_TRANSIENT);
 }
 
 Row rowOf(sqlite3_stmt* statement) {
@@ -177,8 +173,7 @@ int errorRaisedBy(Parse&& parse) {
 } // namespace
 
 const Schema& catalogueSchema() {
-    static const Schema kSchema{
-        {driveTable(), directoriesTable(), filesTable(), progTagTable(), masterTable()}};
+    static const Schema kSchema{{driveTable(), directoriesTable(), filesTable(), progTagTable(), masterTable()}};
     return kSchema;
 }
 
@@ -205,10 +200,8 @@ void DialectStore::execute(const std::string& sql) {
         throw std::logic_error(sqlite3_errmsg(m_connection.get()));
 }
 
-void DialectStore::insertText(const std::string& table, const std::string& column,
-                              std::string_view text) {
-    run("INSERT INTO " + quotedName(table) + " (" + quotedName(column) + ") VALUES (?1)",
-        {std::string(text)});
+void DialectStore::insertText(const std::string& table, const std::string& column, std::string_view text) {
+    run("INSERT INTO " + quotedName(table) + " (" + quotedName(column) + ") VALUES (?1)", {std::string(text)});
 }
 
 std::vector<Row> DialectStore::rows(std::string_view statement) {
@@ -259,8 +252,7 @@ std::vector<Row> DialectStore::run(const std::string& sql, const std::vector<Val
     sqlite3_stmt* prepared = nullptr;
     if (sqlite3_prepare_v2(m_connection.get(), sql.c_str(), -1, &prepared, nullptr) != SQLITE_OK)
         throw std::logic_error(sql + ": " + sqlite3_errmsg(m_connection.get()));
-    const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> statement(prepared,
-                                                                               &sqlite3_finalize);
+    const std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> statement(prepared, &sqlite3_finalize);
     EXPECT_EQ(sqlite3_bind_parameter_count(prepared), static_cast<int>(bindings.size())) << sql;
     for (size_t at = 0; at < bindings.size(); ++at)
         bind(prepared, static_cast<int>(at) + 1, bindings[at]);

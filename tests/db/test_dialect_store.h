@@ -34,8 +34,7 @@ public:
     // The first column of each row.
     std::vector<std::string> column(std::string_view statement);
     // The named field of the rows that meet a criterion, in the order of the table.
-    std::vector<std::string> found(std::string_view table, std::string_view field,
-                                   std::string_view criterion);
+    std::vector<std::string> found(std::string_view table, std::string_view field, std::string_view criterion);
 
     // Runs a delete.
     void remove(std::string_view statement);

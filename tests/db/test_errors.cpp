@@ -79,8 +79,7 @@ TEST_F(OpeningErrors, ATableWhoseFieldHidesTheRowNumbersIsNotSeen) {
     raw.execute("CREATE TABLE Naming(word TEXT, rowid INTEGER PRIMARY KEY)");
     raw.execute("INSERT INTO Naming VALUES('seen', 7)");
     const auto database = open();
-    EXPECT_EQ(errorOf([&] { database->OpenRecordset("Hiding"); }),
-              number(ErrorNumber::UnknownTable));
+    EXPECT_EQ(errorOf([&] { database->OpenRecordset("Hiding"); }), number(ErrorNumber::UnknownTable));
     const auto rows = database->OpenRecordset("Naming");
     EXPECT_EQ(rows->RowNumber(), 7);
     EXPECT_EQ((*rows)("word").Text(), "seen");
@@ -96,8 +95,7 @@ TEST_F(OpeningErrors, ATableWithOtherFieldsIsNoCatalogue) {
 }
 
 TEST_F(OpeningErrors, AViewIsNoTable) {
-    RawDatabase(path()).execute(
-        "ALTER TABLE Things RENAME TO Stuff; CREATE VIEW Things AS SELECT * FROM Stuff");
+    RawDatabase(path()).execute("ALTER TABLE Things RENAME TO Stuff; CREATE VIEW Things AS SELECT * FROM Stuff");
     EXPECT_EQ(errorOfOpening(path()), number(ErrorNumber::NotACatalogue));
 }
 
@@ -156,8 +154,7 @@ TEST_F(LockedCatalogues, AnotherProgramsWriteLockIsReported) {
         other.execute("BEGIN EXCLUSIVE");
         EXPECT_EQ(errorOf([&] { discs->Update(); }), number(ErrorNumber::CatalogueLocked));
         EXPECT_EQ(errorOf([] { DBEngine::BeginTrans(); }), number(ErrorNumber::CatalogueLocked));
-        EXPECT_EQ(errorOf([&] { database->OpenRecordset("Files"); }),
-                  number(ErrorNumber::CatalogueLocked));
+        EXPECT_EQ(errorOf([&] { database->OpenRecordset("Files"); }), number(ErrorNumber::CatalogueLocked));
     }
     discs->Update();
     EXPECT_EQ(discs->RecordCount(), 1);

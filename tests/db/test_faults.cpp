@@ -45,11 +45,10 @@ protected:
     std::string state() const {
         RawDatabase raw(path(), FaultVfs::name());
         EXPECT_EQ(raw.text("PRAGMA integrity_check"), "ok");
-        return raw.text(
-            "SELECT (SELECT group_concat(\"id number\" || \"prefered name\") FROM Discs"
-            " WHERE \"prefered name\" IS NOT NULL) || ' ' || (SELECT count(*) FROM Discs)"
-            " || ' ' || (SELECT count(*) FROM Directories) || ' ' ||"
-            " (SELECT count(*) FROM Files)");
+        return raw.text("SELECT (SELECT group_concat(\"id number\" || \"prefered name\") FROM Discs"
+                        " WHERE \"prefered name\" IS NOT NULL) || ' ' || (SELECT count(*) FROM Discs)"
+                        " || ' ' || (SELECT count(*) FROM Directories) || ' ' ||"
+                        " (SELECT count(*) FROM Files)");
     }
 
     // Runs the transaction with a fault at an operation; true when it committed.
@@ -168,8 +167,7 @@ TEST_F(LostTransactions, TellWhatTheyWereLostToUntilTheNextOneBegins) {
     DBEngine::BeginTrans();
     EXPECT_EQ(errorOfAdding(7), 0);
     m_discs->Database()->store()->connection().execute("ROLLBACK");
-    EXPECT_EQ(described([] { DBEngine::CommitTrans(); }),
-              "The transaction was undone after an earlier failure");
+    EXPECT_EQ(described([] { DBEngine::CommitTrans(); }), "The transaction was undone after an earlier failure");
 }
 
 TEST_F(LostTransactions, TellTheFirstOfSeveralFailuresUnlessTheFileWasReplaced) {
@@ -182,8 +180,7 @@ TEST_F(LostTransactions, TellTheFirstOfSeveralFailuresUnlessTheFileWasReplaced) 
         return described([] { DBEngine::CommitTrans(); });
     };
     const auto told = [](ErrorNumber failure) {
-        return "The transaction was undone after an earlier failure: " +
-               base::RuntimeError(failure).description();
+        return "The transaction was undone after an earlier failure: " + base::RuntimeError(failure).description();
     };
     using enum ErrorNumber;
     EXPECT_EQ(lostAfter({StorageFailure, DiskFull}), told(StorageFailure));

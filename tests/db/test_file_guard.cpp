@@ -55,9 +55,7 @@ protected:
     }
 
     // As some time later; a file's time goes in steps.
-    void touch() const {
-        fs::last_write_time(path(), fs::file_time_type::clock::now() + std::chrono::hours(1));
-    }
+    void touch() const { fs::last_write_time(path(), fs::file_time_type::clock::now() + std::chrono::hours(1)); }
 
     // What another program does to the catalogue. Afterwards m_left is what it has left under the name.
     void perform(Deed deed) {
@@ -127,8 +125,7 @@ protected:
         }
     }
 
-    static constexpr const char* kReplaced =
-        "The catalogue file was replaced, removed or changed by another program";
+    static constexpr const char* kReplaced = "The catalogue file was replaced, removed or changed by another program";
 
     std::string m_original;
     std::string m_left;
@@ -188,8 +185,7 @@ TEST_P(ForeignDeeds, KeepASingleRowFromBeingSavedAndASecondHandleFromOpening) {
     discs->Recordset().Edit();
     discs->Recordset()("prefered name") = "new";
     perform(GetParam());
-    EXPECT_EQ(errorOf([&] { discs->Recordset().Update(); }),
-              number(ErrorNumber::CatalogueReplaced));
+    EXPECT_EQ(errorOf([&] { discs->Recordset().Update(); }), number(ErrorNumber::CatalogueReplaced));
     EXPECT_EQ(errorOf([&] { discs->Database()->Execute("delete * from Discs"); }),
               number(ErrorNumber::CatalogueReplaced));
     EXPECT_EQ(errorOf([&] { open(); }), number(ErrorNumber::CatalogueReplaced));
@@ -222,9 +218,8 @@ TEST_P(ForeignDeeds, DoNotReachAFileThroughATransactionThatIsGivenUp) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ForeignDeeds,
-                         testing::Values(Deed::Replaced, Deed::MovedAway, Deed::Removed,
-                                         Deed::Overwritten, Deed::OverwrittenByOlder,
-                                         Deed::Emptied),
+                         testing::Values(Deed::Replaced, Deed::MovedAway, Deed::Removed, Deed::Overwritten,
+                                         Deed::OverwrittenByOlder, Deed::Emptied),
                          testing::PrintToStringParamName());
 
 // ---- Other ways to meet another file
@@ -246,9 +241,7 @@ TEST_F(FileGuard, AFileThatTheRollbackLeavesAsAnotherStaysForeign) {
         .execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
                  "INSERT INTO Files(\"file size\") SELECT 5 FROM n");
     const auto countOn = [this] {
-        std::fstream(path(), std::ios::binary | std::ios::in | std::ios::out)
-            .seekp(24)
-            .write("\0\0\7\7", 4);
+        std::fstream(path(), std::ios::binary | std::ios::in | std::ios::out).seekp(24).write("\0\0\7\7", 4);
         touch();
     };
     const auto cutShort = [this] { fs::resize_file(path(), fs::file_size(path()) - 1); };
@@ -261,8 +254,7 @@ TEST_F(FileGuard, AFileThatTheRollbackLeavesAsAnotherStaysForeign) {
         act();
         EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::CatalogueReplaced));
         m_left = bytesOf(path());
-        EXPECT_EQ(errorOf([&] { add(discs->Recordset(), 2); }),
-                  number(ErrorNumber::CatalogueReplaced));
+        EXPECT_EQ(errorOf([&] { add(discs->Recordset(), 2); }), number(ErrorNumber::CatalogueReplaced));
         EXPECT_TRUE(bytesOf(path()) == m_left);
         EXPECT_EQ(errorOf([&] { open(); }), number(ErrorNumber::CatalogueReplaced));
         discs.reset();
@@ -306,8 +298,7 @@ TEST_F(FileGuard, ALinkThatLeadsElsewhereNowIsNoticed) {
     discs.Refresh();
     fs::remove(link);
     fs::create_symlink(other(), link);
-    EXPECT_EQ(errorOf([&] { DBEngine::OpenDatabase(link); }),
-              number(ErrorNumber::CatalogueReplaced));
+    EXPECT_EQ(errorOf([&] { DBEngine::OpenDatabase(link); }), number(ErrorNumber::CatalogueReplaced));
     discs.Close();
     EXPECT_EQ(DBEngine::OpenDatabase(link)->OpenRecordset("Files")->RecordCount(), 900);
 }
@@ -322,8 +313,7 @@ TEST_F(FileGuard, AHandleThatNobodyWorksThroughMakesRoomForTheNewFile) {
 TEST_F(FileGuard, WhatAnotherProgramWritesByTheRulesIsNoReasonToRefuse) {
     const auto discs = source();
     for (int i = 2; i < 5; ++i) {
-        RawDatabase(path()).execute("INSERT INTO Discs(\"id number\") VALUES(" +
-                                    std::to_string(10 * i) + ")");
+        RawDatabase(path()).execute("INSERT INTO Discs(\"id number\") VALUES(" + std::to_string(10 * i) + ")");
         add(discs->Recordset(), i);
     }
     RawDatabase(path()).execute("PRAGMA cache_size=3; BEGIN; UPDATE Files SET \"file size\" = 7;"
@@ -344,9 +334,7 @@ TEST_F(FileGuard, NoPageOfACopyThatWentAnotherWayIsMixedWithTheFilesOwn) {
     ASSERT_EQ(bytesOf(path()).substr(0, 100), bytesOf(moved()).substr(0, 100));
     fs::copy_file(moved(), path(), fs::copy_options::overwrite_existing);
     fs::last_write_time(path(), fs::file_time_type::clock::now() + std::chrono::hours(1));
-    const auto named = [&](const char* query) {
-        return database->OpenRecordset(query)->RecordCount();
-    };
+    const auto named = [&](const char* query) { return database->OpenRecordset(query)->RecordCount(); };
     EXPECT_EQ(named("select * from Files where [file name] like 'theirs'"), 150);
     EXPECT_EQ(named("select * from Discs where [prefered name] like 'old'"), 1);
     files->Edit();
@@ -362,9 +350,7 @@ TEST_F(FileGuard, NoPageOfACopyThatWentAnotherWayIsMixedWithTheFilesOwn) {
 TEST_F(FileGuard, WhatTheConnectionWritesItselfKeepsItsPages) {
     const auto database = open();
     const auto files = database->OpenRecordset("Files");
-    const auto version = [&] {
-        return database->store()->connection().number("PRAGMA data_version");
-    };
+    const auto version = [&] { return database->store()->connection().number("PRAGMA data_version"); };
     const int64_t before = version();
     for (int i = 0; i < 3; ++i) {
         files->Edit();
@@ -383,9 +369,7 @@ TEST_F(FileGuard, AJournalThatADeadProgramLeftIsPlayedBackAsEver) {
     leaveHalfAChange(path());
     fs::copy_file(half(), path(), fs::copy_options::overwrite_existing);
     fs::rename(half().string() + "-journal", path().string() + "-journal");
-    EXPECT_EQ(discs->Database()
-                  ->OpenRecordset("select * from Files where [file name] like 'changed'")
-                  ->RecordCount(),
+    EXPECT_EQ(discs->Database()->OpenRecordset("select * from Files where [file name] like 'changed'")->RecordCount(),
               0);
     EXPECT_TRUE(bytesOf(path()) == m_original);
     add(discs->Recordset(), 2);

@@ -47,8 +47,7 @@ TEST_F(Handles, ClosingADatabaseClosesItsRecordsetsOnly) {
     EXPECT_FALSE(rows->IsOpen());
     EXPECT_TRUE(others->IsOpen());
     EXPECT_EQ(errorOf([&] { first->OpenRecordset("Discs"); }), number(ErrorNumber::HandleClosed));
-    EXPECT_EQ(errorOf([&] { first->Execute("delete * from Discs"); }),
-              number(ErrorNumber::HandleClosed));
+    EXPECT_EQ(errorOf([&] { first->Execute("delete * from Discs"); }), number(ErrorNumber::HandleClosed));
     EXPECT_EQ(errorOf([&] { first->Close(); }), number(ErrorNumber::HandleClosed));
     EXPECT_EQ(errorOf([&] { (void)first->Updatable(); }), number(ErrorNumber::HandleClosed));
     EXPECT_EQ(first->Name(), path().string());

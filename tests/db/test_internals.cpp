@@ -44,19 +44,16 @@ TEST_F(StoreStatements, OfTheCacheTheOneUnusedLongestGoes) {
 TEST_F(StoreStatements, OneStatementAtATimeIsPrepared) {
     const auto database = open();
     Store& store = *database->store();
-    EXPECT_EQ(errorOf([&] { store.prepare("SELECT 1; SELECT 2"); }),
-              number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf([&] { store.prepare("SELECT 1; SELECT 2"); }), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOf([&] { store.prepare(""); }), number(ErrorNumber::SyntaxError));
-    EXPECT_EQ(errorOf([&] { store.prepare("SELECT nothing FROM nowhere"); }),
-              number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf([&] { store.prepare("SELECT nothing FROM nowhere"); }), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOf([&] { store.prepare("SELECT 1; "); }), 0);
 }
 
 TEST_F(StoreStatements, APlanTellsWhetherRowsAreSortedAndWhetherATableIsScanned) {
     const auto database = open();
     const auto plan = [&](const char* rest) {
-        const Plan read =
-            database->store()->connection().plan(std::string("SELECT 1 FROM Files WHERE ") + rest);
+        const Plan read = database->store()->connection().plan(std::string("SELECT 1 FROM Files WHERE ") + rest);
         return std::pair(read.sorts, read.scans);
     };
     EXPECT_EQ(plan("\"file name\" >= 'a' ORDER BY \"file name\""), std::pair(false, false));
@@ -76,8 +73,7 @@ TEST_F(StoreStatements, ManyFieldsInOneQueryAreRefused) {
     std::string text = "select whole";
     for (int i = 0; i < 64; ++i)
         text += ", whole";
-    EXPECT_EQ(errorOf([&] { open()->OpenRecordset(text + " from Things"); }),
-              number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf([&] { open()->OpenRecordset(text + " from Things"); }), number(ErrorNumber::SyntaxError));
 }
 
 } // namespace

@@ -11,9 +11,7 @@ namespace discaro::db::test {
 namespace {
 
 std::string encoded(char32_t codePoint) {
-    const auto tail = [&](int shift) {
-        return static_cast<char>(0x80 | (codePoint >> shift & 0x3F));
-    };
+    const auto tail = [&](int shift) { return static_cast<char>(0x80 | (codePoint >> shift & 0x3F)); };
     if (codePoint < 0x80)
         return {static_cast<char>(codePoint)};
     if (codePoint < 0x800)
@@ -30,8 +28,7 @@ TEST(FoldBuffer, FoldsEveryCharacterAsComparisonsDo) {
     for (char32_t codePoint = 0; codePoint < 0x20000; ++codePoint) {
         const std::string text = "A" + encoded(codePoint) + "B";
         buffer.fold(text);
-        ASSERT_EQ(buffer.view(), base::foldedForComparison(text))
-            << "U+" << std::hex << uint32_t(codePoint);
+        ASSERT_EQ(buffer.view(), base::foldedForComparison(text)) << "U+" << std::hex << uint32_t(codePoint);
     }
 }
 
@@ -41,8 +38,7 @@ TEST(FoldBuffer, FoldsEveryCharacterBeforeAMarkAsComparisonsDo) {
         for (char32_t codePoint = 0; codePoint < 0x10000; ++codePoint) {
             const std::string text = encoded(codePoint) + mark;
             buffer.fold(text);
-            ASSERT_EQ(buffer.view(), base::foldedForComparison(text))
-                << "U+" << std::hex << uint32_t(codePoint);
+            ASSERT_EQ(buffer.view(), base::foldedForComparison(text)) << "U+" << std::hex << uint32_t(codePoint);
         }
 }
 
@@ -73,8 +69,8 @@ TEST(FoldBuffer, FoldsMixedTextAsComparisonsDo) {
 
 TEST(FoldBuffer, BrokenTextFoldsAsComparisonsDo) {
     FoldBuffer buffer;
-    for (const char* text : {"A\xC3", "A\xC3(", "\xC0\x80", "\xC1\xBF", "\xE0\x80\x80", "\xE2\x84",
-                             "\xED\xA0\x80", "\xF5\x80\x80\x80", "\x80", "\xFFZ", "\xE3\x81"}) {
+    for (const char* text : {"A\xC3", "A\xC3(", "\xC0\x80", "\xC1\xBF", "\xE0\x80\x80", "\xE2\x84", "\xED\xA0\x80",
+                             "\xF5\x80\x80\x80", "\x80", "\xFFZ", "\xE3\x81"}) {
         buffer.fold(text);
         EXPECT_EQ(buffer.view(), base::foldedForComparison(text)) << testing::PrintToString(text);
     }
@@ -110,8 +106,7 @@ TEST(FoldBuffer, NoCharacterOutsideAsciiFoldsToAscii) {
             continue;
         buffer.fold(encoded(codePoint));
         for (const char c : buffer.view())
-            ASSERT_GE(static_cast<unsigned char>(c), 0x80)
-                << "U+" << std::hex << uint32_t(codePoint);
+            ASSERT_GE(static_cast<unsigned char>(c), 0x80) << "U+" << std::hex << uint32_t(codePoint);
     }
 }
 

@@ -53,9 +53,7 @@ std::string resultOf(const std::string& expression) {
     sqlite3_open(":memory:", &connection);
     registerLikeFunction(connection);
     sqlite3_stmt* statement = nullptr;
-    EXPECT_EQ(
-        sqlite3_prepare_v2(connection, ("SELECT " + expression).c_str(), -1, &statement, nullptr),
-        SQLITE_OK);
+    EXPECT_EQ(sqlite3_prepare_v2(connection, ("SELECT " + expression).c_str(), -1, &statement, nullptr), SQLITE_OK);
     EXPECT_EQ(sqlite3_step(statement), SQLITE_ROW);
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, 0));
     std::string result = text == nullptr ? "NULL" : text;
@@ -97,8 +95,7 @@ TEST(LikeFunction, APatternThatChangesFromRowToRowIsReadAnew) {
 TEST_F(LikeSql, CaseWildcardsAndBracketsWorkThroughTheStore) {
     store({"README.TXT", "read[1].txt", "readme", "Setup.exe", "a", ""});
     EXPECT_THAT(names("[file name] like 'readme'"), ElementsAre("readme"));
-    EXPECT_THAT(names("[file name] like 'READ*'"),
-                ElementsAre("README.TXT", "read[1].txt", "readme"));
+    EXPECT_THAT(names("[file name] like 'READ*'"), ElementsAre("README.TXT", "read[1].txt", "readme"));
     EXPECT_THAT(names("[file name] like 'read[1]*'"), ElementsAre("read[1].txt"));
     EXPECT_THAT(names("[file name] like 'read?#*'"), ElementsAre("read[1].txt"));
     EXPECT_THAT(names("[file name] like '?'"), ElementsAre("a"));
@@ -109,9 +106,7 @@ TEST_F(LikeSql, CaseWildcardsAndBracketsWorkThroughTheStore) {
 TEST_F(LikeSql, NumbersMatchByTheirText) {
     m_store.execute(R"(INSERT INTO Files ("id number", "file size", "number of icons") VALUES
         (1, 100, 1), (2, 2.5, 10), (3, 1e20, 100), (4, NULL, NULL))");
-    const auto ids = [&](const std::string& criterion) {
-        return m_store.found("Files", "id number", criterion);
-    };
+    const auto ids = [&](const std::string& criterion) { return m_store.found("Files", "id number", criterion); };
     EXPECT_THAT(ids("[number of icons] like 1"), ElementsAre("1"));
     EXPECT_THAT(ids("[number of icons] like '1*'"), ElementsAre("1", "2", "3"));
     EXPECT_THAT(ids("[number of icons] like '##'"), ElementsAre("2"));
@@ -132,8 +127,7 @@ TEST_F(LikeSql, NumbersMatchByTheirText) {
 }
 
 TEST_F(LikeSql, BooleansMatchByTheirWord) {
-    m_store.execute(
-        R"(INSERT INTO "Master Table" ("scanned cd-roms", "encryption") VALUES (1, 1), (2, 0), (3, NULL))");
+    m_store.execute(R"(INSERT INTO "Master Table" ("scanned cd-roms", "encryption") VALUES (1, 1), (2, 0), (3, NULL))");
     const auto ids = [&](const std::string& criterion) {
         return m_store.found("Master Table", "scanned cd-roms", criterion);
     };
@@ -144,8 +138,7 @@ TEST_F(LikeSql, BooleansMatchByTheirWord) {
 
 TEST_F(LikeSql, DecomposedNamesAreFoundByComposedLetters) {
     store({"cafe\u0301.txt", "CAF\u00c9.TXT", "cafe.txt", "cafe\u0301"});
-    EXPECT_THAT(names("[file name] like 'caf\u00e9*'"),
-                ElementsAre("CAF\u00c9.TXT", "cafe\u0301", "cafe\u0301.txt"));
+    EXPECT_THAT(names("[file name] like 'caf\u00e9*'"), ElementsAre("CAF\u00c9.TXT", "cafe\u0301", "cafe\u0301.txt"));
     EXPECT_THAT(names("[file name] like 'cafe\u0301'"), ElementsAre("cafe\u0301"));
     EXPECT_THAT(names("[file name] like 'cafe*'"), ElementsAre("cafe.txt"));
     EXPECT_THAT(names("[file name] like '*\u00c9*'").size(), 3U);
@@ -162,8 +155,7 @@ TEST_F(LikeSql, SignsThatOnlyLookLikeAsciiAreSignsOfTheirOwn) {
 }
 
 TEST_F(LikeSql, LiteralBeginningsEndWhereTheOrderOfNamesDoes) {
-    store({"a@", "a@a", "a@A", "a@[", "aa", "a[", "az", "aZz", "b", "a\x7F", "a\x7Fz", "a\u00e9",
-           "{"});
+    store({"a@", "a@a", "a@A", "a@[", "aa", "a[", "az", "aZz", "b", "a\x7F", "a\x7Fz", "a\u00e9", "{"});
     for (const char* pattern : {"a@*", "aA*", "a[*", "az*", "aZ*", "a\x7F*", "a*", "A@[*"}) {
         LikePattern compiled(pattern);
         auto expected = m_store.column("select [file name] from files");
@@ -174,9 +166,9 @@ TEST_F(LikeSql, LiteralBeginningsEndWhereTheOrderOfNamesDoes) {
 }
 
 TEST_F(LikeSql, TheSearchFindsExactlyWhatThePatternMatches) {
-    constexpr std::array<std::string_view, 18> kPieces = {
-        "a",      "A", "k",      "K",      ";", "`", "\u212A", "\u037E", "\u1FEF",
-        "\u0301", "e", "\u00e9", "\u00c9", "@", "[", "z",      "1",      "\xFF"};
+    constexpr std::array<std::string_view, 18> kPieces = {"a",      "A",      "k",      "K",      ";", "`",
+                                                          "\u212A", "\u037E", "\u1FEF", "\u0301", "e", "\u00e9",
+                                                          "\u00c9", "@",      "[",      "z",      "1", "\xFF"};
     std::mt19937 random(4);
     const auto text = [&](unsigned most) {
         std::string result;
@@ -196,8 +188,7 @@ TEST_F(LikeSql, TheSearchFindsExactlyWhatThePatternMatches) {
         pattern += kEnds[random() % kEnds.size()];
         const auto expected = matching(pattern, stored);
         found += expected.size();
-        ASSERT_EQ(names("[file name] like " + quotedText(pattern)), expected)
-            << testing::PrintToString(pattern);
+        ASSERT_EQ(names("[file name] like " + quotedText(pattern)), expected) << testing::PrintToString(pattern);
     }
     EXPECT_GT(found, 5000U);
 }

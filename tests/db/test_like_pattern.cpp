@@ -29,8 +29,7 @@ bool defined(std::string_view pattern, std::string_view text) {
     if (pattern.empty())
         return text.empty();
     if (pattern[0] == '*')
-        return defined(pattern.substr(1), text) ||
-               (!text.empty() && defined(pattern, text.substr(firstLength(text))));
+        return defined(pattern.substr(1), text) || (!text.empty() && defined(pattern, text.substr(firstLength(text))));
     if (text.empty())
         return false;
     if (pattern[0] == '?')
@@ -63,8 +62,7 @@ bool definedUnfolded(std::string_view pattern, std::string_view text) {
 }
 
 template <size_t N>
-std::string randomText(std::mt19937& random, const std::array<std::string_view, N>& pieces,
-                       unsigned most) {
+std::string randomText(std::mt19937& random, const std::array<std::string_view, N>& pieces, unsigned most) {
     std::string text;
     for (unsigned count = random() % (most + 1); count > 0; --count)
         text += pieces[random() % N];
@@ -84,11 +82,9 @@ TEST(LikePattern, WithoutWildcardsItIsEqualityWithoutCase) {
 }
 
 TEST(LikePattern, AStarIsAnyRun) {
-    for (const char* pattern :
-         {"*", "**", "r*", "*t", "*adme*", "read*txt", "*r*e*a*d*", "readme.txt*", "*readme.txt"})
+    for (const char* pattern : {"*", "**", "r*", "*t", "*adme*", "read*txt", "*r*e*a*d*", "readme.txt*", "*readme.txt"})
         EXPECT_TRUE(matches(pattern, "README.TXT")) << pattern;
-    for (const char* pattern :
-         {"x*", "*x", "*admx*", "read*tx", "readme.txt*t", "*d*a*e*r*", "eadme*", "*readme"})
+    for (const char* pattern : {"x*", "*x", "*admx*", "read*tx", "readme.txt*t", "*d*a*e*r*", "eadme*", "*readme"})
         EXPECT_FALSE(matches(pattern, "README.TXT")) << pattern;
     EXPECT_TRUE(matches("*", ""));
     EXPECT_FALSE(matches("*a", ""));
@@ -214,11 +210,9 @@ TEST(LikePattern, MatchesAsDefinedForAsciiText) {
 
 TEST(LikePattern, MatchesAsDefinedForAnyText) {
     constexpr std::array<std::string_view, 20> kPieces = {
-        "a",      "K",      "k",      ";",      "1",      "\u212A", "\u0301",
-        "\u0323", "\u00e9", "e",      "\u0416", "\u0436", "\u65e5", "\u304b",
-        "\u3099", "\uac00", "\u11a8", "\xFF",   "\xC3",   "\u1e69"};
-    constexpr std::array<std::string_view, 10> kWild = {"*", "*", "*", "?",      "#",
-                                                        "a", "e", "k", "\u00e9", "\u0301"};
+        "a",      "K",      "k",      ";",      "1",      "\u212A", "\u0301", "\u0323", "\u00e9", "e",
+        "\u0416", "\u0436", "\u65e5", "\u304b", "\u3099", "\uac00", "\u11a8", "\xFF",   "\xC3",   "\u1e69"};
+    constexpr std::array<std::string_view, 10> kWild = {"*", "*", "*", "?", "#", "a", "e", "k", "\u00e9", "\u0301"};
     std::mt19937 random(2);
     size_t matching = 0;
     for (int round = 0; round < 100000; ++round) {
@@ -246,8 +240,7 @@ TEST(LikePattern, ManyStarsDoNotMultiplyTheWork) {
 
 TEST(LikePattern, LongPartsWithWildcardsMatchAsDefined) {
     constexpr std::array<std::string_view, 7> kPattern = {"a", "a", "b", "?", "?", "#", "\u00e9"};
-    constexpr std::array<std::string_view, 8> kText = {"a", "a",      "a",      "b",
-                                                       "1", "\u00e9", "\u65e5", "\xC3"};
+    constexpr std::array<std::string_view, 8> kText = {"a", "a", "a", "b", "1", "\u00e9", "\u65e5", "\xC3"};
     std::mt19937 random(4);
     size_t matching = 0;
     for (int round = 0; round < 600; ++round) {
@@ -267,10 +260,8 @@ TEST(LikePattern, LongPartsWithWildcardsMatchAsDefined) {
         const std::string pattern = "*" + part + "*";
         bool expected = false;
         const std::string folded = base::foldedForComparison(text);
-        for (size_t at = 0; at < folded.size() && !expected;
-             at += firstLength(std::string_view(folded).substr(at)))
-            expected =
-                beginsWith(base::foldedForComparison(part), std::string_view(folded).substr(at));
+        for (size_t at = 0; at < folded.size() && !expected; at += firstLength(std::string_view(folded).substr(at)))
+            expected = beginsWith(base::foldedForComparison(part), std::string_view(folded).substr(at));
         matching += expected ? 1 : 0;
         ASSERT_EQ(matches(pattern, text), expected) << pattern << " like " << text;
     }
@@ -286,9 +277,8 @@ TEST(LikePattern, NoPatternMultipliesTheWork) {
     const std::string as(5000, 'a');
     for (const std::string& pattern :
          {"*" + wild + "b*", "*" + wild + "#*", "*b" + wild + "*", "*" + as + "?" + as + "b*",
-          "*" + as + "#" + as + "*", "*" + repeated("a?", 5000) + "b*",
-          "*" + repeated("?a", 5000) + "#*", "*" + repeated("a?*", 3000) + "b?*",
-          "*" + repeated("\u0439?", 3000) + "b*"}) {
+          "*" + as + "#" + as + "*", "*" + repeated("a?", 5000) + "b*", "*" + repeated("?a", 5000) + "#*",
+          "*" + repeated("a?*", 3000) + "b?*", "*" + repeated("\u0439?", 3000) + "b*"}) {
         EXPECT_FALSE(matches(pattern, text)) << pattern.substr(0, 20);
         EXPECT_FALSE(matches(pattern, other)) << pattern.substr(0, 20);
     }

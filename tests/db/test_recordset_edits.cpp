@@ -29,8 +29,7 @@ TEST_F(RecordsetEdits, FieldsNotSetInANewRowAreNull) {
     directories->Update();
     directories->MoveFirst();
     EXPECT_EQ((*directories)("id number").Text(), "C1D1");
-    for (const char* field :
-         {"drive id number", "Parent id", "number of files", "Size", "Total Size"})
+    for (const char* field : {"drive id number", "Parent id", "number of files", "Size", "Total Size"})
         EXPECT_TRUE((*directories)(field).IsNull()) << field;
 }
 
@@ -97,13 +96,11 @@ TEST_F(RecordsetEdits, AddNewDropsAnEarlierEdit) {
 
 TEST_F(RecordsetEdits, WritingOutsideAnEditFails) {
     const auto rows = discs();
-    EXPECT_EQ(errorOf([&] { (*rows)("prefered name") = "x"; }),
-              number(ErrorNumber::NoEditInProgress));
+    EXPECT_EQ(errorOf([&] { (*rows)("prefered name") = "x"; }), number(ErrorNumber::NoEditInProgress));
     EXPECT_EQ(errorOf([&] { rows->Update(); }), number(ErrorNumber::NoEditInProgress));
     rows->Edit();
     rows->Update();
-    EXPECT_EQ(errorOf([&] { (*rows)("prefered name") = "x"; }),
-              number(ErrorNumber::NoEditInProgress));
+    EXPECT_EQ(errorOf([&] { (*rows)("prefered name") = "x"; }), number(ErrorNumber::NoEditInProgress));
 }
 
 TEST_F(RecordsetEdits, EditingAndDeletingNeedARow) {
@@ -117,12 +114,11 @@ TEST_F(RecordsetEdits, OnlyChangedFieldsAreWritten) {
     addDirectories({"C1D1"});
     const auto database = open();
     const auto rows = database->OpenRecordset("Directories");
-    database->store()->connection().execute(
-        "CREATE TEMP TABLE written(field TEXT);"
-        "CREATE TEMP TRIGGER t1 AFTER UPDATE OF \"id number\" ON Directories"
-        " BEGIN INSERT INTO written VALUES('id number'); END;"
-        "CREATE TEMP TRIGGER t2 AFTER UPDATE OF Size ON Directories"
-        " BEGIN INSERT INTO written VALUES('Size'); END");
+    database->store()->connection().execute("CREATE TEMP TABLE written(field TEXT);"
+                                            "CREATE TEMP TRIGGER t1 AFTER UPDATE OF \"id number\" ON Directories"
+                                            " BEGIN INSERT INTO written VALUES('id number'); END;"
+                                            "CREATE TEMP TRIGGER t2 AFTER UPDATE OF Size ON Directories"
+                                            " BEGIN INSERT INTO written VALUES('Size'); END");
     rows->Edit();
     (*rows)("id number") = "C1D1";
     (*rows)("Size") = 1.5;
@@ -184,8 +180,7 @@ TEST_F(RecordsetEdits, DeletingCascades) {
     EXPECT_EQ(count("Discs"), 1);
     EXPECT_EQ(count("Directories"), 1);
     EXPECT_EQ(files->RecordCount(), 4);
-    EXPECT_EQ(errorOf([&] { (void)(*files)("file name").Value(); }),
-              number(ErrorNumber::RecordGone));
+    EXPECT_EQ(errorOf([&] { (void)(*files)("file name").Value(); }), number(ErrorNumber::RecordGone));
     files->MoveNext();
     EXPECT_EQ((*files)("directory number").Text(), "C2D1");
 }
@@ -195,8 +190,7 @@ TEST_F(RecordsetEdits, AfterDeleteTheRowIsGoneAndNextIsTheRowBehindIt) {
     rows->Delete();
     EXPECT_FALSE(rows->Eof());
     EXPECT_EQ(rows->AbsolutePosition(), -1);
-    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }),
-              number(ErrorNumber::RecordGone));
+    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }), number(ErrorNumber::RecordGone));
     EXPECT_EQ(errorOf([&] { rows->Edit(); }), number(ErrorNumber::RecordGone));
     EXPECT_EQ(errorOf([&] { rows->Delete(); }), number(ErrorNumber::RecordGone));
     rows->MoveNext();
@@ -232,8 +226,7 @@ TEST_F(RecordsetEdits, ANewRowWithTheNumberOfADeletedOneIsANewRow) {
     rows->AddNew();
     (*rows)("id number") = 3;
     rows->Update();
-    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }),
-              number(ErrorNumber::RecordGone));
+    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }), number(ErrorNumber::RecordGone));
     rows->MoveNext();
     EXPECT_EQ((*rows)("id number").Text(), "3");
 }

@@ -61,8 +61,7 @@ TEST_F(RecordsetMoves, NextRunsPastTheLastRowOnce) {
     EXPECT_FALSE(discs->Bof());
     EXPECT_EQ(errorOf([&] { discs->MoveNext(); }), number(ErrorNumber::NoCurrentRecord));
     EXPECT_TRUE(discs->Eof());
-    EXPECT_EQ(errorOf([&] { (*discs)("id number").Value(); }),
-              number(ErrorNumber::NoCurrentRecord));
+    EXPECT_EQ(errorOf([&] { (*discs)("id number").Value(); }), number(ErrorNumber::NoCurrentRecord));
     discs->MovePrevious();
     EXPECT_EQ((*discs)("id number").Text(), "1");
 }
@@ -254,10 +253,8 @@ TEST_F(RecordsetMoves, ABadCriterionLeavesPositionAndEdit) {
     const auto discs = open()->OpenRecordset("Discs");
     discs->MoveNext();
     discs->Edit();
-    EXPECT_EQ(errorOf([&] { discs->FindFirst("[id number] like 'it's'"); }),
-              number(ErrorNumber::SyntaxError));
-    EXPECT_EQ(errorOf([&] { discs->FindFirst("[colour] = 1"); }),
-              number(ErrorNumber::UnknownField));
+    EXPECT_EQ(errorOf([&] { discs->FindFirst("[id number] like 'it's'"); }), number(ErrorNumber::SyntaxError));
+    EXPECT_EQ(errorOf([&] { discs->FindFirst("[colour] = 1"); }), number(ErrorNumber::UnknownField));
     EXPECT_TRUE(discs->EditInProgress());
     EXPECT_EQ((*discs)("id number").Text(), "5");
 }
@@ -268,12 +265,11 @@ TEST_F(RecordsetMoves, FindFirstOnIndexedFieldsIsAnIndexSearch) {
     const auto directories = database->OpenRecordset("Directories");
     Store& store = *database->store();
     for (const char* criterion :
-         {"[id number] like 'C1D1S1'", "[id number] = 'C1D1'", "[drive id number] = 1",
-          "[drive id number] like 1", "[drive id number] like '1'", "[id number] like 'C1D1S*'"}) {
+         {"[id number] like 'C1D1S1'", "[id number] = 'C1D1'", "[drive id number] = 1", "[drive id number] like 1",
+          "[drive id number] like '1'", "[id number] like 'C1D1S*'"}) {
         directories->FindFirst(criterion);
         ASSERT_FALSE(directories->NoMatch()) << criterion;
-        const std::string plan =
-            discaro::test::queryPlan(store.connection(), store.statements().texts().front());
+        const std::string plan = discaro::test::queryPlan(store.connection(), store.statements().texts().front());
         EXPECT_THAT(plan, testing::HasSubstr("SEARCH Directories USING INDEX")) << criterion;
     }
 }

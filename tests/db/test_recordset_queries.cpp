@@ -17,9 +17,7 @@ namespace fs = std::filesystem;
 
 class RecordsetQueries : public Shelf {
 protected:
-    RecordsetQueries() {
-        addDirectories({"C12D1", "C12D1S1", "C12D1S10", "C12D1S1S1", "C12D1S1S2", "C1D1"});
-    }
+    RecordsetQueries() { addDirectories({"C12D1", "C12D1S1", "C12D1S10", "C12D1S1S1", "C12D1S1S2", "C1D1"}); }
 
     // Leaves the process's current folder as it was.
     class InFolder {
@@ -53,16 +51,13 @@ TEST_F(RecordsetQueries, ATextIsATableNameOrASelect) {
 
 TEST_F(RecordsetQueries, WhatIsNeitherIsRefused) {
     const auto database = open();
-    const auto errorOfText = [&](const char* text) {
-        return errorOf([&] { database->OpenRecordset(text); });
-    };
+    const auto errorOfText = [&](const char* text) { return errorOf([&] { database->OpenRecordset(text); }); };
     EXPECT_EQ(errorOfText("Colours"), number(ErrorNumber::UnknownTable));
     EXPECT_EQ(errorOfText("select * from Colours"), number(ErrorNumber::UnknownTable));
     EXPECT_EQ(errorOfText("select [colour] from Directories"), number(ErrorNumber::UnknownField));
     EXPECT_EQ(errorOfText("select * from Directories where"), number(ErrorNumber::SyntaxError));
     EXPECT_EQ(errorOfText("delete * from Directories"), number(ErrorNumber::NotAllowed));
-    EXPECT_EQ(errorOf([&] { database->Execute("select * from Directories"); }),
-              number(ErrorNumber::NotAllowed));
+    EXPECT_EQ(errorOf([&] { database->Execute("select * from Directories"); }), number(ErrorNumber::NotAllowed));
     EXPECT_EQ(count("Directories"), 6);
 }
 
@@ -71,35 +66,27 @@ TEST_F(RecordsetQueries, APrefixFindsAllDescendantsAndNothingElse) {
                 ElementsAre("C12D1S1S1", "C12D1S1S2"));
     EXPECT_THAT(numbersOf("select * from Directories where [id number] like 'C12D1S*'"),
                 ElementsAre("C12D1S1", "C12D1S10", "C12D1S1S1", "C12D1S1S2"));
-    EXPECT_THAT(numbersOf("select * from Directories where [id number] like 'C12D1S1'"),
-                ElementsAre("C12D1S1"));
-    EXPECT_THAT(numbersOf("select * from Directories where [Drive id Number] like 1"),
-                ElementsAre("C1D1"));
+    EXPECT_THAT(numbersOf("select * from Directories where [id number] like 'C12D1S1'"), ElementsAre("C12D1S1"));
+    EXPECT_THAT(numbersOf("select * from Directories where [Drive id Number] like 1"), ElementsAre("C1D1"));
 }
 
 TEST_F(RecordsetQueries, RowsComeInInsertionOrderWhateverIndexServes) {
     addDirectories({"C9D1S3", "C9D1S1", "C9D1S2"});
     EXPECT_THAT(numbersOf("select * from Directories where [id number] like 'C9D1S*'"),
                 ElementsAre("C9D1S3", "C9D1S1", "C9D1S2"));
-    EXPECT_THAT(
-        numbersOf("select * from Directories where [id number] like 'C9D1S*' order by [id number]"),
-        ElementsAre("C9D1S1", "C9D1S2", "C9D1S3"));
+    EXPECT_THAT(numbersOf("select * from Directories where [id number] like 'C9D1S*' order by [id number]"),
+                ElementsAre("C9D1S1", "C9D1S2", "C9D1S3"));
 }
 
 TEST_F(RecordsetQueries, AnOrderMayDescend) {
-    EXPECT_THAT(
-        numbersOf(
-            "select * from Directories where [drive id number] = 12 order by [id number] desc"),
-        ElementsAre("C12D1S1S2", "C12D1S1S1", "C12D1S10", "C12D1S1", "C12D1"));
+    EXPECT_THAT(numbersOf("select * from Directories where [drive id number] = 12 order by [id number] desc"),
+                ElementsAre("C12D1S1S2", "C12D1S1S1", "C12D1S10", "C12D1S1", "C12D1"));
 }
 
 TEST_F(RecordsetQueries, AFilterSeesNewRowsThatMeetIt) {
-    const auto byIndex =
-        open()->OpenRecordset("select * from Directories where [drive id number] = 12");
-    const auto byPrefix =
-        open()->OpenRecordset("select * from Directories where [id number] like 'C12D1S*'");
-    const auto byScan =
-        open()->OpenRecordset("select * from Directories where [id number] like '*S1?'");
+    const auto byIndex = open()->OpenRecordset("select * from Directories where [drive id number] = 12");
+    const auto byPrefix = open()->OpenRecordset("select * from Directories where [id number] like 'C12D1S*'");
+    const auto byScan = open()->OpenRecordset("select * from Directories where [id number] like '*S1?'");
     EXPECT_EQ(byIndex->RecordCount(), 5);
     EXPECT_EQ(byPrefix->RecordCount(), 4);
     EXPECT_EQ(byScan->RecordCount(), 1);
@@ -114,12 +101,10 @@ TEST_F(RecordsetQueries, AFilterSeesNewRowsThatMeetIt) {
 }
 
 TEST_F(RecordsetQueries, AFilterFollowsDeletions) {
-    const auto rows =
-        open()->OpenRecordset("select * from Directories where [id number] like 'C12D1S*'");
+    const auto rows = open()->OpenRecordset("select * from Directories where [id number] like 'C12D1S*'");
     rows->MoveNext();
     open()->Execute("delete * from Directories where [id number] like 'C12D1S10'");
-    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }),
-              number(ErrorNumber::RecordGone));
+    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }), number(ErrorNumber::RecordGone));
     EXPECT_EQ(rows->RecordCount(), 3);
     EXPECT_EQ(rows->AbsolutePosition(), -1);
     rows->MoveNext();
@@ -132,8 +117,7 @@ TEST_F(RecordsetQueries, AFilterFollowsDeletions) {
 }
 
 TEST_F(RecordsetQueries, AFilterLosesWhatOthersDeletedBeforeItsOwnDeletion) {
-    const auto rows =
-        open()->OpenRecordset("select * from Directories where [id number] like 'C12D1S*'");
+    const auto rows = open()->OpenRecordset("select * from Directories where [id number] like 'C12D1S*'");
     rows->MoveLast();
     open()->Execute("delete * from Directories where [id number] like 'C12D1S10'");
     rows->Delete();
@@ -142,8 +126,7 @@ TEST_F(RecordsetQueries, AFilterLosesWhatOthersDeletedBeforeItsOwnDeletion) {
 }
 
 TEST_F(RecordsetQueries, PositionsInAFilterCountItsRowsOnly) {
-    const auto rows =
-        open()->OpenRecordset("select * from Directories where [drive id number] = 12");
+    const auto rows = open()->OpenRecordset("select * from Directories where [drive id number] = 12");
     rows->FindFirst("[id number] like 'C12D1S1S1'");
     EXPECT_EQ(rows->AbsolutePosition(), 3);
     EXPECT_EQ(rows->PercentPosition(), 60);
@@ -156,8 +139,7 @@ TEST_F(RecordsetQueries, PositionsInAFilterCountItsRowsOnly) {
 }
 
 TEST_F(RecordsetQueries, ARowChangedOutOfItsFilterStaysUntilTheMove) {
-    const auto rows =
-        open()->OpenRecordset("select * from Directories where [drive id number] = 12");
+    const auto rows = open()->OpenRecordset("select * from Directories where [drive id number] = 12");
     rows->Edit();
     (*rows)("drive id number") = 13;
     rows->Update();
@@ -191,8 +173,8 @@ TEST_F(RecordsetQueries, ASortedSetHoldsItsRowsAndTakesItsOwnNewOnesAtTheEnd) {
 TEST_F(RecordsetQueries, FindFirstInAFilteredSetHeedsBothConditions) {
     addFiles("C1D1", 9);
     for (const char* order : {"", " order by [file name] desc"}) {
-        const auto rows = open()->OpenRecordset(
-            std::string("select * from Files where [id number] > 3 and [id number] < 8") + order);
+        const auto rows =
+            open()->OpenRecordset(std::string("select * from Files where [id number] > 3 and [id number] < 8") + order);
         rows->FindFirst("[id number] > 2 and [id number] < 5");
         EXPECT_FALSE(rows->NoMatch());
         EXPECT_EQ((*rows)("id number").Text(), "4");
@@ -202,8 +184,8 @@ TEST_F(RecordsetQueries, FindFirstInAFilteredSetHeedsBothConditions) {
 }
 
 TEST_F(RecordsetQueries, FindFirstInASortedSetGoesByItsOrder) {
-    const auto rows = open()->OpenRecordset(
-        "select * from Directories where [drive id number] = 12 order by [id number] desc");
+    const auto rows =
+        open()->OpenRecordset("select * from Directories where [drive id number] = 12 order by [id number] desc");
     rows->FindFirst("[id number] like 'C12D1S1S*'");
     EXPECT_EQ((*rows)("id number").Text(), "C12D1S1S2");
     EXPECT_EQ(rows->AbsolutePosition(), 0);
@@ -213,13 +195,11 @@ TEST_F(RecordsetQueries, FindFirstInASortedSetGoesByItsOrder) {
 }
 
 TEST_F(RecordsetQueries, SortOpensACopyInThatOrder) {
-    const auto rows =
-        open()->OpenSnapshot("select * from Directories where [drive id number] = 12");
+    const auto rows = open()->OpenSnapshot("select * from Directories where [drive id number] = 12");
     rows->SetSort("[id number] desc");
     const auto copy = rows->OpenRecordset();
     EXPECT_EQ(copy->Type(), RecordsetType::Snapshot);
-    EXPECT_THAT(texts(*copy, "id number"),
-                ElementsAre("C12D1S1S2", "C12D1S1S1", "C12D1S10", "C12D1S1", "C12D1"));
+    EXPECT_THAT(texts(*copy, "id number"), ElementsAre("C12D1S1S2", "C12D1S1S1", "C12D1S10", "C12D1S1", "C12D1"));
     EXPECT_EQ((*rows)("id number").Text(), "C12D1");
     EXPECT_EQ(errorOf([&] { rows->SetSort("[colour]"); }), number(ErrorNumber::UnknownField));
     rows->SetSort("");
@@ -236,8 +216,7 @@ TEST_F(RecordsetQueries, ASnapshotHoldsItsRowsAndIsNotChanged) {
     EXPECT_EQ(errorOf([&] { rows->Edit(); }), number(ErrorNumber::NotAllowed));
     EXPECT_EQ(errorOf([&] { rows->Delete(); }), number(ErrorNumber::NotAllowed));
     rows->MoveLast();
-    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }),
-              number(ErrorNumber::RecordGone));
+    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }), number(ErrorNumber::RecordGone));
     rows->MovePrevious();
     EXPECT_EQ((*rows)("id number").Text(), "C12D1S1S2");
 }
@@ -255,10 +234,9 @@ TEST_F(RecordsetQueries, ASnapshotReachesAnyPlaceAndFindsByIndex) {
 }
 
 TEST_F(RecordsetQueries, AnEmptySelectionIsAnEmptySet) {
-    for (const char* text :
-         {"select * from Directories where [id number] like 'X*'",
-          "select * from Directories where [drive id number] = 99",
-          "select * from Directories where [drive id number] = 99 order by Size"}) {
+    for (const char* text : {"select * from Directories where [id number] like 'X*'",
+                             "select * from Directories where [drive id number] = 99",
+                             "select * from Directories where [drive id number] = 99 order by Size"}) {
         const auto rows = open()->OpenRecordset(text);
         EXPECT_TRUE(rows->Eof() && rows->Bof()) << text;
         EXPECT_EQ(rows->RecordCount(), 0) << text;
@@ -276,9 +254,9 @@ TEST_F(RecordsetQueries, SumsComeInOneRowUnderTheirNames) {
         (*directories)("number of files") = 2;
         directories->Update();
     }
-    const auto sums = open()->OpenRecordset(
-        "select sum(Size) As [Total size] , sum([number of files]) as Files from directories "
-        "where [id number] like 'C12D1S*'");
+    const auto sums =
+        open()->OpenRecordset("select sum(Size) As [Total size] , sum([number of files]) as Files from directories "
+                              "where [id number] like 'C12D1S*'");
     EXPECT_EQ(sums->RecordCount(), 1);
     EXPECT_EQ(sums->FieldCount(), 2);
     EXPECT_EQ(sums->Fields("TOTAL SIZE").Value(), Value(6.0));
@@ -287,8 +265,8 @@ TEST_F(RecordsetQueries, SumsComeInOneRowUnderTheirNames) {
 }
 
 TEST_F(RecordsetQueries, ASumOverNoRowsIsNull) {
-    const auto sums = open()->OpenRecordset(
-        "select sum(Size) As [Total size] from directories where [id number] like 'C1D1S*'");
+    const auto sums =
+        open()->OpenRecordset("select sum(Size) As [Total size] from directories where [id number] like 'C1D1S*'");
     EXPECT_FALSE(sums->Eof());
     EXPECT_TRUE((*sums)("Total size").IsNull());
 }
@@ -300,12 +278,10 @@ TEST_F(RecordsetQueries, ASumLeavesOutWhatIsNull) {
     files->Edit();
     (*files)("file size") = nullptr;
     files->Update();
-    const auto sums =
-        open()->OpenRecordset("select sum([file Size]) As [Total file size] from files");
+    const auto sums = open()->OpenRecordset("select sum([file Size]) As [Total file size] from files");
     EXPECT_EQ((*sums)("total FILE size").Value(), Value(1.0));
     open()->Execute("delete * from files where [file size] > -1");
-    const auto none =
-        open()->OpenRecordset("select sum([file Size]) As [Total file size] from files");
+    const auto none = open()->OpenRecordset("select sum([file Size]) As [Total file size] from files");
     EXPECT_TRUE((*none)("Total file size").IsNull());
     EXPECT_EQ(files->RecordCount(), 1);
 }
@@ -341,14 +317,13 @@ TEST_F(RecordsetQueries, ASumBeyondSixtyFourBitsIsAConversionError) {
 TEST_F(RecordsetQueries, InNamesAFileInTheCurrentFolder) {
     const InFolder here(folder());
     const auto database = open();
-    const auto rows = database->OpenRecordset(
-        "SELECT directories.* FROM directories IN shelf.db where [drive id number] = 1");
+    const auto rows =
+        database->OpenRecordset("SELECT directories.* FROM directories IN shelf.db where [drive id number] = 1");
     EXPECT_EQ((*rows)("id number").Text(), "C1D1");
     rows->Edit();
     (*rows)("Size") = 7;
     rows->Update();
-    EXPECT_EQ(
-        database->OpenRecordset("select sum(Size) as s from directories")->Fields("s").Number(), 7);
+    EXPECT_EQ(database->OpenRecordset("select sum(Size) as s from directories")->Fields("s").Number(), 7);
 }
 
 TEST_F(RecordsetQueries, InAnotherFileReadsThatFile) {
@@ -390,8 +365,7 @@ TEST_F(RecordsetQueries, BetweenCallsOtherProgramsMayWrite) {
     addFiles("C1D1", 600);
     const auto database = open();
     const auto files = database->OpenRecordset("Files");
-    const auto few =
-        database->OpenRecordset("select * from Files where [directory number] like 'C1D1'");
+    const auto few = database->OpenRecordset("select * from Files where [directory number] like 'C1D1'");
     for (int i = 0; i < 300; ++i) {
         files->MoveNext();
         few->MoveNext();

@@ -20,9 +20,7 @@ protected:
         addDisc(1, "one");
         addDirectories({"C1D1"});
     }
-    static std::string at(Recordset& rows, int64_t place) {
-        return textOf(rows.ValueAt(place, kName));
-    }
+    static std::string at(Recordset& rows, int64_t place) { return textOf(rows.ValueAt(place, kName)); }
     static int errorAt(Recordset& rows, int64_t place) {
         return errorOf([&] { at(rows, place); });
     }
@@ -43,9 +41,9 @@ protected:
 TEST_F(RowsByPlace, AreThoseOfEveryKindOfRecordset) {
     addFiles("C1D1", 1200);
     const auto database = open();
-    for (const char* query : {"select * from Files order by [file name]",
-                              "select * from Files where [file name] like '*7*'",
-                              "select * from Files where [directory number] = 'C1D1'"}) {
+    for (const char* query :
+         {"select * from Files order by [file name]", "select * from Files where [file name] like '*7*'",
+          "select * from Files where [directory number] = 'C1D1'"}) {
         SCOPED_TRACE(query);
         expectAllPlaces(*database->OpenRecordset(query));
         expectAllPlaces(*database->OpenSnapshot(query));
@@ -147,8 +145,7 @@ TEST_F(RowsByPlace, HoldLongTextsHoweverLong) {
         things->Update();
     }
     for (const int64_t place : {5, 0, 3})
-        EXPECT_EQ(textOf(things->ValueAt(place, 3)),
-                  std::string(600'000, static_cast<char>('a' + place)));
+        EXPECT_EQ(textOf(things->ValueAt(place, 3)), std::string(600'000, static_cast<char>('a' + place)));
     EXPECT_EQ(things->ValueAt(4, 0), Value(int64_t{4}));
 }
 

@@ -57,8 +57,7 @@ protected:
     int changed(double size) const {
         RawDatabase raw(path(), FaultVfs::name());
         EXPECT_EQ(raw.text("PRAGMA integrity_check"), "ok");
-        return std::stoi(
-            raw.text("SELECT count(*) FROM Files WHERE \"file size\"=" + std::to_string(size)));
+        return std::stoi(raw.text("SELECT count(*) FROM Files WHERE \"file size\"=" + std::to_string(size)));
     }
     bool isLocked() const {
         RawDatabase raw(path(), FaultVfs::name());
@@ -97,9 +96,7 @@ TEST_F(SaveGroups, AreSeenAtOnceAndReachTheDiscAtTheEnd) {
     {
         const SaveGroup group;
         change(*files, -1);
-        EXPECT_EQ(
-            open()->OpenRecordset("select * from Files where [file size] = -1")->RecordCount(),
-            100);
+        EXPECT_EQ(open()->OpenRecordset("select * from Files where [file size] = -1")->RecordCount(), 100);
         EXPECT_TRUE(isLocked());
     }
     EXPECT_EQ(changed(-1), 100);
@@ -203,8 +200,7 @@ TEST_F(SaveGroups, AfterAFullGroupThatCouldNotBeCommittedEachIsSavedByItself) {
     rename(*discs, 0, "newer");
     EXPECT_TRUE(disk.failed());
     EXPECT_FALSE(isLocked());
-    EXPECT_EQ(RawDatabase(path()).text("SELECT group_concat(\"prefered name\") FROM Discs"),
-              "newer,new");
+    EXPECT_EQ(RawDatabase(path()).text("SELECT group_concat(\"prefered name\") FROM Discs"), "newer,new");
     group.End();
 }
 
@@ -302,8 +298,7 @@ TEST_F(SaveGroups, ASaveThatRunsOutOfMemoryTakesNoOtherWithIt) {
         EXPECT_THROW(discs->Update(), std::bad_alloc);
     }
     group.End();
-    EXPECT_EQ(RawDatabase(path()).text("SELECT \"id number\" || \"prefered name\" FROM Discs"),
-              "7one");
+    EXPECT_EQ(RawDatabase(path()).text("SELECT \"id number\" || \"prefered name\" FROM Discs"), "7one");
 }
 
 TEST_F(SaveGroups, RowsThatAnotherProgramHasChangedAreReadAnewAfterASave) {

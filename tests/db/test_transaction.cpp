@@ -174,8 +174,7 @@ TEST_F(Transactions, PositionsSurviveAnUndoneTransaction) {
     EXPECT_EQ(rows->RecordCount(), 2);
     holder.reset();
     EXPECT_EQ(rows->RecordCount(), 1);
-    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }),
-              number(ErrorNumber::RecordGone));
+    EXPECT_EQ(errorOf([&] { (void)(*rows)("id number").Value(); }), number(ErrorNumber::RecordGone));
     rows->MovePrevious();
     EXPECT_EQ((*rows)("id number").Text(), "1");
 }

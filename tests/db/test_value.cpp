@@ -31,8 +31,7 @@ TEST(Value, EveryKindHasANumber) {
 }
 
 TEST(Schema, NamesHaveNoCase) {
-    const Schema schema{
-        {{"Prog Tag", {{"id number", FieldType::Integer}, {"CD-Key", FieldType::Text}}}}};
+    const Schema schema{{{"Prog Tag", {{"id number", FieldType::Integer}, {"CD-Key", FieldType::Text}}}}};
     const TableDef* table = schema.find("prog TAG");
     ASSERT_NE(table, nullptr);
     EXPECT_EQ(table->find("ID Number"), 0);

@@ -33,8 +33,7 @@ public:
 
     const std::filesystem::path& path() const { return m_path; }
 
-    std::filesystem::path write(const std::filesystem::path& name,
-                                std::string_view content = {}) const {
+    std::filesystem::path write(const std::filesystem::path& name, std::string_view content = {}) const {
         std::ofstream(m_path / name, std::ios::binary) << content;
         return m_path / name;
     }
@@ -51,8 +50,7 @@ public:
             ::mkdirat(at.number(), name.c_str(), 0777);
             at = base::Descriptor(::openat(at.number(), name.c_str(), O_RDONLY | O_DIRECTORY));
         }
-        const base::Descriptor written(
-            ::openat(at.number(), file.c_str(), O_WRONLY | O_CREAT, 0666));
+        const base::Descriptor written(::openat(at.number(), file.c_str(), O_WRONLY | O_CREAT, 0666));
         if (!written)
             throw std::runtime_error("no deep folder");
     }

@@ -89,9 +89,9 @@ public:
         run("INSERT INTO Drive(\"id number\", \"Drive letter\", \"volume name\", \"Serial "
             "Number\", \"prefered name\","
             " \"file system\", \"Total Size\", \"free size\", Comments) VALUES (" +
-            std::to_string(disc.number) + ", 'D:\\', " + quotedText(disc.label) +
-            ", '1A2B-3C4D', " + quotedText(disc.name) + ", 'CDFS', " +
-            std::to_string(disc.totalSize) + ", 0, " + quotedText(disc.comments) + ")");
+            std::to_string(disc.number) + ", 'D:\\', " + quotedText(disc.label) + ", '1A2B-3C4D', " +
+            quotedText(disc.name) + ", 'CDFS', " + std::to_string(disc.totalSize) + ", 0, " +
+            quotedText(disc.comments) + ")");
     }
 
     void add(const DirectoryRow& row) const {
@@ -99,30 +99,25 @@ public:
         const std::string above = cut == std::string::npos ? "R" : row.number.substr(0, cut);
         const int disc = row.disc ? *row.disc : std::atoi(row.number.c_str() + 1);
         const std::string path = row.path.empty() ? "D:\\" + row.name : row.path;
-        run("INSERT INTO Directories VALUES (" + std::to_string(disc) + ", " +
-            quotedText(row.parent.value_or(above)) + ", " + quotedText(row.number) + ", " +
-            quotedText(row.name) + ", " + quotedText(path) + ", " + std::to_string(row.files) +
-            ", " + std::to_string(row.subdirectories) + ", " + std::to_string(row.size) + ", " +
-            std::to_string(row.totalSize) + ", " + std::to_string(row.totalFiles) + ", " +
+        run("INSERT INTO Directories VALUES (" + std::to_string(disc) + ", " + quotedText(row.parent.value_or(above)) +
+            ", " + quotedText(row.number) + ", " + quotedText(row.name) + ", " + quotedText(path) + ", " +
+            std::to_string(row.files) + ", " + std::to_string(row.subdirectories) + ", " + std::to_string(row.size) +
+            ", " + std::to_string(row.totalSize) + ", " + std::to_string(row.totalFiles) + ", " +
             std::to_string(row.totalSubdirectories) + ", " + quotedText(row.comments) + ")");
     }
 
     void addRoot(int disc) const {
-        add(DirectoryRow{
-            .number = "C" + std::to_string(disc) + "D1", .name = "D:\\", .path = "D:\\"});
+        add(DirectoryRow{.number = "C" + std::to_string(disc) + "D1", .name = "D:\\", .path = "D:\\"});
     }
 
     void add(const FileRow& row) const {
-        const auto number = [](const auto& value) {
-            return value ? std::to_string(*value) : std::string("NULL");
-        };
+        const auto number = [](const auto& value) { return value ? std::to_string(*value) : std::string("NULL"); };
         run("INSERT INTO Files(\"directory number\", \"file name\", \"file extension\", \"file "
             "size\", Attributes,"
             " \"File date\", \"number of icons\") VALUES (" +
-            quotedText(row.directory) + ", " + quotedText(row.name) + ", " +
-            quotedText(row.extension) + ", " + number(row.size) + ", " +
-            quotedText(row.attributes) + ", " + quotedText(row.date) + ", " + number(row.icons) +
-            ")");
+            quotedText(row.directory) + ", " + quotedText(row.name) + ", " + quotedText(row.extension) + ", " +
+            number(row.size) + ", " + quotedText(row.attributes) + ", " + quotedText(row.date) + ", " +
+            number(row.icons) + ")");
     }
 
 private:

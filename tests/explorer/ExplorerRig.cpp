@@ -26,8 +26,7 @@ void StubWindow::Form_Load() {
 
 ExplorerRig::ExplorerRig() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
-    for (const char* name :
-         {"Switch", "Loading", "Scanform", "DeleteCD", "Workshop", "Programs", "Search"})
+    for (const char* name : {"Switch", "Loading", "Scanform", "DeleteCD", "Workshop", "Programs", "Search"})
         addStub(name, StubWindow::Stay::Up);
     for (const char* name : {"About", "EXCDROM", "EXDir", "EXFile", "ProgTag", "DirSim"})
         addStub(name, StubWindow::Stay::Leave);
@@ -37,9 +36,8 @@ ExplorerRig::ExplorerRig() {
 ExplorerRig::~ExplorerRig() {
     app::Windows::Clear();
     for (std::string* variable :
-         {&app::Module1::JumpDisc, &app::Module1::JumpDirectory, &app::Module1::JumpFile,
-          &app::Module1::ReturnTo, &app::Module1::SelectedDisc, &app::Module1::SelectedDirectory,
-          &app::Module1::SelectedFile})
+         {&app::Module1::JumpDisc, &app::Module1::JumpDirectory, &app::Module1::JumpFile, &app::Module1::ReturnTo,
+          &app::Module1::SelectedDisc, &app::Module1::SelectedDirectory, &app::Module1::SelectedFile})
         variable->clear();
 }
 
@@ -66,23 +64,17 @@ void ExplorerRig::fill() const {
                                .totalSize = 2048,
                                .totalFiles = 3,
                                .totalSubdirectories = 3});
-    catalogue.add(DirectoryRow{
-        .number = "C1D1S1", .name = "DOCS", .files = 1, .subdirectories = 1, .size = 512});
+    catalogue.add(DirectoryRow{.number = "C1D1S1", .name = "DOCS", .files = 1, .subdirectories = 1, .size = 512});
     catalogue.add(DirectoryRow{.number = "C1D1S1S1", .name = "OLD", .path = "D:\\DOCS\\OLD"});
     catalogue.add(DirectoryRow{.number = "C1D1S2", .name = "Play"});
-    catalogue.add(
-        FileRow{.directory = "C1D1", .name = "readme.txt", .extension = ".txt", .size = 10.0});
-    catalogue.add(FileRow{
-        .directory = "C1D1", .name = "setup.exe", .extension = ".exe", .size = 1526.0, .icons = 3});
-    catalogue.add(
-        FileRow{.directory = "C1D1S1", .name = "manual.doc", .extension = ".doc", .size = 512.0});
+    catalogue.add(FileRow{.directory = "C1D1", .name = "readme.txt", .extension = ".txt", .size = 10.0});
+    catalogue.add(FileRow{.directory = "C1D1", .name = "setup.exe", .extension = ".exe", .size = 1526.0, .icons = 3});
+    catalogue.add(FileRow{.directory = "C1D1S1", .name = "manual.doc", .extension = ".doc", .size = 512.0});
     catalogue.add(DiscRow{.number = 2, .name = "Atlas"});
     catalogue.addRoot(2);
     catalogue.add(DirectoryRow{.number = "C2D1S1", .name = "MAPS", .size = 30});
-    catalogue.add(
-        FileRow{.directory = "C2D1S1", .name = "asia.gif", .extension = ".gif", .size = 10.0});
-    catalogue.add(
-        FileRow{.directory = "C2D1S1", .name = "africa.gif", .extension = ".gif", .size = 20.0});
+    catalogue.add(FileRow{.directory = "C2D1S1", .name = "asia.gif", .extension = ".gif", .size = 10.0});
+    catalogue.add(FileRow{.directory = "C2D1S1", .name = "africa.gif", .extension = ".gif", .size = 20.0});
 }
 
 EXMain& ExplorerRig::open() {

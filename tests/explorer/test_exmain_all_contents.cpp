@@ -28,9 +28,8 @@ protected:
     void showAll(EXMain& window, const std::function<void()>& step) {
         EXPECT_GT(window.Combo1->count(), 39);
         m_pending = step;
-        QObject::connect(&window.tvwdb->nodes(), &kit::TreeModel::Waiting, &window, [&] {
-            QTimer::singleShot(0, &window, [this, &window] { atFirstDisc(window); });
-        });
+        QObject::connect(&window.tvwdb->nodes(), &kit::TreeModel::Waiting, &window,
+                         [&] { QTimer::singleShot(0, &window, [this, &window] { atFirstDisc(window); }); });
         window.MenuBar1->item("Showall").trigger();
         EXPECT_FALSE(m_pending) << "the step did not come to run";
         kit::yield();

@@ -18,9 +18,7 @@ namespace {
 // The explorer with more room than it has at first, and the handle between tree and listing.
 class ExplorerDivision : public ExplorerTest {
 protected:
-    static QSettings settings() {
-        return kit::userSettings(QStringLiteral("Software\\Quorlen\\Discaro"));
-    }
+    static QSettings settings() { return kit::userSettings(QStringLiteral("Software\\Quorlen\\Discaro")); }
     static void enlarge(EXMain& window, int across, int down) {
         window.resize(window.firstSize() + QSize(across, down));
         kit::yield();
@@ -31,8 +29,7 @@ protected:
         const QPoint grip = handle.rect().center();
         QTest::mousePress(&handle, Qt::LeftButton, {}, grip);
         const QPoint end = grip + QPoint(by, 0);
-        QMouseEvent move(QEvent::MouseMove, end, handle.mapToGlobal(end), Qt::NoButton,
-                         Qt::LeftButton, {});
+        QMouseEvent move(QEvent::MouseMove, end, handle.mapToGlobal(end), Qt::NoButton, Qt::LeftButton, {});
         QApplication::sendEvent(&handle, &move);
         QTest::mouseRelease(&handle, Qt::LeftButton, {}, end);
         kit::yield();
@@ -114,8 +111,7 @@ TEST_F(ExplorerDivision, TheProgressBarsPanelTakesTheRoomOfTheStatusBar) {
     enlarge(window, 200, 0);
     const QRect panel = window.StatusBar1->panelPlace(3);
     EXPECT_EQ(panel.right() + 1, window.StatusBar1->width());
-    EXPECT_EQ(window.prgload->geometry(),
-              QRect(panel.left() + 3, 3, panel.width() - 6, panel.height() - 3));
+    EXPECT_EQ(window.prgload->geometry(), QRect(panel.left() + 3, 3, panel.width() - 6, panel.height() - 3));
     EXPECT_FALSE(window.StatusBar1->isAutoSize(3));
 }
 
@@ -273,8 +269,8 @@ TEST_F(ExplorerDivision, AKeptSizeIsFittedToTheScreen) {
 }
 
 TEST_F(ExplorerDivision, KeptValuesThatMakeNoSenseArePassedOver) {
-    for (const QVariant& value : {QVariant("nonsense"), QVariant(-7), QVariant(QSize(3, -3)),
-                                  QVariant(QSize(3, 3)), QVariant("nan"), QVariant("inf")}) {
+    for (const QVariant& value : {QVariant("nonsense"), QVariant(-7), QVariant(QSize(3, -3)), QVariant(QSize(3, 3)),
+                                  QVariant("nan"), QVariant("inf")}) {
         settings().setValue("Explorer/Size", value);
         settings().setValue("Explorer/Tree", value);
         settings().setValue("Explorer/Maximised", value);

@@ -113,10 +113,8 @@ protected:
         EXMain& window = rig.open();
         window.Combo1->setListIndex(1);
         clickNode(window, "C1D1");
-        const std::pair<const char*, const char*> kOpposites[] = {{"view 3", "list view"},
-                                                                  {"mode file", "info view"},
-                                                                  {"key 0", "filesize"},
-                                                                  {"order 0", "descending"}};
+        const std::pair<const char*, const char*> kOpposites[] = {
+            {"view 3", "list view"}, {"mode file", "info view"}, {"key 0", "filesize"}, {"order 0", "descending"}};
         for (const auto& [made, opposite] : kOpposites)
             if (effect == made)
                 window.RunCommand(opposite);
@@ -142,22 +140,18 @@ protected:
     void leave(EXMain& window) {
         if (!window.isUnloaded())
             window.RunCommand("exit");
-        for (const char* name :
-             {"Switch", "Loading", "Search", "Scanform", "DeleteCD", "Programs", "Workshop"})
+        for (const char* name : {"Switch", "Loading", "Search", "Scanform", "DeleteCD", "Programs", "Workshop"})
             app::Windows::Unload(name);
         kit::runGroundActions();
     }
-    static QHeaderView& header(EXMain& window) {
-        return *static_cast<QTreeView&>(window.lvwdb->shown()).header();
-    }
+    static QHeaderView& header(EXMain& window) { return *static_cast<QTreeView&>(window.lvwdb->shown()).header(); }
     static void clickHeader(EXMain& window, int column) {
         auto& report = static_cast<QTreeView&>(window.lvwdb->shown());
         const int section = window.lvwdb->rows().sectionOf(column);
         report.scrollTo(window.lvwdb->rows().index(0, section));
         QHeaderView& headers = header(window);
-        QTest::mouseClick(
-            headers.viewport(), Qt::LeftButton, {},
-            QPoint(headers.sectionViewportPosition(section) + 20, headers.height() / 2));
+        QTest::mouseClick(headers.viewport(), Qt::LeftButton, {},
+                          QPoint(headers.sectionViewportPosition(section) + 20, headers.height() / 2));
     }
     // Whether this key and no other is marked in both menus and pressed.
     static void expectKey(EXMain& window, const explorer::OrderKey& wanted) {
@@ -257,8 +251,7 @@ TEST_F(ExplorerEntries, EveryHeaderInSightPicksItsKeyAndBearsTheMark) {
     for (const int number : {2, 1, 4, 5, 7, 8}) {
         clickHeader(window, number - 1);
         EXPECT_TRUE(header(window).isSortIndicatorShown());
-        EXPECT_EQ(header(window).sortIndicatorSection(),
-                  window.lvwdb->rows().sectionOf(number - 1));
+        EXPECT_EQ(header(window).sortIndicatorSection(), window.lvwdb->rows().sectionOf(number - 1));
         EXPECT_EQ(header(window).sortIndicatorOrder(), Qt::AscendingOrder);
         expectKey(window, *explorer::orderKeyOfHeader(number));
         EXPECT_EQ(window.lvwdb->rows().sortOrder(), Qt::AscendingOrder);

@@ -33,9 +33,7 @@ protected:
     void breakWindow(const char* name) {
         app::Windows::Register(name, [this, name] {
             auto* made = new StubWindow(name, StubWindow::Stay::Up, rig.shown);
-            made->onLoad = [] {
-                throw base::RuntimeError(ErrorNumber::CatalogueLocked, "kvt.mde");
-            };
+            made->onLoad = [] { throw base::RuntimeError(ErrorNumber::CatalogueLocked, "kvt.mde"); };
             return made;
         });
     }
@@ -49,8 +47,7 @@ protected:
         return answers.asked();
     }
     void lock() {
-        m_other = std::make_unique<db::Connection>(rig.catalogue.file().string(),
-                                                   db::Connection::Mode::ReadWrite);
+        m_other = std::make_unique<db::Connection>(rig.catalogue.file().string(), db::Connection::Mode::ReadWrite);
         m_other->execute("BEGIN EXCLUSIVE");
     }
     void unlock() { m_other.reset(); }
@@ -163,8 +160,8 @@ TEST_F(ExplorerErrors, AClickWaitsForTheLockOnceAndKeepsTheFactsThatWereThere) {
     sleeps.takeMilliseconds();
     clickNode(window, "C1D1S1");
     EXPECT_EQ(sleeps.takeMilliseconds(), kOneWait);
-    EXPECT_THAT(columnOf(*window.Dirinfo, 1), ElementsAre("1", "D:\\", "D:\\", "", "2", "3", "2",
-                                                          "3", "1,536 Kb", "2,048 Kb", "", ""));
+    EXPECT_THAT(columnOf(*window.Dirinfo, 1),
+                ElementsAre("1", "D:\\", "D:\\", "", "2", "3", "2", "3", "1,536 Kb", "2,048 Kb", "", ""));
     EXPECT_EQ(window.lvwdb->rows().count(), 0);
     EXPECT_EQ(window.Label2->text(), "D:\\") << "the directory that was found last";
     EXPECT_EQ(window.StatusBar1->panelText(1), "0 File(s)");
@@ -331,8 +328,7 @@ TEST_F(ExplorerErrors, WithoutASelectedNodeNothingIsMeant) {
     EXMain& window = openOn("C1D1");
     choose(window, "Showall");
     ASSERT_EQ(window.tvwdb->selectedNode(), 0);
-    for (QWidget* control :
-         {static_cast<QWidget*>(window.tvwdb), static_cast<QWidget*>(window.Dirinfo)})
+    for (QWidget* control : {static_cast<QWidget*>(window.tvwdb), static_cast<QWidget*>(window.Dirinfo)})
         for (const char* word : {"prop", "tag"}) {
             control->setFocus();
             window.RunCommand(word);

@@ -28,19 +28,16 @@ std::string indent(int depth) {
 
 // A menu with its items, one a line: name, caption, marks.
 void describe(const QMenu& menu, int depth, std::ostream& out) {
-    out << indent(depth) << kit::utf8(menu.objectName()) << " \"" << kit::utf8(menu.title())
-        << "\"\n";
+    out << indent(depth) << kit::utf8(menu.objectName()) << " \"" << kit::utf8(menu.title()) << "\"\n";
     for (const QAction* item : menu.actions()) {
         if (item->isSeparator()) {
             out << indent(depth + 1) << "-\n";
         } else if (item->menu()) {
             describe(*item->menu(), depth + 1, out);
         } else {
-            out << indent(depth + 1) << kit::utf8(item->objectName()) << " \""
-                << kit::utf8(item->text()) << '"';
+            out << indent(depth + 1) << kit::utf8(item->objectName()) << " \"" << kit::utf8(item->text()) << '"';
             out << (item->isCheckable() ? (item->isChecked() ? " marked" : " unmarked") : "");
-            out << (item->shortcut().isEmpty() ? "" : " shortcut")
-                << (item->isEnabled() ? "" : " disabled") << '\n';
+            out << (item->shortcut().isEmpty() ? "" : " shortcut") << (item->isEnabled() ? "" : " disabled") << '\n';
         }
     }
 }
@@ -62,9 +59,8 @@ std::string describeToolbar(const kit::Toolbar& toolbar) {
         if (button.key.isEmpty())
             out << "-\n";
         else
-            out << '"' << kit::utf8(button.key) << "\" tip \"" << kit::utf8(button.tip)
-                << "\" image " << kit::utf8(button.image)
-                << (button.group ? " group " + std::to_string(button.group) : "")
+            out << '"' << kit::utf8(button.key) << "\" tip \"" << kit::utf8(button.tip) << "\" image "
+                << kit::utf8(button.image) << (button.group ? " group " + std::to_string(button.group) : "")
                 << (toolbar.isPressed(button.key) ? " pressed" : "") << '\n';
     return out.str();
 }
@@ -116,9 +112,7 @@ protected:
         if (m_made)
             delete static_cast<QObject*>(m_made);
     }
-    QAccessibleInterface& voiceOf(QWidget& widget) {
-        return *QAccessible::queryAccessibleInterface(&widget);
-    }
+    QAccessibleInterface& voiceOf(QWidget& widget) { return *QAccessible::queryAccessibleInterface(&widget); }
 
     EXMain* m_made = nullptr;
 };
@@ -144,9 +138,8 @@ TEST_F(ExplorerForm, HasItsToolbar) {
 
 TEST_F(ExplorerForm, HasItsColumns) {
     const EXMain& window = made();
-    expectFile("EXMain-columns.txt", describeColumns(*window.lvwdb) +
-                                         describeColumns(*window.DriveInfo) +
-                                         describeColumns(*window.Dirinfo));
+    expectFile("EXMain-columns.txt",
+               describeColumns(*window.lvwdb) + describeColumns(*window.DriveInfo) + describeColumns(*window.Dirinfo));
 }
 
 TEST_F(ExplorerForm, EveryPictureIsThere) {
@@ -161,8 +154,7 @@ TEST_F(ExplorerForm, EveryPictureIsThere) {
                 EXPECT_EQ(list->icon(key).pixmap(size, size).width(), size) << key.toStdString();
     EXPECT_TRUE(window.ImageList1->icon("nothing").isNull());
     for (const kit::ToolbarButton& each : window.Toolbar1->buttons())
-        EXPECT_TRUE(each.key.isEmpty() || window.ImageList1->keys().contains(each.image))
-            << each.key.toStdString();
+        EXPECT_TRUE(each.key.isEmpty() || window.ImageList1->keys().contains(each.image)) << each.key.toStdString();
 }
 
 TEST_F(ExplorerForm, EveryPictureIsSeenOnASelectedRowAndOnADarkOne) {
@@ -186,8 +178,7 @@ TEST_F(ExplorerForm, TextFitsAtEveryScale) {
             if (each.key.isEmpty())
                 continue;
             const QRect place = window.Toolbar1->button(each.key).geometry();
-            EXPECT_TRUE(window.Toolbar1->rect().contains(place))
-                << each.key.toStdString() << " at " << scale;
+            EXPECT_TRUE(window.Toolbar1->rect().contains(place)) << each.key.toStdString() << " at " << scale;
         }
         EXPECT_LE(window.MenuBar1->sizeHint().height(), window.ClientArea->y());
         window.RunCommand("exit");
@@ -197,16 +188,15 @@ TEST_F(ExplorerForm, TextFitsAtEveryScale) {
 
 TEST_F(ExplorerForm, TheKeyboardReachesEverything) {
     EXMain& window = rig.open();
-    EXPECT_THAT(tabOrder(window), ElementsAre("Combo1", "Toolbar1", "tvwdb", "lvwdb", "DriveInfo",
-                                              "Dirinfo", "ListView1", "Command1", "Divider1"));
+    EXPECT_THAT(tabOrder(window), ElementsAre("Combo1", "Toolbar1", "tvwdb", "lvwdb", "DriveInfo", "Dirinfo",
+                                              "ListView1", "Command1", "Divider1"));
 }
 
 TEST_F(ExplorerForm, EverythingSaysWhatItIs) {
     EXMain& window = rig.open();
     window.RunCommand("file view");
     EXPECT_EQ(voiceOf(*window.tvwdb).text(QAccessible::Name), "Directories");
-    EXPECT_EQ(voiceOf(*window.Divider1).text(QAccessible::Name),
-              "Divider between directories and files");
+    EXPECT_EQ(voiceOf(*window.Divider1).text(QAccessible::Name), "Divider between directories and files");
     EXPECT_EQ(voiceOf(*window.Divider1).role(), QAccessible::Grip);
     EXPECT_EQ(voiceOf(window.lvwdb->shown()).text(QAccessible::Name), "Files and directories");
     EXPECT_EQ(voiceOf(window.DriveInfo->shown()).text(QAccessible::Name), "CD-ROM information");
@@ -217,8 +207,7 @@ TEST_F(ExplorerForm, EverythingSaysWhatItIs) {
 
 TEST_F(ExplorerForm, TheDiscListSaysItsNameAndTheDisc) {
     EXMain& window = rig.open();
-    EXPECT_EQ(voiceOf(*window.Combo1).text(QAccessible::Name),
-              "CD-ROM: Atlas       (CD-ROM No. 2)");
+    EXPECT_EQ(voiceOf(*window.Combo1).text(QAccessible::Name), "CD-ROM: Atlas       (CD-ROM No. 2)");
 }
 
 TEST_F(ExplorerForm, ThePathIsSaidAsItIs) {
@@ -241,9 +230,8 @@ TEST_F(ExplorerForm, NothingIsAnItemThatIsNotSeen) {
     };
     const std::vector<std::string> report = items("report view");
     ASSERT_EQ(report.size(), 30U) << "six headers, and four rows of six cells";
-    EXPECT_THAT(
-        std::vector(report.begin(), report.begin() + 6),
-        ElementsAre("File Name", "Size", "Extension", "Modified", "Attributes", "No. of Icons"));
+    EXPECT_THAT(std::vector(report.begin(), report.begin() + 6),
+                ElementsAre("File Name", "Size", "Extension", "Modified", "Attributes", "No. of Icons"));
     EXPECT_THAT(report, Not(Contains("000000000010")));
     for (const char* look : {"list view", "small icons", "large icons"})
         EXPECT_EQ(items(look).size(), 4U) << look;
@@ -258,8 +246,7 @@ TEST_F(ExplorerForm, RowsReadTheirCells) {
               "setup.exe, Size 1,526 Kb, Extension .exe File, Modified 04/28/99, Attributes RA, "
               "No. of Icons 3");
     EXPECT_EQ(rows.index(0, 0).data(Qt::AccessibleTextRole), " DOCS");
-    EXPECT_EQ(window.DriveInfo->rows().index(1, 0).data(Qt::AccessibleTextRole),
-              "Preferred Name, Value Games");
+    EXPECT_EQ(window.DriveInfo->rows().index(1, 0).data(Qt::AccessibleTextRole), "Preferred Name, Value Games");
     EXPECT_EQ(window.tvwdb->nodes().index(0, 0).data(Qt::AccessibleTextRole), "CD-ROM Number  1");
 }
 

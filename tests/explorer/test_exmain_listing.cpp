@@ -31,9 +31,7 @@ protected:
     static std::string panel(const EXMain& window, int number) {
         return window.StatusBar1->panelText(number).toStdString();
     }
-    static QHeaderView& header(EXMain& window) {
-        return *static_cast<QTreeView&>(window.lvwdb->shown()).header();
-    }
+    static QHeaderView& header(EXMain& window) { return *static_cast<QTreeView&>(window.lvwdb->shown()).header(); }
 };
 
 } // namespace
@@ -320,9 +318,8 @@ TEST_F(ExplorerListing, AClickIntoAnEmptyListingEndsTheProgram) {
     const ThrowingEnd end;
     ScriptedMsgBox answers;
     answers.expect("Run-time error 3601:\n\n" +
-                       QString::fromStdString(base::RuntimeError(base::ErrorNumber::InvalidValue,
-                                                                 "the list has no row")
-                                                  .description()),
+                       QString::fromStdString(
+                           base::RuntimeError(base::ErrorNumber::InvalidValue, "the list has no row").description()),
                    kit::Buttons::Ok, kit::Icon::Critical, QCoreApplication::applicationName());
     EXPECT_THROW(asHandler([&window] { emit window.lvwdb->Click(); }), ProgramEnded);
     EXPECT_EQ(answers.asked(), 1);
@@ -338,11 +335,10 @@ TEST_F(ExplorerListing, AClickIntoAnEmptyListingEndsTheProgram) {
 TEST_F(ExplorerListing, TheFactsOfADiscHaveTheirPictures) {
     EXMain& window = rig.open();
     EXPECT_THAT(textsOf(*window.DriveInfo),
-                ElementsAre("CD-ROM Number", "Preferred Name", "Volume Label", "Serial Number",
-                            "File System", "Total Size", "Free Size", "", "Comments", "Autorun"));
+                ElementsAre("CD-ROM Number", "Preferred Name", "Volume Label", "Serial Number", "File System",
+                            "Total Size", "Free Size", "", "Comments", "Autorun"));
     EXPECT_THAT(columnOf(*window.DriveInfo, 1),
-                ElementsAre("2", "Atlas", "LABEL", "1A2B-3C4D", "CDFS", "650 Mb", "0 Mb", "",
-                            "Scanned.", ""));
+                ElementsAre("2", "Atlas", "LABEL", "1A2B-3C4D", "CDFS", "650 Mb", "0 Mb", "", "Scanned.", ""));
     for (int place = 0; place < 10; ++place) {
         const QVariant picture = window.DriveInfo->rows().index(place, 0).data(Qt::DecorationRole);
         EXPECT_EQ(picture.value<QIcon>().isNull(), place == 7) << place;
@@ -351,8 +347,8 @@ TEST_F(ExplorerListing, TheFactsOfADiscHaveTheirPictures) {
 
 TEST_F(ExplorerListing, TheFactsOfADirectoryStandInOrder) {
     EXMain& window = openOn("C1D1");
-    EXPECT_THAT(columnOf(*window.Dirinfo, 1), ElementsAre("1", "D:\\", "D:\\", "", "2", "3", "2",
-                                                          "3", "1,536 Kb", "2,048 Kb", "", ""));
+    EXPECT_THAT(columnOf(*window.Dirinfo, 1),
+                ElementsAre("1", "D:\\", "D:\\", "", "2", "3", "2", "3", "1,536 Kb", "2,048 Kb", "", ""));
     EXPECT_EQ(window.Dirinfo->rows().columns()[0].header, "Inforamtion");
     EXPECT_EQ(window.DriveInfo->rows().columns()[0].header, "Information");
 }
@@ -403,14 +399,11 @@ TEST_F(ExplorerListing, FactsHavePopUpsOfTheirOwn) {
 // ---- Order
 
 TEST_F(ExplorerListing, SizesSortByTheHiddenColumnWithDirectoriesFirst) {
-    rig.catalogue.add(
-        FileRow{.directory = "C1D1", .name = "a.txt", .extension = ".txt", .size = 1000.0});
-    rig.catalogue.add(
-        FileRow{.directory = "C1D1", .name = "b.txt", .extension = ".txt", .size = 999.0});
+    rig.catalogue.add(FileRow{.directory = "C1D1", .name = "a.txt", .extension = ".txt", .size = 1000.0});
+    rig.catalogue.add(FileRow{.directory = "C1D1", .name = "b.txt", .extension = ".txt", .size = 999.0});
     EXMain& window = openOn("C1D1");
     choose(window, "thefilesize");
-    EXPECT_THAT(textsOf(*window.lvwdb),
-                ElementsAre(" DOCS", " PLAY", "readme.txt", "b.txt", "a.txt", "setup.exe"));
+    EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre(" DOCS", " PLAY", "readme.txt", "b.txt", "a.txt", "setup.exe"));
     EXPECT_TRUE(window.MenuBar1->isMarked("thefilesize"));
     EXPECT_TRUE(window.MenuBar1->isMarked("lsize"));
     EXPECT_FALSE(window.MenuBar1->isMarked("thefilename"));
@@ -459,18 +452,14 @@ TEST_F(ExplorerListing, ThreeColumnsAreNeverSeen) {
     ASSERT_EQ(header(window).count(), 6);
     std::vector<std::string> headers;
     for (int section = 0; section < 6; ++section)
-        headers.push_back(window.lvwdb->rows()
-                              .headerData(section, Qt::Horizontal, Qt::DisplayRole)
-                              .toString()
-                              .toStdString());
-    EXPECT_THAT(headers, ElementsAre("File Name", "Size", "Extension", "Modified", "Attributes",
-                                     "No. of Icons"));
+        headers.push_back(
+            window.lvwdb->rows().headerData(section, Qt::Horizontal, Qt::DisplayRole).toString().toStdString());
+    EXPECT_THAT(headers, ElementsAre("File Name", "Size", "Extension", "Modified", "Attributes", "No. of Icons"));
 }
 
 TEST_F(ExplorerListing, DatesSortByYearThenMonthThenDay) {
     for (const char* date : {"01/05/99", "12/31/98", "02/01/99"})
-        rig.catalogue.add(
-            FileRow{.directory = "C1D1S2", .name = date, .extension = "", .date = date});
+        rig.catalogue.add(FileRow{.directory = "C1D1S2", .name = date, .extension = "", .date = date});
     EXMain& window = openOn("C1D1S2");
     window.RunCommand("filedate");
     EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre("12/31/98", "01/05/99", "02/01/99"));
@@ -478,8 +467,7 @@ TEST_F(ExplorerListing, DatesSortByYearThenMonthThenDay) {
 
 TEST_F(ExplorerListing, DatesSortRightWithinACenturyOnly) {
     for (const char* date : {"06/01/99", "03/02/01"})
-        rig.catalogue.add(
-            FileRow{.directory = "C1D1S2", .name = date, .extension = "", .date = date});
+        rig.catalogue.add(FileRow{.directory = "C1D1S2", .name = date, .extension = "", .date = date});
     EXMain& window = openOn("C1D1S2");
     window.RunCommand("filedate");
     EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre("03/02/01", "06/01/99"));
@@ -526,8 +514,8 @@ TEST_F(ExplorerListing, TheSelectionStaysOnItsFilesWhenTheyAreSorted) {
 // ---- Rows that no scan would write, and a catalogue that others use
 
 TEST_F(ExplorerListing, NamesOfAnyCharactersKeepToTheirRow) {
-    for (const char* name : {"", "tab\tname", "two\r\nlines", "\u202Egnp.exe", "\xff\xfe",
-                             "'; drop", "<b>bold</b>", "%1 & %2"})
+    for (const char* name :
+         {"", "tab\tname", "two\r\nlines", "\u202Egnp.exe", "\xff\xfe", "'; drop", "<b>bold</b>", "%1 & %2"})
         rig.catalogue.add(FileRow{.directory = "C1D1S2", .name = name, .extension = ""});
     EXMain& window = openOn("C1D1S2");
     kit::ListModel& rows = window.lvwdb->rows();
@@ -546,8 +534,7 @@ TEST_F(ExplorerListing, NamesOfAnyCharactersKeepToTheirRow) {
 }
 
 TEST_F(ExplorerListing, SizesBeyondThirtyTwoBitsAreShownWhole) {
-    rig.catalogue.add(FileRow{
-        .directory = "C1D1S2", .name = "big.iso", .extension = ".iso", .size = 8589934592.0});
+    rig.catalogue.add(FileRow{.directory = "C1D1S2", .name = "big.iso", .extension = ".iso", .size = 8589934592.0});
     rig.catalogue.run("UPDATE Directories SET Size = 8589934592, \"number of files\" = 5000000000 "
                       "WHERE \"id number\" "
                       "= 'C1D1S2'");
@@ -562,10 +549,9 @@ TEST_F(ExplorerListing, SizesBeyondThirtyTwoBitsAreShownWhole) {
 TEST_F(ExplorerListing, ADirectoryNumberWithWildcardsFindsNoMoreThanASmallListing) {
     rig.catalogue.add(DirectoryRow{.number = "*", .name = "Star", .parent = "C1D1", .disc = 1});
     rig.catalogue.add(DirectoryRow{.number = "C1D1S?", .name = "Any", .parent = "*"});
-    rig.catalogue.run(
-        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
-        "INSERT INTO Files(\"directory number\", \"file name\") "
-        "SELECT 'C1D1S2', 'f' || i FROM n");
+    rig.catalogue.run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
+                      "INSERT INTO Files(\"directory number\", \"file name\") "
+                      "SELECT 'C1D1S2', 'f' || i FROM n");
     EXMain& window = openOn("C1D1S?");
     EXPECT_EQ(window.lvwdb->rows().count(), 1000);
     clickNode(window, "*");
@@ -611,8 +597,7 @@ TEST_F(ExplorerListing, ACatalogueReplacedUnderTheWindowIsLeftAlone) {
     rig.catalogue.add(DirectoryRow{.number = "C1D1", .name = "D:\\", .path = "D:\\"});
     rig.catalogue.add(FileRow{.directory = "C1D1", .name = "new.txt", .extension = ".txt"});
     clickNode(window, "C1D1");
-    EXPECT_THAT(textsOf(*window.lvwdb), Not(Contains("new.txt")))
-        << "the one that was opened is shown";
+    EXPECT_THAT(textsOf(*window.lvwdb), Not(Contains("new.txt"))) << "the one that was opened is shown";
     std::filesystem::remove("kvt.mde");
     clickNode(window, "C1D1S2");
     window.Combo1->setListIndex(0);

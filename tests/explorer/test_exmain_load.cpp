@@ -40,8 +40,7 @@ TEST_F(ExplorerLoad, TheProgressBarStandsInTheThirdPanel) {
     EXMain& window = rig.open();
     EXPECT_EQ(window.prgload->parentWidget(), window.StatusBar1);
     const QRect panel = window.StatusBar1->panelPlace(3);
-    EXPECT_EQ(window.prgload->geometry(),
-              QRect(panel.left() + 3, 3, panel.width() - 6, panel.height() - 3));
+    EXPECT_EQ(window.prgload->geometry(), QRect(panel.left() + 3, 3, panel.width() - 6, panel.height() - 3));
     EXPECT_FALSE(window.StatusBar1->isAutoSize(3));
     EXPECT_FALSE(window.prgload->isVisible());
     EXPECT_EQ(window.prgload->min(), 0);
@@ -80,10 +79,8 @@ TEST_F(ExplorerLoad, ExitAndTheFrameBothShowTheMenu) {
 }
 
 TEST_F(ExplorerLoad, TaskWindowsGetTheExplorerAsTheWayBack) {
-    const std::pair<const char*, const char*> kCommands[] = {{"scan", "Scanform"},
-                                                             {"delete", "DeleteCD"},
-                                                             {"workshop", "Workshop"},
-                                                             {"prog", "Programs"}};
+    const std::pair<const char*, const char*> kCommands[] = {
+        {"scan", "Scanform"}, {"delete", "DeleteCD"}, {"workshop", "Workshop"}, {"prog", "Programs"}};
     for (const auto& [word, target] : kCommands) {
         shared::ReturnTo.clear();
         shared::ScanCancelled = 1;
@@ -139,14 +136,13 @@ TEST_F(ExplorerLoad, AHandOverToAWindowThatDoesNotExistDoesNothing) {
     app::Windows::Show("EXMain");
     auto& window = *static_cast<EXMain*>(app::Windows::Find("EXMain"));
     rig.load(window);
-    for (const char* word :
-         {"scan", "delete", "workshop", "prog", "search", "about", "prop", "tag"})
+    for (const char* word : {"scan", "delete", "workshop", "prog", "search", "about", "prop", "tag"})
         window.RunCommand(word);
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(window.commands().SkipMark, "");
-    for (const char* item : {"newsearsh", "scannewcd", "Deletecdromentry", "programsexplorer",
-                             "dbaseworkshop", "aboutbox", "fileProgramTag", "diprogtag",
-                             "drprogtag", "lprogtag", "tprogtag", "SimDir", "DirSim2"})
+    for (const char* item :
+         {"newsearsh", "scannewcd", "Deletecdromentry", "programsexplorer", "dbaseworkshop", "aboutbox",
+          "fileProgramTag", "diprogtag", "drprogtag", "lprogtag", "tprogtag", "SimDir", "DirSim2"})
         EXPECT_FALSE(window.MenuBar1->item(item).isEnabled()) << item;
     for (const char* key : {"tag", "Search", "Scan", "Delete", "prog", "Workshop", "About"})
         EXPECT_FALSE(window.Toolbar1->isButtonEnabled(key)) << key;

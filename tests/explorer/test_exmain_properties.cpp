@@ -40,8 +40,7 @@ TEST_F(ExplorerProperties, ANewCommentShowsWhenTheNodeIsListedAgain) {
     window.RunCommand("info view");
     clickNode(window, "C1D1S1");
     window.RunCommand("prop");
-    ASSERT_EQ(rig.catalogue.text("SELECT Comments FROM Directories WHERE \"id number\" = 'C1D1S1'"),
-              "Lent to Anna");
+    ASSERT_EQ(rig.catalogue.text("SELECT Comments FROM Directories WHERE \"id number\" = 'C1D1S1'"), "Lent to Anna");
     EXPECT_EQ(columnOf(*window.Dirinfo, 1)[11], "");
     clickNode(window, "C1D1S1");
     EXPECT_EQ(columnOf(*window.Dirinfo, 1)[11], "") << "it is listed already";
@@ -56,8 +55,7 @@ TEST_F(ExplorerProperties, ANewDiscNameShowsAfterARefresh) {
     window.Combo1->setListIndex(1);
     window.tvwdb->setFocus();
     window.RunCommand("prop");
-    ASSERT_EQ(rig.catalogue.text("SELECT \"prefered name\" FROM Drive WHERE \"id number\" = 1"),
-              "Zoo");
+    ASSERT_EQ(rig.catalogue.text("SELECT \"prefered name\" FROM Drive WHERE \"id number\" = 1"), "Zoo");
     EXPECT_EQ(window.Combo1->text(), "Games       (CD-ROM No. 1)");
     clickNode(window, "C1D1");
     clickNode(window, "R");
@@ -76,8 +74,7 @@ TEST_F(ExplorerProperties, ARefreshReadsTheDiscsAgainAndNotTheDirectories) {
     rig.catalogue.run("UPDATE Drive SET \"prefered name\" = 'Aachen' WHERE \"id number\" = 1");
     choose(window, "refreshall");
     EXPECT_NE(&window.Data1.Recordset(), discs);
-    EXPECT_EQ(window.Data1.Recordset()("prefered name").Text(), "Aachen")
-        << "on the first row of the catalogue";
+    EXPECT_EQ(window.Data1.Recordset()("prefered name").Text(), "Aachen") << "on the first row of the catalogue";
     EXPECT_EQ(&window.Data2.Recordset(), directories);
     EXPECT_EQ(window.Data2.Recordset().RowNumber(), standsOn);
 }

@@ -65,8 +65,8 @@ TEST_F(ExplorerTree, TheWheelChangesTheDiscOnlyWithTheFocus) {
     EXMain& window = rig.open();
     window.tvwdb->setFocus();
     const QPointF at(5, 5);
-    QWheelEvent wheel(at, window.Combo1->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton,
-                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QWheelEvent wheel(at, window.Combo1->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
     QApplication::sendEvent(window.Combo1, &wheel);
     EXPECT_EQ(window.Combo1->listIndex(), 0);
 }
@@ -76,8 +76,7 @@ TEST_F(ExplorerTree, DiscNamesOfAnyCharactersStandOnOneLine) {
     EXMain& window = rig.open();
     EXPECT_EQ(window.Combo1->itemText(0), "Aa line endback       (CD-ROM No. 3)");
     EXPECT_EQ(window.caption(), "Aa line endback       (CD-ROM No. 3)");
-    EXPECT_EQ(window.Combo1->text(),
-              QString::fromUtf8("Aa\tline\r\nend\u202Eback       (CD-ROM No. 3)"));
+    EXPECT_EQ(window.Combo1->text(), QString::fromUtf8("Aa\tline\r\nend\u202Eback       (CD-ROM No. 3)"));
     clickNode(window, "R");
     EXPECT_EQ(columnOf(*window.DriveInfo, 1)[1], "Aa\tline\r\nend\u202Eback");
 }
@@ -199,8 +198,7 @@ TEST_F(ExplorerTree, AClickOnTheFirstNodeShowsTheDisc) {
     clickNode(window, "R");
     EXPECT_TRUE(window.DriveInfo->isVisible());
     EXPECT_EQ(columnOf(*window.DriveInfo, 1)[1], "Games");
-    EXPECT_EQ(window.StatusBar1->panelText(1), "2 File(s)")
-        << "the panels still tell of the last listing";
+    EXPECT_EQ(window.StatusBar1->panelText(1), "2 File(s)") << "the panels still tell of the last listing";
 }
 
 TEST_F(ExplorerTree, ADoubleClickOnADirectoryShowsItsProperties) {
@@ -301,8 +299,7 @@ TEST_F(ExplorerTree, OrphansAndLoopsAreLeftOutWithoutAWord) {
     rig.catalogue.add(DirectoryRow{.number = "C1D1S9S9", .name = "Orphan"});
     rig.catalogue.add(DirectoryRow{.number = "C1D1S5", .name = "Loop", .parent = "C1D1S5"});
     rig.catalogue.add(DirectoryRow{.number = "C1D1S6", .name = "Fine"});
-    rig.catalogue.run(
-        "INSERT INTO Directories(\"drive id number\", \"Parent id\") VALUES (1, 'C1D1')");
+    rig.catalogue.run("INSERT INTO Directories(\"drive id number\", \"Parent id\") VALUES (1, 'C1D1')");
     EXMain& window = openGames();
     EXPECT_EQ(window.tvwdb->nodes().count(), 6);
     EXPECT_EQ(nodeOf(window, "C1D1S9S9"), 0);
@@ -315,8 +312,7 @@ TEST_F(ExplorerTree, NamesOfAnyCharactersAreShownOnOneLine) {
     rig.catalogue.add(DirectoryRow{.number = "C1D1S4", .name = ""});
     EXMain& window = openGames();
     EXPECT_THAT(childrenOf(window, "C1D1"), ElementsAre("", "DOCS", "Play", "tab here lineback"));
-    EXPECT_EQ(window.tvwdb->nodes().text(nodeOf(window, "C1D1S3")).toStdString(),
-              "tab\there\r\nline\u202Eback");
+    EXPECT_EQ(window.tvwdb->nodes().text(nodeOf(window, "C1D1S3")).toStdString(), "tab\there\r\nline\u202Eback");
 }
 
 TEST_F(ExplorerTree, AVeryDeepTreeEndsSomewhere) {
@@ -325,8 +321,8 @@ TEST_F(ExplorerTree, AVeryDeepTreeEndsSomewhere) {
         sql += "INSERT INTO Directories(\"drive id number\", \"Parent id\", \"id number\", "
                "\"directory name\") VALUES "
                "(1, '" +
-               (level == 1 ? std::string("C1D1") : "N" + std::to_string(level - 1)) + "', 'N" +
-               std::to_string(level) + "', 'x');";
+               (level == 1 ? std::string("C1D1") : "N" + std::to_string(level - 1)) + "', 'N" + std::to_string(level) +
+               "', 'x');";
     rig.catalogue.run("BEGIN;" + sql + "COMMIT;");
     EXMain& window = openGames();
     choose(window, "expand");

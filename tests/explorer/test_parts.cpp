@@ -49,8 +49,7 @@ protected:
         catalogue.addRoot(1);
         catalogue.addRoot(2);
         catalogue.add(DirectoryRow{.number = "C1D1S1", .name = "docs", .size = 512});
-        catalogue.add(
-            FileRow{.directory = "C1D1S1", .name = "a.txt", .extension = ".txt", .size = 512.0});
+        catalogue.add(FileRow{.directory = "C1D1S1", .name = "a.txt", .extension = ".txt", .size = 512.0});
         window = new BareWindow;
         window->Load();
     }
@@ -75,9 +74,9 @@ public:
 class DiscTreeAlone : public PartsTest {
 protected:
     NotedRightSide right;
-    DiscTree tree{{*window, *window->discs, *window->sorter, *window->number, *window->path,
-                   *window->tree, *window->progress},
-                  right};
+    DiscTree tree{
+        {*window, *window->discs, *window->sorter, *window->number, *window->path, *window->tree, *window->progress},
+        right};
 };
 
 class ListingAlone : public PartsTest {
@@ -103,8 +102,8 @@ protected:
     db::DataSource discs;
     db::DataSource directories;
     std::string chosen = "2";
-    Listing listing{{*window->tree, *window->path, *window->rows, *window->discFacts,
-                     *window->directoryFacts, *window->statusBar, *window->progress},
+    Listing listing{{*window->tree, *window->path, *window->rows, *window->discFacts, *window->directoryFacts,
+                     *window->statusBar, *window->progress},
                     {discs, directories},
                     [this] { return chosen; }};
 };
@@ -120,10 +119,10 @@ protected:
         for (const explorer::OrderKey& key : explorer::orderKeys())
             for (const char* name : {key.menuItem, key.popUpItem})
                 add(name);
-        for (const char* name : {"AscendingOrder", "lascorder", "DescendingOrder", "ldescorder",
-                                 "listviewFileView", "lfile", "listviewInfoView", "linfo",
-                                 "listviewLargeIcons", "llarge", "listviewSmallIcons", "lsmall",
-                                 "listviewListView", "llist", "listviewDetails", "ldetails"})
+        for (const char* name :
+             {"AscendingOrder", "lascorder", "DescendingOrder", "ldescorder", "listviewFileView", "lfile",
+              "listviewInfoView", "linfo", "listviewLargeIcons", "llarge", "listviewSmallIcons", "lsmall",
+              "listviewListView", "llist", "listviewDetails", "ldetails"})
             add(name);
         menus->build({kit::menu("All", "All", std::move(lines))}, *window);
     }
@@ -133,14 +132,11 @@ protected:
     kit::MenuBar* menus = new kit::MenuBar(window);
     kit::Toolbar* toolbar = new kit::Toolbar(window);
     NotedRightSide right;
-    DiscTree tree{{*window, *window->discs, *window->sorter, *window->number, *window->path,
-                   *window->tree, *window->progress},
-                  right};
+    DiscTree tree{
+        {*window, *window->discs, *window->sorter, *window->number, *window->path, *window->tree, *window->progress},
+        right};
     explorer::Commands commands{
-        {*window, *menus, *toolbar, *window->discs, *window->tree, *window->rows},
-        {discs, directories},
-        tree,
-        listing};
+        {*window, *menus, *toolbar, *window->discs, *window->tree, *window->rows}, {discs, directories}, tree, listing};
 };
 
 } // namespace

@@ -60,8 +60,7 @@ void TestCatalogue::addDisc(int64_t number, const db::Value& name, Fields furthe
     add("Drive", further);
 }
 
-void TestCatalogue::addDirectory(const std::string& number, const std::string& name,
-                                 Fields further) const {
+void TestCatalogue::addDirectory(const std::string& number, const std::string& name, Fields further) const {
     further.insert(further.begin(), {{"id number", number},
                                      {"drive id number", int64_t{1}},
                                      {"directory name", name},
@@ -69,8 +68,7 @@ void TestCatalogue::addDirectory(const std::string& number, const std::string& n
     add("Directories", further);
 }
 
-int64_t TestCatalogue::addFile(const std::string& directory, const db::Value& name,
-                               Fields further) const {
+int64_t TestCatalogue::addFile(const std::string& directory, const db::Value& name, Fields further) const {
     further.insert(further.begin(), {{"directory number", directory}, {"file name", name}});
     add("Files", further);
     const auto rows = db::DBEngine::OpenDatabase(path())->OpenRecordset("Files");
@@ -78,8 +76,7 @@ int64_t TestCatalogue::addFile(const std::string& directory, const db::Value& na
     return rows->RowNumber();
 }
 
-db::Value TestCatalogue::stored(std::string_view table, const std::string& condition,
-                                std::string_view field) const {
+db::Value TestCatalogue::stored(std::string_view table, const std::string& condition, std::string_view field) const {
     const auto rows = db::DBEngine::OpenDatabase(path())->OpenRecordset(table);
     rows->FindFirst(condition);
     if (rows->NoMatch())

@@ -39,14 +39,12 @@ public:
     void add(std::string_view table, const Fields& fields) const;
     void addDisc(int64_t number, const db::Value& name, Fields further = {}) const;
     // A directory below the root of disc 1.
-    void addDirectory(const std::string& number, const std::string& name,
-                      Fields further = {}) const;
+    void addDirectory(const std::string& number, const std::string& name, Fields further = {}) const;
     // A file; returns its number.
     int64_t addFile(const std::string& directory, const db::Value& name, Fields further = {}) const;
 
     // A field of the row that the condition finds, as another program would read it.
-    db::Value stored(std::string_view table, const std::string& condition,
-                     std::string_view field) const;
+    db::Value stored(std::string_view table, const std::string& condition, std::string_view field) const;
     // Every row of every table.
     std::vector<std::string> everything() const;
 

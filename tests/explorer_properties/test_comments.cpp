@@ -9,9 +9,7 @@ namespace {
 
 class Comments : public PropertiesTest {
 protected:
-    db::Value ofDirectory() const {
-        return catalogue.stored("Directories", "[id number] like 'C1D1S1'", "comments");
-    }
+    db::Value ofDirectory() const { return catalogue.stored("Directories", "[id number] like 'C1D1S1'", "comments"); }
     db::Value ofFile() const { return catalogue.stored("Files", "[id number] = 1", "comments"); }
 };
 

@@ -186,17 +186,15 @@ using FileForm = PropertiesTest;
 TEST_F(DiscForm, TabGoesFromTopToBottom) {
     auto& form = open<EXCDROM>();
     EXPECT_THAT(tabOrder(form),
-                ElementsAre("lblFields(0)", "lblFields(1)", "SSTab1", "lblFields(2)",
-                            "lblFields(3)", "lblFields(4)", "lblFields(5)", "lblFields(6)", "Text2",
-                            "Text1", "Text3", "Command1", "Command2"));
+                ElementsAre("lblFields(0)", "lblFields(1)", "SSTab1", "lblFields(2)", "lblFields(3)", "lblFields(4)",
+                            "lblFields(5)", "lblFields(6)", "Text2", "Text1", "Text3", "Command1", "Command2"));
 }
 
 TEST_F(DirectoryForm, TabGoesFromTopToBottom) {
     auto& form = open<EXDir>();
-    EXPECT_THAT(tabOrder(form),
-                ElementsAre("lblFields(0)", "lblFields(1)", "lblFields(2)", "SSTab1",
-                            "lblFields(3)", "lblFields(4)", "lblFields(5)", "lblFields(6)",
-                            "lblFields(7)", "lblFields(8)", "Text1", "Command1", "Command2"));
+    EXPECT_THAT(tabOrder(form), ElementsAre("lblFields(0)", "lblFields(1)", "lblFields(2)", "SSTab1", "lblFields(3)",
+                                            "lblFields(4)", "lblFields(5)", "lblFields(6)", "lblFields(7)",
+                                            "lblFields(8)", "Text1", "Command1", "Command2"));
 }
 
 TEST_F(FileForm, TabGoesFromTopToBottom) {

@@ -48,8 +48,7 @@ public:
     explicit WithoutRights(const TestCatalogue& catalogue) {
         using enum std::filesystem::perms;
         const auto reading = owner_read | group_read | others_read;
-        std::filesystem::permissions(catalogue.folder(),
-                                     reading | owner_exec | group_exec | others_exec);
+        std::filesystem::permissions(catalogue.folder(), reading | owner_exec | group_exec | others_exec);
         std::filesystem::permissions(catalogue.path(), reading);
         if (m_root) {
             EXPECT_EQ(::seteuid(65534), 0);
@@ -59,8 +58,7 @@ public:
         if (m_root) {
             EXPECT_EQ(::seteuid(0), 0);
         }
-        std::filesystem::permissions(app::Module1::ApplicationPath,
-                                     std::filesystem::perms::owner_all);
+        std::filesystem::permissions(app::Module1::ApplicationPath, std::filesystem::perms::owner_all);
     }
     WithoutRights(const WithoutRights&) = delete;
     WithoutRights& operator=(const WithoutRights&) = delete;
@@ -100,8 +98,7 @@ protected:
         const auto check = [&script, number](const kit::Question& question) {
             if (question.icon != kit::Icon::Critical)
                 return script(question);
-            const QString expected =
-                QString("Run-time error %1:\n\n").arg(static_cast<int>(number));
+            const QString expected = QString("Run-time error %1:\n\n").arg(static_cast<int>(number));
             EXPECT_TRUE(question.text.startsWith(expected)) << question.text.toStdString();
             EXPECT_EQ(question.title, "discaro-test");
             return kit::Answer::Ok;
@@ -135,9 +132,7 @@ TEST_F(Hostile, ADiscOfNullsShowsNothingAndKeepsItsNulls) {
     EXPECT_EQ(form.OpeningName, "");
     type(*form.Text2, "note");
     click(*form.Command1);
-    const auto disc = [this](const char* field) {
-        return catalogue.stored("Drive", "[id number] = 9", field);
-    };
+    const auto disc = [this](const char* field) { return catalogue.stored("Drive", "[id number] = 9", field); };
     EXPECT_EQ(disc("comments"), text("note"));
     EXPECT_EQ(disc("prefered name"), kNull);
     EXPECT_EQ(disc("autorun"), kNull);
@@ -184,8 +179,7 @@ TEST_F(Hostile, AHugeCommentOpensAndIsOnlyAddedTo) {
     auto& form = open<EXDir>();
     type(*form.Text1, "end");
     click(*form.Command1);
-    EXPECT_EQ(catalogue.stored("Directories", "[id number] like 'C1D1S2'", "comments"),
-              db::Value(huge + "end"));
+    EXPECT_EQ(catalogue.stored("Directories", "[id number] like 'C1D1S2'", "comments"), db::Value(huge + "end"));
 }
 
 TEST_F(Hostile, AnAutorunFileOfOneEndlessWordOpens) {
@@ -288,8 +282,7 @@ TEST_F(Hostile, EmptyTablesOpenEmptyWindows) {
 
 TEST_F(Hostile, ADirectoryThatIsDeletedWhileItsWindowIsOpenEndsTheProgram) {
     auto& form = open<EXDir>();
-    db::DBEngine::OpenDatabase(catalogue.path())
-        ->Execute("delete * from Directories where [id number] like 'C1D1S1'");
+    db::DBEngine::OpenDatabase(catalogue.path())->Execute("delete * from Directories where [id number] like 'C1D1S1'");
     const auto before = catalogue.everything();
     type(*form.Text1, "note");
     EXPECT_EQ(endOfClick(*form.Command1, ErrorNumber::RecordGone), 1);
@@ -344,8 +337,7 @@ TEST_F(Hostile, AnOverwrittenCatalogueEndsTheProgramWhenItIsWrittenAndStaysAsItI
     auto& form = open<EXDir>();
     type(*form.Text1, "note");
     const std::string left = putInPlace([this](const auto& other) {
-        std::filesystem::copy_file(other, catalogue.path(),
-                                   std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::copy_file(other, catalogue.path(), std::filesystem::copy_options::overwrite_existing);
     });
     EXPECT_EQ(endOfClick(*form.Command1, ErrorNumber::CatalogueReplaced), 1);
     EXPECT_TRUE(bytesOf(catalogue.path()) == left);

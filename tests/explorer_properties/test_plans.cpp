@@ -17,14 +17,12 @@ using testing::Not;
 namespace {
 
 // How the storage engine finds the row of a properties window.
-std::string plan(const TestCatalogue& catalogue, std::string_view table,
-                 const std::string& number) {
+std::string plan(const TestCatalogue& catalogue, std::string_view table, const std::string& number) {
     static const db::Schema schema = catalogue::catalogueSchema();
-    const db::Query query =
-        db::parseCriterion(catalogue::rowCondition(number), *schema.find(table));
+    const db::Query query = db::parseCriterion(catalogue::rowCondition(number), *schema.find(table));
     db::Connection connection(catalogue.path().string(), db::Connection::Mode::ReadOnly);
-    return queryPlan(connection, "SELECT * FROM " + db::quotedName(query.table->name) + " WHERE " +
-                                     query.where + " ORDER BY rowid LIMIT 1");
+    return queryPlan(connection, "SELECT * FROM " + db::quotedName(query.table->name) + " WHERE " + query.where +
+                                     " ORDER BY rowid LIMIT 1");
 }
 
 } // namespace

@@ -25,8 +25,7 @@ protected:
         discs->FindFirst("[id number] like '2'");
     }
 
-    NameVerdict judge(const std::string& wanted, const std::string& opening = "disc 2",
-                      const std::string& disc = "2") {
+    NameVerdict judge(const std::string& wanted, const std::string& opening = "disc 2", const std::string& disc = "2") {
         return judgeName(*discs, {disc, opening, wanted}, [this](const std::string& message) {
             messages.push_back(message);
             stoodOn.push_back((*discs)("id number").Text());
@@ -66,10 +65,8 @@ TEST_F(JudgedName, ANameOfItsOwnIsFree) {
 
 TEST_F(JudgedName, ANameOfALaterDiscIsTaken) {
     EXPECT_EQ(judge("disc 4"), NameVerdict::Taken);
-    EXPECT_THAT(
-        messages,
-        ElementsAre("This Preferred name was used once before for CD-ROM number  '4' which has "
-                    "'VOLUME 4' as its Volume label. Please choose another name."));
+    EXPECT_THAT(messages, ElementsAre("This Preferred name was used once before for CD-ROM number  '4' which has "
+                                      "'VOLUME 4' as its Volume label. Please choose another name."));
     EXPECT_THAT(stoodOn, ElementsAre("4"));
     EXPECT_EQ(current(), "2");
 }
@@ -108,10 +105,8 @@ TEST_F(JudgedName, ADiscWithoutANameHasNone) {
 TEST_F(JudgedName, WhatTheHolderDoesNotHaveIsEmptyInTheMessage) {
     catalogue.addDisc(5, text("five"));
     EXPECT_EQ(judge("five"), NameVerdict::Taken);
-    EXPECT_THAT(
-        messages,
-        ElementsAre("This Preferred name was used once before for CD-ROM number  '5' which has "
-                    "'' as its Volume label. Please choose another name."));
+    EXPECT_THAT(messages, ElementsAre("This Preferred name was used once before for CD-ROM number  '5' which has "
+                                      "'' as its Volume label. Please choose another name."));
 }
 
 TEST_F(JudgedName, TheLastDiscHasNoLaterOnes) {

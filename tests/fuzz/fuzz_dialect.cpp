@@ -26,8 +26,7 @@ const db::Schema& schema() {
            {"file size", FieldType::Double},
            {"Comments", FieldType::LongText}}},
          {"Prog Tag", {{"id number", FieldType::Integer}, {"CD number", FieldType::Integer}}},
-         {"Master Table",
-          {{"encryption", FieldType::Boolean}, {"last compact", FieldType::Date}}}}};
+         {"Master Table", {{"encryption", FieldType::Boolean}, {"last compact", FieldType::Date}}}}};
     return kSchema;
 }
 
@@ -36,15 +35,14 @@ sqlite3* openConnection() {
     sqlite3_open(":memory:", &connection);
     db::registerLikeFunction(connection);
     db::registerOrderFunction(connection);
-    sqlite3_exec(
-        connection,
-        R"(CREATE TABLE Files ("directory number" TEXT COLLATE NOCASE, "id number" INTEGER PRIMARY KEY,
+    sqlite3_exec(connection,
+                 R"(CREATE TABLE Files ("directory number" TEXT COLLATE NOCASE, "id number" INTEGER PRIMARY KEY,
                         "file name" TEXT COLLATE NOCASE, "file size" REAL, "Comments" TEXT COLLATE NOCASE);
                     CREATE INDEX Names ON Files ("file name");
                     CREATE TABLE "Prog Tag" ("id number" INTEGER PRIMARY KEY, "CD number" INTEGER);
                     CREATE TABLE "Master Table" ("encryption" INTEGER, "last compact" TEXT COLLATE NOCASE);
                     INSERT INTO Files VALUES ('C1D1', 1, 'readme', 2.5, NULL);)",
-        nullptr, nullptr, nullptr);
+                 nullptr, nullptr, nullptr);
     return connection;
 }
 
@@ -79,8 +77,8 @@ void check(const db::Query& query) {
     require(writes == (query.kind == db::Query::Kind::Delete));
     for (size_t at = 0; at < query.bindings.size(); ++at)
         if (const auto* text = std::get_if<std::string>(&query.bindings[at]))
-            sqlite3_bind_text(statement, static_cast<int>(at) + 1, text->data(),
-                              static_cast<int>(text->size()), SQLITE_STATIC);
+            sqlite3_bind_text(statement, static_cast<int>(at) + 1, text->data(), static_cast<int>(text->size()),
+                              SQLITE_STATIC);
     if (!writes)
         sqlite3_step(statement);
     sqlite3_finalize(statement);

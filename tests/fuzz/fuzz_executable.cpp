@@ -44,9 +44,8 @@ void require(bool holds) {
 }
 
 void requireSound(const disc::VersionTexts& texts) {
-    for (const auto* text :
-         {&texts.companyName, &texts.fileDescription, &texts.legalCopyright, &texts.productName,
-          &texts.productVersion, &texts.internalName, &texts.originalFileName}) {
+    for (const auto* text : {&texts.companyName, &texts.fileDescription, &texts.legalCopyright, &texts.productName,
+                             &texts.productVersion, &texts.internalName, &texts.originalFileName}) {
         require(base::isValidUtf8(*text));
         require(text->find('\0') == std::string::npos && !text->ends_with(' '));
     }

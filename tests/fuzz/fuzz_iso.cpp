@@ -70,8 +70,7 @@ void checkName(const std::string& name) {
 
 void readEnds(const disc::ByteSource& file) {
     std::array<std::byte, 5000> piece;
-    for (const uint64_t offset :
-         {uint64_t{0}, file.size() / 2, file.size() - std::min<uint64_t>(file.size(), 99)})
+    for (const uint64_t offset : {uint64_t{0}, file.size() / 2, file.size() - std::min<uint64_t>(file.size(), 99)})
         base::skipErrors([&] { require(file.read(offset, piece) <= piece.size()); });
     require(file.read(file.size(), piece) == 0);
 }
@@ -119,10 +118,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         disc::parseCueSheet(disc::textOf(bytes));
         return 0;
     }
-    auto image =
-        data[0] == 0 ? assembled(bytes) : std::vector<std::byte>(bytes.begin(), bytes.end());
-    base::skipErrors([&] {
-        walk(*disc::openMedium(disc::recogniseImage(std::make_shared<Memory>(std::move(image)))));
-    });
+    auto image = data[0] == 0 ? assembled(bytes) : std::vector<std::byte>(bytes.begin(), bytes.end());
+    base::skipErrors(
+        [&] { walk(*disc::openMedium(disc::recogniseImage(std::make_shared<Memory>(std::move(image))))); });
     return 0;
 }

@@ -5,20 +5,14 @@ namespace discaro::test {
 using kit::control;
 
 const kit::FormTable<SampleForm> SampleForm::kTable{
-    control(&SampleForm::Label1, "Label1")
-        .at(10, 10, 100, 20)
-        .text("&Name :")
-        .labels(&SampleForm::Text1),
+    control(&SampleForm::Label1, "Label1").at(10, 10, 100, 20).text("&Name :").labels(&SampleForm::Text1),
     control(&SampleForm::Text1, "Text1")
         .at(110, 10, 180, 24)
         .tip("Any <b>name</b>")
         .onChange(&SampleForm::Text1_Change)
         .when(&kit::TextBox::Enter, &SampleForm::Text1_Enter),
     control(&SampleForm::Text2, "Text2", 4).at(10, 40, 280, 60).multiLine().says("Remarks"),
-    control(&SampleForm::Command1, "Command1", 0)
-        .at(10, 110, 90, 28)
-        .text("&OK")
-        .onClick(&SampleForm::Command1_Click),
+    control(&SampleForm::Command1, "Command1", 0).at(10, 110, 90, 28).text("&OK").onClick(&SampleForm::Command1_Click),
     control(&SampleForm::Command1, "Command1", 3)
         .at(110, 110, 90, 28)
         .text("_")
@@ -30,10 +24,7 @@ const kit::FormTable<SampleForm> SampleForm::kTable{
         .ticked()
         .onClick(&SampleForm::Check1_Click),
     control(&SampleForm::Option1, "Option1").at(10, 170, 120, 22).text("One").ticked(),
-    control(&SampleForm::Option2, "Option2")
-        .at(140, 170, 120, 22)
-        .text("Two")
-        .onClick(&SampleForm::Option2_Click),
+    control(&SampleForm::Option2, "Option2").at(140, 170, 120, 22).text("Two").onClick(&SampleForm::Option2_Click),
     control(&SampleForm::Combo1, "Combo1")
         .at(10, 200, 120, 24)
         .says("Comparison")
@@ -43,21 +34,13 @@ const kit::FormTable<SampleForm> SampleForm::kTable{
         .onClick(&SampleForm::Combo1_Click)
         .onChange(&SampleForm::Combo1_Change),
     control(&SampleForm::Picture1, "Picture1").at(10, 230, 280, 40),
-    control(&SampleForm::Label2, "Label2")
-        .at(5, 5, 100, 20)
-        .in(&SampleForm::Picture1)
-        .text("inside")
-        .disabled(),
+    control(&SampleForm::Label2, "Label2").at(5, 5, 100, 20).in(&SampleForm::Picture1).text("inside").disabled(),
     control(&SampleForm::Frame1, "Frame1").at(10, 270, 280, 40).text("Framed").hidden(),
     control(&SampleForm::SSTab1, "SSTab1")
         .at(10, 310, 280, 80)
         .pages({"First", "Second"})
         .onChange(&SampleForm::SSTab1_Change),
-    control(&SampleForm::Label3, "Label3")
-        .at(5, 5, 100, 20)
-        .in(&SampleForm::SSTab1, 1)
-        .text("on a page")
-        .bold(),
+    control(&SampleForm::Label3, "Label3").at(5, 5, 100, 20).in(&SampleForm::SSTab1, 1).text("on a page").bold(),
     control(&SampleForm::ProgressBar1, "ProgressBar1").at(10, 395, 280, 16).says("Progress"),
     control(&SampleForm::Image1, "Image1")
         .at(300, 10, 64, 64)

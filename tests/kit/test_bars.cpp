@@ -77,14 +77,12 @@ TEST_F(ToolbarTest, TheKeyboardGoesFromButtonToButtonAndBack) {
     m_toolbar.setFocus(Qt::TabFocusReason);
     EXPECT_EQ(m_window.focusWidget(), &m_toolbar.button("One"));
     QTest::keyClick(m_window.focusWidget(), Qt::Key_Right);
-    EXPECT_EQ(m_window.focusWidget(), &m_toolbar.button("Three"))
-        << "a disabled one is passed over";
+    EXPECT_EQ(m_window.focusWidget(), &m_toolbar.button("Three")) << "a disabled one is passed over";
     QTest::keyClick(m_window.focusWidget(), Qt::Key_Left);
     QTest::keyClick(m_window.focusWidget(), Qt::Key_Left);
     EXPECT_EQ(m_window.focusWidget(), &m_toolbar.button("Four"));
     QWidget* whenClicked = nullptr;
-    QObject::connect(&m_toolbar, &Toolbar::ButtonClick,
-                     [&] { whenClicked = m_window.focusWidget(); });
+    QObject::connect(&m_toolbar, &Toolbar::ButtonClick, [&] { whenClicked = m_window.focusWidget(); });
     QTest::keyClick(m_window.focusWidget(), Qt::Key_Return);
     EXPECT_EQ(clicks.size(), 1);
     EXPECT_EQ(whenClicked, &m_edit) << "as from a menu";
@@ -129,8 +127,7 @@ TEST_F(ToolbarTest, TheLayoutHasEachKnownButtonOnce) {
 TEST_F(ToolbarTest, ButtonsKeepInsideTheToolbar) {
     m_toolbar.resize(60, 28);
     for (const QString& key : m_toolbar.arrangement().filter(QRegularExpression("[A-Z]")))
-        EXPECT_TRUE(m_toolbar.rect().contains(m_toolbar.button(key).geometry()))
-            << key.toStdString();
+        EXPECT_TRUE(m_toolbar.rect().contains(m_toolbar.button(key).geometry())) << key.toStdString();
 }
 
 TEST_F(ToolbarTest, TheLayoutIsKeptInTheUsersSettings) {
@@ -141,8 +138,7 @@ TEST_F(ToolbarTest, TheLayoutIsKeptInTheUsersSettings) {
     EXPECT_FALSE(m_toolbar.RestoreToolbar("3", kSubkey, "Layout"));
     EXPECT_TRUE(m_toolbar.RestoreToolbar("2", kSubkey, "Layout"));
     EXPECT_EQ(m_toolbar.arrangement(), (QStringList{"Four", "-", "One"}));
-    EXPECT_EQ(QSettings("Maker", "Program").value("Layout/2").toStringList(),
-              m_toolbar.arrangement());
+    EXPECT_EQ(QSettings("Maker", "Program").value("Layout/2").toStringList(), m_toolbar.arrangement());
 }
 
 TEST_F(ToolbarTest, ALayoutWithoutButtonsIsALayout) {
@@ -200,9 +196,7 @@ TEST_F(ToolbarTest, TheDialogClosesByEscape) {
 TEST(StatusBar, AutomaticPanelsShareWhatIsLeft) {
     StatusBar bar;
     bar.resize(300, 20);
-    bar.setPanels({{.width = 100, .spoken = {}},
-                   {.autoSize = true, .spoken = {}},
-                   {.autoSize = true, .spoken = {}}});
+    bar.setPanels({{.width = 100, .spoken = {}}, {.autoSize = true, .spoken = {}}, {.autoSize = true, .spoken = {}}});
     EXPECT_EQ(bar.panelPlace(1), QRect(0, 0, 100, 20));
     EXPECT_EQ(bar.panelPlace(3), QRect(200, 0, 100, 20));
     bar.setAutoSize(3, false);
@@ -227,9 +221,7 @@ TEST(StatusBar, PanelsHaveTexts) {
 TEST(MenuBar, IsMadeFromItsLines) {
     test::SampleForm window;
     std::vector<std::string> ran;
-    const auto noted = [&ran](const char* what) {
-        return [&ran, what](Form&) { ran.emplace_back(what); };
-    };
+    const auto noted = [&ran](const char* what) { return [&ran, what](Form&) { ran.emplace_back(what); }; };
     MenuBar bar(&window);
     bar.build({menu("File", "&File",
                     {item("fileOpen", "&Open", noted("open")),
@@ -255,12 +247,11 @@ TEST(MenuBar, IsMadeFromItsLines) {
 TEST(MenuBar, ChoicesThatStandTogetherExcludeEachOther) {
     test::SampleForm window;
     MenuBar bar(&window);
-    bar.build({menu("View", "&View",
-                    {item("large", "&Large", [](Form&) {}).mark(true),
-                     item("small", "&Small", [](Form&) {}).mark(),
-                     item("up", "&Up", [](Form&) {}).mark(true).separated(),
-                     item("down", "&Down", [](Form&) {}).mark()})},
-              window);
+    bar.build(
+        {menu("View", "&View",
+              {item("large", "&Large", [](Form&) {}).mark(true), item("small", "&Small", [](Form&) {}).mark(),
+               item("up", "&Up", [](Form&) {}).mark(true).separated(), item("down", "&Down", [](Form&) {}).mark()})},
+        window);
     bar.item("small").trigger();
     bar.item("small").trigger();
     EXPECT_TRUE(bar.isMarked("small")) << "chosen again it stays";
@@ -275,8 +266,7 @@ TEST(MenuBar, ItemsOfAnUnloadedWindowRest) {
     window->Load();
     auto* bar = new MenuBar(window);
     int ran = 0;
-    bar->build({menu("File", "&File", {item("fileOpen", "&Open", [&ran](Form&) { ++ran; })})},
-               *window);
+    bar->build({menu("File", "&File", {item("fileOpen", "&Open", [&ran](Form&) { ++ran; })})}, *window);
     bar->item("fileOpen").trigger();
     window->Unload();
     bar->item("fileOpen").trigger();
@@ -302,14 +292,11 @@ TEST(ImageList, DrawsEachSizeAndDensity) {
 
 TEST(ImageList, DisabledPicturesArePaleAndGrey) {
     const QImage plain = pictureIcon(":/pictures/kinds/folder.svg").pixmap(32, 32).toImage();
-    const QImage grey =
-        pictureIcon(":/pictures/kinds/folder.svg").pixmap(QSize(32, 32), QIcon::Disabled).toImage();
+    const QImage grey = pictureIcon(":/pictures/kinds/folder.svg").pixmap(QSize(32, 32), QIcon::Disabled).toImage();
     EXPECT_NE(plain, grey);
     for (int y = 0; y < grey.height(); ++y)
         for (int x = 0; x < grey.width(); ++x)
-            EXPECT_EQ(grey.pixelColor(x, y).hsvSaturation() > 40 &&
-                          grey.pixelColor(x, y).alpha() > 40,
-                      false);
+            EXPECT_EQ(grey.pixelColor(x, y).hsvSaturation() > 40 && grey.pixelColor(x, y).alpha() > 40, false);
 }
 
 TEST(ElidedLabel, KeepsItsWholeText) {

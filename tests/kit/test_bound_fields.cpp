@@ -162,8 +162,7 @@ TEST_F(BoundFields, TellOfTheMoveThenOfTheChangesThenThatAllIsShown) {
     QObject::connect(&m_fields, &kit::BoundFields::Reposition,
                      [&] { heard.push_back("moved, still " + utf8(m_line.text())); });
     QObject::connect(&m_fields, &kit::BoundFields::RowShown, [&] { heard.emplace_back("shown"); });
-    QObject::connect(&m_line, &kit::TextBox::Change,
-                     [&] { heard.push_back("line, beside " + utf8(m_area.text())); });
+    QObject::connect(&m_line, &kit::TextBox::Change, [&] { heard.push_back("line, beside " + utf8(m_area.text())); });
     QObject::connect(&m_area, &kit::TextBox::Change, [&] { heard.emplace_back("area"); });
     rows().MoveNext();
     EXPECT_THAT(heard, ElementsAre("moved, still first", "line, beside two", "area", "shown"));
@@ -194,8 +193,7 @@ TEST_F(BoundFields, AnErrorWhileReadingLeavesTheControlsAsTheyWere) {
     m_fields.bind(m_line, "short text");
     m_fields.bind(m_area, "no such field");
     m_line.setText("before");
-    EXPECT_EQ(errorOf([&] { m_fields.attach(m_source); }),
-              static_cast<int>(ErrorNumber::UnknownField));
+    EXPECT_EQ(errorOf([&] { m_fields.attach(m_source); }), static_cast<int>(ErrorNumber::UnknownField));
     EXPECT_EQ(m_line.text(), "before");
 }
 
@@ -312,8 +310,7 @@ TEST_F(BoundFields, ALabelThatTheProgramChangesIsWrittenToo) {
 TEST_F(BoundFields, ALabelRaisesChangeWhenAnotherTextIsShown) {
     store("flag", false);
     std::vector<QString> heard;
-    QObject::connect(&m_label, &kit::Label::Change,
-                     [&] { heard.push_back(m_label.text() + m_line.text()); });
+    QObject::connect(&m_label, &kit::Label::Change, [&] { heard.push_back(m_label.text() + m_line.text()); });
     m_fields.bind(m_label, "flag");
     m_fields.bind(m_line, "short text");
     m_fields.attach(m_source);
@@ -351,8 +348,7 @@ TEST_F(BoundFields, SavingWithoutARowSaysSo) {
     rows().MoveLast();
     rows().MoveNext();
     m_line.setText("typed");
-    EXPECT_EQ(errorOf([&] { m_source.UpdateRecord(); }),
-              static_cast<int>(ErrorNumber::NoCurrentRecord));
+    EXPECT_EQ(errorOf([&] { m_source.UpdateRecord(); }), static_cast<int>(ErrorNumber::NoCurrentRecord));
 }
 
 TEST_F(BoundFields, ATextIsGivenAsItIsStoredUntilTheControlIsTouched) {
@@ -362,8 +358,7 @@ TEST_F(BoundFields, ATextIsGivenAsItIsStoredUntilTheControlIsTouched) {
     EXPECT_EQ(m_fields.text(m_line), "one line\nand another");
     m_line.setText("one");
     EXPECT_EQ(m_fields.text(m_line), "one");
-    EXPECT_EQ(errorOf([&] { (void)m_fields.text(m_label); }),
-              static_cast<int>(ErrorNumber::InvalidValue));
+    EXPECT_EQ(errorOf([&] { (void)m_fields.text(m_label); }), static_cast<int>(ErrorNumber::InvalidValue));
 }
 
 // Holding
@@ -405,8 +400,7 @@ TEST_F(BoundFields, AnEditLeavesTheRestOfTheTextAsItIsStored) {
 }
 
 TEST_F(BoundFields, OddCharactersSurviveAnEditBesideThem) {
-    const std::string odd("\t\0\xE2\x80\xA8\xE2\x80\xA9\xC2\xA0\xEF\xB7\x90\x01\r\xF0\x9F\x98\x80",
-                          19);
+    const std::string odd("\t\0\xE2\x80\xA8\xE2\x80\xA9\xC2\xA0\xEF\xB7\x90\x01\r\xF0\x9F\x98\x80", 19);
     store("long text", "a" + odd + "b");
     attach();
     editor().moveCursor(QTextCursor::End);

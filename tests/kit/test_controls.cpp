@@ -154,9 +154,7 @@ TEST_F(Controls, ChoosingTheSameItemOfAComboAgainClicksOnly) {
 TEST_F(Controls, AnEndlessWordIsBrokenAnywhere) {
     kit::TextBox box;
     box.setMultiLine();
-    const auto wrapping = [&box] {
-        return static_cast<const QPlainTextEdit&>(box.editor()).wordWrapMode();
-    };
+    const auto wrapping = [&box] { return static_cast<const QPlainTextEdit&>(box.editor()).wordWrapMode(); };
     box.setText("a few words");
     EXPECT_EQ(wrapping(), QTextOption::WrapAtWordBoundaryOrAnywhere);
     box.setText(QString(1'000'000, u'x'));
@@ -185,8 +183,8 @@ TEST_F(Controls, AComboShowsALineAndKeepsItsWholeText) {
 TEST_F(Controls, TheWheelTurnsAComboOnlyWithTheFocus) {
     const auto turn = [this] {
         const QPointF at(5, 5);
-        QWheelEvent wheel(at, form->Combo1->mapToGlobal(at), QPoint(), QPoint(0, -120),
-                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QWheelEvent wheel(at, form->Combo1->mapToGlobal(at), QPoint(), QPoint(0, -120), Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
         QApplication::sendEvent(form->Combo1, &wheel);
         return form->Combo1->listIndex();
     };
@@ -367,8 +365,7 @@ TEST_F(Entry, ACaptionIsSaidWithoutItsMarks) {
     QWidget box(&window);
     caption.setBuddy(&box);
     caption.setText("&Preferred Name:");
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(&caption)->text(QAccessible::Name),
-              "Preferred Name");
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&caption)->text(QAccessible::Name), "Preferred Name");
 }
 
 TEST_F(Entry, AShadowIsNotSaid) {

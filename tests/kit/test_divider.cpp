@@ -25,8 +25,7 @@ protected:
         QObject::connect(&handle, &kit::Divider::DblClick, [this] { ++doubles; });
     }
     void moveTo(int x, Qt::MouseButtons held) {
-        QMouseEvent event(QEvent::MouseMove, QPoint(x, 10), handle.mapToGlobal(QPoint(x, 10)),
-                          Qt::NoButton, held, {});
+        QMouseEvent event(QEvent::MouseMove, QPoint(x, 10), handle.mapToGlobal(QPoint(x, 10)), Qt::NoButton, held, {});
         QApplication::sendEvent(&handle, &event);
     }
 
@@ -87,8 +86,7 @@ TEST_F(Divider, TheFocusComesByTabAndIsSeen) {
     QTest::keyClick(&line, Qt::Key_Tab);
     EXPECT_TRUE(handle.hasFocus());
     EXPECT_NE(handle.grab().toImage(), without);
-    EXPECT_EQ(handle.grab().toImage().pixelColor(0, 0),
-              handle.palette().color(QPalette::Highlight));
+    EXPECT_EQ(handle.grab().toImage().pixelColor(0, 0), handle.palette().color(QPalette::Highlight));
 }
 
 TEST_F(Divider, TheMouseMovingOnAfterADoubleClickDragsNothing) {

@@ -10,8 +10,7 @@ using ::testing::ElementsAre;
 
 TEST(DroppedFiles, AreTheLocalOnesInTheirOrder) {
     QMimeData data;
-    data.setUrls(
-        {QUrl("file:///discs/b.iso"), QUrl("http://localhost/c.iso"), QUrl("file:///discs/a.iso")});
+    data.setUrls({QUrl("file:///discs/b.iso"), QUrl("http://localhost/c.iso"), QUrl("file:///discs/a.iso")});
     EXPECT_THAT(kit::droppedFiles(data), ElementsAre("/discs/b.iso", "/discs/a.iso"));
     EXPECT_TRUE(kit::droppedFiles(QMimeData()).empty());
 }

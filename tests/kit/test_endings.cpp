@@ -47,8 +47,7 @@ TEST_F(Endings, AnErrorThatNoHandlerTakesIsReportedAndEndsTheProgram) {
 }
 
 TEST_F(Endings, AnErrorOfTheLanguagesLibraryIsReportedToo) {
-    script.expect("Run-time error:\n\nno such thing", kit::Buttons::Ok, kit::Icon::Critical,
-                  "discaro-test");
+    script.expect("Run-time error:\n\nno such thing", kit::Buttons::Ok, kit::Icon::Critical, "discaro-test");
     QCoreApplication::setApplicationName("discaro-test");
     form->onCommand = [] { throw std::out_of_range("no such thing"); };
     EXPECT_EQ(endOfClick(), 1);
@@ -62,16 +61,13 @@ TEST_F(Endings, AnErrorInAHandlerThatRunsDuringAYieldEndsTheProgramThere) {
     form->onCommand = [&] {
         if (form->heard.back() == "click 3")
             throw error;
-        passedOver =
-            base::skipErrors([&] { asHandler([this] { emit form->Command1(3).Click(); }); });
+        passedOver = base::skipErrors([&] { asHandler([this] { emit form->Command1(3).Click(); }); });
     };
     EXPECT_EQ(endOfClick(), 1);
 }
 
 TEST_F(Endings, AnErrorThatAHandlerPassesOverEndsNothing) {
-    form->onCommand = [] {
-        EXPECT_FALSE(base::skipErrors([] { throw RuntimeError(ErrorNumber::NoCurrentRecord); }));
-    };
+    form->onCommand = [] { EXPECT_FALSE(base::skipErrors([] { throw RuntimeError(ErrorNumber::NoCurrentRecord); })); };
     EXPECT_EQ(endOfClick(), -1);
 }
 

@@ -25,10 +25,7 @@ void sendClose(QWidget& window) {
 class SizableForm : public kit::Form {
 public:
     SizableForm()
-        : Form({.name = "SizableForm",
-                .caption = "",
-                .size = {200, 100},
-                .border = Border::Sizable}) {
+        : Form({.name = "SizableForm", .caption = "", .size = {200, 100}, .border = Border::Sizable}) {
         addControl(*inner, QRect(10, 10, 50, 20));
     }
 

@@ -62,8 +62,8 @@ TEST_F(FormTable, HidesAndDisablesAsDeclared) {
 }
 
 TEST_F(FormTable, TheTabKeyFollowsTheRows) {
-    EXPECT_THAT(tabOrder(*form), ElementsAre("Text1", "Text2(4)", "Command1(0)", "Command1(3)",
-                                             "Check1", "Option1", "Combo1", "SSTab1"));
+    EXPECT_THAT(tabOrder(*form), ElementsAre("Text1", "Text2(4)", "Command1(0)", "Command1(3)", "Check1", "Option1",
+                                             "Combo1", "SSTab1"));
 }
 
 TEST_F(FormTable, EveryReachableControlCanBeSaid) {

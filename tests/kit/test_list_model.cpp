@@ -14,11 +14,7 @@ using testing::ElementsAre;
 namespace {
 
 ListItem row(const char* text, std::vector<QString> subItems = {}) {
-    return {.key = {},
-            .text = QString::fromUtf8(text),
-            .icon = {},
-            .tag = {},
-            .subItems = std::move(subItems)};
+    return {.key = {}, .text = QString::fromUtf8(text), .icon = {}, .tag = {}, .subItems = std::move(subItems)};
 }
 
 std::vector<std::string> textsOf(const ListModel& model) {
@@ -72,8 +68,7 @@ TEST(ListModel, AccentedLettersStandWithTheirBaseLetter) {
     ListModel model;
     filled(model, {"zebra", "\u00C4rger", "b", "\u00e4hnlich", "Azur", "A\u0308hre"});
     model.setSorted(true);
-    EXPECT_THAT(textsOf(model),
-                ElementsAre("Azur", "\u00e4hnlich", "A\u0308hre", "\u00C4rger", "b", "zebra"));
+    EXPECT_THAT(textsOf(model), ElementsAre("Azur", "\u00e4hnlich", "A\u0308hre", "\u00C4rger", "b", "zebra"));
 }
 
 TEST(ListModel, RowsWithoutTheSortColumnComeFirstWhenAscending) {
@@ -143,8 +138,7 @@ TEST(ListModel, CellsShowOneLineOfPlainText) {
     EXPECT_EQ(model.index(0, 0).data(Qt::DisplayRole), "a b");
     EXPECT_EQ(model.index(0, 1).data(Qt::DisplayRole), "one two three four!");
     EXPECT_EQ(model.item(0).column(1), QString("one\r\ntwo\nthree\u2028four\u202E!"));
-    EXPECT_EQ(model.index(0, 1).data(Qt::TextAlignmentRole).toInt(),
-              int(Qt::AlignRight | Qt::AlignVCenter));
+    EXPECT_EQ(model.index(0, 1).data(Qt::TextAlignmentRole).toInt(), int(Qt::AlignRight | Qt::AlignVCenter));
     EXPECT_EQ(model.headerData(1, Qt::Horizontal, Qt::DisplayRole), "Value");
 }
 
@@ -172,8 +166,7 @@ TEST(ListModel, RowsAreSpokenWithTheColumnsThatAreSeen) {
 TEST(ListModel, NamesAreSpokenAsTheyAre) {
     ListModel model;
     for (const char* name : {"R&D", "two  blanks ", "colon:"})
-        EXPECT_EQ(filled(model, {name}).index(model.count() - 1, 0).data(Qt::AccessibleTextRole),
-                  name);
+        EXPECT_EQ(filled(model, {name}).index(model.count() - 1, 0).data(Qt::AccessibleTextRole), name);
 }
 
 TEST(ListModel, ColumnsThatAreNotSeenAreNoCells) {

@@ -36,8 +36,7 @@ protected:
             m_list.add({.key = {}, .text = text, .icon = {}, .tag = {}, .subItems = {"value"}});
         m_list.rows();
     }
-    void click(int place, Qt::MouseButton button = Qt::LeftButton,
-               Qt::KeyboardModifiers keys = {}) {
+    void click(int place, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers keys = {}) {
         QTest::mouseClick(m_list.shown().viewport(), button, keys, at(place));
     }
     // The colour behind a row, at its end.
@@ -61,14 +60,11 @@ protected:
         const QPoint from(edge - 1, 4);
         const QPoint to = from + QPoint(by, 0);
         QTest::mousePress(headers, Qt::LeftButton, {}, from);
-        QMouseEvent move(QEvent::MouseMove, to, headers->mapToGlobal(to), Qt::NoButton,
-                         Qt::LeftButton, {});
+        QMouseEvent move(QEvent::MouseMove, to, headers->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
         QApplication::sendEvent(headers, &move);
         QTest::mouseRelease(headers, Qt::LeftButton, {}, to);
     }
-    void key(Qt::Key which, Qt::KeyboardModifiers with = {}) {
-        QTest::keyClick(&m_list.shown(), which, with);
-    }
+    void key(Qt::Key which, Qt::KeyboardModifiers with = {}) { QTest::keyClick(&m_list.shown(), which, with); }
 
     ListView m_list;
 };
@@ -83,8 +79,7 @@ protected:
         QWidget* viewport = m_list.shown().viewport();
         QTest::mousePress(viewport, Qt::LeftButton, {}, from);
         for (const QPoint place : {(from + to) / 2, to}) {
-            QMouseEvent move(QEvent::MouseMove, place, viewport->mapToGlobal(place), Qt::NoButton,
-                             Qt::LeftButton, {});
+            QMouseEvent move(QEvent::MouseMove, place, viewport->mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
             QApplication::sendEvent(viewport, &move);
         }
         QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
@@ -165,15 +160,13 @@ TEST_F(ListViewTest, AddedRowsShowAtTheNextReturnToTheEventLoop) {
 TEST_F(ListViewTest, AClickIsToldWhenTheSelectionStands) {
     add({"a", "b", "c"});
     std::vector<std::vector<int>> selected;
-    QObject::connect(&m_list, &ListView::Click,
-                     [&] { selected.push_back(m_list.selectedPlaces()); });
+    QObject::connect(&m_list, &ListView::Click, [&] { selected.push_back(m_list.selectedPlaces()); });
     QSignalSpy items(&m_list, &ListView::ItemClick);
     click(1);
     click(2, Qt::LeftButton, Qt::ControlModifier);
     click(2, Qt::LeftButton, Qt::ControlModifier);
     QTest::mouseClick(m_list.shown().viewport(), Qt::LeftButton, {}, QPoint(20, 200));
-    EXPECT_THAT(selected,
-                ElementsAre(ElementsAre(1), ElementsAre(1, 2), ElementsAre(1), IsEmpty()));
+    EXPECT_THAT(selected, ElementsAre(ElementsAre(1), ElementsAre(1, 2), ElementsAre(1), IsEmpty()));
     EXPECT_EQ(items.size(), 3);
     EXPECT_EQ(m_list.selectedItem(), 2) << "the item that the keyboard is on";
 }
@@ -299,8 +292,8 @@ TEST_F(ListViewTest, TheMenuComesByRightButtonAndByKey) {
 TEST_F(ListViewTest, EveryLookHasTheSameRowsAndSelection) {
     add({"a", "b", "c"});
     m_list.select(2);
-    for (const auto view : {ListView::View::LargeIcons, ListView::View::SmallIcons,
-                            ListView::View::List, ListView::View::Report, ListView::View::List}) {
+    for (const auto view : {ListView::View::LargeIcons, ListView::View::SmallIcons, ListView::View::List,
+                            ListView::View::Report, ListView::View::List}) {
         m_list.setView(view);
         EXPECT_EQ(m_list.view(), view);
         EXPECT_EQ(m_list.selectedItem(), 2);
@@ -337,8 +330,7 @@ TEST_F(ListViewTest, BelowALargePictureThereIsRoomForTwoLines) {
 }
 
 TEST_F(ListViewTest, BelowALargePictureAWordBreaksWhereItHasTo) {
-    add({"AVeryLongNameOfAFile.txt", "short.txt",
-         "ANameThatIsMuchTooLongForTheRoomOfTwoLinesBelowAPicture.txt"});
+    add({"AVeryLongNameOfAFile.txt", "short.txt", "ANameThatIsMuchTooLongForTheRoomOfTwoLinesBelowAPicture.txt"});
     m_list.setView(ListView::View::LargeIcons);
     const ShownTexts shown(m_list);
     const QStringList lines = shown.of(0).split(QChar(QChar::LineSeparator));
@@ -362,8 +354,7 @@ TEST_F(ListViewTest, BesideASmallPictureANameHasTheRoomThatItNeeds) {
         add({"b", "c"});
         m_list.setView(view);
         const QRect place = m_list.shown().visualRect(m_list.rows().index(0, 0));
-        EXPECT_GT(place.width(), m_list.shown().iconSize().width() +
-                                     m_list.fontMetrics().horizontalAdvance(longName));
+        EXPECT_GT(place.width(), m_list.shown().iconSize().width() + m_list.fontMetrics().horizontalAdvance(longName));
         EXPECT_FALSE(place.intersects(m_list.shown().visualRect(m_list.rows().index(1, 0))));
     }
 }
@@ -374,9 +365,7 @@ TEST_F(ListViewTest, SmallIconsStandInColumnsThatFillTheWidth) {
         m_list.resize(width, 300);
         m_list.setView(ListView::View::Report);
         m_list.setView(ListView::View::SmallIcons);
-        const auto place = [this](int row) {
-            return m_list.shown().visualRect(m_list.rows().index(row, 0));
-        };
+        const auto place = [this](int row) { return m_list.shown().visualRect(m_list.rows().index(row, 0)); };
         const int column = place(0).width();
         EXPECT_EQ(place(1).width() % column, 0);
         int right = 0;
@@ -394,17 +383,15 @@ TEST_F(ListViewTest, ANameWiderThanTheListIsAsWideAsTheList) {
     add({"b"});
     for (const auto view : {ListView::View::SmallIcons, ListView::View::List}) {
         m_list.setView(view);
-        EXPECT_LE(m_list.shown().visualRect(m_list.rows().index(0, 0)).width(),
-                  m_list.shown().viewport()->width());
+        EXPECT_LE(m_list.shown().visualRect(m_list.rows().index(0, 0)).width(), m_list.shown().viewport()->width());
     }
 }
 
 TEST_F(ListViewTest, RowsFarDownComeIntoSightInEveryLook) {
     for (int row = 0; row < 2000; ++row)
-        m_list.add(
-            {.key = {}, .text = QString::number(row), .icon = {}, .tag = {}, .subItems = {}});
-    for (const auto view : {ListView::View::LargeIcons, ListView::View::SmallIcons,
-                            ListView::View::List, ListView::View::Report}) {
+        m_list.add({.key = {}, .text = QString::number(row), .icon = {}, .tag = {}, .subItems = {}});
+    for (const auto view :
+         {ListView::View::LargeIcons, ListView::View::SmallIcons, ListView::View::List, ListView::View::Report}) {
         m_list.setView(view);
         m_list.ensureVisible(0);
         m_list.ensureVisible(1900);
@@ -540,8 +527,7 @@ TEST_F(ListViewTest, ColumnsCannotBeDraggedToAnotherPlace) {
     QTest::mousePress(place, Qt::LeftButton, {}, QPoint(20, middle));
     for (const int x : {60, 160, 220}) {
         const QPoint at(x, middle);
-        QMouseEvent move(QEvent::MouseMove, at, place->mapToGlobal(at), Qt::NoButton,
-                         Qt::LeftButton, {});
+        QMouseEvent move(QEvent::MouseMove, at, place->mapToGlobal(at), Qt::NoButton, Qt::LeftButton, {});
         QApplication::sendEvent(place, &move);
     }
     QTest::mouseRelease(place, Qt::LeftButton, {}, QPoint(220, middle));
@@ -595,12 +581,11 @@ TEST_F(ListViewTest, TheMarkOfTheOrderPointsUpWhereTheOrderAscends) {
 
 TEST_F(SingleListViewTest, TheRowClickedStaysTheOneSelectedWhenTheMouseIsDraggedOn) {
     add({"a", "b", "c"});
-    for (const auto view : {ListView::View::Report, ListView::View::List,
-                            ListView::View::SmallIcons, ListView::View::LargeIcons}) {
+    for (const auto view :
+         {ListView::View::Report, ListView::View::List, ListView::View::SmallIcons, ListView::View::LargeIcons}) {
         m_list.setView(view);
         QSignalSpy items(&m_list, &ListView::ItemClick);
-        const std::vector<std::pair<int, QPoint>> drags{
-            {1, at(2)}, {1, at(0)}, {0, QPoint(380, 280)}, {2, at(1)}};
+        const std::vector<std::pair<int, QPoint>> drags{{1, at(2)}, {1, at(0)}, {0, QPoint(380, 280)}, {2, at(1)}};
         for (const auto& [clicked, to] : drags) {
             drag(at(clicked), to);
             EXPECT_EQ(items.takeLast()[0].toInt(), clicked);
@@ -652,8 +637,7 @@ TEST_F(ListViewTest, SeveralRowsAreStillSelectedByDraggingWhereThatIsAllowed) {
     add({"a", "b", "c"});
     QWidget* viewport = m_list.shown().viewport();
     QTest::mousePress(viewport, Qt::LeftButton, {}, at(0));
-    QMouseEvent move(QEvent::MouseMove, at(2), viewport->mapToGlobal(at(2)), Qt::NoButton,
-                     Qt::LeftButton, {});
+    QMouseEvent move(QEvent::MouseMove, at(2), viewport->mapToGlobal(at(2)), Qt::NoButton, Qt::LeftButton, {});
     QApplication::sendEvent(viewport, &move);
     QTest::mouseRelease(viewport, Qt::LeftButton, {}, at(2));
     EXPECT_THAT(m_list.selectedPlaces(), ElementsAre(0, 1, 2));

@@ -36,17 +36,15 @@ TEST(MsgBox, ShowsTextTitleIconAndButtons) {
         EXPECT_EQ(box.icon(), QMessageBox::Warning);
         EXPECT_EQ(box.buttons().size(), 1);
     });
-    EXPECT_EQ(kit::MsgBox("You must enter a Preferred name.", kit::Buttons::Ok,
-                          kit::Icon::Exclamation, "Error"),
+    EXPECT_EQ(kit::MsgBox("You must enter a Preferred name.", kit::Buttons::Ok, kit::Icon::Exclamation, "Error"),
               kit::Answer::Ok);
 }
 
 TEST(MsgBox, ShowsEveryIcon) {
-    const std::pair<kit::Icon, QMessageBox::Icon> icons[] = {
-        {kit::Icon::None, QMessageBox::NoIcon},
-        {kit::Icon::Critical, QMessageBox::Critical},
-        {kit::Icon::Question, QMessageBox::Question},
-        {kit::Icon::Information, QMessageBox::Information}};
+    const std::pair<kit::Icon, QMessageBox::Icon> icons[] = {{kit::Icon::None, QMessageBox::NoIcon},
+                                                             {kit::Icon::Critical, QMessageBox::Critical},
+                                                             {kit::Icon::Question, QMessageBox::Question},
+                                                             {kit::Icon::Information, QMessageBox::Information}};
     for (const auto& [icon, shown] : icons) {
         whenBoxIsUp([expected = shown](QMessageBox& box) { EXPECT_EQ(box.icon(), expected); });
         kit::MsgBox("text", kit::Buttons::Ok, icon, "title");
@@ -72,16 +70,14 @@ TEST(MsgBox, ItsTextCanBeSelected) {
 TEST(MsgBox, OkAndCancelAreTheAnswers) {
     for (const auto button : {QMessageBox::Ok, QMessageBox::Cancel}) {
         whenBoxIsUp([button](QMessageBox& box) { box.button(button)->click(); });
-        const auto answer =
-            kit::MsgBox("text", kit::Buttons::OkCancel, kit::Icon::Question, "title");
+        const auto answer = kit::MsgBox("text", kit::Buttons::OkCancel, kit::Icon::Question, "title");
         EXPECT_EQ(answer, button == QMessageBox::Ok ? kit::Answer::Ok : kit::Answer::Cancel);
     }
 }
 
 TEST(MsgBox, EscapeIsCancelWhereThereIsOne) {
     whenBoxIsUp([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    EXPECT_EQ(kit::MsgBox("text", kit::Buttons::OkCancel, kit::Icon::Question, "title"),
-              kit::Answer::Cancel);
+    EXPECT_EQ(kit::MsgBox("text", kit::Buttons::OkCancel, kit::Icon::Question, "title"), kit::Answer::Cancel);
     whenBoxIsUp([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
     EXPECT_EQ(kit::MsgBox("text", kit::Buttons::Ok, kit::Icon::Question, "title"), kit::Answer::Ok);
 }
@@ -90,8 +86,7 @@ TEST(MsgBox, StandsOverTheWindowThatAsks) {
     auto* form = new SampleForm;
     form->Show();
     whenBoxIsUp([form](QMessageBox& box) {
-        EXPECT_LT((box.frameGeometry().center() - form->frameGeometry().center()).manhattanLength(),
-                  40);
+        EXPECT_LT((box.frameGeometry().center() - form->frameGeometry().center()).manhattanLength(), 40);
     });
     kit::MsgBox("text", kit::Buttons::Ok, kit::Icon::None, "title", form->Command1.begin()->second);
     form->Unload();
@@ -129,10 +124,8 @@ TEST(ScriptedMsgBox, AnswersInTheOrderTold) {
     ScriptedMsgBox script;
     script.expect("one", kit::Buttons::OkCancel, kit::Icon::Question, "t", kit::Answer::Cancel)
         .expect("two", kit::Buttons::OkCancel, kit::Icon::Question, "t", kit::Answer::Ok);
-    EXPECT_EQ(kit::MsgBox("one", kit::Buttons::OkCancel, kit::Icon::Question, "t"),
-              kit::Answer::Cancel);
-    EXPECT_EQ(kit::MsgBox("two", kit::Buttons::OkCancel, kit::Icon::Question, "t"),
-              kit::Answer::Ok);
+    EXPECT_EQ(kit::MsgBox("one", kit::Buttons::OkCancel, kit::Icon::Question, "t"), kit::Answer::Cancel);
+    EXPECT_EQ(kit::MsgBox("two", kit::Buttons::OkCancel, kit::Icon::Question, "t"), kit::Answer::Ok);
     EXPECT_EQ(script.asked(), 2);
 }
 

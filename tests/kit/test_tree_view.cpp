@@ -91,8 +91,7 @@ TEST(TreeModel, BelowTheDeepestLevelNothingIsAdded) {
     nodes.add({}, "0", "0");
     for (int level = 1; level < TreeModel::kDeepest; ++level)
         nodes.add(QString::number(level - 1), QString::number(level), "x");
-    EXPECT_THROW(nodes.add(QString::number(TreeModel::kDeepest - 1), "too deep", "x"),
-                 base::RuntimeError);
+    EXPECT_THROW(nodes.add(QString::number(TreeModel::kDeepest - 1), "too deep", "x"), base::RuntimeError);
     EXPECT_EQ(nodes.count(), TreeModel::kDeepest);
 }
 
@@ -127,8 +126,7 @@ TEST(TreeModel, AccentedLettersStandWithTheirBaseLetter) {
         nodes.add("R", name, name);
     nodes.setSorted(1, true);
     nodes.flush();
-    EXPECT_THAT(childrenOf(nodes, 1),
-                ElementsAre("Azur", "\u00e4hnlich", "A\u0308hre", "\u00C4rger", "b", "zebra"));
+    EXPECT_THAT(childrenOf(nodes, 1), ElementsAre("Azur", "\u00e4hnlich", "A\u0308hre", "\u00C4rger", "b", "zebra"));
 }
 
 TEST(TreeModel, ANodeWithoutChildrenHasNothingToExpand) {
@@ -239,8 +237,7 @@ TEST_F(TreeViewTest, TheMarkBesideANodeOnlyExpandsIt) {
     QSignalSpy clicks(&m_tree, &TreeView::NodeClick);
     QSignalSpy expanded(&m_tree, &TreeView::Expand);
     const QRect node = m_tree.visualRect(m_tree.nodes().place(2));
-    QTest::mouseClick(m_tree.viewport(), Qt::LeftButton, {},
-                      QPoint(node.left() - 8, node.center().y()));
+    QTest::mouseClick(m_tree.viewport(), Qt::LeftButton, {}, QPoint(node.left() - 8, node.center().y()));
     EXPECT_TRUE(clicks.isEmpty());
     ASSERT_EQ(expanded.size(), 1);
     EXPECT_EQ(expanded[0][0].toInt(), 2);
@@ -323,8 +320,7 @@ TEST_F(TreeViewTest, TheSelectionIsPaleWithoutTheFocus) {
 
 TEST_F(TreeViewTest, ADoubleClickTurnsTheNodeAndIsTold) {
     bool expandedThen = false;
-    QObject::connect(&m_tree, &TreeView::DblClick,
-                     [&] { expandedThen = m_tree.nodes().isExpanded(2); });
+    QObject::connect(&m_tree, &TreeView::DblClick, [&] { expandedThen = m_tree.nodes().isExpanded(2); });
     QTest::mouseDClick(m_tree.viewport(), Qt::LeftButton, {}, at(2));
     EXPECT_TRUE(expandedThen);
     QSignalSpy chosen(&m_tree, &TreeView::DblClick);
@@ -413,10 +409,9 @@ protected:
 
     // The tool tip that comes where the mouse rests on what is seen of the node.
     QString tipOn(const QString& key) {
-        const QRect seen = m_tree.visualRect(m_tree.nodes().place(m_tree.nodes().find(key)))
-                               .intersected(m_tree.viewport()->rect());
-        QHelpEvent hover(QEvent::ToolTip, seen.center(),
-                         m_tree.viewport()->mapToGlobal(seen.center()));
+        const QRect seen =
+            m_tree.visualRect(m_tree.nodes().place(m_tree.nodes().find(key))).intersected(m_tree.viewport()->rect());
+        QHelpEvent hover(QEvent::ToolTip, seen.center(), m_tree.viewport()->mapToGlobal(seen.center()));
         QToolTip::hideText();
         QApplication::sendEvent(m_tree.viewport(), &hover);
         return QToolTip::isVisible() ? QToolTip::text() : QString();

@@ -62,8 +62,7 @@ TEST_F(UnloadWhileYielding, AHandlerInsideAHandlerGoesOnToo) {
     form->Show();
     click(form->Command1(0));
     ASSERT_TRUE(form);
-    EXPECT_THAT(form->heard,
-                ElementsAre("load", "click 0", "click 3", "unload", "clicked 3", "clicked 0"));
+    EXPECT_THAT(form->heard, ElementsAre("load", "click 0", "click 3", "unload", "clicked 3", "clicked 0"));
 }
 
 TEST_F(UnloadWhileYielding, ATimerThatUnloadsItsWindowReturnsSafely) {

@@ -165,9 +165,7 @@ TEST(BlendGround, BlendsFromTheTopToTheBottomOfTheWindow) {
     ASSERT_TRUE(form.ground.bands().has_value());
     const auto& bands = *form.ground.bands();
     const QImage shot = form.grab().toImage();
-    const auto colour = [](const kit::Channels& band) {
-        return QColor(band.red, band.green, band.blue);
-    };
+    const auto colour = [](const kit::Channels& band) { return QColor(band.red, band.green, band.blue); };
     EXPECT_EQ(shot.pixelColor(0, shot.height() - 1), colour(bands.back()));
     EXPECT_EQ(shot.pixelColor(shot.width() - 1, shot.height() - 1), colour(bands.back()));
     EXPECT_EQ(shot.pixelColor(0, 100), colour(bands[100]));

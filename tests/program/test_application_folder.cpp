@@ -49,13 +49,9 @@ protected:
     // 0 for an empty catalogue.
     static int discIn(const fs::path& path) {
         auto rows = db::DBEngine::OpenDatabase(path)->OpenRecordset("drive");
-        return rows->RecordCount() == 0
-                   ? 0
-                   : std::stoi(rows->Fields(catalogue::drive::kIdNumber).Text());
+        return rows->RecordCount() == 0 ? 0 : std::stoi(rows->Fields(catalogue::drive::kIdNumber).Text());
     }
-    static void write(const fs::path& path, const std::string& text) {
-        std::ofstream(path) << text;
-    }
+    static void write(const fs::path& path, const std::string& text) { std::ofstream(path) << text; }
     static std::string textOf(const fs::path& path) {
         std::ostringstream text;
         text << std::ifstream(path).rdbuf();

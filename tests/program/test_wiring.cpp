@@ -7,8 +7,8 @@ namespace discaro::program {
 
 TEST(Wiring, EveryWindowIsKnownByItsName) {
     registerWindows();
-    for (const char* name : {"Switch", "Loading", "Searching", "Scanform", "DeleteCD", "EXMain",
-                             "EXCDROM", "EXDir", "EXFile"})
+    for (const char* name :
+         {"Switch", "Loading", "Searching", "Scanform", "DeleteCD", "EXMain", "EXCDROM", "EXDir", "EXFile"})
         EXPECT_TRUE(app::Windows::Exists(name)) << name;
     app::Windows::Clear();
 }

@@ -151,8 +151,7 @@ MemoryMedium& ScanRig::insert(MemoryNode node) {
     return inserted;
 }
 
-void ScanRig::scan(scanner::ScanOptions options, const std::string& name,
-                   const std::string& comments) {
+void ScanRig::scan(scanner::ScanOptions options, const std::string& name, const std::string& comments) {
     scanner::QuickScan quick(lister);
     quick.begin(letter);
     quick.countBelow([](const std::string&) { return true; });
@@ -176,10 +175,8 @@ int64_t ScanRig::count(const std::string& table) {
         ->RecordCount();
 }
 
-std::string ScanRig::field(const std::string& table, const std::string& condition,
-                           std::string_view field) {
-    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-                    ->OpenRecordset(statement(table, condition));
+std::string ScanRig::field(const std::string& table, const std::string& condition, std::string_view field) {
+    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(statement(table, condition));
     if (rows->Eof()) {
         ADD_FAILURE() << "no row of " << table << " with " << condition;
         return {};
@@ -187,18 +184,15 @@ std::string ScanRig::field(const std::string& table, const std::string& conditio
     return rows->Fields(field).Text();
 }
 
-bool ScanRig::isNull(const std::string& table, const std::string& condition,
-                     std::string_view field) {
-    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-                    ->OpenRecordset(statement(table, condition));
+bool ScanRig::isNull(const std::string& table, const std::string& condition, std::string_view field) {
+    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(statement(table, condition));
     EXPECT_FALSE(rows->Eof()) << "no row of " << table << " with " << condition;
     return !rows->Eof() && rows->Fields(field).IsNull();
 }
 
 std::vector<std::string> ScanRig::column(const std::string& table, std::string_view field,
                                          const std::string& condition) {
-    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-                    ->OpenRecordset(statement(table, condition));
+    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(statement(table, condition));
     std::vector<std::string> texts;
     for (; !rows->Eof(); rows->MoveNext())
         texts.push_back(rows->Fields(field).Text());

@@ -15,13 +15,11 @@ namespace discaro::test {
 // A watcher that answers prompts from a list and can act at the n-th yield.
 class TestWatcher : public scanner::ScanWatcher {
 public:
-    std::vector<bool>
-        answers; // to the prompts, in order; true stops the scan; false when there are no more
+    std::vector<bool> answers; // to the prompts, in order; true stops the scan; false when there are no more
     int prompts = 0;
     int yields = 0;
     std::function<void(int yieldNumber)> atYield;
-    std::vector<std::string>
-        log; // what the display was told, in order, the counters and bars left out
+    std::vector<std::string> log; // what the display was told, in order, the counters and bars left out
     std::vector<double> counters; // files done, then files left, for each file
     int64_t totalsBarSize = -1;
     int totalsSteps = 0;
@@ -72,13 +70,11 @@ public:
     MemoryMedium& insert(MemoryNode root);
 
     // Counts and scans the disc inserted last.
-    void scan(scanner::ScanOptions options = {}, const std::string& name = "Disc",
-              const std::string& comments = {});
+    void scan(scanner::ScanOptions options = {}, const std::string& name = "Disc", const std::string& comments = {});
 
     int64_t count(const std::string& table);
     // The first row that the condition meets; fails the test when there is none.
-    std::string field(const std::string& table, const std::string& condition,
-                      std::string_view field);
+    std::string field(const std::string& table, const std::string& condition, std::string_view field);
     bool isNull(const std::string& table, const std::string& condition, std::string_view field);
     // One field of all rows that the condition meets, in the table's order.
     std::vector<std::string> column(const std::string& table, std::string_view field,
@@ -97,7 +93,7 @@ public:
     std::string root;                            // of the disc inserted last, such as "D:\"
     std::string errorLog;                        // of the scan before
     const scanner::ScanEngine* engine = nullptr; // while a scan runs
-    double quickFiles = -1; // what the quick scan is made to have counted; -1 leaves its own count
+    double quickFiles = -1;                      // what the quick scan is made to have counted; -1 leaves its own count
 
 private:
     std::filesystem::path m_folder;

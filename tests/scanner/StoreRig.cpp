@@ -13,8 +13,8 @@ std::string rowsOf(db::Connection& connection, const std::string& table) {
     const std::string cells = connection.text("SELECT group_concat('quote(\"' || name || '\")', ' "
                                               "|| '','' || ') FROM pragma_table_info('" +
                                               table + "')");
-    return connection.text("SELECT group_concat(cells, char(10)) FROM (SELECT " + cells +
-                           " AS cells FROM " + db::quotedName(table) + " ORDER BY rowid)");
+    return connection.text("SELECT group_concat(cells, char(10)) FROM (SELECT " + cells + " AS cells FROM " +
+                           db::quotedName(table) + " ORDER BY rowid)");
 }
 
 MemoryNode firstDisc() {
@@ -32,8 +32,7 @@ MemoryNode secondDisc() {
 } // namespace
 
 std::string wholeCatalogue() {
-    db::Connection connection(app::Module1::cataloguePath().string(),
-                              db::Connection::Mode::ReadWrite);
+    db::Connection connection(app::Module1::cataloguePath().string(), db::Connection::Mode::ReadWrite);
     EXPECT_EQ(connection.text("PRAGMA integrity_check"), "ok");
     std::string all;
     for (const char* table : {"Master Table", "Drive", "Directories", "Files", "Prog Tag"})
@@ -80,10 +79,7 @@ std::string StoreRig::toldReason() const {
 }
 
 scanner::ScanOptions StoreRig::action(const char* errorAction) {
-    return {.DetailLevel = "basic",
-            .ErrorAction = errorAction,
-            .LogErrors = "true",
-            .UseFreeNumber = {}};
+    return {.DetailLevel = "basic", .ErrorAction = errorAction, .LogErrors = "true", .UseFreeNumber = {}};
 }
 
 fs::path StoreRig::untouched() {

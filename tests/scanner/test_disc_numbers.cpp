@@ -11,10 +11,7 @@ namespace {
 using Texts = std::vector<std::string>;
 
 scanner::ScanOptions anyFree() {
-    return {.DetailLevel = "basic",
-            .ErrorAction = "ignore",
-            .LogErrors = "true",
-            .UseFreeNumber = "true"};
+    return {.DetailLevel = "basic", .ErrorAction = "ignore", .LogErrors = "true", .UseFreeNumber = "true"};
 }
 
 // Another program adds a disc of this number, a directory and a file, while the data sources of the scan are open.
@@ -23,10 +20,9 @@ void addDiscElsewhere(int number, int scanned) {
     const std::string disc = std::to_string(number);
     const std::string directory = "'C" + disc + "D1'";
     other.execute("INSERT INTO \"Drive\" (\"id number\") VALUES (" + disc + ")");
-    other.execute("INSERT INTO \"Directories\" (\"id number\", \"drive id number\") VALUES (" +
-                  directory + ", " + disc + ")");
-    other.execute("INSERT INTO \"Files\" (\"directory number\", \"file name\") VALUES (" +
-                  directory + ", 'THEIRS')");
+    other.execute("INSERT INTO \"Directories\" (\"id number\", \"drive id number\") VALUES (" + directory + ", " +
+                  disc + ")");
+    other.execute("INSERT INTO \"Files\" (\"directory number\", \"file name\") VALUES (" + directory + ", 'THEIRS')");
     other.execute("UPDATE \"Master Table\" SET \"scanned cd-roms\" = " + std::to_string(scanned));
 }
 

@@ -20,8 +20,8 @@ using Texts = std::vector<std::string>;
 
 // A.TXT and B.TXT in the root, C.TXT in S1, D.TXT in S2; B.TXT and S1 are the ones that fail.
 MemoryNode disc() {
-    return folder("", {file("A.TXT", "aa"), file("B.TXT", "bbb"),
-                       folder("S1", {file("C.TXT", "cccc")}), folder("S2", {file("D.TXT", "d")})});
+    return folder("", {file("A.TXT", "aa"), file("B.TXT", "bbb"), folder("S1", {file("C.TXT", "cccc")}),
+                       folder("S2", {file("D.TXT", "d")})});
 }
 
 const Texts kAllFiles = {"A.TXT", "B.TXT", "C.TXT", "D.TXT"};
@@ -65,28 +65,16 @@ std::vector<Failure> failures() {
     const auto facts = [](ScanRig&, MemoryMedium& medium, ErrorNumber number) {
         medium.failOn(Asked::Facts, 2, number);
     };
-    const auto fileSave = [](ScanRig& rig, MemoryMedium&, ErrorNumber number) {
-        failAtSave(rig.files, 2, number);
-    };
+    const auto fileSave = [](ScanRig& rig, MemoryMedium&, ErrorNumber number) { failAtSave(rig.files, 2, number); };
     // The root's row is saved twice, then that of S1.
     const auto directorySave = [](int save) {
-        return [save](ScanRig& rig, MemoryMedium&, ErrorNumber number) {
-            failAtSave(rig.directories, save, number);
-        };
+        return [save](ScanRig& rig, MemoryMedium&, ErrorNumber number) { failAtSave(rig.directories, save, number); };
     };
     return {
-        {"ScanFiles",
-         "minimal",
-         facts,
-         file,
-         true,
-         WayOut::FromRoot,
-         {kAllFiles, kAllDirectories, kSizeOfA},
-         whole},
+        {"ScanFiles", "minimal", facts, file, true, WayOut::FromRoot, {kAllFiles, kAllDirectories, kSizeOfA}, whole},
         {"CaptureFile", "basic", facts, file, false, WayOut::FromRoot, whole, withoutB},
         {"CaptureFileSave", "basic", fileSave, file, false, WayOut::FromRoot, withoutB, withoutB},
-        {"CaptureFileMinimal", "minimal", fileSave, file, true, WayOut::FromRoot, withoutB,
-         withoutB},
+        {"CaptureFileMinimal", "minimal", fileSave, file, true, WayOut::FromRoot, withoutB, withoutB},
         {"ScanDirectory",
          "basic",
          directorySave(3),
@@ -95,8 +83,7 @@ std::vector<Failure> failures() {
          WayOut::StaysBelow,
          {{"A.TXT", "B.TXT", "D.TXT"}, {"C1D1", "C1D1S2"}, kSizeOfBoth},
          {{"A.TXT", "B.TXT"}, {"C1D1"}, kSizeOfBoth}},
-        {"CompleteDirectoryRow", "basic", directorySave(4), directory, false, WayOut::Sound, whole,
-         whole},
+        {"CompleteDirectoryRow", "basic", directorySave(4), directory, false, WayOut::Sound, whole, whole},
     };
 }
 
@@ -116,9 +103,7 @@ struct Case {
     // The walk then looks for S2 in S1: because the procedure's end leaves it there, or because a stop in the root
     // passes through S1 without going up again.
     bool losesPlace() const {
-        return failure.wayOut == WayOut::StaysBelow
-                   ? cancels()
-                   : stopped() && failure.wayOut == WayOut::FromRoot;
+        return failure.wayOut == WayOut::StaysBelow ? cancels() : stopped() && failure.wayOut == WayOut::FromRoot;
     }
 };
 
@@ -184,15 +169,14 @@ TEST_P(FailureMatrix, LeavesTheRowsThatTheAnswerMeans) {
     EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1'", "Size"), rows.rootSize);
     EXPECT_EQ(rig.field("drive", {}, "Comments"),
               "Scanned with " + std::string(row.failure.detailLevel) + " details " +
-                  (row.cancels() ? "not ignoring any errors." : "ignoring all errors.") + "\r\n" +
-                  rig.errorLog);
+                  (row.cancels() ? "not ignoring any errors." : "ignoring all errors.") + "\r\n" + rig.errorLog);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, FailureMatrix, testing::ValuesIn(cases()), [](const auto& param) {
     const Case& row = param.param;
     return std::string(row.failure.procedure) +
-           (row.number == ErrorNumber::DataTypeConversion ? "_Conversion_" : "_Other_") +
-           row.errorAction + (row.stop ? "_Ok" : "_Cancel");
+           (row.number == ErrorNumber::DataTypeConversion ? "_Conversion_" : "_Other_") + row.errorAction +
+           (row.stop ? "_Ok" : "_Cancel");
 });
 
 // ---- What the matrix leaves out
@@ -200,10 +184,7 @@ INSTANTIATE_TEST_SUITE_P(All, FailureMatrix, testing::ValuesIn(cases()), [](cons
 namespace {
 
 scanner::ScanOptions cancelling(const char* detailLevel = "basic") {
-    return {.DetailLevel = detailLevel,
-            .ErrorAction = "cancel",
-            .LogErrors = "true",
-            .UseFreeNumber = {}};
+    return {.DetailLevel = detailLevel, .ErrorAction = "cancel", .LogErrors = "true", .UseFreeNumber = {}};
 }
 
 std::string repeated(const std::string& entry, int times) {
@@ -239,8 +220,7 @@ TEST(FailingStatement, OfACompletedDirectoryLeavesTheTwoFieldsThatItBeganWith) {
 
 TEST(FailingStatement, OfTheWalkRunsAgainUntilItSucceeds) {
     ScanRig rig;
-    rig.insert(folder("", {file("A.TXT", "aa")}))
-        .failOn(Asked::Facts, 1, ErrorNumber::ReadFailure, 5);
+    rig.insert(folder("", {file("A.TXT", "aa")})).failOn(Asked::Facts, 1, ErrorNumber::ReadFailure, 5);
     rig.scan(cancelling("minimal"));
     EXPECT_EQ(rig.watcher.prompts, 5);
     EXPECT_EQ(rig.errorLog, repeated(kUnread, 5));
@@ -281,8 +261,7 @@ protected:
         rig.insert(folder("", {GetParam().directory, folder("WHOLE", {file("FINE")})}));
         rig.watcher.answers.assign(10, stop);
         rig.scan(cancelling());
-        EXPECT_EQ(rig.errorLog,
-                  "\r\n\r\n" + GetParam().description + " in Directory :- " + rig.root + "BROKEN");
+        EXPECT_EQ(rig.errorLog, "\r\n\r\n" + GetParam().description + " in Directory :- " + rig.root + "BROKEN");
         EXPECT_EQ(rig.watcher.prompts, 1);
     }
 
@@ -304,16 +283,15 @@ TEST_P(DamagedDirectory, EndsTheScanWithTheUsersOk) {
     EXPECT_EQ(rig.count("drive") + rig.count("directories") + rig.count("files"), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, DamagedDirectory,
-    testing::Values(Damage{"InPart",
-                           folder("BROKEN", {file("SEEN")}).withDamage("cut short"),
-                           "The directory is damaged: cut short",
-                           {"SEEN", "FINE"}},
-                    Damage{"AsAWhole",
-                           folder("BROKEN", {file("LOST")}).withFailure(ErrorNumber::ReadFailure),
-                           "The disc could not be read",
-                           {"FINE"}}),
-    [](const auto& param) { return std::string(param.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, DamagedDirectory,
+                         testing::Values(Damage{"InPart",
+                                                folder("BROKEN", {file("SEEN")}).withDamage("cut short"),
+                                                "The directory is damaged: cut short",
+                                                {"SEEN", "FINE"}},
+                                         Damage{"AsAWhole",
+                                                folder("BROKEN", {file("LOST")}).withFailure(ErrorNumber::ReadFailure),
+                                                "The disc could not be read",
+                                                {"FINE"}}),
+                         [](const auto& param) { return std::string(param.param.name); });
 
 } // namespace discaro::test

@@ -30,10 +30,7 @@ protected:
     }
     void scan(const char* level = "basic", const char* errorAction = "ignore") {
         rig.letter = rig.drives.addImageOrFolder(path);
-        rig.scan({.DetailLevel = level,
-                  .ErrorAction = errorAction,
-                  .LogErrors = "true",
-                  .UseFreeNumber = {}});
+        rig.scan({.DetailLevel = level, .ErrorAction = errorAction, .LogErrors = "true", .UseFreeNumber = {}});
         EXPECT_EQ(rig.watcher.log.back(), "finished");
     }
     std::string of(const std::string& name, std::string_view field) {

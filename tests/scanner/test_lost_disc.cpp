@@ -12,8 +12,7 @@ namespace discaro::test {
 namespace {
 
 scanner::ScanOptions options(const char* errorAction = "ignore", const char* log = "true") {
-    return {
-        .DetailLevel = "basic", .ErrorAction = errorAction, .LogErrors = log, .UseFreeNumber = {}};
+    return {.DetailLevel = "basic", .ErrorAction = errorAction, .LogErrors = log, .UseFreeNumber = {}};
 }
 
 MemoryNode twentyDirectories() {
@@ -27,8 +26,8 @@ class LostDisc : public testing::Test {
 protected:
     // An engine over the disc inserted last, as the wizard makes it; its error, if the scan can't begin.
     std::string whyNotScanned() {
-        scanner::ScanEngine engine({rig.masterSource, rig.discs, rig.directories, rig.files},
-                                   rig.drives, rig.lister, rig.watcher,
+        scanner::ScanEngine engine({rig.masterSource, rig.discs, rig.directories, rig.files}, rig.drives, rig.lister,
+                                   rig.watcher,
                                    {.driveLetter = rig.letter,
                                     .preferredName = "Disc",
                                     .comments = {},
@@ -117,8 +116,8 @@ TEST_F(LostDisc, WithItsLastFilesIsToldThoughAllHaveTheirRows) {
     vanishAt(medium, 5);
     rig.scan(options());
     EXPECT_EQ(rig.count("files"), 3);
-    EXPECT_TRUE(rig.watcher.log.back().starts_with(
-        "disc lost: The CD-ROM could not be read to its end. 3 of the 3 files "))
+    EXPECT_TRUE(
+        rig.watcher.log.back().starts_with("disc lost: The CD-ROM could not be read to its end. 3 of the 3 files "))
         << rig.watcher.log.back();
 }
 
@@ -140,14 +139,13 @@ TEST_F(LostDisc, AFolderThatIsRemovedInTheWalkIsOne) {
 TEST_F(LostDisc, ThatIsBackBeforeTheWalkEndsIsToldByTheFilesThatWereNotMet) {
     rig.insert(twentyDirectories()).failOn(Asked::List, 30, ErrorNumber::ReadFailure, 5);
     rig.scan(options());
-    EXPECT_TRUE(rig.watcher.log.back().starts_with(
-        "disc lost: The CD-ROM could not be read to its end. 30 of the 40 files "))
+    EXPECT_TRUE(
+        rig.watcher.log.back().starts_with("disc lost: The CD-ROM could not be read to its end. 30 of the 40 files "))
         << rig.watcher.log.back();
 }
 
 TEST_F(LostDisc, ThatIsTakenOutOnlyWhenItHasBeenReadIsNone) {
-    auto& medium = rig.insert(
-        folder("", {file("BAD", "b").withFailure(ErrorNumber::ReadFailure), file("GOOD")}));
+    auto& medium = rig.insert(folder("", {file("BAD", "b").withFailure(ErrorNumber::ReadFailure), file("GOOD")}));
     rig.watcher.atYield = [&](int) {
         if (!rig.watcher.log.empty() && rig.watcher.log.back() == "totals started")
             medium.vanishAfter(0);

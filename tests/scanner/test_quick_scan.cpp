@@ -38,8 +38,7 @@ std::filesystem::path makeThreeDirectories() {
 
 TEST(QuickScan, LeavesTheRootOutOfTheDirectoriesAndCountsItsFiles) {
     ScanRig rig;
-    rig.insert(
-        folder("", {file("A"), folder("S", {file("B"), folder("T")}), folder("U", {file("C")})}));
+    rig.insert(folder("", {file("A"), folder("S", {file("B"), folder("T")}), folder("U", {file("C")})}));
     const auto quick = counted(rig);
     EXPECT_EQ(quick.directories(), 3);
     EXPECT_EQ(quick.files(), 3);
@@ -260,19 +259,15 @@ TEST(NameChecks, EachDiscOfTheSerialIsAskedAboutUntilOneIsRefused) {
     rig.scan({}, "Two");
     rig.scan({}, "Three");
     std::vector<std::string> asked;
-    EXPECT_FALSE(
-        duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567", [&](const std::string& text) {
-            asked.push_back(text);
-            return asked.size() < 2;
-        }));
+    EXPECT_FALSE(duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567", [&](const std::string& text) {
+        asked.push_back(text);
+        return asked.size() < 2;
+    }));
     ASSERT_EQ(asked.size(), 2U);
-    EXPECT_EQ(
-        asked[0],
-        "The CD-ROM named  'One'  has the same serial number as this CD-ROM. You may have scanned "
-        "it once before. Press Cancel to terminate this scan or press OK to ignore this fact and "
-        "continue.");
-    EXPECT_TRUE(duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567",
-                                       [](const std::string&) { return true; }));
+    EXPECT_EQ(asked[0], "The CD-ROM named  'One'  has the same serial number as this CD-ROM. You may have scanned "
+                        "it once before. Press Cancel to terminate this scan or press OK to ignore this fact and "
+                        "continue.");
+    EXPECT_TRUE(duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567", [](const std::string&) { return true; }));
 }
 
 TEST(NameChecks, ADiscWhoseSerialIsUnknownIsLikeNoOtherNorLikeOneWithoutASerial) {
@@ -296,8 +291,8 @@ TEST(NameChecks, ADiscWhoseSerialIsUnknownIsLikeNoOtherNorLikeOneWithoutASerial)
 
 TEST(FileExists, IsFalseOnlyForAMissingFileInAFolderThatIsThere) {
     ScanRig rig;
-    rig.insert(folder("", {file("autorun.inf"), folder("SUB"),
-                           folder("BAD").withFailure(base::ErrorNumber::ReadFailure)}));
+    rig.insert(
+        folder("", {file("autorun.inf"), folder("SUB"), folder("BAD").withFailure(base::ErrorNumber::ReadFailure)}));
     EXPECT_TRUE(app::Module1::FileExists(rig.root + "AUTORUN.INF", rig.drives));
     EXPECT_FALSE(app::Module1::FileExists(rig.root + "other.inf", rig.drives));
     EXPECT_TRUE(app::Module1::FileExists(rig.root + "NOWHERE\\other.inf", rig.drives));

@@ -9,8 +9,7 @@ namespace discaro::test {
 namespace {
 
 scanner::ScanOptions detail(const char* level) {
-    return {
-        .DetailLevel = level, .ErrorAction = "ignore", .LogErrors = "true", .UseFreeNumber = {}};
+    return {.DetailLevel = level, .ErrorAction = "ignore", .LogErrors = "true", .UseFreeNumber = {}};
 }
 
 MemoryNode executable(const char* name, const std::vector<Resource>& resources) {
@@ -47,8 +46,8 @@ TEST(Executables, OneWithoutAVersionHasEmptyTextsAndItsRealIconCount) {
     ScanRig rig;
     rig.insert(folder("", {executable("PLAIN.EXE", iconResources(5))}));
     rig.scan(detail("all"));
-    for (const char* field : {"Company Name", "Description", "Copyright", "Product name",
-                              "Product Version", "Internal Name", "Original file Name"}) {
+    for (const char* field : {"Company Name", "Description", "Copyright", "Product name", "Product Version",
+                              "Internal Name", "Original file Name"}) {
         EXPECT_FALSE(rig.isNull("files", {}, field)) << field;
         EXPECT_EQ(rig.field("files", {}, field), "") << field;
     }
@@ -57,18 +56,17 @@ TEST(Executables, OneWithoutAVersionHasEmptyTextsAndItsRealIconCount) {
 
 TEST(Executables, TheTextsOfOneAreNotThoseOfTheNext) {
     ScanRig rig;
-    rig.insert(folder("", {executable("A.EXE", {versionResource()}), file("B.TXT", "plain"),
-                           executable("C.EXE", iconResources(1))}));
+    rig.insert(folder(
+        "", {executable("A.EXE", {versionResource()}), file("B.TXT", "plain"), executable("C.EXE", iconResources(1))}));
     rig.scan(detail("all"));
-    EXPECT_EQ(rig.column("files", "Company Name"),
-              (std::vector<std::string>{sampleTexts().companyName, "", ""}));
+    EXPECT_EQ(rig.column("files", "Company Name"), (std::vector<std::string>{sampleTexts().companyName, "", ""}));
     EXPECT_EQ(rig.column("files", "number of icons"), (std::vector<std::string>{"0", "0", "1"}));
 }
 
 TEST(Executables, OneThatCannotBeOpenedHasNothingOfTheOneBefore) {
     ScanRig rig;
-    rig.insert(folder("", {executable("A.EXE", {versionResource()}),
-                           file("B.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure)}));
+    rig.insert(folder(
+        "", {executable("A.EXE", {versionResource()}), file("B.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure)}));
     rig.scan(detail("all"));
     EXPECT_EQ(rig.field("files", "[file name] = 'B.EXE'", "Company Name"), "");
     EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read in File :- B.EXE");
@@ -78,9 +76,8 @@ TEST(Executables, OfOneThatCannotBeReadJustTheTextsAndIconsStayEmpty) {
     ScanRig rig;
     rig.insert(folder("", {file("A.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure)}));
     rig.scan(detail("all"));
-    for (const char* field :
-         {"Company Name", "Description", "Copyright", "Product name", "Product Version",
-          "Internal Name", "Original file Name", "number of icons"})
+    for (const char* field : {"Company Name", "Description", "Copyright", "Product name", "Product Version",
+                              "Internal Name", "Original file Name", "number of icons"})
         EXPECT_TRUE(rig.isNull("files", {}, field)) << field;
     EXPECT_EQ(rig.field("files", {}, "file size"), "0.001953125");
     EXPECT_EQ(rig.field("files", {}, "Attributes"), "R");
@@ -144,8 +141,7 @@ TEST(SetupIni, OfTwoSpellingsTheSmallOneIsRead) {
 
 TEST(Autorun, IsReadAtMinimalDetailWhereNoFileOfTheWalkIsOpened) {
     ScanRig rig;
-    auto& medium =
-        rig.insert(folder("", {file("Autorun.inf", "[autorun]\nicon=a.ico"), file("B")}));
+    auto& medium = rig.insert(folder("", {file("Autorun.inf", "[autorun]\nicon=a.ico"), file("B")}));
     rig.scan(detail("minimal"));
     EXPECT_EQ(rig.field("drive", {}, "Autorun"), "\r\n[autorun]\r\nicon=a.ico");
     EXPECT_EQ(medium.calls(Asked::Open), 1);

@@ -15,10 +15,7 @@ using scanner::ErrorHandler;
 namespace {
 
 scanner::ScanOptions action(const char* errorAction, const char* detail = "basic") {
-    return {.DetailLevel = detail,
-            .ErrorAction = errorAction,
-            .LogErrors = "true",
-            .UseFreeNumber = {}};
+    return {.DetailLevel = detail, .ErrorAction = errorAction, .LogErrors = "true", .UseFreeNumber = {}};
 }
 
 // ---- The five handlers: each with a conversion error and another one, under both error actions, with both answers
@@ -60,10 +57,9 @@ std::vector<HandlerCase> handlerCases() {
         for (const bool conversion : {true, false})
             for (const bool stop : {true, false}) {
                 const int early = conversion && procedure.looks ? 1 : 0;
+                cases.push_back({procedure.name, procedure.handler, conversion, "ignore", stop, early, kOn});
                 cases.push_back(
-                    {procedure.name, procedure.handler, conversion, "ignore", stop, early, kOn});
-                cases.push_back({procedure.name, procedure.handler, conversion, "cancel", stop,
-                                 early + 1, procedure.after});
+                    {procedure.name, procedure.handler, conversion, "cancel", stop, early + 1, procedure.after});
             }
     return cases;
 }
@@ -78,9 +74,8 @@ TEST_P(Handlers, PromptLogAndGoOnAsTheHandlerSays) {
     TestWatcher watcher;
     watcher.answers.assign(2, row.stop);
     const scanner::ScanOptions options = action(row.errorAction);
-    ErrorDesk desk(options, watcher, [](ErrorHandler::Place place) {
-        return place == ErrorHandler::Place::File ? "A.TXT" : "D:\\DIR";
-    });
+    ErrorDesk desk(options, watcher,
+                   [](ErrorHandler::Place place) { return place == ErrorHandler::Place::File ? "A.TXT" : "D:\\DIR"; });
     const base::RuntimeError error(row.conversion ? base::ErrorNumber::DataTypeConversion
                                                   : base::ErrorNumber::ReadFailure);
     const bool stops = row.stop && row.prompts > 0;
@@ -89,8 +84,8 @@ TEST_P(Handlers, PromptLogAndGoOnAsTheHandlerSays) {
     EXPECT_EQ(app::Module1::ScanCancelled, row.stop && row.prompts > 0 ? 1 : 0);
     EXPECT_EQ(watcher.yields, row.stop ? row.prompts : 0) << "a yes lets pending events run";
     const bool file = row.handler->place == ErrorHandler::Place::File;
-    EXPECT_EQ(desk.ErrorLog(), "\r\n\r\n" + error.description() +
-                                   (file ? " in File :- A.TXT" : " in Directory :- D:\\DIR"));
+    EXPECT_EQ(desk.ErrorLog(),
+              "\r\n\r\n" + error.description() + (file ? " in File :- A.TXT" : " in Directory :- D:\\DIR"));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, Handlers, testing::ValuesIn(handlerCases()), [](const auto& param) {
@@ -120,8 +115,7 @@ TEST(ErrorPrompt, TellsHowTheCatalogueFailedOnlyWhenTheUserStopsTheScan) {
 
 TEST(FailingDisc, UnderIgnoreTheFailedFieldStaysEmptyAndTheRestOfTheRowIsSaved) {
     ScanRig rig;
-    rig.insert(folder(
-        "", {file("BAD.TXT").withFailure(ErrorNumber::ReadFailure), file("GOOD.TXT", "ok")}));
+    rig.insert(folder("", {file("BAD.TXT").withFailure(ErrorNumber::ReadFailure), file("GOOD.TXT", "ok")}));
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.column("files", "file name"), (std::vector<std::string>{"BAD.TXT", "GOOD.TXT"}));
     EXPECT_TRUE(rig.isNull("files", "[file name] = 'BAD.TXT'", "file size"));
@@ -132,12 +126,9 @@ TEST(FailingDisc, UnderIgnoreTheFailedFieldStaysEmptyAndTheRestOfTheRowIsSaved) 
 }
 
 TEST(FailingDisc, TheCommentsHoldTheReportTheUsersTextAndAnEntryForEachError) {
-    const auto bad = [](const char* name) {
-        return file(name, "lost").withFailure(ErrorNumber::ReadFailure);
-    };
+    const auto bad = [](const char* name) { return file(name, "lost").withFailure(ErrorNumber::ReadFailure); };
     ScanRig rig;
-    rig.insert(
-        folder("", {bad("BAD1.TXT"), file("GOOD.TXT", "ok"), folder("S", {bad("BAD2.TXT")})}));
+    rig.insert(folder("", {bad("BAD1.TXT"), file("GOOD.TXT", "ok"), folder("S", {bad("BAD2.TXT")})}));
     rig.scan(action("ignore"), "Disc", "from a magazine");
     // Length, stamp and attributes for the row, and the length once more for the directory's size.
     std::string entries;
@@ -164,8 +155,7 @@ TEST(FailingDisc, UnderCancelAFileWhoseCaptureEndsHasNoRowWhenTheUserGoesOn) {
     rig.scan(action("cancel"));
     EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"GOOD.TXT"});
     EXPECT_EQ(rig.watcher.prompts, 1);
-    EXPECT_EQ(rig.field("directories", {}, "Size"), "0.001953125")
-        << "the walk itself had the length later";
+    EXPECT_EQ(rig.field("directories", {}, "Size"), "0.001953125") << "the walk itself had the length later";
 }
 
 TEST(FailingDisc, UnderCancelOkOnTheVeryFirstFileLeavesTheCatalogueAsItWas) {
@@ -184,23 +174,19 @@ TEST(FailingDisc, UnderCancelOkOnTheVeryFirstFileLeavesTheCatalogueAsItWas) {
 
 TEST(FailingDisc, ADamagedDirectoryIsLoggedAndTheRestIsScanned) {
     ScanRig rig;
-    rig.insert(
-        folder("", {folder("BROKEN", {file("SEEN")}).withDamage("record 3 runs over the end"),
-                    folder("WHOLE", {file("FINE")})}));
+    rig.insert(folder("", {folder("BROKEN", {file("SEEN")}).withDamage("record 3 runs over the end"),
+                           folder("WHOLE", {file("FINE")})}));
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.column("files", "file name"), (std::vector<std::string>{"SEEN", "FINE"}));
     EXPECT_EQ(rig.errorLog,
-              "\r\n\r\nThe directory is damaged: record 3 runs over the end in Directory :- " +
-                  rig.root + "BROKEN");
+              "\r\n\r\nThe directory is damaged: record 3 runs over the end in Directory :- " + rig.root + "BROKEN");
 }
 
 TEST(FailingDisc, ADirectoryThatCannotBeListedIsEmptyAndLogged) {
     ScanRig rig;
-    rig.insert(folder(
-        "", {folder("DEAD", {file("LOST")}).withFailure(ErrorNumber::ReadFailure), file("F")}));
+    rig.insert(folder("", {folder("DEAD", {file("LOST")}).withFailure(ErrorNumber::ReadFailure), file("F")}));
     rig.scan(action("ignore"));
-    EXPECT_EQ(rig.column("directories", "directory name"),
-              (std::vector<std::string>{rig.root, "DEAD"}));
+    EXPECT_EQ(rig.column("directories", "directory name"), (std::vector<std::string>{rig.root, "DEAD"}));
     EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"F"});
     EXPECT_FALSE(rig.errorLog.empty());
 }
@@ -209,15 +195,13 @@ TEST(FailingDisc, ADirectoryInsideItselfEndsAndIsLogged) {
     ScanRig rig;
     rig.insert(folder("", {folder("LOOP", {folder("AGAIN").standingFor("\\LOOP")})}));
     rig.scan(action("ignore"));
-    EXPECT_EQ(rig.column("directories", "directory name"),
-              (std::vector<std::string>{rig.root, "LOOP", "AGAIN"}));
+    EXPECT_EQ(rig.column("directories", "directory name"), (std::vector<std::string>{rig.root, "LOOP", "AGAIN"}));
     EXPECT_FALSE(rig.errorLog.empty());
 }
 
 TEST(FailingDisc, AnUnreadableExecutableKeepsItsRowAtFullDetail) {
     ScanRig rig;
-    rig.insert(
-        folder("", {file("P.EXE", "MZ and more").withReadFailure(ErrorNumber::ReadFailure)}));
+    rig.insert(folder("", {file("P.EXE", "MZ and more").withReadFailure(ErrorNumber::ReadFailure)}));
     rig.scan(action("ignore", "all"));
     EXPECT_EQ(rig.column("files", "file name"), std::vector<std::string>{"P.EXE"});
 }
@@ -229,8 +213,7 @@ TEST(FailingDisc, ABarThatRefusesAValueIsAnErrorOfTheFile) {
     rig.scan(action("ignore"));
     EXPECT_EQ(rig.count("files"), 1);
     EXPECT_EQ(rig.errorLog, "\r\n\r\nThe value is out of range in File :- A.TXT");
-    EXPECT_EQ(rig.watcher.bars,
-              (std::vector<std::string>{"disc tip", "directory", "directory tip"}))
+    EXPECT_EQ(rig.watcher.bars, (std::vector<std::string>{"disc tip", "directory", "directory tip"}))
         << "the other statements of the display run all the same";
 }
 
@@ -248,8 +231,7 @@ TEST(FailingDisc, ABarAndItsTipThatBothRefuseAreTwoErrors) {
 
 TEST(FailingDisc, UnderCancelAnExecutableThatNeverOpensIsAskedAboutOnceAndHasNoRow) {
     ScanRig rig;
-    rig.insert(
-        folder("", {file("P.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure), file("Q")}));
+    rig.insert(folder("", {file("P.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure), file("Q")}));
     rig.scan(action("cancel", "all"));
     EXPECT_EQ(rig.watcher.prompts, 1);
     EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read in File :- P.EXE");
@@ -259,8 +241,7 @@ TEST(FailingDisc, UnderCancelAnExecutableThatNeverOpensIsAskedAboutOnceAndHasNoR
 
 TEST(FailingDisc, UnderCancelAnExecutableThatNeverOpensEndsTheScanWithTheUsersOk) {
     ScanRig rig;
-    rig.insert(
-        folder("", {file("P.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure), file("Q")}));
+    rig.insert(folder("", {file("P.EXE", "MZ").withOpenFailure(ErrorNumber::ReadFailure), file("Q")}));
     rig.watcher.answers = {true};
     rig.scan(action("cancel", "all"));
     EXPECT_EQ(rig.watcher.prompts, 1);
@@ -271,8 +252,7 @@ TEST(FailingDisc, UnderCancelAnExecutableThatNeverOpensEndsTheScanWithTheUsersOk
 TEST(FailingDisc, TheLogHasABound) {
     std::vector<MemoryNode> files;
     for (int i = 0; i < 40000; ++i)
-        files.push_back(
-            file(std::string(200, 'n') + std::to_string(i)).withFailure(ErrorNumber::ReadFailure));
+        files.push_back(file(std::string(200, 'n') + std::to_string(i)).withFailure(ErrorNumber::ReadFailure));
     ScanRig rig;
     rig.insert(folder("", files));
     rig.scan(action("ignore"));
@@ -298,9 +278,8 @@ TEST(RefusingCatalogue, ADiscTableThatTakesNoRowEndsTheScan) {
     rig.discs.Refresh();
     rig.scan();
     EXPECT_EQ(rig.watcher.log.back(), "stopped");
-    EXPECT_EQ(
-        rig.watcher.log[rig.watcher.log.size() - 2],
-        "not saved: The operation is not supported for this object: the recordset is a snapshot");
+    EXPECT_EQ(rig.watcher.log[rig.watcher.log.size() - 2],
+              "not saved: The operation is not supported for this object: the recordset is a snapshot");
     EXPECT_EQ(rig.count("directories"), 0);
 }
 
@@ -345,8 +324,7 @@ TEST(RefusingCatalogue, OneThatIsMovedAwayIsToldAndStaysAsItWas) {
 TEST(Stop, AtAnyYieldOfTheWalkNothingIsLeft) {
     for (int at = 1; at <= 25; ++at) {
         ScanRig rig;
-        rig.insert(folder(
-            "", {file("A"), folder("S", {file("B"), folder("T", {file("C")})}), folder("U")}));
+        rig.insert(folder("", {file("A"), folder("S", {file("B"), folder("T", {file("C")})}), folder("U")}));
         rig.watcher.atYield = [&](int number) {
             if (number == at)
                 app::Module1::ScanCancelled = 1;
@@ -355,8 +333,7 @@ TEST(Stop, AtAnyYieldOfTheWalkNothingIsLeft) {
         if (rig.watcher.log.back() == "finished")
             continue;
         EXPECT_EQ(rig.watcher.log.back(), "stopped") << "yield " << at;
-        EXPECT_EQ(rig.count("drive") + rig.count("directories") + rig.count("files"), 0)
-            << "yield " << at;
+        EXPECT_EQ(rig.count("drive") + rig.count("directories") + rig.count("files"), 0) << "yield " << at;
         EXPECT_EQ(rig.master("scanned cd-roms"), "0") << "yield " << at;
         EXPECT_EQ(rig.master("scan error"), "no error") << "yield " << at;
     }

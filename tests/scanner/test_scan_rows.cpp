@@ -8,12 +8,10 @@ using namespace discaro::test;
 
 namespace {
 
-constexpr std::time_t kNoon =
-    1040814000; // some time of day in every zone but those where it is midnight
+constexpr std::time_t kNoon = 1040814000; // some time of day in every zone but those where it is midnight
 
 scanner::ScanOptions detail(const char* level) {
-    return {
-        .DetailLevel = level, .ErrorAction = "ignore", .LogErrors = "true", .UseFreeNumber = {}};
+    return {.DetailLevel = level, .ErrorAction = "ignore", .LogErrors = "true", .UseFreeNumber = {}};
 }
 
 MemoryNode sampleDisc() {
@@ -38,32 +36,27 @@ TEST(ScanRows, AParentsNumberIsTheOwnWithoutItsLastPlaceAndARootHasR) {
     ScanRig rig;
     rig.insert(sampleDisc());
     rig.scan();
-    EXPECT_EQ(rig.column("directories", "Parent id"),
-              (std::vector<std::string>{"R", "C1D1", "C1D1S1", "C1D1"}));
+    EXPECT_EQ(rig.column("directories", "Parent id"), (std::vector<std::string>{"R", "C1D1", "C1D1S1", "C1D1"}));
 }
 
 TEST(ScanRows, ADirectoryRowTellsPathCountsAndSize) {
     ScanRig rig;
     rig.insert(sampleDisc());
     rig.scan();
-    const auto of = [&](std::string_view name) {
-        return rig.field("directories", "[id number] = 'C1D1'", name);
-    };
+    const auto of = [&](std::string_view name) { return rig.field("directories", "[id number] = 'C1D1'", name); };
     EXPECT_EQ(of("drive id number"), "1");
     EXPECT_EQ(of("Directory Path"), rig.root);
     EXPECT_EQ(of("number of files"), "2");
     EXPECT_EQ(of("number of subdirectories"), "2");
     EXPECT_EQ(of("Size"), "0.0048828125") << "five bytes in kilobytes";
-    EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1S1S1'", "Directory Path"),
-              rig.root + "Alpha\\Deep");
+    EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1S1S1'", "Directory Path"), rig.root + "Alpha\\Deep");
 }
 
 TEST(ScanRows, FilesStandInTheMediumsOrderEachBehindItsDirectory) {
     ScanRig rig;
     rig.insert(sampleDisc());
     rig.scan();
-    EXPECT_EQ(rig.column("files", "file name"),
-              (std::vector<std::string>{"ZLAST.TXT", "AFIRST", "A1", "D", "B1.DAT"}));
+    EXPECT_EQ(rig.column("files", "file name"), (std::vector<std::string>{"ZLAST.TXT", "AFIRST", "A1", "D", "B1.DAT"}));
     EXPECT_EQ(rig.column("files", "directory number"),
               (std::vector<std::string>{"C1D1", "C1D1", "C1D1S1", "C1D1S1S1", "C1D1S2"}));
 }
@@ -72,9 +65,7 @@ TEST(ScanRows, TheDiscRowTellsTheDrivesFactsAndTheReport) {
     ScanRig rig;
     rig.insert(sampleDisc());
     rig.scan({}, "My disc", "seen in a box");
-    const auto of = [&](std::string_view name) {
-        return rig.field("drive", "[id number] = 1", name);
-    };
+    const auto of = [&](std::string_view name) { return rig.field("drive", "[id number] = 1", name); };
     EXPECT_EQ(of("Drive letter"), rig.root);
     EXPECT_EQ(of("volume name"), "MEMORY");
     EXPECT_EQ(of("Serial Number"), "0123-4567");
@@ -82,8 +73,7 @@ TEST(ScanRows, TheDiscRowTellsTheDrivesFactsAndTheReport) {
     EXPECT_EQ(of("Total Size"), "650");
     EXPECT_EQ(of("free size"), "0");
     EXPECT_EQ(of("prefered name"), "My disc");
-    EXPECT_EQ(of("Comments"),
-              "Scanned with basic details ignoring all errors.\r\nseen in a box\r\n")
+    EXPECT_EQ(of("Comments"), "Scanned with basic details ignoring all errors.\r\nseen in a box\r\n")
         << "an error-free scan leaves one empty line";
     EXPECT_TRUE(rig.isNull("drive", "[id number] = 1", "Autorun"));
 }
@@ -91,12 +81,8 @@ TEST(ScanRows, TheDiscRowTellsTheDrivesFactsAndTheReport) {
 TEST(ScanRows, WithoutLoggingTheCommentsHaveNoEmptyLine) {
     ScanRig rig;
     rig.insert(folder(""));
-    rig.scan({.DetailLevel = "basic",
-              .ErrorAction = "ignore",
-              .LogErrors = "false",
-              .UseFreeNumber = {}});
-    EXPECT_EQ(rig.field("drive", {}, "Comments"),
-              "Scanned with basic details ignoring all errors.");
+    rig.scan({.DetailLevel = "basic", .ErrorAction = "ignore", .LogErrors = "false", .UseFreeNumber = {}});
+    EXPECT_EQ(rig.field("drive", {}, "Comments"), "Scanned with basic details ignoring all errors.");
 }
 
 TEST(ScanRows, ADiscWithoutALabelHasAnEmptyVolumeName) {
@@ -123,14 +109,12 @@ TEST(ScanRows, AnEmptySubdirectoryHasARowLikeAnyOther) {
     ScanRig rig;
     rig.insert(folder("", {folder("EMPTY")}));
     rig.scan();
-    EXPECT_EQ(rig.column("directories", "directory name"),
-              (std::vector<std::string>{rig.root, "EMPTY"}));
+    EXPECT_EQ(rig.column("directories", "directory name"), (std::vector<std::string>{rig.root, "EMPTY"}));
 }
 
 TEST(ScanRows, BasicDetailWritesSizeAttributesAndStamp) {
     ScanRig rig;
-    rig.insert(
-        folder("", {file("A.TXT", "12345").withTime(kNoon + 15).withAttributes(1 | 2 | 32)}));
+    rig.insert(folder("", {file("A.TXT", "12345").withTime(kNoon + 15).withAttributes(1 | 2 | 32)}));
     rig.scan();
     const std::string stamp = base::stampText(kNoon + 15);
     EXPECT_EQ(rig.field("files", {}, "file extension"), ".TXT");
@@ -138,9 +122,8 @@ TEST(ScanRows, BasicDetailWritesSizeAttributesAndStamp) {
     EXPECT_EQ(rig.field("files", {}, "Attributes"), "AHR");
     EXPECT_EQ(rig.field("files", {}, "File date"), stamp.substr(0, 8));
     EXPECT_EQ(rig.field("files", {}, "file time"), stamp.substr(9));
-    for (const char* name :
-         {"Company Name", "Description", "Copyright", "Product name", "Product Version",
-          "Internal Name", "Original file Name", "number of icons", "Comments"})
+    for (const char* name : {"Company Name", "Description", "Copyright", "Product name", "Product Version",
+                             "Internal Name", "Original file Name", "number of icons", "Comments"})
         EXPECT_TRUE(rig.isNull("files", {}, name)) << name;
 }
 
@@ -150,11 +133,9 @@ TEST(ScanRows, MinimalDetailWritesNamesAloneAndOpensNothing) {
     rig.scan(detail("minimal"));
     EXPECT_EQ(rig.field("files", {}, "file name"), "A.TXT");
     EXPECT_EQ(rig.field("files", {}, "file extension"), ".TXT");
-    for (const char* name :
-         {"file size", "Attributes", "File date", "file time", "number of icons"})
+    for (const char* name : {"file size", "Attributes", "File date", "file time", "number of icons"})
         EXPECT_TRUE(rig.isNull("files", {}, name)) << name;
-    EXPECT_EQ(rig.field("directories", {}, "Size"), "0.0048828125")
-        << "the directory's size counts all the same";
+    EXPECT_EQ(rig.field("directories", {}, "Size"), "0.0048828125") << "the directory's size counts all the same";
     EXPECT_TRUE(rig.isNull("Master Table", {}, "Total Size"));
     EXPECT_EQ(medium.calls(Asked::Open), 0);
 }
@@ -199,11 +180,9 @@ TEST(ScanRows, AFileWithoutAnExtensionLeavesTheFieldUnset) {
 
 TEST(Autorun, EveryLineIsKeptWithALineEndBeforeIt) {
     ScanRig rig;
-    rig.insert(
-        folder("", {file("AUTORUN.INF", "[autorun]\r\nopen=setup.exe\r\n\r\n[other]\nx=1")}));
+    rig.insert(folder("", {file("AUTORUN.INF", "[autorun]\r\nopen=setup.exe\r\n\r\n[other]\nx=1")}));
     rig.scan(detail("minimal"));
-    EXPECT_EQ(rig.field("drive", {}, "Autorun"),
-              "\r\n[autorun]\r\nopen=setup.exe\r\n\r\n[other]\r\nx=1");
+    EXPECT_EQ(rig.field("drive", {}, "Autorun"), "\r\n[autorun]\r\nopen=setup.exe\r\n\r\n[other]\r\nx=1");
 }
 
 TEST(Autorun, AFileThatCannotBeReadLeavesTheFieldNullAndTheScanGoesOn) {
@@ -217,9 +196,7 @@ TEST(Autorun, AFileThatCannotBeReadLeavesTheFieldNullAndTheScanGoesOn) {
 
 TEST(SetupIni, TheLastFilesApplicationNameGoesIntoTheDirectorysComments) {
     ScanRig rig;
-    rig.insert(
-        folder("", {folder("P", {file("A.TXT"),
-                                 file("SETUP.INI", "[startup]\nAppName=  Great Program \n")})}));
+    rig.insert(folder("", {folder("P", {file("A.TXT"), file("SETUP.INI", "[startup]\nAppName=  Great Program \n")})}));
     rig.scan(detail("all"));
     EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1S1'", "Comments"), "Great Program");
 }
@@ -240,8 +217,7 @@ TEST(SetupIni, AFileBehindItClearsTheName) {
 
 TEST(SetupIni, ADirectoryWithoutFilesInheritsTheNameOfThePreviousOne) {
     ScanRig rig;
-    rig.insert(folder(
-        "", {folder("A", {file("setup.ini", "[Startup]\nAppName=Passed on")}), folder("B")}));
+    rig.insert(folder("", {folder("A", {file("setup.ini", "[Startup]\nAppName=Passed on")}), folder("B")}));
     rig.scan(detail("all"));
     EXPECT_EQ(rig.field("directories", "[directory name] = 'B'", "Comments"), "Passed on");
 }
@@ -273,10 +249,10 @@ TEST(ScanCourse, TheDisplayHearsOfEachStepInOrder) {
     ScanRig rig;
     rig.insert(folder("", {file("A"), file("B"), folder("S", {file("C")})}));
     rig.scan();
-    EXPECT_EQ(rig.watcher.log, (std::vector<std::string>{
-                                   "started 3", "directory of 2", "directory of 1", "walk finished",
-                                   "remaining time zero", "cancel impossible", "totals started",
-                                   "totals finished", "clock stopped", "beep", "finished"}));
+    EXPECT_EQ(rig.watcher.log,
+              (std::vector<std::string>{"started 3", "directory of 2", "directory of 1", "walk finished",
+                                        "remaining time zero", "cancel impossible", "totals started", "totals finished",
+                                        "clock stopped", "beep", "finished"}));
     EXPECT_EQ(rig.watcher.counters, (std::vector<double>{1, 2, 2, 1, 3, 0}));
     EXPECT_EQ(rig.watcher.totalsBarSize, 2);
     EXPECT_EQ(rig.watcher.totalsSteps, 2);
@@ -344,15 +320,11 @@ TEST(ScanCourse, AFreeNumberIsTheLowestThatNoDiscHoldsAndLeavesTheHighestAsItWas
         rig.scan();
     rig.discs.Recordset().FindFirst("[id number] = 2");
     rig.discs.Recordset().Delete();
-    rig.scan({.DetailLevel = "basic",
-              .ErrorAction = "ignore",
-              .LogErrors = "true",
-              .UseFreeNumber = "true"});
+    rig.scan({.DetailLevel = "basic", .ErrorAction = "ignore", .LogErrors = "true", .UseFreeNumber = "true"});
     EXPECT_EQ(rig.column("drive", "id number"), (std::vector<std::string>{"1", "3", "2"}))
         << "at the table's end, whatever its number";
     EXPECT_EQ(rig.master("scanned cd-roms"), "3");
-    EXPECT_EQ(rig.field("directories", "[drive id number] = 2", "Total number of Subdirectories"),
-              "0");
+    EXPECT_EQ(rig.field("directories", "[drive id number] = 2", "Total number of Subdirectories"), "0");
 }
 
 TEST(ScanCourse, TheNextNumberNeverGoesBack) {
@@ -384,8 +356,7 @@ TEST(Totals, ALeafsTotalsAreItsOwn) {
     rig.scan();
     EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1S2'", "Total Size"), "2");
     EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1S2'", "Total number of files"), "1");
-    EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1S2'", "Total number of Subdirectories"),
-              "0");
+    EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1S2'", "Total number of Subdirectories"), "0");
 }
 
 TEST(Totals, ADirectoryTakesInAllBeneathIt) {
@@ -394,20 +365,17 @@ TEST(Totals, ADirectoryTakesInAllBeneathIt) {
     rig.scan();
     EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1'", "Total number of files"), "5");
     EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1'", "Total Size"), "2.0048828125");
-    EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1'", "Total number of Subdirectories"),
-              "2")
+    EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1'", "Total number of Subdirectories"), "2")
         << "two directly; the one deeper is a sum of exactly 1, which is dropped";
 }
 
 TEST(Totals, ASumOfExactlyOneIsDropped) {
     ScanRig rig;
-    rig.insert(
-        folder("", {file("A"), file("B"), folder("S", {file("ONLY", std::string(1024, 'x'))})}));
+    rig.insert(folder("", {file("A"), file("B"), folder("S", {file("ONLY", std::string(1024, 'x'))})}));
     rig.scan();
     EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1'", "Total number of files"), "2");
     EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1'", "Total Size"), "0");
-    EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1'", "Total number of Subdirectories"),
-              "1");
+    EXPECT_EQ(rig.field("directories", "[id number] = 'C1D1'", "Total number of Subdirectories"), "1");
 }
 
 TEST(Totals, ANumberThatBeginsLikeAnotherIsNotBeneathIt) {

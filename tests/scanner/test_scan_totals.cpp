@@ -10,10 +10,7 @@ namespace {
 using Texts = std::vector<std::string>;
 
 scanner::ScanOptions options(const char* level, const char* freeNumber = "") {
-    return {.DetailLevel = level,
-            .ErrorAction = "ignore",
-            .LogErrors = "true",
-            .UseFreeNumber = freeNumber};
+    return {.DetailLevel = level, .ErrorAction = "ignore", .LogErrors = "true", .UseFreeNumber = freeNumber};
 }
 
 std::string kilobytes(int count) {
@@ -22,9 +19,8 @@ std::string kilobytes(int count) {
 
 // 7 KB: 2 in the root, 3 in A, 2 in A\B.
 MemoryNode disc() {
-    return folder(
-        "", {file("ROOT", kilobytes(2)),
-             folder("A", {file("A1", kilobytes(3)), folder("B", {file("B1", kilobytes(2))})})});
+    return folder("", {file("ROOT", kilobytes(2)),
+                       folder("A", {file("A1", kilobytes(3)), folder("B", {file("B1", kilobytes(2))})})});
 }
 
 } // namespace
@@ -61,8 +57,7 @@ TEST(NullSums, OfAChainOfDirectoriesEachAddsWhatIsBeneathItButASumOfOne) {
     rig.scan(options("basic"));
     EXPECT_EQ(rig.column("directories", "number of subdirectories"), (Texts{"1", "1", "1", "0"}));
     // Beneath the root 1 + 1 + 0, beneath A 1 + 0, which is dropped, beneath B 0, beneath C nothing.
-    EXPECT_EQ(rig.column("directories", "Total number of Subdirectories"),
-              (Texts{"3", "1", "1", "0"}));
+    EXPECT_EQ(rig.column("directories", "Total number of Subdirectories"), (Texts{"3", "1", "1", "0"}));
     EXPECT_EQ(rig.column("directories", "Total Size"), (Texts{"0", "0", "0", "0"}));
 }
 

@@ -13,16 +13,12 @@ namespace {
 using Texts = std::vector<std::string>;
 
 MemoryNode disc() {
-    return folder("", {file("A.TXT", "a"), file("B.TXT", "b"),
-                       folder("S1", {file("C.TXT"), folder("X"), folder("Y")}),
+    return folder("", {file("A.TXT", "a"), file("B.TXT", "b"), folder("S1", {file("C.TXT"), folder("X"), folder("Y")}),
                        folder("S2", {file("D.TXT")})});
 }
 
 scanner::ScanOptions action(const char* errorAction) {
-    return {.DetailLevel = "basic",
-            .ErrorAction = errorAction,
-            .LogErrors = "true",
-            .UseFreeNumber = {}};
+    return {.DetailLevel = "basic", .ErrorAction = errorAction, .LogErrors = "true", .UseFreeNumber = {}};
 }
 
 class StopPath : public testing::Test {
@@ -112,8 +108,7 @@ TEST_F(StopPath, InTheMiddleOfTheTreePassesThroughTheCallersLoopsToo) {
     stopAtSave(rig.files, 3);
     scan("ignore");
     EXPECT_EQ(numbers, (Texts{"C1D1S1", "C1D1S1S1", "C1D1S1S1S2"}));
-    EXPECT_EQ(rig.errorLog,
-              "\r\n\r\nThe value is out of range in Directory :- " + rig.root + "S1\\X")
+    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe value is out of range in Directory :- " + rig.root + "S1\\X")
         << "X has no second directory";
 }
 
@@ -155,8 +150,8 @@ TEST_F(StopPath, AnOkAtAPromptAsksOnceMoreWhenTheWayOutFails) {
     rig.watcher.answers = {true, true};
     scan("cancel", discWithPlainDirectories());
     EXPECT_EQ(rig.watcher.prompts, 2);
-    EXPECT_EQ(rig.errorLog, "\r\n\r\nThe disc could not be read in Directory :- " + rig.root +
-                                "S1" + missedDirectory(rig));
+    EXPECT_EQ(rig.errorLog,
+              "\r\n\r\nThe disc could not be read in Directory :- " + rig.root + "S1" + missedDirectory(rig));
 }
 
 TEST_F(StopPath, TheStepsAfterTheWalkAreLeftOut) {

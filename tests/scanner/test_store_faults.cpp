@@ -27,9 +27,8 @@ struct Point {
     bool last;
 
     const char* cause() const {
-        return fault == FaultVfs::Fault::DiskFull && !last
-                   ? "There is not enough space on the disk"
-                   : "The catalogue file could not be read or written";
+        return fault == FaultVfs::Fault::DiskFull && !last ? "There is not enough space on the disk"
+                                                           : "The catalogue file could not be read or written";
     }
 };
 
@@ -43,8 +42,7 @@ std::vector<Point> pointsOf(int operations) {
 }
 
 std::ostream& operator<<(std::ostream& stream, const Point& point) {
-    return stream << "operation " << point.at << (point.lasting ? " and on" : "") << ", "
-                  << point.cause();
+    return stream << "operation " << point.at << (point.lasting ? " and on" : "") << ", " << point.cause();
 }
 
 constexpr Point kNone{FaultVfs::Fault::DiskFull, true, INT_MAX, false};
@@ -110,8 +108,7 @@ TEST_P(ScanOverFaults, TheNextScanAfterAFailedOneWorks) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ScanOverFaults,
-                         testing::Values(Manner{"Ignore", "ignore", false},
-                                         Manner{"CancelGoOn", "cancel", false},
+                         testing::Values(Manner{"Ignore", "ignore", false}, Manner{"CancelGoOn", "cancel", false},
                                          Manner{"CancelStop", "cancel", true}),
                          [](const auto& row) { return std::string(row.param.name); });
 
@@ -186,8 +183,7 @@ protected:
     }
 
     void tag(int disc) {
-        const auto tags =
-            db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset("Prog Tag");
+        const auto tags = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset("Prog Tag");
         tags->AddNew();
         tags->Fields(catalogue::progTag::kProgName) = "A program";
         tags->Fields(catalogue::progTag::kCDNumber) = disc;

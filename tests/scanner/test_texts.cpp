@@ -36,10 +36,8 @@ TEST(StampSplit, GivesAnEightCharacterDateAndAnElevenCharacterTime) {
 }
 
 TEST(StampSplit, TakesTheLastPPlusTwoCharactersWhateverTheDatesLength) {
-    EXPECT_EQ(splitStamp("1/2/02 10:30:15 AM").time, ":30:15 AM")
-        << "a six-character date cuts the time";
-    EXPECT_EQ(splitStamp("12/25/2002 1:02:03 AM").time, "02 1:02:03 AM")
-        << "a longer one reaches into the date";
+    EXPECT_EQ(splitStamp("1/2/02 10:30:15 AM").time, ":30:15 AM") << "a six-character date cuts the time";
+    EXPECT_EQ(splitStamp("12/25/2002 1:02:03 AM").time, "02 1:02:03 AM") << "a longer one reaches into the date";
 }
 
 TEST(StampSplit, WithoutABlankBothStayUnset) {
@@ -49,16 +47,13 @@ TEST(StampSplit, WithoutABlankBothStayUnset) {
 
 TEST(ScanTexts, TheReportSentenceNamesDetailAndErrorAction) {
     EXPECT_EQ(reportSentence({}), "Scanned with basic details ignoring all errors.");
-    EXPECT_EQ(
-        reportSentence(
-            {.DetailLevel = "all", .ErrorAction = "cancel", .LogErrors = {}, .UseFreeNumber = {}}),
-        "Scanned with all details not ignoring any errors.");
+    EXPECT_EQ(reportSentence({.DetailLevel = "all", .ErrorAction = "cancel", .LogErrors = {}, .UseFreeNumber = {}}),
+              "Scanned with all details not ignoring any errors.");
 }
 
 TEST(ScanTexts, CommentsAreTheSentenceAloneOrWithTheUsersTextBelow) {
     EXPECT_EQ(initialComments({}, ""), "Scanned with basic details ignoring all errors.");
-    EXPECT_EQ(initialComments({}, "mine\nmore"),
-              "Scanned with basic details ignoring all errors.\r\nmine\nmore");
+    EXPECT_EQ(initialComments({}, "mine\nmore"), "Scanned with basic details ignoring all errors.\r\nmine\nmore");
 }
 
 TEST(ScanTexts, TheSettingsStandOnFivePiecesAndTheCounts) {

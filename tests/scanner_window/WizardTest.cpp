@@ -45,8 +45,7 @@ WizardTest::WizardTest()
     app::Windows::Register("Switch", [] { return new app::Switch; });
     app::Windows::Register("Loading", [] { return new app::Loading; });
     app::Windows::Register("EXMain", [] { return new EmptyWindow; });
-    letter = addDrive(
-        folder("", {file("README.TXT", "hello"), folder("BIN", {file("A.EXE"), file("B.DLL")})}));
+    letter = addDrive(folder("", {file("README.TXT", "hello"), folder("BIN", {file("A.EXE"), file("B.DLL")})}));
 }
 
 WizardTest::~WizardTest() {
@@ -106,9 +105,7 @@ kit::Button& WizardTest::button(int index) {
 }
 
 int64_t WizardTest::count(const char* table) const {
-    return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-        ->OpenRecordset(table)
-        ->RecordCount();
+    return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(table)->RecordCount();
 }
 
 std::string WizardTest::field(const char* table, const char* name) const {

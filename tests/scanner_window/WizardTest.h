@@ -30,12 +30,10 @@ public:
     disc::Listing list(const disc::Place& parent, const disc::Place& directory) const override {
         return m_disc->list(parent, directory);
     }
-    disc::FileFacts fileFacts(const disc::Place& directory,
-                              const disc::Place& file) const override {
+    disc::FileFacts fileFacts(const disc::Place& directory, const disc::Place& file) const override {
         return m_disc->fileFacts(directory, file);
     }
-    std::unique_ptr<disc::ByteSource> open(const disc::Place& directory,
-                                           const disc::Place& file) const override {
+    std::unique_ptr<disc::ByteSource> open(const disc::Place& directory, const disc::Place& file) const override {
         return m_disc->open(directory, file);
     }
 

@@ -31,14 +31,13 @@ protected:
         return path;
     }
     // Writes an image file, always the same, of a disc with these files.
-    static std::filesystem::path makeImage(const std::string& label,
-                                           const std::vector<std::string>& files) {
+    static std::filesystem::path makeImage(const std::string& label, const std::vector<std::string>& files) {
         const auto content = makeFolder("content of " + label);
         for (const auto& name : files)
             std::ofstream(content / name) << name;
         const auto image = app::Module1::ApplicationPath / "disc.iso";
-        runTool("genisoimage -quiet -V " + QString::fromStdString(label).toUpper().toStdString() +
-                " -o " + shellWord(image) + " " + shellWord(content));
+        runTool("genisoimage -quiet -V " + QString::fromStdString(label).toUpper().toStdString() + " -o " +
+                shellWord(image) + " " + shellWord(content));
         return image;
     }
     // The wizard with this image or folder chosen and a name typed; and that at the scanning screen.
@@ -68,8 +67,7 @@ class WithoutPrivileges {
 public:
     WithoutPrivileges() {
         ::syscall(SYS_capget, &m_header, m_before);
-        const __user_cap_data_struct none[2] = {{0, m_before[0].permitted, 0},
-                                                {0, m_before[1].permitted, 0}};
+        const __user_cap_data_struct none[2] = {{0, m_before[0].permitted, 0}, {0, m_before[1].permitted, 0}};
         ::syscall(SYS_capset, &m_header, none);
     }
     ~WithoutPrivileges() { ::syscall(SYS_capset, &m_header, m_before); }
@@ -333,8 +331,8 @@ TEST_F(Drives, AVanishedDiscEndsTheQuickScanAndShowsTheMenuWhateverReturnToSays)
     goTo(3);
     app::Module1::ReturnTo = "explore";
     medium.vanishAfter(1); // when the root has been listed
-    box.expect("An error was found during the Quickscan operation. The scan will be cancelled.",
-               Buttons::Ok, Icon::Critical, "Error during Quickscan");
+    box.expect("An error was found during the Quickscan operation. The scan will be cancelled.", Buttons::Ok,
+               Icon::Critical, "Error during Quickscan");
     next();
     EXPECT_FALSE(isUp("Scanform"));
     EXPECT_TRUE(isUp("Switch"));
@@ -413,8 +411,8 @@ TEST_F(Drives, AnAddedFolderThatIsRemovedInTheQuickScanIsToldAndLeadsToTheMenu) 
     openWith(path);
     next();
     QTimer::singleShot(0, form, [&path] { std::filesystem::remove_all(path); });
-    box.expect("An error was found during the Quickscan operation. The scan will be cancelled.",
-               Buttons::Ok, Icon::Critical, "Error during Quickscan");
+    box.expect("An error was found during the Quickscan operation. The scan will be cancelled.", Buttons::Ok,
+               Icon::Critical, "Error during Quickscan");
     next();
     EXPECT_FALSE(isUp("Scanform"));
     EXPECT_TRUE(isUp("Switch"));
@@ -424,8 +422,8 @@ TEST_F(Drives, AnAddedFolderThatHasGoneWhenTheScanStartsIsToldAndTheScanCanBeSta
     const auto path = makeFolder("going");
     goToScanningOf(path);
     std::filesystem::remove_all(path);
-    box.expect(QString::fromStdString("The path was not found: " + path.string()), Buttons::Ok,
-               Icon::Exclamation, "Error");
+    box.expect(QString::fromStdString("The path was not found: " + path.string()), Buttons::Ok, Icon::Exclamation,
+               "Error");
     click(*form->Command2);
     EXPECT_EQ(count("drive") + count("directories") + count("files"), 0);
     EXPECT_TRUE(form->Picture2->isVisible());
@@ -524,8 +522,7 @@ TEST_F(Drives, WhatIsNoFileOrComesTooLateIsNotTakenAsADisc) {
     const auto accepted = [this](const char* url) {
         QMimeData data;
         data.setUrls({QUrl(url)});
-        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton,
-                              Qt::NoModifier);
+        QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QCoreApplication::sendEvent(form, &enter);
         return enter.isAccepted();
     };
@@ -540,8 +537,8 @@ TEST_F(Drives, WhatIsNoFileOrComesTooLateIsNotTakenAsADisc) {
 TEST_F(Drives, TheWheelTurnsTheDrivesOnlyWhenTheyHaveTheFocus) {
     goTo(2);
     const auto turn = [this] {
-        QWheelEvent wheel(QPointF(5, 5), form->Drive1->mapToGlobal(QPointF(5, 5)), QPoint(),
-                          QPoint(0, 120), Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QWheelEvent wheel(QPointF(5, 5), form->Drive1->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, 120),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
         QCoreApplication::sendEvent(form->Drive1, &wheel);
     };
     form->activateWindow();

@@ -21,8 +21,7 @@ protected:
             .Text();
     }
     void setScanned(int64_t number) {
-        auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-                        ->OpenRecordset("master table");
+        auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset("master table");
         rows->Edit();
         (*rows)(catalogue::masterTable::kScannedCdRoms) = number;
         rows->Update();
@@ -56,8 +55,7 @@ TEST_F(Options, TheDefaultsAreBasicIgnoreLogAndTheNextNumber) {
     EXPECT_TRUE(form->Option4->value());
     EXPECT_TRUE(form->Option7->value());
     EXPECT_TRUE(form->Check2->value());
-    EXPECT_NE(settings().find("scanned with basic details ignoring all errors."),
-              std::string::npos);
+    EXPECT_NE(settings().find("scanned with basic details ignoring all errors."), std::string::npos);
 }
 
 TEST_F(Options, EachDetailLevelIsTakenOver) {
@@ -72,16 +70,14 @@ TEST_F(Options, TheUsualChoicesCanBeTakenAgain) {
     form->Option2->click();
     form->Option5->click();
     form->Option4->click();
-    EXPECT_NE(settings().find("scanned with basic details ignoring all errors."),
-              std::string::npos);
+    EXPECT_NE(settings().find("scanned with basic details ignoring all errors."), std::string::npos);
 }
 
 TEST_F(Options, MinimalDetailAndCancelAreTakenOver) {
     open();
     form->Option3->click();
     form->Option5->click();
-    EXPECT_NE(settings().find("scanned with minimal details not ignoring any errors."),
-              std::string::npos);
+    EXPECT_NE(settings().find("scanned with minimal details not ignoring any errors."), std::string::npos);
 }
 
 TEST_F(Options, AClickOnACaptionIsAClickOnItsButton) {
@@ -127,8 +123,7 @@ TEST_F(Options, TheTabKeyLeadsToTheTickedChoices) {
                                           {form->Option5, true},
                                           {form->Option6, false},
                                           {form->Option7, true}})
-        EXPECT_EQ(bool(button->focusPolicy() & Qt::TabFocus), reached)
-            << button->objectName().toStdString();
+        EXPECT_EQ(bool(button->focusPolicy() & Qt::TabFocus), reached) << button->objectName().toStdString();
 }
 
 TEST_F(Options, EscapeGoesBackToThePageAndTheButtonHasTheFocus) {

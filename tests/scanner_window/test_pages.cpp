@@ -37,18 +37,16 @@ TEST_F(Pages, EveryControlOfTheKeyboardCanBeSpoken) {
 
 TEST_F(Pages, TheFirstPageShowsFourLinesAndTheOptionsButton) {
     open();
-    EXPECT_EQ(
-        said(*form->Text1),
-        "* The following screens will help you complete the task of scanning your CD-ROM.\r\n\r\n"
-        "* If you wish to exit at any time just press cancel.\r\n\r\n"
-        "* If you want to go back to a certain screen to verify or change your enteries , use the "
-        "Back "
-        "button.\r\n\r\n"
-        "* You can choose the detail level and error action by pressing the Options button now.");
+    EXPECT_EQ(said(*form->Text1),
+              "* The following screens will help you complete the task of scanning your CD-ROM.\r\n\r\n"
+              "* If you wish to exit at any time just press cancel.\r\n\r\n"
+              "* If you want to go back to a certain screen to verify or change your enteries , use the "
+              "Back "
+              "button.\r\n\r\n"
+              "* You can choose the detail level and error action by pressing the Options button now.");
     for (QWidget* hidden :
-         {static_cast<QWidget*>(form->Text2), static_cast<QWidget*>(form->Label2),
-          static_cast<QWidget*>(form->Label3), static_cast<QWidget*>(form->Drive1),
-          static_cast<QWidget*>(form->Check1)})
+         {static_cast<QWidget*>(form->Text2), static_cast<QWidget*>(form->Label2), static_cast<QWidget*>(form->Label3),
+          static_cast<QWidget*>(form->Drive1), static_cast<QWidget*>(form->Check1)})
         EXPECT_FALSE(hidden->isVisible()) << hidden->objectName().toStdString();
     EXPECT_TRUE(form->Command4->isVisible());
     EXPECT_FALSE(button(1).isEnabled());
@@ -79,14 +77,12 @@ TEST_F(Pages, TheNamePageStartsEmptyWithTheDriveOfTheDisc) {
 
 TEST_F(Pages, TheNamePageTellsWhatToEnter) {
     goTo(2);
-    EXPECT_EQ(said(*form->Text1),
-              "* Enter a name that you wish to identify your CD-ROM with. This name will be "
-              "referred to as the 'Preferred Name' in the future.\r\n\r\n"
-              "* If you leave this entry empty , the volume label can be used instead.\r\n\r\n"
-              "* Also choose the drive you are going to scan.");
-    for (QWidget* shown :
-         {static_cast<QWidget*>(form->Label3), static_cast<QWidget*>(form->Drive1),
-          static_cast<QWidget*>(form->Check1), static_cast<QWidget*>(form->Label2)})
+    EXPECT_EQ(said(*form->Text1), "* Enter a name that you wish to identify your CD-ROM with. This name will be "
+                                  "referred to as the 'Preferred Name' in the future.\r\n\r\n"
+                                  "* If you leave this entry empty , the volume label can be used instead.\r\n\r\n"
+                                  "* Also choose the drive you are going to scan.");
+    for (QWidget* shown : {static_cast<QWidget*>(form->Label3), static_cast<QWidget*>(form->Drive1),
+                           static_cast<QWidget*>(form->Check1), static_cast<QWidget*>(form->Label2)})
         EXPECT_TRUE(shown->isVisible()) << shown->objectName().toStdString();
     EXPECT_FALSE(form->Text3->isVisible());
 }
@@ -96,9 +92,8 @@ TEST_F(Pages, TheCommentsPageShowsOneEntry) {
     EXPECT_EQ(said(*form->Text1), "* Enter any comments that you would like to be associated with "
                                   "this CD-ROM.");
     for (QWidget* hidden :
-         {static_cast<QWidget*>(form->Check1), static_cast<QWidget*>(form->Label3),
-          static_cast<QWidget*>(form->Drive1), static_cast<QWidget*>(form->Text2),
-          static_cast<QWidget*>(form->Text4)})
+         {static_cast<QWidget*>(form->Check1), static_cast<QWidget*>(form->Label3), static_cast<QWidget*>(form->Drive1),
+          static_cast<QWidget*>(form->Text2), static_cast<QWidget*>(form->Text4)})
         EXPECT_FALSE(hidden->isVisible()) << hidden->objectName().toStdString();
     EXPECT_EQ(form->Label2->text(), "Comments");
     EXPECT_EQ(form->focusWidget(), form->Text3->focusProxy());
@@ -123,8 +118,7 @@ TEST_F(Pages, TheCountTravelsThroughTheDisc) {
     goTo(3);
     std::vector<std::string> shown;
     QTimer watch;
-    QObject::connect(&watch, &QTimer::timeout, form,
-                     [&] { shown.push_back(form->Text4->text().toStdString()); });
+    QObject::connect(&watch, &QTimer::timeout, form, [&] { shown.push_back(form->Text4->text().toStdString()); });
     watch.start(0);
     next();
     const std::string root = std::string(1, letter) + ":\\";
@@ -224,11 +218,10 @@ TEST_F(Pages, CancelAtASerialQuestionStaysOnPageTwo) {
     addDisc(1, "One", "0123-4567");
     addDisc(2, "Two", "0123-4567");
     goTo(2);
-    box.expect(
-        "The CD-ROM named  'One'  has the same serial number as this CD-ROM. You may have scanned "
-        "it once "
-        "before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
-        Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number", Answer::Cancel);
+    box.expect("The CD-ROM named  'One'  has the same serial number as this CD-ROM. You may have scanned "
+               "it once "
+               "before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
+               Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number", Answer::Cancel);
     next();
     EXPECT_TRUE(form->Text2->isVisible());
 }
@@ -251,8 +244,7 @@ TEST_F(Pages, GoingBackToPageOneHidesTheEntries) {
 
 TEST_F(Pages, TheCheckPageCountsTheDisc) {
     goTo(4);
-    EXPECT_EQ(said(*form->Text1),
-              "* The program will now quickly check your CD-ROM's information.");
+    EXPECT_EQ(said(*form->Text1), "* The program will now quickly check your CD-ROM's information.");
     EXPECT_EQ(said(*form->Text4), "1 Directories\r\n3 Files");
     EXPECT_TRUE(button(0).isEnabled());
     EXPECT_FALSE(button(3).isEnabled());
@@ -306,15 +298,14 @@ TEST_F(Pages, TheSettingsPageShowsEverything) {
     next();
     next();
     const std::string drive = form->Drive1->text().toStdString();
-    EXPECT_EQ(said(*form->Text1),
-              "* These are the final settings for your CD-ROM.\r\n\r\n* To start scanning press "
-              "Finish.\r\n\r\n"
-              "* To exit press Cancel.\r\n\r\nPreferred Name:\r\n      My disc\r\n\r\nDrive "
-              "Name:\r\n      " +
-                  drive +
-                  "\r\n\r\nComments:\r\n      from the shelf\r\n\r\n"
-                  "* This CD-ROM will be scanned with basic details ignoring all errors.\r\n\r\n"
-                  "* The CD-ROM contains :-\r\n   1 Directories\r\n   3 Files");
+    EXPECT_EQ(said(*form->Text1), "* These are the final settings for your CD-ROM.\r\n\r\n* To start scanning press "
+                                  "Finish.\r\n\r\n"
+                                  "* To exit press Cancel.\r\n\r\nPreferred Name:\r\n      My disc\r\n\r\nDrive "
+                                  "Name:\r\n      " +
+                                      drive +
+                                      "\r\n\r\nComments:\r\n      from the shelf\r\n\r\n"
+                                      "* This CD-ROM will be scanned with basic details ignoring all errors.\r\n\r\n"
+                                      "* The CD-ROM contains :-\r\n   1 Directories\r\n   3 Files");
     EXPECT_FALSE(button(2).isEnabled());
     EXPECT_TRUE(button(3).isEnabled());
 }
@@ -376,9 +367,8 @@ TEST_F(Pages, TheTabKeyFollowsTheReadingOrder) {
     for (const auto& name : tabOrder(*form))
         if (control<QWidget>(*form, name.c_str()).isVisible())
             reached.push_back(name);
-    EXPECT_EQ(reached, (std::vector<std::string>{"Text1", "Text2", "Check1", "Drive1", "DiscImage",
-                                                 "Command1(0)", "Command1(1)", "Command1(2)",
-                                                 "Command1(3)"}));
+    EXPECT_EQ(reached, (std::vector<std::string>{"Text1", "Text2", "Check1", "Drive1", "DiscImage", "Command1(0)",
+                                                 "Command1(1)", "Command1(2)", "Command1(3)"}));
 }
 
 TEST_F(Pages, AnEnterKeyThatIsHeldLeadsOnePageOn) {

@@ -25,10 +25,9 @@ constexpr auto kCancelText =
     "You have choosen to terminate the scan process. The scan operation will be stopped and the "
     "scanned enteries will "
     "be deleted. Press OK to proceed with deletion or press Cancel to continue.";
-constexpr auto kErrorText =
-    "An error was found during the scan process. The scan operation will be stopped and the "
-    "scanned enteries will be "
-    "deleted. Press OK to proceed with deletion or press Cancel to ignore this error.";
+constexpr auto kErrorText = "An error was found during the scan process. The scan operation will be stopped and the "
+                            "scanned enteries will be "
+                            "deleted. Press OK to proceed with deletion or press Cancel to ignore this error.";
 constexpr auto kUnfinishedText =
     "The last CD-ROM scan was not successfully terminated. This may cause your database to act "
     "wierdly. If this "
@@ -41,9 +40,7 @@ protected:
         click(*form->Command2);
     }
     // Runs an action in the middle of the scan, in a yield.
-    void duringScan(std::function<void()> action) {
-        QTimer::singleShot(0, form, std::move(action));
-    }
+    void duringScan(std::function<void()> action) { QTimer::singleShot(0, form, std::move(action)); }
 };
 
 // The values that the upper bar is painted with while the totals are computed.
@@ -82,8 +79,7 @@ TEST_F(Scanning, BringsTheDiscIntoTheCatalogueAndSaysSo) {
     EXPECT_EQ(count("directories"), 2);
     EXPECT_EQ(count("files"), 3);
     EXPECT_EQ(field("drive", "prefered name"), "Disc");
-    EXPECT_EQ(said(*form->Text5),
-              "* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
+    EXPECT_EQ(said(*form->Text5), "* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
     EXPECT_TRUE(button(7).isEnabled());
     EXPECT_FALSE(form->Command6->isVisible());
     EXPECT_TRUE(form->Command5->isVisible());
@@ -225,9 +221,7 @@ TEST_F(Scanning, TheBarMovesWithEachDirectoryOfTheTotals) {
 TEST_F(Scanning, EachCounterSaysWhatItCounts) {
     scan();
     const auto says = [](QWidget& counter) {
-        return QAccessible::queryAccessibleInterface(&counter)
-            ->text(QAccessible::Name)
-            .toStdString();
+        return QAccessible::queryAccessibleInterface(&counter)->text(QAccessible::Name).toStdString();
     };
     EXPECT_EQ(says(form->NumLED1(0)), "Files done: 3+");
     EXPECT_EQ(says(form->NumLED1(1)), "Files to come: 0-");
@@ -247,9 +241,8 @@ TEST_F(Scanning, TheScreenFitsAtAnyFontSize) {
     for (const double factor : {1.0, 1.25, 1.5}) {
         const LargerFont font(factor);
         goToScanning();
-        for (QWidget* late :
-             {static_cast<QWidget*>(&form->NumLED1(0)), static_cast<QWidget*>(form->NumLED2),
-              static_cast<QWidget*>(form->Label9), static_cast<QWidget*>(form->Command6)})
+        for (QWidget* late : {static_cast<QWidget*>(&form->NumLED1(0)), static_cast<QWidget*>(form->NumLED2),
+                              static_cast<QWidget*>(form->Label9), static_cast<QWidget*>(form->Command6)})
             late->show();
         EXPECT_EQ(cutTexts(*form), std::vector<std::string>{}) << factor;
         form->Unload();
@@ -296,8 +289,7 @@ TEST_F(Scanning, TheCountersGiveWayToTheirOtherSides) {
 TEST_F(Scanning, ACounterThatIsClickedLeavesTheFocusWhereItIs) {
     scan();
     ASSERT_EQ(form->focusWidget(), &button(7));
-    for (kit::NumLed* counter :
-         {&form->NumLED1(0), &form->NumLED1(1), form->NumLED2, form->NumLED3}) {
+    for (kit::NumLed* counter : {&form->NumLED1(0), &form->NumLED1(1), form->NumLED2, form->NumLED3}) {
         QTest::mouseClick(counter, Qt::LeftButton);
         EXPECT_FALSE(counter->isVisible());
         EXPECT_EQ(form->focusWidget(), &button(7));
@@ -375,8 +367,7 @@ TEST_F(Scanning, ADiscThatIsGoneAtTheStartIsToldAndTheScanCanBeStartedAgain) {
     auto& medium = insert(manyFiles());
     goToScanning();
     medium.vanishAfter(0);
-    box.expect("There is no disc in the drive, or it cannot be read", Buttons::Ok,
-               Icon::Exclamation, "Error");
+    box.expect("There is no disc in the drive, or it cannot be read", Buttons::Ok, Icon::Exclamation, "Error");
     click(*form->Command2);
     EXPECT_FALSE(db::DBEngine::InTransaction());
     EXPECT_EQ(count("drive") + count("directories") + count("files"), 0);
@@ -389,15 +380,13 @@ TEST_F(Scanning, ADiscThatIsGoneAtTheStartIsToldAndTheScanCanBeStartedAgain) {
 }
 
 TEST_F(Scanning, ADiscThatGoesInTheWalkIsToldAfterTheCommit) {
-    auto& medium =
-        insert(folder("", {folder("A", {file("1"), file("2")}), folder("B", {file("3")})}));
+    auto& medium = insert(folder("", {folder("A", {file("1"), file("2")}), folder("B", {file("3")})}));
     goToScanning();
     duringScan([&medium] { medium.vanishAfter(0); });
     box.expectTitled("Error during Scan", Icon::Exclamation);
     box.atQuestion = [] { EXPECT_FALSE(db::DBEngine::InTransaction()); };
     click(*form->Command2);
-    EXPECT_EQ(box.last().text, "The CD-ROM could not be read to its end. " +
-                                   QString::number(count("files")) +
+    EXPECT_EQ(box.last().text, "The CD-ROM could not be read to its end. " + QString::number(count("files")) +
                                    " of the 3 files that were counted are in the catalogue. The "
                                    "errors are in the CD-ROM's comments.");
     EXPECT_EQ(count("drive"), 1);
@@ -427,11 +416,10 @@ TEST_F(Scanning, FinishReturnsAndAnotherScanOpensAFreshWizard) {
     form = qobject_cast<scanner::Scanform*>(app::Windows::Find("Scanform"));
     EXPECT_TRUE(form->Picture1->isVisible());
     EXPECT_EQ(form->caption(), "Discaro - Scan a new CD-ROM");
-    box.expect(
-        "The CD-ROM named  'Disc'  has the same serial number as this CD-ROM. You may have scanned "
-        "it once "
-        "before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
-        Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number");
+    box.expect("The CD-ROM named  'Disc'  has the same serial number as this CD-ROM. You may have scanned "
+               "it once "
+               "before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
+               Buttons::OkCancel, Icon::Exclamation, "Duplicate Serial Number");
     next();
     chooseTestDrive();
     typeInto(*form->Text2, "Disc again");
@@ -449,8 +437,7 @@ TEST_F(Scanning, ACatalogueThatAnotherProgramHasLockedIsToldBeforeAnythingHappen
     goToScanning();
     db::Connection::setLockWait(0);
     {
-        db::Connection other(app::Module1::cataloguePath().string(),
-                             db::Connection::Mode::ReadWrite);
+        db::Connection other(app::Module1::cataloguePath().string(), db::Connection::Mode::ReadWrite);
         other.execute("BEGIN EXCLUSIVE");
         box.expectTitled("Error", Icon::Critical);
         click(*form->Command2);
@@ -498,8 +485,7 @@ TEST_F(Scanning, AnotherScanKeepsTheWayBack) {
 
 TEST_F(Scanning, AnUnfinishedScanIsToldOnceASecondAfterLoading) {
     {
-        auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-                        ->OpenRecordset("master table");
+        auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset("master table");
         rows->Edit();
         (*rows)(catalogue::masterTable::kScanError) = "error";
         rows->Update();
@@ -607,9 +593,9 @@ protected:
         EXPECT_EQ(exitCode([this] { emit form->Command2->Click(); }), removed ? 1 : 0);
         EXPECT_FALSE(isUp("Scanform"));
         EXPECT_EQ(isUp("Switch"), !removed);
-        EXPECT_TRUE(box.last().text.startsWith(
-            removed ? "Run-time error 3410:\n\nThe catalogue file was not found"
-                    : "The scan could not be saved. The catalogue stands as it was before."))
+        EXPECT_TRUE(
+            box.last().text.startsWith(removed ? "Run-time error 3410:\n\nThe catalogue file was not found"
+                                               : "The scan could not be saved. The catalogue stands as it was before."))
             << box.last().text.toStdString();
         expectTold();
     }
@@ -664,6 +650,5 @@ TEST_P(OtherCatalogue, IsTheOneThatTheNextWizardOpens) {
     EXPECT_EQ(count("drive"), GetParam() == Deed::Removed ? 0 : 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, OtherCatalogue,
-                         testing::Values(Deed::Replaced, Deed::Removed, Deed::Overwritten),
+INSTANTIATE_TEST_SUITE_P(All, OtherCatalogue, testing::Values(Deed::Replaced, Deed::Removed, Deed::Overwritten),
                          testing::PrintToStringParamName());

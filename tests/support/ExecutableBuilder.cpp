@@ -10,9 +10,8 @@
 namespace discaro::disc {
 
 void PrintTo(const VersionTexts& texts, std::ostream* stream) {
-    for (const auto& text :
-         {texts.companyName, texts.fileDescription, texts.legalCopyright, texts.productName,
-          texts.productVersion, texts.internalName, texts.originalFileName})
+    for (const auto& text : {texts.companyName, texts.fileDescription, texts.legalCopyright, texts.productName,
+                             texts.productVersion, texts.internalName, texts.originalFileName})
         *stream << '"' << text << "\" ";
 }
 
@@ -43,8 +42,7 @@ std::string utf16(std::string_view text) {
     char* to = output.data();
     size_t inputLeft = input.size();
     size_t outputLeft = output.size();
-    const bool failed =
-        iconv(converter, &from, &inputLeft, &to, &outputLeft) == static_cast<size_t>(-1);
+    const bool failed = iconv(converter, &from, &inputLeft, &to, &outputLeft) == static_cast<size_t>(-1);
     iconv_close(converter);
     if (failed)
         throw std::invalid_argument("not UTF-8: " + input);
@@ -64,8 +62,7 @@ public:
         for (const auto& table : content.tables)
             parts.push_back(tablePart(table));
         if (!content.translations.empty())
-            parts.insert(m_habits.listsTranslationsFirst ? parts.begin() : parts.end(),
-                         translationPart(content));
+            parts.insert(m_habits.listsTranslationsFirst ? parts.begin() : parts.end(), translationPart(content));
         std::string fixed = doubleWord(0xFEEF04BD) + doubleWord(0x10000);
         fixed.resize(52, '\0');
         const auto told = static_cast<size_t>(m_habits.fixedInfoLength);
@@ -80,39 +77,33 @@ private:
         bool isText = false;
     };
 
-    std::string encoded(std::string_view text) const {
-        return m_wide ? utf16(text) : std::string(text);
-    }
+    std::string encoded(std::string_view text) const { return m_wide ? utf16(text) : std::string(text); }
     std::string terminator() const { return std::string(m_wide ? 2 : 1, '\0'); }
 
     std::string tablePart(const VersionTable& table) const {
         std::vector<std::string> texts;
         for (const auto& [key, value] : table.texts)
             texts.push_back(textBlock(key, value));
-        const auto inner = block({table.key, "", m_habits.tableValueLength, true}, texts,
-                                 m_habits.tableLengthError);
+        const auto inner = block({table.key, "", m_habits.tableValueLength, true}, texts, m_habits.tableLengthError);
         return block({m_habits.tablePartKey, "", 0, true}, {inner}, 0);
     }
 
     std::string textBlock(const std::string& key, const std::string& text) const {
         const auto value = encoded(text) + (m_habits.terminatesTexts ? terminator() : "");
         const bool inCharacters = m_wide && !m_habits.countsTextsInBytes;
-        return block({key, value, inCharacters ? value.size() / 2 : value.size(), true}, {},
-                     m_habits.textLengthError);
+        return block({key, value, inCharacters ? value.size() / 2 : value.size(), true}, {}, m_habits.textLengthError);
     }
 
     std::string translationPart(const VersionContent& content) const {
         std::string value;
         for (const auto& [language, codePage] : content.translations)
             value += word(language) + word(codePage);
-        return block({"VarFileInfo", "", 0, true},
-                     {block({"Translation", value, value.size(), false}, {}, 0)}, 0);
+        return block({"VarFileInfo", "", 0, true}, {block({"Translation", value, value.size(), false}, {}, 0)}, 0);
     }
 
-    std::string block(const Head& head, const std::vector<std::string>& children,
-                      int lengthError) const {
-        std::string body = word(head.valueLength) + (m_wide ? word(head.isText ? 1 : 0) : "") +
-                           encoded(head.key) + terminator();
+    std::string block(const Head& head, const std::vector<std::string>& children, int lengthError) const {
+        std::string body =
+            word(head.valueLength) + (m_wide ? word(head.isText ? 1 : 0) : "") + encoded(head.key) + terminator();
         body.insert(0, 2, '\0');
         if (m_habits.padsKeys)
             pad(body, 4, m_habits.padding);
@@ -140,9 +131,7 @@ bool before(const ResourceName& left, const ResourceName& right) {
 }
 
 struct TreeOrder {
-    bool operator()(const ResourceName& left, const ResourceName& right) const {
-        return before(left, right);
-    }
+    bool operator()(const ResourceName& left, const ResourceName& right) const { return before(left, right); }
 };
 
 using Languages = std::vector<const Resource*>;
@@ -202,9 +191,8 @@ private:
 
     template <typename Children>
     static std::string directoryHeader(const Children& children) {
-        const auto named = std::ranges::count_if(children, [](const auto& child) {
-            return std::holds_alternative<std::string>(child.first);
-        });
+        const auto named = std::ranges::count_if(
+            children, [](const auto& child) { return std::holds_alternative<std::string>(child.first); });
         return std::string(12, '\0') + word(static_cast<size_t>(named)) +
                word(children.size() - static_cast<size_t>(named));
     }
@@ -243,8 +231,7 @@ private:
     std::string leaves(uint32_t dataAddress) const {
         std::string bytes;
         for (const auto& [offset, length] : m_places)
-            bytes += doubleWord(dataAddress + offset) + doubleWord(length) + doubleWord(0) +
-                     doubleWord(0);
+            bytes += doubleWord(dataAddress + offset) + doubleWord(length) + doubleWord(0) + doubleWord(0);
         return bytes;
     }
 
@@ -274,8 +261,7 @@ struct Section {
 std::string sectionHeader(const Section& section, size_t address, size_t offset, bool withoutSize) {
     std::string bytes = section.name;
     bytes.resize(8, '\0');
-    bytes += doubleWord(withoutSize ? 0 : section.content.size() + section.extraMemory) +
-             doubleWord(address);
+    bytes += doubleWord(withoutSize ? 0 : section.content.size() + section.extraMemory) + doubleWord(address);
     bytes += doubleWord(roundedUp(section.content.size(), kSector)) + doubleWord(offset);
     return bytes + std::string(12, '\0') + doubleWord(0x40000040);
 }
@@ -366,8 +352,8 @@ std::vector<Resource> iconResources(int count) {
     for (int number = 1; number <= count; ++number) {
         const auto name = static_cast<uint16_t>(number);
         const std::string picture(40, 'i');
-        const auto group = word(0) + word(1) + word(1) + std::string("\x10\x10\x10\0", 4) +
-                           word(1) + word(4) + doubleWord(picture.size()) + word(name);
+        const auto group = word(0) + word(1) + word(1) + std::string("\x10\x10\x10\0", 4) + word(1) + word(4) +
+                           doubleWord(picture.size()) + word(name);
         resources.push_back({kIconType, name, picture});
         resources.push_back({kGroupIconType, name, group});
     }
@@ -386,10 +372,9 @@ Built peFile(const std::vector<Resource>& resources, const PeOptions& options) {
     for (int number = 0; number < options.sectionsBefore; ++number)
         sections.push_back({".code" + std::to_string(number), std::string(0x230, '\x90')});
     const size_t treeAddress = (sections.size() + 1) * size_t{kPage};
-    const size_t treeExtent =
-        writer.treeLength() + (options.dataInOwnSection ? 0 : writer.data().size());
-    const size_t dataAddress = options.dataInOwnSection ? treeAddress + roundedUp(treeExtent, kPage)
-                                                        : treeAddress + writer.treeLength();
+    const size_t treeExtent = writer.treeLength() + (options.dataInOwnSection ? 0 : writer.data().size());
+    const size_t dataAddress =
+        options.dataInOwnSection ? treeAddress + roundedUp(treeExtent, kPage) : treeAddress + writer.treeLength();
     auto tree = writer.tree(static_cast<uint32_t>(dataAddress));
     if (options.dataInOwnSection) {
         sections.push_back({".rsrc", tree});
@@ -409,8 +394,7 @@ Built peFile(const std::vector<Resource>& resources, const PeOptions& options) {
     for (const auto& section : sections) {
         if (section.name == ".rsrc")
             built.tree = offset + contents.size();
-        built.bytes +=
-            sectionHeader(section, address, offset + contents.size(), options.virtualSizeIsZero);
+        built.bytes += sectionHeader(section, address, offset + contents.size(), options.virtualSizeIsZero);
         address += roundedUp(section.content.size(), kPage);
         contents += section.content;
         pad(contents, kSector);
@@ -430,10 +414,8 @@ Built neFile(const std::vector<Resource>& resources, unsigned shift) {
     std::string table = word(shift);
     for (const auto& [type, members] : types) {
         table += neName(type, tableLength, names) + word(members.size()) + doubleWord(0);
-        for (const auto* member :
-             members) // offsets and lengths follow when the names' length is known
-            table +=
-                std::string(6, '\0') + neName(member->name, tableLength, names) + doubleWord(0);
+        for (const auto* member : members) // offsets and lengths follow when the names' length is known
+            table += std::string(6, '\0') + neName(member->name, tableLength, names) + doubleWord(0);
     }
     table += word(0) + names + '\0';
 
@@ -450,8 +432,7 @@ Built neFile(const std::vector<Resource>& resources, unsigned shift) {
         for (const auto* member : members) {
             pad(built.bytes, unit);
             putWord(built.bytes, entry, static_cast<uint16_t>(built.bytes.size() >> shift));
-            putWord(built.bytes, entry + 2,
-                    static_cast<uint16_t>(roundedUp(member->data.size(), unit) >> shift));
+            putWord(built.bytes, entry + 2, static_cast<uint16_t>(roundedUp(member->data.size(), unit) >> shift));
             built.bytes += member->data;
             entry += 12;
         }

@@ -34,8 +34,7 @@ struct VersionTable {
 
 struct VersionContent {
     std::vector<VersionTable> tables;
-    std::vector<std::pair<uint16_t, uint16_t>>
-        translations; // language, code page; none: no list is written
+    std::vector<std::pair<uint16_t, uint16_t>> translations; // language, code page; none: no list is written
 };
 
 // How a compiler writes. The defaults are the published layout.

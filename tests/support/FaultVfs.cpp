@@ -123,43 +123,40 @@ FaultVfs::FaultVfs()
     m_layer->vfs.zName = "discaro-fault";
     m_layer->vfs.pAppData = m_layer.get();
     m_layer->vfs.szOsFile = static_cast<int>(sizeof(File)) + m_layer->real->szOsFile;
-    m_layer->methods = {
-        1,
-        close,
-        read,
-        [](sqlite3_file* file, const void* from, int bytes, sqlite3_int64 at) {
-            auto* self = static_cast<Self*>(own(file)->layer);
-            sqlite3_int64 size = 0;
-            fileSize(file, &size);
-            int code = self->operate(on(file));
-            if (code == SQLITE_OK && at + bytes > size)
-                code = self->resize(file, at + bytes);
-            return code != SQLITE_OK ? code
-                                     : real(file)->pMethods->xWrite(real(file), from, bytes, at);
-        },
-        [](sqlite3_file* file, sqlite3_int64 size) {
-            auto* self = static_cast<Self*>(own(file)->layer);
-            int code = self->operate(on(file));
-            if (code == SQLITE_OK)
-                code = self->resize(file, size);
-            return code != SQLITE_OK ? code : real(file)->pMethods->xTruncate(real(file), size);
-        },
-        [](sqlite3_file* file, int) { return static_cast<Self*>(own(file)->layer)->operate(); },
-        fileSize,
-        lock,
-        unlock,
-        checkReservedLock,
-        fileControl,
-        sectorSize,
-        deviceCharacteristics,
-        nullptr,
-        nullptr,
-        nullptr,
-        nullptr,
-        nullptr,
-        nullptr};
-    m_layer->vfs.xOpen = [](sqlite3_vfs* vfs, const char* path, sqlite3_file* file, int flags,
-                            int* flagsOut) {
+    m_layer->methods = {1,
+                        close,
+                        read,
+                        [](sqlite3_file* file, const void* from, int bytes, sqlite3_int64 at) {
+                            auto* self = static_cast<Self*>(own(file)->layer);
+                            sqlite3_int64 size = 0;
+                            fileSize(file, &size);
+                            int code = self->operate(on(file));
+                            if (code == SQLITE_OK && at + bytes > size)
+                                code = self->resize(file, at + bytes);
+                            return code != SQLITE_OK ? code : real(file)->pMethods->xWrite(real(file), from, bytes, at);
+                        },
+                        [](sqlite3_file* file, sqlite3_int64 size) {
+                            auto* self = static_cast<Self*>(own(file)->layer);
+                            int code = self->operate(on(file));
+                            if (code == SQLITE_OK)
+                                code = self->resize(file, size);
+                            return code != SQLITE_OK ? code : real(file)->pMethods->xTruncate(real(file), size);
+                        },
+                        [](sqlite3_file* file, int) { return static_cast<Self*>(own(file)->layer)->operate(); },
+                        fileSize,
+                        lock,
+                        unlock,
+                        checkReservedLock,
+                        fileControl,
+                        sectorSize,
+                        deviceCharacteristics,
+                        nullptr,
+                        nullptr,
+                        nullptr,
+                        nullptr,
+                        nullptr,
+                        nullptr};
+    m_layer->vfs.xOpen = [](sqlite3_vfs* vfs, const char* path, sqlite3_file* file, int flags, int* flagsOut) {
         auto* layer = static_cast<Self*>(vfs->pAppData);
         File* opened = own(file);
         opened->base.pMethods = nullptr;
@@ -177,8 +174,7 @@ FaultVfs::FaultVfs()
         const auto size = std::filesystem::file_size(path, missing);
         if (code == SQLITE_OK && !missing && layer->space != INT64_MAX)
             layer->space += static_cast<int64_t>(size);
-        return code != SQLITE_OK ? SQLITE_IOERR_DELETE
-                                 : layer->real->xDelete(layer->real, path, syncFolder);
+        return code != SQLITE_OK ? SQLITE_IOERR_DELETE : layer->real->xDelete(layer->real, path, syncFolder);
     };
     sqlite3_vfs_register(&m_layer->vfs, 0);
 }

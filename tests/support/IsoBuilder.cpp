@@ -90,8 +90,7 @@ IsoEntry isoFile(std::string identifier, uint32_t block, uint32_t size, std::str
             .systemUse = std::move(systemUse)};
 }
 
-IsoEntry isoDirectory(std::string identifier, uint32_t block, uint32_t size,
-                      std::string systemUse) {
+IsoEntry isoDirectory(std::string identifier, uint32_t block, uint32_t size, std::string systemUse) {
     return {.identifier = std::move(identifier),
             .block = block,
             .size = size,
@@ -194,8 +193,7 @@ void IsoBuilder::terminator(uint32_t sector) {
                                  7));
 }
 
-uint32_t IsoBuilder::directory(uint32_t sector, uint32_t parent,
-                               const std::vector<IsoEntry>& entries,
+uint32_t IsoBuilder::directory(uint32_t sector, uint32_t parent, const std::vector<IsoEntry>& entries,
                                const std::string& ownSystemUse) {
     auto self = isoDirectory(std::string(1, '\0'), sector, 2048, ownSystemUse);
     std::vector<IsoEntry> all = {self, isoDirectory("\1", parent)};

@@ -26,10 +26,8 @@ struct IsoEntry {
     std::string bytes() const;
 };
 
-IsoEntry isoFile(std::string identifier, uint32_t block = 0, uint32_t size = 0,
-                 std::string systemUse = {});
-IsoEntry isoDirectory(std::string identifier, uint32_t block, uint32_t size = 2048,
-                      std::string systemUse = {});
+IsoEntry isoFile(std::string identifier, uint32_t block = 0, uint32_t size = 0, std::string systemUse = {});
+IsoEntry isoDirectory(std::string identifier, uint32_t block, uint32_t size = 2048, std::string systemUse = {});
 
 // Entries of the system use field. The name part's flags: 1 goes on in the next, 2 ".", 4 "..".
 namespace susp {
@@ -39,8 +37,8 @@ std::string name(std::string_view text, unsigned flags = 0); // NM
 std::string mode(uint32_t mode);                             // PX
 std::string modified(const std::array<uint8_t, 7>& stamp);   // TF, short form
 std::string modifiedLong(std::string_view digits,
-                         int quarters = 0); // TF, long form, with a creation stamp
-std::string link(std::string_view target);  // SL
+                         int quarters = 0);                                 // TF, long form, with a creation stamp
+std::string link(std::string_view target);                                  // SL
 std::string continuation(uint32_t block, uint32_t offset, uint32_t length); // CE
 std::string childLink(uint32_t block);                                      // CL
 std::string relocated();                                                    // RE

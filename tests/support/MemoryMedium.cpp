@@ -234,8 +234,7 @@ disc::FileFacts MemoryMedium::fileFacts(const Place& /*directory*/, const Place&
     return node.facts;
 }
 
-std::unique_ptr<disc::ByteSource> MemoryMedium::open(const Place& /*directory*/,
-                                                     const Place& file) const {
+std::unique_ptr<disc::ByteSource> MemoryMedium::open(const Place& /*directory*/, const Place& file) const {
     m_state->count(Asked::Open);
     const auto& node = m_state->nodes.at(file.number).node;
     if (node.unopened)

@@ -28,12 +28,11 @@ struct MemoryNode {
     std::vector<MemoryNode> children;
     std::string content;
     disc::FileFacts facts;
-    std::string damage;                  // of a directory that can be read in part
-    std::optional<ErrorNumber> failure;  // listing a directory, asking for a file's facts
-    std::optional<ErrorNumber> unopened; // opening a file
-    std::optional<ErrorNumber> unread;   // reading a file's second half
-    std::optional<std::string>
-        standsFor; // a directory that is the one of this path ("" is the root)
+    std::string damage;                   // of a directory that can be read in part
+    std::optional<ErrorNumber> failure;   // listing a directory, asking for a file's facts
+    std::optional<ErrorNumber> unopened;  // opening a file
+    std::optional<ErrorNumber> unread;    // reading a file's second half
+    std::optional<std::string> standsFor; // a directory that is the one of this path ("" is the root)
 
     MemoryNode withSize(uint64_t size) const;
     MemoryNode withTime(std::time_t modified) const;
@@ -61,8 +60,7 @@ public:
     disc::VolumeFacts volume;
 
     // The call of this number (the first is 1) fails, and so do the ones after it up to the count.
-    void failOn(Asked asked, int call, ErrorNumber number = ErrorNumber::ReadFailure,
-                int count = 1);
+    void failOn(Asked asked, int call, ErrorNumber number = ErrorNumber::ReadFailure, int count = 1);
 
     // After so many calls of all kinds the disc is gone: each call fails with DriveNotReady, volume
     // facts too.
@@ -78,8 +76,7 @@ public:
     disc::Place root() const override;
     disc::Listing list(const disc::Place& parent, const disc::Place& directory) const override;
     disc::FileFacts fileFacts(const disc::Place& directory, const disc::Place& file) const override;
-    std::unique_ptr<disc::ByteSource> open(const disc::Place& directory,
-                                           const disc::Place& file) const override;
+    std::unique_ptr<disc::ByteSource> open(const disc::Place& directory, const disc::Place& file) const override;
 
 private:
     struct State;

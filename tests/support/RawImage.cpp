@@ -120,18 +120,16 @@ std::string nrgDiscAtOnce(const std::vector<std::vector<NrgTrack>>& sessions, in
     size_t number = 1;
     for (const auto& session : sessions) {
         std::string cues;
-        std::string tracks = std::string(20, '\0') + static_cast<char>(number) +
-                             static_cast<char>(number + session.size() - 1);
+        std::string tracks =
+            std::string(20, '\0') + static_cast<char>(number) + static_cast<char>(number + session.size() - 1);
         for (const auto& track : session) {
             cues += cue(track, number++, version);
             const auto start = writer.add(track);
-            tracks += std::string(12, '\0') + big16(track.sectorSize) +
-                      static_cast<char>(track.mode) + std::string(3, '\0');
-            tracks += writer.offset(start) + writer.offset(start) +
-                      writer.offset(start + track.data.size());
+            tracks +=
+                std::string(12, '\0') + big16(track.sectorSize) + static_cast<char>(track.mode) + std::string(3, '\0');
+            tracks += writer.offset(start) + writer.offset(start) + writer.offset(start + track.data.size());
         }
-        chunks += chunk(version == 1 ? "CUES" : "CUEX", cues) +
-                  chunk(version == 1 ? "DAOI" : "DAOX", tracks);
+        chunks += chunk(version == 1 ? "CUES" : "CUEX", cues) + chunk(version == 1 ? "DAOI" : "DAOX", tracks);
         chunks += sessionEnd(session.size());
     }
     return writer.finish(chunks);

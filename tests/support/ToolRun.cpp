@@ -14,8 +14,7 @@ std::string shellWord(const std::filesystem::path& path) {
 }
 
 std::string runTool(const std::string& command, const std::filesystem::path& folder) {
-    const auto whole =
-        "cd " + shellWord(folder) + " && timeout 120 sh -c " + shellWord(command) + " 2>/dev/null";
+    const auto whole = "cd " + shellWord(folder) + " && timeout 120 sh -c " + shellWord(command) + " 2>/dev/null";
     std::FILE* pipe = ::popen(whole.c_str(), "r");
     if (pipe == nullptr)
         throw std::runtime_error("no shell");

@@ -47,8 +47,7 @@ uint32_t extentLength(uint32_t length, unsigned type) {
 namespace udf {
 
 std::string descriptor(unsigned tag, uint32_t location, std::string_view body) {
-    std::string bytes =
-        little16(tag) + little16(2) + zeros(2) + little16(1) + zeros(4) + little32(location);
+    std::string bytes = little16(tag) + little16(2) + zeros(2) + little16(1) + zeros(4) + little32(location);
     unsigned sum = 0;
     for (const char c : bytes)
         sum += static_cast<unsigned char>(c);
@@ -74,8 +73,7 @@ std::string longExtent(uint32_t length, uint32_t block, unsigned partition, unsi
 }
 
 std::string fileEntry(const FileEntry& entry) {
-    std::string body =
-        zeros(11) + static_cast<char>(entry.type) + zeros(6) + little16(entry.allocationKind);
+    std::string body = zeros(11) + static_cast<char>(entry.type) + zeros(6) + little16(entry.allocationKind);
     body.resize(40, '\0');
     body += little64(entry.size);
     body.resize((entry.isExtended ? 92 : 84) - 16, '\0');
@@ -104,15 +102,14 @@ std::string virtualMap() {
 }
 
 std::string metadataMap(uint32_t fileBlock, uint32_t mirrorBlock) {
-    return sized("\2\x40" + zeros(2) + entityName("*UDF Metadata Partition") + little16(1) +
-                     little16(0) + little32(fileBlock) + little32(mirrorBlock),
+    return sized("\2\x40" + zeros(2) + entityName("*UDF Metadata Partition") + little16(1) + little16(0) +
+                     little32(fileBlock) + little32(mirrorBlock),
                  64);
 }
 
 std::string sparableMap(unsigned packetLength, uint32_t tableSector) {
-    return sized("\2\x40" + zeros(2) + entityName("*UDF Sparable Partition") + little16(1) +
-                     little16(0) + little16(packetLength) + '\1' + '\0' + little32(kSector) +
-                     little32(tableSector),
+    return sized("\2\x40" + zeros(2) + entityName("*UDF Sparable Partition") + little16(1) + little16(0) +
+                     little16(packetLength) + '\1' + '\0' + little32(kSector) + little32(tableSector),
                  64);
 }
 
@@ -133,14 +130,12 @@ void UdfBuilder::volume(const Volume& volume) {
     put(volume.recognition, zeros(1) + "BEA01\1");
     put(volume.recognition + 1, zeros(1) + volume.revision + '\1');
     put(volume.recognition + 2, zeros(1) + "TEA01\1");
-    put(256,
-        udf::descriptor(kAnchor, 256, little32(16 * kSector) + little32(kSequence) + zeros(16)));
+    put(256, udf::descriptor(kAnchor, 256, little32(16 * kSector) + little32(kSequence) + zeros(16)));
     put(kSequence, udf::descriptor(kPrimary, kSequence, little32(1)));
     logicalVolume(kSequence + 1, volume);
     const auto blocks = static_cast<uint32_t>(m_image.size() / kSector) - kStart;
     std::string partition = sized(little32(3) + little16(1) + little16(0), 188 - 16);
-    put(kSequence + 2, udf::descriptor(kPartition, kSequence + 2,
-                                       partition + little32(kStart) + little32(blocks)));
+    put(kSequence + 2, udf::descriptor(kPartition, kSequence + 2, partition + little32(kStart) + little32(blocks)));
     put(kSequence + 3, udf::descriptor(kTerminator, kSequence + 3, ""));
     if (volume.fileSetPartition == 0)
         putBlock(volume.fileSetBlock, fileSet(volume.rootBlock, volume.rootPartition));
@@ -153,31 +148,25 @@ void UdfBuilder::logicalVolume(uint32_t sector, const Volume& volume) {
     auto label = sized(udf::name8(volume.label), 127);
     label += static_cast<char>(volume.label.size() + 1);
     std::string body = sized(little32(2), 84 - 16) + label + little32(volume.blockSize);
-    body = sized(body, 248 - 16) +
-           udf::longExtent(kSector, volume.fileSetBlock, volume.fileSetPartition);
-    body += little32(static_cast<uint32_t>(maps.size())) +
-            little32(static_cast<uint32_t>(volume.maps.size()));
+    body = sized(body, 248 - 16) + udf::longExtent(kSector, volume.fileSetBlock, volume.fileSetPartition);
+    body += little32(static_cast<uint32_t>(maps.size())) + little32(static_cast<uint32_t>(volume.maps.size()));
     put(sector, udf::descriptor(kLogical, sector, sized(body, 440 - 16) + maps));
 }
 
 std::string UdfBuilder::fileSet(uint32_t rootBlock, unsigned rootPartition) {
-    return udf::descriptor(kFileSet, 0,
-                           zeros(400 - 16) + udf::longExtent(kSector, rootBlock, rootPartition));
+    return udf::descriptor(kFileSet, 0, zeros(400 - 16) + udf::longExtent(kSector, rootBlock, rootPartition));
 }
 
 void UdfBuilder::directory(uint32_t block, const std::vector<std::string>& identifiers) {
     std::string content = udf::identifier("", block, 2 | 8);
     for (const auto& identifier : identifiers)
         content += identifier;
-    putBlock(block,
-             udf::fileEntry(
-                 {.type = 4, .size = content.size(), .allocationKind = 3, .allocation = content}));
+    putBlock(block, udf::fileEntry({.type = 4, .size = content.size(), .allocationKind = 3, .allocation = content}));
 }
 
 void UdfBuilder::file(uint32_t block, std::string_view content) {
     const auto size = static_cast<uint32_t>(content.size());
-    putBlock(block,
-             udf::fileEntry({.size = size, .allocation = udf::shortExtent(size, block + 1)}));
+    putBlock(block, udf::fileEntry({.size = size, .allocation = udf::shortExtent(size, block + 1)}));
     putBlock(block + 1, content);
 }
 

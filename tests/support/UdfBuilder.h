@@ -29,15 +29,14 @@ struct FileEntry {
     std::string allocation = {};
     bool isExtended = false;
     std::string attributes = {}; // extended attributes, in front of the allocation
-    std::array<uint8_t, 12> stamp = {0, 0x10, 0xD0, 7, 1, 2,
-                                     3, 4,    5,    0, 0, 0}; // 2 January 2000, 03:04:05 UTC
-    uint32_t location = 0;                                    // in the tag
+    std::array<uint8_t, 12> stamp = {0, 0x10, 0xD0, 7, 1, 2, 3, 4, 5, 0, 0, 0}; // 2 January 2000, 03:04:05 UTC
+    uint32_t location = 0;                                                      // in the tag
 };
 std::string fileEntry(const FileEntry& entry);
 
 // A directory's record. Marks: 1 hidden, 2 directory, 4 deleted, 8 parent.
-std::string identifier(std::string_view name, uint32_t block, unsigned marks = 0,
-                       unsigned partition = 0, uint32_t implementationUse = 0);
+std::string identifier(std::string_view name, uint32_t block, unsigned marks = 0, unsigned partition = 0,
+                       uint32_t implementationUse = 0);
 
 // Maps of the logical volume, for partition 0.
 std::string plainMap();

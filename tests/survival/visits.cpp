@@ -95,8 +95,7 @@ protected:
                 before = ownMemory();
         }
         const int64_t growth = ownMemory() - before;
-        std::cout << window << ": " << growth << " KB more after " << kLast << " visits than after "
-                  << kFirst << '\n';
+        std::cout << window << ": " << growth << " KB more after " << kLast << " visits than after " << kFirst << '\n';
         EXPECT_LE(growth, kMostGrowth);
     }
 

@@ -39,13 +39,11 @@ public:
     void takeOpticalDrives() {
         for (const auto& drive : m_computer.opticalDrives) {
             const auto* mount = preferred([&](const Mount& candidate) {
-                return candidate.source == drive.device ||
-                       (!drive.number.empty() && candidate.number == drive.number);
+                return candidate.source == drive.device || (!drive.number.empty() && candidate.number == drive.number);
             });
             if (mount)
                 m_taken.insert(mount->number);
-            m_drives.push_back(
-                {drive.device, DriveType::CdRom, mount ? mount->point : "", drive.device});
+            m_drives.push_back({drive.device, DriveType::CdRom, mount ? mount->point : "", drive.device});
         }
     }
 
@@ -54,8 +52,7 @@ public:
         for (const auto& mount : m_computer.mounts) {
             if (!wanted(mount) || !m_taken.insert(mount.number).second)
                 continue;
-            const auto* whole =
-                preferred([&](const Mount& other) { return other.number == mount.number; });
+            const auto* whole = preferred([&](const Mount& other) { return other.number == mount.number; });
             const bool isFile = type == DriveType::CdRom && mount.source.starts_with('/');
             m_drives.push_back({whole->point, type, whole->point, isFile ? mount.source : ""});
         }
@@ -86,9 +83,8 @@ std::vector<ComputerDrive> drivesOf(const Computer& computer) {
     Collector collector(computer);
     collector.takeOpticalDrives();
     collector.takeMounts(DriveType::CdRom, isDisc);
-    collector.takeMounts(DriveType::Removable, [&](const Mount& mount) {
-        return computer.removable.contains(mount.source);
-    });
+    collector.takeMounts(DriveType::Removable,
+                         [&](const Mount& mount) { return computer.removable.contains(mount.source); });
     collector.takeMounts(DriveType::Network, isNetwork);
     return std::move(collector).drives();
 }

@@ -26,8 +26,7 @@ std::shared_ptr<const Medium> openDevice(const std::string& device) {
     try {
         return openImage(device);
     } catch (const RuntimeError& error) {
-        if (error.is(ErrorNumber::FileSystemUnknown) ||
-            error.is(ErrorNumber::FileSystemUnsupported))
+        if (error.is(ErrorNumber::FileSystemUnknown) || error.is(ErrorNumber::FileSystemUnsupported))
             throw;
         throw RuntimeError(ErrorNumber::DriveNotReady, shownPath(device));
     }

@@ -39,8 +39,7 @@ Version versionOf(const fs::path& path) {
     struct stat facts {};
     if (::stat(path.c_str(), &facts) != 0 || S_ISDIR(facts.st_mode))
         return {};
-    return {facts.st_ino, static_cast<uint64_t>(facts.st_size), facts.st_mtim.tv_sec,
-            facts.st_mtim.tv_nsec};
+    return {facts.st_ino, static_cast<uint64_t>(facts.st_size), facts.st_mtim.tv_sec, facts.st_mtim.tv_nsec};
 }
 
 } // namespace
@@ -80,9 +79,8 @@ void DriveTable::refresh() {
     const auto find = [&](const Drive& drive) {
         return std::ranges::find(present, drive.computer.key, &ComputerDrive::key);
     };
-    std::erase_if(m_drives, [&](const auto& item) {
-        return !item.second->isAdded() && find(*item.second) == present.end();
-    });
+    std::erase_if(m_drives,
+                  [&](const auto& item) { return !item.second->isAdded() && find(*item.second) == present.end(); });
     for (auto& [letter, drive] : m_drives) {
         if (!drive->isAdded())
             drive->computer = *find(*drive);
@@ -125,8 +123,7 @@ char DriveTable::letterOf(const std::string& path) const {
     for (const auto& [letter, drive] : m_drives) {
         const auto& own = drive->computer;
         const bool disc = own.type == DriveType::CdRom;
-        if (drive->addedPath == path ||
-            (disc && !drive->isAdded() && (own.point == path || own.device == path)))
+        if (drive->addedPath == path || (disc && !drive->isAdded() && (own.point == path || own.device == path)))
             return letter;
     }
     return '\0';
@@ -156,9 +153,7 @@ char DriveTable::addImageOrFolder(const fs::path& path) {
 }
 
 char DriveTable::oldestAdded() const {
-    const auto rank = [](const auto& item) {
-        return std::pair(item.second->addedPath.empty(), item.second->turn);
-    };
+    const auto rank = [](const auto& item) { return std::pair(item.second->addedPath.empty(), item.second->turn); };
     const auto oldest = std::ranges::min_element(m_drives, {}, rank);
     if (oldest == m_drives.end() || oldest->second->addedPath.empty())
         throw RuntimeError(ErrorNumber::TooManyDrives);

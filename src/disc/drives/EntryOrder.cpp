@@ -59,8 +59,7 @@ void orderDirectories(std::vector<Entry>& directories) {
         distinguish(sorted);
         std::ranges::stable_sort(sorted, isBefore);
     }
-    std::ranges::transform(sorted, directories.begin(),
-                           [](Sortable& item) { return std::move(item.entry); });
+    std::ranges::transform(sorted, directories.begin(), [](Sortable& item) { return std::move(item.entry); });
 }
 
 std::optional<size_t> findDirectory(const std::vector<Entry>& directories, std::string_view name) {
@@ -82,8 +81,7 @@ std::optional<size_t> findDirectory(const std::vector<Entry>& directories, std::
 std::optional<size_t> findFile(const std::vector<Entry>& files, std::string_view name) {
     auto found = std::ranges::find(files, name, &Entry::name);
     if (found == files.end())
-        found = std::ranges::find_if(
-            files, [&](const Entry& file) { return base::equalFolded(file.name, name); });
+        found = std::ranges::find_if(files, [&](const Entry& file) { return base::equalFolded(file.name, name); });
     if (found == files.end())
         return std::nullopt;
     return static_cast<size_t>(found - files.begin());

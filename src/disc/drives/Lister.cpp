@@ -64,9 +64,7 @@ public:
         , m_source(std::move(source)) {}
 
     uint64_t size() const override { return m_source->size(); }
-    size_t read(uint64_t offset, std::span<std::byte> buffer) const override {
-        return m_source->read(offset, buffer);
-    }
+    size_t read(uint64_t offset, std::span<std::byte> buffer) const override { return m_source->read(offset, buffer); }
 
 private:
     std::shared_ptr<const Medium> m_medium;
@@ -149,8 +147,7 @@ Lister::Chain Lister::chainFromRoot(char letter) const {
     if (!m_chain.empty() && m_chain.front()->medium == medium && m_chain.front()->name == name)
         return {m_chain.front()};
     const auto place = medium->root();
-    auto level =
-        std::make_shared<Level>(Level{std::move(medium), name, kRootLength, place, {}, {}});
+    auto level = std::make_shared<Level>(Level{std::move(medium), name, kRootLength, place, {}, {}});
     readListing(*level, place);
     return {level};
 }
@@ -174,8 +171,8 @@ Lister::Chain Lister::chainTo(std::string_view path) const {
 Lister::LevelPtr Lister::readLevel(const Chain& above, const Entry& entry) {
     const auto& parent = *above.back();
     const auto base = above.size() == 1 ? kRootLength : parent.pathLength + 1;
-    auto level = std::make_shared<Level>(
-        Level{parent.medium, entry.name, base + entry.name.size(), entry.place, {}, {}});
+    auto level =
+        std::make_shared<Level>(Level{parent.medium, entry.name, base + entry.name.size(), entry.place, {}, {}});
     if (above.size() > kMostLevels || level->pathLength > kLongestPath)
         level->damage.emplace(ErrorNumber::DirectoryDamaged, "too many levels of directories");
     else if (holdsPlace(above, entry.place))
@@ -262,8 +259,7 @@ std::string Lister::nextFile() {
 
 bool Lister::isEnumerated(std::string_view path) const {
     const auto& current = m_enumeration;
-    return current.next > 0 &&
-           isPathOf(path, current.base, current.level->listing.files[current.next - 1].name);
+    return current.next > 0 && isPathOf(path, current.base, current.level->listing.files[current.next - 1].name);
 }
 
 Lister::Found Lister::find(std::string_view path) const {

@@ -30,8 +30,7 @@ namespace discaro::disc {
 class Lister {
 public:
     static constexpr size_t kMostLevels = 250;
-    static constexpr size_t kLongestPath =
-        32767; // bytes; every row beneath would carry it once more
+    static constexpr size_t kLongestPath = 32767; // bytes; every row beneath would carry it once more
 
     explicit Lister(const DriveTable& drives);
     ~Lister();

@@ -60,8 +60,7 @@ bool Executable::isIconFile() {
     for (uint64_t entry = kIconHeaderLength; entry < list; entry += kIconEntryLength) {
         const uint64_t length = m_reader.doubleWord(entry + 8).value_or(0);
         const uint64_t offset = m_reader.doubleWord(entry + 12).value_or(0);
-        if (!m_reader.mayVisit() || length == 0 || offset < list ||
-            offset + length > m_reader.size())
+        if (!m_reader.mayVisit() || length == 0 || offset < list || offset + length > m_reader.size())
             return false;
     }
     return count > 0;

@@ -37,8 +37,7 @@ NeResources::NeResources(ExecutableReader& reader, uint64_t header)
 
 int64_t NeResources::iconGroups() {
     int64_t count = 0;
-    forEachResource(kTypeGroupIcon,
-                    [&](uint64_t entry) { count += dataSpan(entry).length > 0 ? 1 : 0; });
+    forEachResource(kTypeGroupIcon, [&](uint64_t entry) { count += dataSpan(entry).length > 0 ? 1 : 0; });
     return count;
 }
 
@@ -53,8 +52,7 @@ std::string NeResources::versionResource() {
         chosen = span;
         usual = isUsual;
     });
-    return m_reader.bytes(chosen.offset,
-                          static_cast<size_t>(std::min(chosen.length, kLongestVersionResource)));
+    return m_reader.bytes(chosen.offset, static_cast<size_t>(std::min(chosen.length, kLongestVersionResource)));
 }
 
 // Calls the visitor with the place of each entry of the type. Blocks of other types are passed
@@ -70,8 +68,7 @@ void NeResources::forEachResource(uint16_t type, Visitor visit) {
             return;
         block += kBlockHeaderLength;
         const uint64_t end = block + count * kEntryLength;
-        for (uint64_t entry = block; blockType == type && entry < end && m_reader.mayVisit();
-             entry += kEntryLength)
+        for (uint64_t entry = block; blockType == type && entry < end && m_reader.mayVisit(); entry += kEntryLength)
             visit(entry);
         block = end;
     }

@@ -56,8 +56,7 @@ PeResources::PeResources(ExecutableReader& reader, uint64_t header)
 
 int64_t PeResources::iconGroups() {
     const auto groups = entriesOfType(kTypeGroupIcon);
-    return std::ranges::count_if(groups,
-                                 [this](const Entry& entry) { return leadsIntoTree(entry); });
+    return std::ranges::count_if(groups, [this](const Entry& entry) { return leadsIntoTree(entry); });
 }
 
 std::string PeResources::versionResource() {
@@ -73,8 +72,7 @@ std::string PeResources::versionResource() {
 
 void PeResources::readSections(uint64_t table, uint16_t count, bool sectorsInFile) {
     const uint64_t sector = sectorsInFile ? kFileSector : 1;
-    for (uint64_t at = table; m_sections.size() < count && m_reader.mayVisit();
-         at += kSectionHeaderLength) {
+    for (uint64_t at = table; m_sections.size() < count && m_reader.mayVisit(); at += kSectionHeaderLength) {
         const auto offset = m_reader.doubleWord(at + 20);
         if (!offset)
             return;
@@ -107,8 +105,7 @@ std::vector<PeResources::Entry> PeResources::entries(uint32_t directory) {
     if (directory + kDirectoryHeaderLength > m_tree.length)
         return result;
     const uint64_t start = m_tree.offset + directory;
-    const auto count =
-        m_reader.word(start + 12).value_or(0) + m_reader.word(start + 14).value_or(0);
+    const auto count = m_reader.word(start + 12).value_or(0) + m_reader.word(start + 14).value_or(0);
     const auto room = (m_tree.length - directory - kDirectoryHeaderLength) / kDirectoryEntryLength;
     const auto held = std::min<uint64_t>(static_cast<uint64_t>(count), room);
     for (uint64_t index = 0; index < held && m_reader.mayVisit(); ++index) {

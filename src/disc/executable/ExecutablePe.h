@@ -34,9 +34,8 @@ private:
         uint64_t length = 0;  // how much of it is in the file
     };
     struct Entry {
-        uint32_t name = 0; // a number, or with the high bit the place of a text
-        uint32_t target =
-            0; // a leaf, or with the high bit a directory; counted from the root of the tree
+        uint32_t name = 0;   // a number, or with the high bit the place of a text
+        uint32_t target = 0; // a leaf, or with the high bit a directory; counted from the root of the tree
     };
 
     void readSections(uint64_t table, uint16_t count, bool sectorsInFile);

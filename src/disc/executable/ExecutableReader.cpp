@@ -51,9 +51,7 @@ bool ExecutableReader::mayVisit() {
 const unsigned char* ExecutableReader::at(uint64_t offset, size_t length) {
     if (offset >= m_size || m_size - offset < length)
         return nullptr;
-    const auto inWindow = [&] {
-        return offset >= m_windowStart && offset - m_windowStart + length <= m_windowLength;
-    };
+    const auto inWindow = [&] { return offset >= m_windowStart && offset - m_windowStart + length <= m_windowLength; };
     if (!inWindow())
         moveWindow(offset);
     if (!inWindow())
@@ -64,8 +62,7 @@ const unsigned char* ExecutableReader::at(uint64_t offset, size_t length) {
 void ExecutableReader::moveWindow(uint64_t offset) {
     m_windowLength = 0;
     m_windowStart = offset - offset % kSectorSize;
-    const auto length =
-        static_cast<size_t>(std::min<uint64_t>(kWindowSize, m_size - m_windowStart));
+    const auto length = static_cast<size_t>(std::min<uint64_t>(kWindowSize, m_size - m_windowStart));
     if (mayRead(length))
         m_windowLength = m_source.read(m_windowStart, std::span(m_window).first(length));
 }

@@ -93,9 +93,7 @@ void TextReader::sort(const VersionBlock& part) {
         const bool holdsOne = list.declaredLength > 0 && first.size() == 4;
         if (m_translation || !holdsOne || !base::equalAscii(list.key, "Translation"))
             continue;
-        const auto byte = [&](size_t at) {
-            return static_cast<Translation>(static_cast<unsigned char>(first[at]));
-        };
+        const auto byte = [&](size_t at) { return static_cast<Translation>(static_cast<unsigned char>(first[at])); };
         m_translation = byte(1) << 24 | byte(0) << 16 | byte(3) << 8 | byte(2);
     }
 }
@@ -105,9 +103,8 @@ VersionTexts TextReader::textsOf(const VersionBlock& table) {
     const auto codePage = translationOfKey(table.key).value_or(m_translation.value_or(0)) & 0xFFFF;
     VersionTexts texts;
     for (const auto& block : m_tree.children(table)) {
-        const auto* named = std::ranges::find_if(kTexts, [&](const NamedText& candidate) {
-            return base::equalAscii(candidate.key, block.key);
-        });
+        const auto* named = std::ranges::find_if(
+            kTexts, [&](const NamedText& candidate) { return base::equalAscii(candidate.key, block.key); });
         if (named != kTexts.end() && (texts.*(named->text)).empty())
             texts.*(named->text) = textOf(block, codePage);
     }

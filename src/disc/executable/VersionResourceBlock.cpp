@@ -12,8 +12,7 @@ namespace {
 constexpr size_t kLongestKey = 256; // characters
 constexpr size_t kShortestKey = 2;
 constexpr size_t kAlignment = 4;
-constexpr std::string_view kFixedInfoMark =
-    "\xBD\x04\xEF\xFE"; // the fixed part of the root's value begins so
+constexpr std::string_view kFixedInfoMark = "\xBD\x04\xEF\xFE"; // the fixed part of the root's value begins so
 constexpr size_t kFixedInfoLength = 52;
 
 size_t aligned(size_t start, size_t offset) {
@@ -52,8 +51,7 @@ std::vector<VersionBlock> VersionBlockTree::children(const VersionBlock& parent)
 std::string_view VersionBlockTree::text(const VersionBlock& block) const {
     const size_t start = valueStart(block);
     const size_t end = textEnd(block, start);
-    return start < end ? m_resource.substr(start, terminator(start, end) - start)
-                       : std::string_view{};
+    return start < end ? m_resource.substr(start, terminator(start, end) - start) : std::string_view{};
 }
 
 std::string_view VersionBlockTree::bytes(const VersionBlock& block, size_t length) const {
@@ -80,8 +78,7 @@ size_t VersionBlockTree::terminator(size_t from, size_t to) const {
 }
 
 bool VersionBlockTree::isZero(size_t from, size_t to) const {
-    return std::ranges::all_of(m_resource.substr(from, to - from),
-                               [](char c) { return c == '\0'; });
+    return std::ranges::all_of(m_resource.substr(from, to - from), [](char c) { return c == '\0'; });
 }
 
 // Values are aligned. Only where the bytes that ought to be padding are not, and the value is seen
@@ -113,18 +110,15 @@ size_t VersionBlockTree::textEnd(const VersionBlock& block, size_t start) const 
     if (terminator(start, end) < end || told <= end)
         return end;
     const bool bringsTerminator = terminator(start, told) + unit() == told;
-    const bool countedInBytes =
-        block.declaredLength <= room && room < block.declaredLength + kAlignment;
+    const bool countedInBytes = block.declaredLength <= room && room < block.declaredLength + kAlignment;
     return countedInBytes && !bringsTerminator ? end : told;
 }
 
 // Whether the header makes sense, so that a place beside a block is not taken for one.
 bool VersionBlockTree::isLikely(const VersionBlock& block) const {
     const bool kindIsKnown = !m_wide || word(block.start + 4) <= 1;
-    const bool keyIsWord =
-        block.key.size() >= kShortestKey && std::ranges::none_of(block.key, isControl);
-    return kindIsKnown && keyIsWord && block.end >= block.keyEnd &&
-           block.declaredLength <= block.end - block.start &&
+    const bool keyIsWord = block.key.size() >= kShortestKey && std::ranges::none_of(block.key, isControl);
+    return kindIsKnown && keyIsWord && block.end >= block.keyEnd && block.declaredLength <= block.end - block.start &&
            block.end <= aligned(0, m_resource.size());
 }
 

@@ -14,9 +14,8 @@ namespace discaro::disc {
 namespace {
 
 constexpr unsigned kWestern = 1252;
-constexpr std::array<unsigned, 19> kConverted = {437,  850,  852,  855,  866,  874,
-                                                 932,  936,  949,  950,  1250, 1251,
-                                                 1253, 1254, 1255, 1256, 1257, 1258};
+constexpr std::array<unsigned, 19> kConverted = {437, 850,  852,  855,  866,  874,  932,  936,  949,
+                                                 950, 1250, 1251, 1253, 1254, 1255, 1256, 1257, 1258};
 
 struct CloseConverter {
     using pointer = iconv_t;
@@ -30,8 +29,7 @@ std::optional<std::string> converted(std::string_view bytes, unsigned codePage) 
     if (opened == reinterpret_cast<iconv_t>(-1))
         return std::nullopt;
     const std::unique_ptr<iconv_t, CloseConverter> converter(opened);
-    constexpr size_t kLongestCharacter =
-        6; // UTF-8 bytes for one byte; a few give a base letter and a mark
+    constexpr size_t kLongestCharacter = 6; // UTF-8 bytes for one byte; a few give a base letter and a mark
     std::string input(bytes);
     std::string output((input.size() + 1) * kLongestCharacter, '\0');
     char* from = input.data();

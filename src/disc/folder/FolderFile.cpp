@@ -35,8 +35,7 @@ std::unique_ptr<ByteSource> folderFile(Descriptor file) {
         throwSystemError(errno);
     // The name may have passed to something else before it was opened.
     const bool readable = file && S_ISREG(facts.st_mode);
-    return std::make_unique<FileBytes>(std::move(file),
-                                       readable ? static_cast<uint64_t>(facts.st_size) : 0);
+    return std::make_unique<FileBytes>(std::move(file), readable ? static_cast<uint64_t>(facts.st_size) : 0);
 }
 
 } // namespace discaro::disc

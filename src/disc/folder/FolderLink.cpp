@@ -27,8 +27,7 @@ Descriptor openBeneath(int folder, const std::string& path, int flags) {
     open_how how{};
     how.flags = static_cast<uint64_t>(flags | O_CLOEXEC);
     how.resolve = RESOLVE_BENEATH | RESOLVE_NO_MAGICLINKS;
-    return Descriptor(
-        static_cast<int>(::syscall(SYS_openat2, folder, path.c_str(), &how, sizeof how)));
+    return Descriptor(static_cast<int>(::syscall(SYS_openat2, folder, path.c_str(), &how, sizeof how)));
 }
 
 std::string linkText(int folder, const std::string& path) {
@@ -54,8 +53,7 @@ std::optional<std::string> oneStep(const LinkGround& ground, const std::string& 
 
 bool mayBeOpened(int file, int access) {
     struct stat facts {};
-    return ::fstat(file, &facts) == 0 && S_ISREG(facts.st_mode) &&
-           (access == O_PATH || !isKeptClosed(facts));
+    return ::fstat(file, &facts) == 0 && S_ISREG(facts.st_mode) && (access == O_PATH || !isKeptClosed(facts));
 }
 
 } // namespace

@@ -44,8 +44,7 @@ bool isDirectory(int parent, const dirent& entry) {
     if (entry.d_type != DT_UNKNOWN)
         return entry.d_type == DT_DIR;
     struct stat facts {};
-    return ::fstatat(parent, entry.d_name, &facts, AT_SYMLINK_NOFOLLOW) == 0 &&
-           S_ISDIR(facts.st_mode);
+    return ::fstatat(parent, entry.d_name, &facts, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(facts.st_mode);
 }
 
 Listing readListing(DIR* stream, uint32_t number) {
@@ -133,8 +132,8 @@ VolumeFacts FolderMedium::facts() const {
     struct stat own {};
     struct statfs system {};
     struct statvfs space {};
-    if (!folder || ::fstat(folder.number(), &own) != 0 ||
-        ::fstatfs(folder.number(), &system) != 0 || ::fstatvfs(folder.number(), &space) != 0)
+    if (!folder || ::fstat(folder.number(), &own) != 0 || ::fstatfs(folder.number(), &system) != 0 ||
+        ::fstatvfs(folder.number(), &space) != 0)
         throw RuntimeError(ErrorNumber::DriveNotReady, systemText(errno));
     VolumeFacts facts;
     facts.label = folderLabel(m_tree->root());
@@ -171,8 +170,7 @@ Listing FolderMedium::list(const Place& /*parent*/, const Place& directory) cons
 FileFacts FolderMedium::fileFacts(const Place& /*directory*/, const Place& file) const {
     const auto number = static_cast<uint32_t>(file.number);
     struct stat facts {};
-    if (::fstatat(::dirfd(m_tree->open(number)), file.raw.c_str(), &facts, AT_SYMLINK_NOFOLLOW) !=
-        0)
+    if (::fstatat(::dirfd(m_tree->open(number)), file.raw.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0)
         throwSystemError(errno);
     if (S_ISLNK(facts.st_mode))
         if (const auto target = linked(number, file.raw, O_PATH))
@@ -181,8 +179,7 @@ FileFacts FolderMedium::fileFacts(const Place& /*directory*/, const Place& file)
             attributesOf(file.raw, facts.st_mode, m_tree->isReadOnly(number))};
 }
 
-std::unique_ptr<ByteSource> FolderMedium::open(const Place& /*directory*/,
-                                               const Place& file) const {
+std::unique_ptr<ByteSource> FolderMedium::open(const Place& /*directory*/, const Place& file) const {
     const auto number = static_cast<uint32_t>(file.number);
     if (auto own = openFolderFile(::dirfd(m_tree->open(number)), file.raw))
         return own;
@@ -193,8 +190,7 @@ std::unique_ptr<ByteSource> FolderMedium::open(const Place& /*directory*/,
 Descriptor FolderMedium::linked(uint32_t directory, const std::string& name, int access) const {
     const auto above = m_tree->pathBelowRoot(directory);
     const auto link = above.empty() ? name : above + "/" + name;
-    return openLinked({::dirfd(m_tree->open(FolderTree::kRoot)), m_tree->root().native()}, link,
-                      access);
+    return openLinked({::dirfd(m_tree->open(FolderTree::kRoot)), m_tree->root().native()}, link, access);
 }
 
 } // namespace discaro::disc

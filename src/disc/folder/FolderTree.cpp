@@ -98,8 +98,7 @@ FolderTree::Stream FolderTree::openRoot() const {
 }
 
 FolderTree::Stream FolderTree::openIn(DIR* parent, const std::string& name) const {
-    Stream stream(streamOf(
-        base::Descriptor(::openat(::dirfd(parent), name.c_str(), kDirectoryFlags | O_NOFOLLOW))));
+    Stream stream(streamOf(base::Descriptor(::openat(::dirfd(parent), name.c_str(), kDirectoryFlags | O_NOFOLLOW))));
     if (!stream)
         throwSystemError(errno);
     return stream;

@@ -53,9 +53,7 @@ public:
     bool isInsideItself(uint32_t directory) const;
 
     // What open() notes about a directory.
-    void setIdentity(uint32_t directory, Identity identity) {
-        m_nodes[directory].identity = identity;
-    }
+    void setIdentity(uint32_t directory, Identity identity) { m_nodes[directory].identity = identity; }
 
 private:
     struct Node {
@@ -76,9 +74,7 @@ private:
         using is_transparent = void;
         const std::deque<Node>* nodes;
 
-        Key keyOf(uint32_t number) const {
-            return {(*nodes)[number].parent, (*nodes)[number].name};
-        }
+        Key keyOf(uint32_t number) const { return {(*nodes)[number].parent, (*nodes)[number].name}; }
         static Key keyOf(Key key) { return key; }
         size_t operator()(uint32_t number) const { return (*this)(keyOf(number)); }
         size_t operator()(Key key) const;

@@ -65,11 +65,9 @@ std::optional<uint64_t> frames(std::string_view word) {
 void setMode(CueTrack& track, std::string_view mode) {
     const auto slash = mode.find('/');
     const auto kind = mode.substr(0, slash);
-    const auto size =
-        slash == std::string_view::npos ? std::nullopt : decimal(mode.substr(slash + 1));
+    const auto size = slash == std::string_view::npos ? std::nullopt : decimal(mode.substr(slash + 1));
     track.stride = size.value_or(kAudioStride);
-    track.isData = base::equalAscii(kind, "MODE1") || base::equalAscii(kind, "MODE2") ||
-                   base::equalAscii(kind, "CDI");
+    track.isData = base::equalAscii(kind, "MODE1") || base::equalAscii(kind, "MODE2") || base::equalAscii(kind, "CDI");
     if (track.stride == 2336)
         track.dataOffset = 8;
     else if (track.stride >= 2352)
@@ -150,10 +148,8 @@ std::filesystem::path findBeside(const std::filesystem::path& sheet, std::string
         return folder / name;
     const auto folded = base::foldedForComparison(base::decodeUnlabelled(name));
     std::error_code error;
-    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end;
-         it.increment(error))
-        if (base::foldedForComparison(it->path().filename().string()) == folded &&
-            isRegular(it->path()))
+    for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end; it.increment(error))
+        if (base::foldedForComparison(it->path().filename().string()) == folded && isRegular(it->path()))
             return it->path();
     const auto renamed = std::filesystem::path(sheet).replace_extension(".bin");
     if (isRegular(renamed))
@@ -172,8 +168,7 @@ public:
         for (size_t i = 0; i < m_sheet.tracks.size(); ++i)
             place(i);
         if (m_tracks.empty())
-            throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported,
-                                     "the disc has no data track");
+            throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported, "the disc has no data track");
         std::ranges::reverse(m_sessions);
         return {std::make_shared<TrackBytes>(std::move(m_tracks)), std::move(m_sessions)};
     }
@@ -187,8 +182,7 @@ private:
             m_address += track.gap + sessionGap(m_sheet.tracks[index - 1].session, track.session);
         const auto length = lengthOf(index);
         // The first track begins at address 0 with what follows its pregap.
-        const uint64_t skipped =
-            index == 0 && track.isData ? std::min(track.start - track.begin, length) : 0;
+        const uint64_t skipped = index == 0 && track.isData ? std::min(track.start - track.begin, length) : 0;
         if (track.isData)
             addData(track, skipped, length);
         m_address += length - skipped;

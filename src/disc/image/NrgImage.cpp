@@ -80,8 +80,7 @@ public:
 
     DiscData take() {
         if (m_tracks.empty())
-            throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported,
-                                     "the image has no data track");
+            throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported, "the image has no data track");
         std::ranges::reverse(m_sessions);
         return {std::make_shared<TrackBytes>(std::move(m_tracks)), std::move(m_sessions)};
     }
@@ -121,15 +120,13 @@ private:
     void readDao(Bytes content) {
         constexpr size_t kEntry = 18 + 3 * sizeof(Offset);
         unsigned number = byteAt(content, kDaoHeader - 2);
-        for (content = part(content, kDaoHeader); content.size() >= kEntry;
-             content = content.subspan(kEntry)) {
+        for (content = part(content, kDaoHeader); content.size() >= kEntry; content = content.subspan(kEntry)) {
             const uint64_t stated = bigEndian<uint16_t>(content, 12);
             const auto stride = strideOf(byteAt(content, 14));
             const uint64_t start = bigEndian<Offset>(content, 18 + sizeof(Offset));
             const uint64_t end = bigEndian<Offset>(content, 18 + 2 * sizeof(Offset));
             const auto known = m_addresses.find(number++);
-            const uint64_t address =
-                known == m_addresses.end() ? m_address : toSector(known->second);
+            const uint64_t address = known == m_addresses.end() ? m_address : toSector(known->second);
             addTrack(start, end > start ? end - start : 0, stride == 0 ? 0 : stated, address,
                      stated > 0 ? stated : 2352);
         }
@@ -143,18 +140,15 @@ private:
             const auto mode = bigEndian<uint32_t>(content, 2 * sizeof(Offset));
             const auto address = bigEndian<uint32_t>(content, 2 * sizeof(Offset) + 4);
             const auto stride = strideOf(mode);
-            addTrack(bigEndian<Offset>(content, 0), bigEndian<Offset>(content, sizeof(Offset)),
-                     stride, toSector(static_cast<int32_t>(address)), stride > 0 ? stride : 2352);
+            addTrack(bigEndian<Offset>(content, 0), bigEndian<Offset>(content, sizeof(Offset)), stride,
+                     toSector(static_cast<int32_t>(address)), stride > 0 ? stride : 2352);
         }
     }
 
-    static uint64_t toSector(int32_t address) {
-        return address > 0 ? static_cast<uint64_t>(address) : 0;
-    }
+    static uint64_t toSector(int32_t address) { return address > 0 ? static_cast<uint64_t>(address) : 0; }
 
     // Stride 0 means audio.
-    void addTrack(uint64_t offset, uint64_t length, uint64_t stride, uint64_t address,
-                  uint64_t anyStride) {
+    void addTrack(uint64_t offset, uint64_t length, uint64_t stride, uint64_t address, uint64_t anyStride) {
         const uint64_t count = length / anyStride;
         m_address = address + count;
         if (stride < kSectorSize)

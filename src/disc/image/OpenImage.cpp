@@ -65,8 +65,7 @@ std::unique_ptr<Medium> openMedium(const DiscData& data) {
     }
     if (reason)
         throw *reason;
-    throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported,
-                             "no root directory can be found");
+    throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported, "no root directory can be found");
 }
 
 std::unique_ptr<Medium> openImage(const std::filesystem::path& path) {

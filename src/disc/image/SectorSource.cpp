@@ -46,9 +46,8 @@ SectorHead headAt(const ByteSource& file, uint64_t offset) {
 // UDF has the structures of ISO 9660 here.
 bool namesFileSystem(const SectorHead& head) {
     constexpr std::array kNames = {"CD001", "BEA01", "NSR02", "NSR03"};
-    return std::ranges::any_of(kNames, [&](const char* name) {
-        return holdsText(head, udf_structure::kIdentifier, name);
-    });
+    return std::ranges::any_of(kNames,
+                               [&](const char* name) { return holdsText(head, udf_structure::kIdentifier, name); });
 }
 
 bool fits(const ByteSource& file, const Layout& layout) {
@@ -73,8 +72,7 @@ const char* otherFileSystem(const ByteSource& file) {
     return nullptr;
 }
 
-std::shared_ptr<const ByteSource> userData(std::shared_ptr<const ByteSource> file,
-                                           const Layout& layout) {
+std::shared_ptr<const ByteSource> userData(std::shared_ptr<const ByteSource> file, const Layout& layout) {
     if (layout.stride == kSectorSize)
         return file;
     Track track;

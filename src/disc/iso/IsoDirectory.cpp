@@ -13,8 +13,8 @@ constexpr unsigned kMaxFailures = 16;
 
 } // namespace
 
-IsoDirectoryReader::IsoDirectoryReader(const ByteSource& medium, const IsoGeometry& geometry,
-                                       uint64_t start, uint64_t size)
+IsoDirectoryReader::IsoDirectoryReader(const ByteSource& medium, const IsoGeometry& geometry, uint64_t start,
+                                       uint64_t size)
     : m_medium(medium)
     , m_geometry(geometry)
     , m_start(start)
@@ -95,8 +95,7 @@ bool IsoDirectoryReader::isOtherDirectory() const {
     if (m_position == m_start)
         return false;
     const auto record = parseIsoRecord(rest(), m_geometry);
-    return record && record->isSelf() && record->isDirectory() &&
-           record->block * m_geometry.blockSize == m_position;
+    return record && record->isSelf() && record->isDirectory() && record->block * m_geometry.blockSize == m_position;
 }
 
 void IsoDirectoryReader::noteDamage(const char* what) {

@@ -17,8 +17,7 @@ namespace discaro::disc {
 class IsoDirectoryReader {
 public:
     // The directory begins at a byte of the medium and takes up size bytes.
-    IsoDirectoryReader(const ByteSource& medium, const IsoGeometry& geometry, uint64_t start,
-                       uint64_t size);
+    IsoDirectoryReader(const ByteSource& medium, const IsoGeometry& geometry, uint64_t start, uint64_t size);
 
     // Goes to the record with this address, which one of the directory's records had.
     void goTo(uint64_t address);

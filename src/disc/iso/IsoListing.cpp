@@ -36,8 +36,7 @@ std::time_t modificationTime(const IsoRecord& record, const RockRidgeFacts& fact
 IsoListing::IsoListing(const ByteSource& medium, const IsoVolume& volume, uint64_t directorySize)
     : m_medium(medium)
     , m_volume(volume)
-    , m_rockRidge(medium, volume.geometry.blockSize, volume.systemUseSkip,
-                  continuationAllowance(directorySize)) {}
+    , m_rockRidge(medium, volume.geometry.blockSize, volume.systemUseSkip, continuationAllowance(directorySize)) {}
 
 void IsoListing::add(const IsoRecord& record) {
     const bool isOrdinary = !record.isSelf() && !record.isParent();
@@ -91,8 +90,7 @@ IsoListing::Names IsoListing::namesOf(const IsoRecord& record, const RockRidgeFa
     return {std::string(record.identifier), shownName(plainIsoName(record.identifier))};
 }
 
-Place IsoListing::directoryPlace(const IsoRecord& record, const RockRidgeFacts& facts,
-                                 std::string raw) const {
+Place IsoListing::directoryPlace(const IsoRecord& record, const RockRidgeFacts& facts, std::string raw) const {
     IsoDirectoryPlace place{record.block, record.size, record.address};
     if (facts.relocatedTo) {
         place.block = *facts.relocatedTo;

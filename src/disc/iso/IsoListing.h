@@ -30,8 +30,7 @@ private:
 
     bool continuesFile(const IsoRecord& record);
     Names namesOf(const IsoRecord& record, const RockRidgeFacts& facts) const;
-    Place directoryPlace(const IsoRecord& record, const RockRidgeFacts& facts,
-                         std::string raw) const;
+    Place directoryPlace(const IsoRecord& record, const RockRidgeFacts& facts, std::string raw) const;
     void noteDamage(const char* what);
 
     const ByteSource& m_medium;

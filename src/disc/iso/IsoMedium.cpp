@@ -27,8 +27,7 @@ VolumeFacts IsoMedium::facts() const {
 }
 
 Place IsoMedium::root() const {
-    return IsoDirectoryPlace{m_volume.rootBlock, m_volume.rootSize, m_volume.rootAddress}.toPlace(
-        {});
+    return IsoDirectoryPlace{m_volume.rootBlock, m_volume.rootSize, m_volume.rootAddress}.toPlace({});
 }
 
 Listing IsoMedium::list(const Place&, const Place& directory) const {
@@ -69,19 +68,16 @@ FileFacts IsoMedium::fileFacts(const Place& directory, const Place& file) const 
 
 FileFacts IsoMedium::directoryFacts(const IsoDirectoryPlace& place) const {
     std::array<std::byte, 255> bytes{};
-    const auto inSector =
-        std::min<uint64_t>(bytes.size(), kSectorSize - place.recordAddress % kSectorSize);
+    const auto inSector = std::min<uint64_t>(bytes.size(), kSectorSize - place.recordAddress % kSectorSize);
     const auto got = m_sectors->read(place.recordAddress, std::span(bytes).first(inSector));
     FileFacts facts;
     facts.attributes = attribute::kReadOnly | attribute::kDirectory;
     const auto record = parseIsoRecord(Bytes(bytes).first(got), m_volume.geometry);
     if (!record)
         return facts;
-    RockRidgeReader rockRidge(*m_sectors, m_volume.geometry.blockSize, m_volume.systemUseSkip,
-                              kSectorSize);
+    RockRidgeReader rockRidge(*m_sectors, m_volume.geometry.blockSize, m_volume.systemUseSkip, kSectorSize);
     const bool isRockRidge = m_volume.names == IsoNames::RockRidge;
-    facts.modified = modificationTime(*record, isRockRidge ? rockRidge.read(record->systemUse)
-                                                           : RockRidgeFacts());
+    facts.modified = modificationTime(*record, isRockRidge ? rockRidge.read(record->systemUse) : RockRidgeFacts());
     facts.attributes |= (record->flags & iso_flag::kHidden) != 0 ? attribute::kHidden : 0;
     return facts;
 }

@@ -24,8 +24,7 @@ bool isDirectoryPlace(const Place& place) {
 }
 
 IsoDirectoryPlace IsoDirectoryPlace::of(const Place& place) {
-    return {static_cast<uint32_t>(place.number), static_cast<uint32_t>(place.number >> 32),
-            place.detail & ~kDirectory};
+    return {static_cast<uint32_t>(place.number), static_cast<uint32_t>(place.number >> 32), place.detail & ~kDirectory};
 }
 
 Place IsoDirectoryPlace::toPlace(std::string raw) const {

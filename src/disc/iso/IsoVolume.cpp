@@ -37,8 +37,7 @@ bool readSector(const ByteSource& medium, uint64_t offset, std::span<std::byte> 
     return medium.read(offset, sector) == sector.size();
 }
 
-IsoVolume volumeOf(const std::array<std::byte, 2048>& descriptor, uint64_t address,
-                   uint64_t mediumSize) {
+IsoVolume volumeOf(const std::array<std::byte, 2048>& descriptor, uint64_t address, uint64_t mediumSize) {
     IsoVolume volume;
     volume.descriptor = descriptor;
     volume.geometry.size = mediumSize;
@@ -75,8 +74,7 @@ bool enterRoot(const ByteSource& medium, IsoVolume& volume) {
 
 std::string IsoVolume::label() const {
     const auto field = textOf(part(descriptor, kLabel, kLabelLength));
-    auto text =
-        names == IsoNames::Joliet ? base::decodeUtf16Be(field) : base::decodeUnlabelled(field);
+    auto text = names == IsoNames::Joliet ? base::decodeUtf16Be(field) : base::decodeUnlabelled(field);
     std::ranges::replace(text, '\0', ' ');
     return std::string(base::trimBlanks(text));
 }
@@ -84,8 +82,8 @@ std::string IsoVolume::label() const {
 uint64_t IsoVolume::totalBytes() const {
     const auto rootEnd = rootBlock * geometry.blockSize + rootSize;
     const auto limit = std::max(geometry.size, kLargestDisc);
-    for (const uint64_t blocks : {littleEndian<uint32_t>(descriptor, kVolumeBlocks),
-                                  bigEndian<uint32_t>(descriptor, kVolumeBlocks + 4)}) {
+    for (const uint64_t blocks :
+         {littleEndian<uint32_t>(descriptor, kVolumeBlocks), bigEndian<uint32_t>(descriptor, kVolumeBlocks + 4)}) {
         const auto bytes = blocks * geometry.blockSize;
         if (bytes >= rootEnd && bytes <= limit)
             return bytes;

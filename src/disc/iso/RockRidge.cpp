@@ -61,8 +61,7 @@ void readEntry(std::string_view name, Bytes entry, RockRidgeFacts& facts) {
 }
 
 bool isMark(Bytes area) {
-    return holdsText(area, 0, "SP") && byteAt(area, 2) >= 7 && byteAt(area, 4) == 0xBE &&
-           byteAt(area, 5) == 0xEF;
+    return holdsText(area, 0, "SP") && byteAt(area, 2) >= 7 && byteAt(area, 4) == 0xBE && byteAt(area, 5) == 0xEF;
 }
 
 } // namespace
@@ -83,8 +82,7 @@ std::optional<size_t> systemUseSkip(Bytes rootSystemUse) {
     return std::nullopt;
 }
 
-RockRidgeReader::RockRidgeReader(const ByteSource& medium, uint64_t blockSize, size_t skip,
-                                 uint64_t allowance)
+RockRidgeReader::RockRidgeReader(const ByteSource& medium, uint64_t blockSize, size_t skip, uint64_t allowance)
     : m_medium(medium)
     , m_blockSize(blockSize)
     , m_skip(skip)
@@ -101,8 +99,7 @@ RockRidgeFacts RockRidgeReader::read(Bytes systemUse) {
 }
 
 // Returns where the entries go on.
-std::optional<RockRidgeReader::Continuation> RockRidgeReader::readArea(Bytes area,
-                                                                       RockRidgeFacts& facts) {
+std::optional<RockRidgeReader::Continuation> RockRidgeReader::readArea(Bytes area, RockRidgeFacts& facts) {
     std::optional<Continuation> next;
     while (area.size() >= kEntryHead) {
         const size_t length = byteAt(area, 2);
@@ -113,8 +110,7 @@ std::optional<RockRidgeReader::Continuation> RockRidgeReader::readArea(Bytes are
         if (name == "ST")
             break;
         if (name == "CE")
-            next = Continuation{littleEndian<uint32_t>(entry, 4) * m_blockSize +
-                                    littleEndian<uint32_t>(entry, 12),
+            next = Continuation{littleEndian<uint32_t>(entry, 4) * m_blockSize + littleEndian<uint32_t>(entry, 12),
                                 littleEndian<uint32_t>(entry, 20)};
         else if (name == "NM")
             readName(entry, facts, m_nameGoesOn);

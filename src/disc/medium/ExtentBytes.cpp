@@ -6,8 +6,7 @@
 
 namespace discaro::disc {
 
-ExtentBytes::ExtentBytes(std::shared_ptr<const ByteSource> medium,
-                         const std::vector<Extent>& extents)
+ExtentBytes::ExtentBytes(std::shared_ptr<const ByteSource> medium, const std::vector<Extent>& extents)
     : m_medium(std::move(medium)) {
     for (const auto& extent : extents) {
         if (extent.length == 0)
@@ -18,16 +17,13 @@ ExtentBytes::ExtentBytes(std::shared_ptr<const ByteSource> medium,
 }
 
 // From an offset in the file that lies in the piece, to the end of the piece at most.
-size_t ExtentBytes::readPiece(const Piece& piece, uint64_t offset,
-                              std::span<std::byte> buffer) const {
+size_t ExtentBytes::readPiece(const Piece& piece, uint64_t offset, std::span<std::byte> buffer) const {
     const auto within = offset - piece.start;
-    const auto wanted =
-        buffer.first(std::min<uint64_t>(buffer.size(), piece.extent.length - within));
+    const auto wanted = buffer.first(std::min<uint64_t>(buffer.size(), piece.extent.length - within));
     if (piece.extent.offset == Extent::kZeros)
         std::ranges::fill(wanted, std::byte{0});
     else if (m_medium->read(piece.extent.offset + within, wanted) < wanted.size())
-        throw base::RuntimeError(base::ErrorNumber::ReadFailure,
-                                 "the disc ends before the file does");
+        throw base::RuntimeError(base::ErrorNumber::ReadFailure, "the disc ends before the file does");
     return wanted.size();
 }
 

@@ -16,8 +16,8 @@ constexpr uint64_t kSectorsAtOnce = 16;
 
 uint64_t sectorsInFile(const Track& track) {
     const uint64_t needed = track.dataOffset + kSectorSize;
-    if (track.stride < needed || track.stride > kLargestStride ||
-        track.file->size() < track.fileOffset || track.file->size() - track.fileOffset < needed)
+    if (track.stride < needed || track.stride > kLargestStride || track.file->size() < track.fileOffset ||
+        track.file->size() - track.fileOffset < needed)
         return 0;
     return (track.file->size() - track.fileOffset - needed) / track.stride + 1;
 }
@@ -39,11 +39,9 @@ size_t readFrom(const Track& track, uint64_t offset, std::span<std::byte> buffer
         const size_t got = track.file->read(track.fileOffset + sector * track.stride, piece);
         for (uint64_t i = 0; i < count && done < buffer.size(); ++i, ++sector, within = 0) {
             if (got < i * track.stride + track.dataOffset + kSectorSize)
-                throw base::RuntimeError(base::ErrorNumber::ReadFailure,
-                                         "the image file is cut short");
+                throw base::RuntimeError(base::ErrorNumber::ReadFailure, "the image file is cut short");
             const auto length = std::min<size_t>(kSectorSize - within, buffer.size() - done);
-            std::memcpy(buffer.data() + done,
-                        raw.data() + i * track.stride + track.dataOffset + within, length);
+            std::memcpy(buffer.data() + done, raw.data() + i * track.stride + track.dataOffset + within, length);
             done += length;
         }
     }

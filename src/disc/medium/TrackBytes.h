@@ -11,11 +11,10 @@ namespace discaro::disc {
 // things around them.
 struct Track {
     std::shared_ptr<const ByteSource> file;
-    uint64_t fileOffset = 0; // of the first sector
-    uint64_t stride =
-        kSectorSize;          // bytes of the file that a sector takes, at least dataOffset + 2048
-    uint64_t dataOffset = 0;  // where in them the user data begins
-    uint64_t firstSector = 0; // address on the disc
+    uint64_t fileOffset = 0;       // of the first sector
+    uint64_t stride = kSectorSize; // bytes of the file that a sector takes, at least dataOffset + 2048
+    uint64_t dataOffset = 0;       // where in them the user data begins
+    uint64_t firstSector = 0;      // address on the disc
     uint64_t sectorCount = 0;
 };
 

@@ -30,8 +30,7 @@ base::Descriptor openForReading(const std::filesystem::path& path) {
 FileBytes::FileBytes(const std::filesystem::path& path)
     : m_file(openForReading(path)) {
     if (!m_file)
-        throw base::RuntimeError(systemErrorNumber(errno),
-                                 shownPath(path) + " (" + systemText(errno) + ")");
+        throw base::RuntimeError(systemErrorNumber(errno), shownPath(path) + " (" + systemText(errno) + ")");
     const auto end = ::lseek(m_file.number(), 0, SEEK_END);
     m_size = end > 0 ? static_cast<uint64_t>(end) : 0;
 }
@@ -47,8 +46,7 @@ size_t FileBytes::read(uint64_t offset, std::span<std::byte> buffer) const {
     size_t done = 0;
     while (done < buffer.size()) {
         const auto rest = buffer.subspan(done);
-        const auto count =
-            ::pread(m_file.number(), rest.data(), rest.size(), static_cast<off_t>(offset + done));
+        const auto count = ::pread(m_file.number(), rest.data(), rest.size(), static_cast<off_t>(offset + done));
         if (count == 0)
             break;
         if (count > 0)

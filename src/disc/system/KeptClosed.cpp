@@ -33,9 +33,8 @@ KeptClosed::~KeptClosed() {
 }
 
 bool isKeptClosed(const struct stat& facts) {
-    return std::ranges::any_of(entries(), [&](const Entry& entry) {
-        return entry.device == facts.st_dev && entry.inode == facts.st_ino;
-    });
+    return std::ranges::any_of(
+        entries(), [&](const Entry& entry) { return entry.device == facts.st_dev && entry.inode == facts.st_ino; });
 }
 
 } // namespace discaro::disc

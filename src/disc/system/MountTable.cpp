@@ -70,17 +70,15 @@ std::optional<MountLine> parseLine(std::string_view line) {
     const auto dash = std::find(fields.begin() + kFixed, fields.end(), "-");
     if (fields.end() - dash < 3)
         return std::nullopt;
-    const bool readOnly =
-        hasOption(fields[5], "ro") || (fields.end() - dash > 3 && hasOption(dash[3], "ro"));
+    const bool readOnly = hasOption(fields[5], "ro") || (fields.end() - dash > 3 && hasOption(dash[3], "ro"));
     return MountLine{fields[0], fields[1],
-                     Mount{std::string(fields[2]), unescaped(fields[3]), unescaped(fields[4]),
-                           std::string(dash[1]), unescaped(dash[2]), readOnly}};
+                     Mount{std::string(fields[2]), unescaped(fields[3]), unescaped(fields[4]), std::string(dash[1]),
+                           unescaped(dash[2]), readOnly}};
 }
 
 // "sr2" before "sr10".
 bool inNumberOrder(const std::string& left, const std::string& right) {
-    return std::pair(left.size(), std::string_view(left)) <
-           std::pair(right.size(), std::string_view(right));
+    return std::pair(left.size(), std::string_view(left)) < std::pair(right.size(), std::string_view(right));
 }
 
 void sortUnique(std::vector<std::string>& names) {
@@ -101,8 +99,7 @@ std::string readLine(const fs::path& path) {
 std::vector<std::string> namesIn(const fs::path& folder, std::string_view beginning) {
     std::vector<std::string> names;
     std::error_code failure;
-    for (fs::directory_iterator at(folder, failure), end; !failure && at != end;
-         at.increment(failure)) {
+    for (fs::directory_iterator at(folder, failure), end; !failure && at != end; at.increment(failure)) {
         const auto name = at->path().filename().string();
         if (name.starts_with(beginning))
             names.push_back(name);
@@ -128,8 +125,7 @@ bool canBePulledOut(const std::string& device) {
     if (readLine(kBlockDevices / device / "removable") == "1")
         return true;
     std::error_code failure;
-    return fs::read_symlink(kBlockDevices / device, failure).string().find("/usb") !=
-           std::string::npos;
+    return fs::read_symlink(kBlockDevices / device, failure).string().find("/usb") != std::string::npos;
 }
 
 std::set<std::string> readRemovableDevices() {
@@ -174,8 +170,7 @@ std::vector<std::string> parseDriveNames(std::string_view text) {
         for (const auto name : split(line, kBlanks))
             names.emplace_back(name);
     }
-    std::erase_if(names,
-                  [](const std::string& name) { return name.find('/') != std::string::npos; });
+    std::erase_if(names, [](const std::string& name) { return name.find('/') != std::string::npos; });
     sortUnique(names);
     return names;
 }
@@ -183,8 +178,7 @@ std::vector<std::string> parseDriveNames(std::string_view text) {
 const Mount* mountOf(std::span<const Mount> mounts, std::string_view path) {
     const auto holds = [path](std::string_view point) {
         const bool isRoot = point == "/";
-        return path.starts_with(point) &&
-               (isRoot || path.size() == point.size() || path[point.size()] == '/');
+        return path.starts_with(point) && (isRoot || path.size() == point.size() || path[point.size()] == '/');
     };
     const Mount* best = nullptr;
     for (const auto& mount : mounts) {

@@ -28,8 +28,7 @@ struct OpticalDrive {
 struct Computer {
     std::vector<Mount> mounts;
     std::vector<OpticalDrive> opticalDrives; // in the order of their numbers
-    std::set<std::string>
-        removable; // block devices that a user can pull out: "/dev/sdb", "/dev/sdb1"
+    std::set<std::string> removable;         // block devices that a user can pull out: "/dev/sdb", "/dev/sdb1"
 };
 
 // The mounts of a text in the form of /proc/self/mountinfo (proc(5)), without those that another mount at the same

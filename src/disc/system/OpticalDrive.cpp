@@ -51,9 +51,7 @@ uint64_t lastSessionStart(const std::filesystem::path& device) {
     const base::Descriptor drive(::open(device.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     if (!drive)
         return 0;
-    const auto ask = [&](unsigned long request, void* answer) {
-        return ::ioctl(drive.number(), request, answer) >= 0;
-    };
+    const auto ask = [&](unsigned long request, void* answer) { return ::ioctl(drive.number(), request, answer) >= 0; };
     return lastSessionStart(ask, device);
 }
 

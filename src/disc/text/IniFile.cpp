@@ -36,20 +36,18 @@ std::optional<std::string_view> sectionName(std::string_view line) {
 // The value when the line gives one to the key.
 std::optional<std::string_view> valueOf(std::string_view key, std::string_view line) {
     const auto equals = line.find('=');
-    if (equals == std::string_view::npos || line.starts_with(';') ||
-        !isName(trimmed(line.substr(0, equals)), key))
+    if (equals == std::string_view::npos || line.starts_with(';') || !isName(trimmed(line.substr(0, equals)), key))
         return std::nullopt;
     return trimmed(line.substr(equals + 1));
 }
 
 std::string_view withoutQuotes(std::string_view value) {
-    const bool quoted = value.size() >= 2 && value.front() == value.back() &&
-                        (value.front() == '"' || value.front() == '\'');
+    const bool quoted =
+        value.size() >= 2 && value.front() == value.back() && (value.front() == '"' || value.front() == '\'');
     return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-std::optional<std::string> findValue(const ByteSource& source, std::string_view section,
-                                     std::string_view key) {
+std::optional<std::string> findValue(const ByteSource& source, std::string_view section, std::string_view key) {
     TextLineReader reader(source);
     bool inSection = false;
     for (auto text = reader.next(); text; text = reader.next()) {
@@ -68,10 +66,9 @@ std::optional<std::string> findValue(const ByteSource& source, std::string_view 
 
 } // namespace
 
-IniText privateProfileString(const ByteSource& source, std::string_view section,
-                             std::string_view key, std::string_view defaultText, int bufferLength) {
-    const auto value = findValue(source, trimmed(section), trimmed(key))
-                           .value_or(base::decodeUnlabelled(defaultText));
+IniText privateProfileString(const ByteSource& source, std::string_view section, std::string_view key,
+                             std::string_view defaultText, int bufferLength) {
+    const auto value = findValue(source, trimmed(section), trimmed(key)).value_or(base::decodeUnlabelled(defaultText));
     IniText result;
     size_t end = 0;
     for (; end < value.size(); ++end) {

@@ -23,7 +23,7 @@ struct IniText {
 //
 // The result holds at most bufferLength - 1 whole characters. Encodings and the end of the text are
 // those of TextLineReader; at most kTextLimit bytes are read. Throws only what the source throws.
-IniText privateProfileString(const ByteSource& source, std::string_view section,
-                             std::string_view key, std::string_view defaultText, int bufferLength);
+IniText privateProfileString(const ByteSource& source, std::string_view section, std::string_view key,
+                             std::string_view defaultText, int bufferLength);
 
 } // namespace discaro::disc

@@ -50,8 +50,7 @@ std::optional<std::string> TextLineReader::next() {
         line.append(m_held.substr(0, unit()));
         m_held.remove_prefix(unit());
     }
-    const auto last =
-        m_cut && m_encoding == Encoding::Unlabelled ? withoutHalfCharacter(line) : line;
+    const auto last = m_cut && m_encoding == Encoding::Unlabelled ? withoutHalfCharacter(line) : line;
     return last.empty() ? std::nullopt : std::optional(decoded(last));
 }
 
@@ -78,10 +77,8 @@ bool TextLineReader::hold(size_t length) {
     while (m_held.size() < length) {
         std::ranges::copy(m_held, m_buffer.begin());
         const auto room = std::span(m_buffer).subspan(m_held.size());
-        const auto wanted =
-            static_cast<size_t>(std::min<uint64_t>(room.size(), m_end - m_position));
-        const auto count =
-            wanted > 0 ? m_source.read(m_position, std::as_writable_bytes(room.first(wanted))) : 0;
+        const auto wanted = static_cast<size_t>(std::min<uint64_t>(room.size(), m_end - m_position));
+        const auto count = wanted > 0 ? m_source.read(m_position, std::as_writable_bytes(room.first(wanted))) : 0;
         m_held = std::string_view(m_buffer.data(), m_held.size() + count);
         m_position += count;
         if (count == 0)
@@ -97,8 +94,7 @@ std::optional<unsigned> TextLineReader::peek() {
         return std::nullopt;
     const auto first = static_cast<unsigned char>(m_held[0]);
     const unsigned second = unit() == 2 ? static_cast<unsigned char>(m_held[1]) : 0U;
-    const unsigned value =
-        m_encoding == Encoding::Utf16Be ? first << 8 | second : second << 8 | first;
+    const unsigned value = m_encoding == Encoding::Utf16Be ? first << 8 | second : second << 8 | first;
     if (m_behindReturn) {
         m_behindReturn = false;
         if (value == '\n') {
@@ -137,8 +133,7 @@ std::vector<std::string> readTextLines(const ByteSource& source, size_t limit) {
     return lines;
 }
 
-void readTextLines(const ByteSource& source, size_t limit,
-                   const std::function<void(std::string_view)>& callback) {
+void readTextLines(const ByteSource& source, size_t limit, const std::function<void(std::string_view)>& callback) {
     TextLineReader reader(source, limit);
     for (auto line = reader.next(); line; line = reader.next())
         callback(*line);

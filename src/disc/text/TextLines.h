@@ -59,7 +59,6 @@ private:
 
 // All lines, or all handed to the callback: each line before the next part of the file is read.
 std::vector<std::string> readTextLines(const ByteSource& source, size_t limit = kTextLimit);
-void readTextLines(const ByteSource& source, size_t limit,
-                   const std::function<void(std::string_view)>& callback);
+void readTextLines(const ByteSource& source, size_t limit, const std::function<void(std::string_view)>& callback);
 
 } // namespace discaro::disc

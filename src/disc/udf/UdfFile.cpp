@@ -29,15 +29,13 @@ std::optional<UdfFile> parseEntry(const std::array<std::byte, 2048>& bytes) {
     UdfFile file;
     file.entry = bytes;
     file.type = byteAt(entry, udf_entry::kFileType);
-    file.allocationKind =
-        littleEndian<uint16_t>(entry, udf_entry::kFlags) & udf_entry::kAllocationKindMask;
+    file.allocationKind = littleEndian<uint16_t>(entry, udf_entry::kFlags) & udf_entry::kAllocationKindMask;
     file.size = littleEndian<uint64_t>(entry, udf_entry::kSize);
     file.modified = udfTime(part(entry, layout.modified, udf_time::kLength));
-    const uint64_t start =
-        layout.attributes + uint64_t{littleEndian<uint32_t>(entry, layout.attributesLength)};
+    const uint64_t start = layout.attributes + uint64_t{littleEndian<uint32_t>(entry, layout.attributesLength)};
     file.allocationAt = std::min<uint64_t>(start, entry.size());
-    file.allocationLength = std::min<uint64_t>(
-        littleEndian<uint32_t>(entry, layout.allocationLength), entry.size() - file.allocationAt);
+    file.allocationLength =
+        std::min<uint64_t>(littleEndian<uint32_t>(entry, layout.allocationLength), entry.size() - file.allocationAt);
     return file;
 }
 
@@ -53,8 +51,7 @@ public:
     std::vector<Extent> read() {
         const auto allocation = part(m_file.entry, m_file.allocationAt, m_file.allocationLength);
         if (m_file.allocationKind == kEmbedded)
-            append(m_file.sector * kSectorSize + m_file.allocationAt,
-                   std::min<uint64_t>(m_left, allocation.size()));
+            append(m_file.sector * kSectorSize + m_file.allocationAt, std::min<uint64_t>(m_left, allocation.size()));
         else if (m_file.allocationKind == kShort || m_file.allocationKind == kLong)
             readDescriptors(allocation);
         appendMissing(m_left);
@@ -63,8 +60,8 @@ public:
 
 private:
     void readDescriptors(Bytes descriptors) {
-        const size_t length = m_file.allocationKind == kShort ? udf_allocation::kShortLength
-                                                              : udf_allocation::kLongLength;
+        const size_t length =
+            m_file.allocationKind == kShort ? udf_allocation::kShortLength : udf_allocation::kLongLength;
         std::array<std::byte, kSectorSize> block{};
         for (size_t i = 0; i < kMaxDescriptors && m_left > 0 && descriptors.size() >= length; ++i) {
             const auto descriptor = descriptors.first(length);
@@ -91,8 +88,7 @@ private:
     }
 
     // The descriptors of an allocation extent, kept in the block.
-    Bytes nextDescriptors(const UdfAddress& address,
-                          std::array<std::byte, kSectorSize>& block) const {
+    Bytes nextDescriptors(const UdfAddress& address, std::array<std::byte, kSectorSize>& block) const {
         const auto run = m_partitions.locate(address);
         if (!run || m_medium.read(run->sector * kSectorSize, block) < block.size() ||
             !hasTag(block, UdfTag::AllocationExtent))
@@ -140,8 +136,7 @@ private:
 
 } // namespace
 
-std::optional<UdfFile> readUdfFileAt(const ByteSource& medium, uint64_t sector,
-                                     uint16_t partition) {
+std::optional<UdfFile> readUdfFileAt(const ByteSource& medium, uint64_t sector, uint16_t partition) {
     std::array<std::byte, kSectorSize> bytes{};
     if (medium.read(sector * kSectorSize, bytes) < bytes.size())
         return std::nullopt;
@@ -161,8 +156,7 @@ std::optional<UdfFile> readUdfFile(const ByteSource& medium, const UdfPartitions
     return readUdfFileAt(medium, run->sector, address.partition);
 }
 
-std::vector<Extent> udfExtents(const ByteSource& medium, const UdfPartitions& partitions,
-                               const UdfFile& file) {
+std::vector<Extent> udfExtents(const ByteSource& medium, const UdfPartitions& partitions, const UdfFile& file) {
     return ExtentReader(medium, partitions, file).read();
 }
 

@@ -37,7 +37,6 @@ std::optional<UdfFile> readUdfFileAt(const ByteSource& medium, uint64_t sector, 
 
 // The stretches that hold the content: together as long as the file's size. What the descriptors leave out, or place
 // outside the disc, lies behind the end of the medium, so that reading it fails.
-std::vector<Extent> udfExtents(const ByteSource& medium, const UdfPartitions& partitions,
-                               const UdfFile& file);
+std::vector<Extent> udfExtents(const ByteSource& medium, const UdfPartitions& partitions, const UdfFile& file);
 
 } // namespace discaro::disc

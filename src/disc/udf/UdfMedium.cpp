@@ -35,8 +35,8 @@ struct Content {
     std::string damage;
 };
 
-Content readContent(const std::shared_ptr<const ByteSource>& medium,
-                    const UdfPartitions& partitions, const UdfFile& directory) {
+Content readContent(const std::shared_ptr<const ByteSource>& medium, const UdfPartitions& partitions,
+                    const UdfFile& directory) {
     constexpr size_t kPiece = 65536;
     const ExtentBytes source(medium, udfExtents(*medium, partitions, directory));
     Content content;
@@ -78,12 +78,7 @@ public:
 
 private:
     // ECMA-167, 4/14.4.3.
-    enum Characteristic : unsigned {
-        kHiddenBit = 1,
-        kDirectoryBit = 2,
-        kDeletedBit = 4,
-        kParentBit = 8
-    };
+    enum Characteristic : unsigned { kHiddenBit = 1, kDirectoryBit = 2, kDeletedBit = 4, kParentBit = 8 };
 
     // Returns the length of the descriptor, 0 when there is none.
     size_t add(Bytes bytes, size_t position) {
@@ -110,8 +105,7 @@ private:
         entry.isDirectory = isDirectory;
         entry.place.number = packed(address);
         entry.place.detail = (uint64_t{m_directory.block} << kPositionBits | position) |
-                             ((characteristics & kHiddenBit) != 0 ? kHidden : 0) |
-                             (isDirectory ? kDirectory : 0);
+                             ((characteristics & kHiddenBit) != 0 ? kHidden : 0) | (isDirectory ? kDirectory : 0);
         (isDirectory ? m_listing.directories : m_listing.files).push_back(std::move(entry));
     }
 
@@ -177,12 +171,10 @@ FileFacts UdfMedium::fileFacts(const Place&, const Place& file) const {
 std::unique_ptr<ByteSource> UdfMedium::open(const Place&, const Place& file) const {
     auto entry = entryOf(file);
     if (!entry || (file.detail & kDirectory) != 0)
-        throw base::RuntimeError(base::ErrorNumber::FileDamaged,
-                                 "it has no content that can be read");
+        throw base::RuntimeError(base::ErrorNumber::FileDamaged, "it has no content that can be read");
     if (entry->type == UdfFile::kSymbolicLink)
         entry->size = 0;
-    return std::make_unique<ExtentBytes>(m_sectors,
-                                         udfExtents(*m_sectors, m_volume.partitions, *entry));
+    return std::make_unique<ExtentBytes>(m_sectors, udfExtents(*m_sectors, m_volume.partitions, *entry));
 }
 
 } // namespace discaro::disc

@@ -38,8 +38,7 @@ std::optional<SectorRun> inRuns(const UdfPartition& map, uint64_t block, uint64_
 
 UdfAddress longAddress(Bytes bytes, size_t at) {
     using namespace udf_allocation;
-    return {littleEndian<uint32_t>(bytes, at + kBlock),
-            littleEndian<uint16_t>(bytes, at + kPartition)};
+    return {littleEndian<uint32_t>(bytes, at + kBlock), littleEndian<uint16_t>(bytes, at + kPartition)};
 }
 
 std::optional<SectorRun> UdfPartitions::locate(const UdfAddress& address, uint64_t wanted) const {

@@ -26,8 +26,7 @@ enum class UdfTag : uint16_t {
 // Whether the bytes begin with a tag of this kind whose checksum is right.
 inline bool hasTag(Bytes descriptor, UdfTag tag) {
     using namespace udf_tag;
-    if (descriptor.size() < kLength ||
-        littleEndian<uint16_t>(descriptor, kIdentifier) != static_cast<uint16_t>(tag))
+    if (descriptor.size() < kLength || littleEndian<uint16_t>(descriptor, kIdentifier) != static_cast<uint16_t>(tag))
         return false;
     unsigned sum = 0;
     for (size_t i = 0; i < kLength; ++i)

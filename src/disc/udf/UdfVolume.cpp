@@ -53,8 +53,7 @@ struct Descriptors {
 };
 
 bool isNewer(const Sector& descriptor, const Sector& known, size_t sequenceNumber) {
-    return littleEndian<uint32_t>(descriptor, sequenceNumber) >=
-           littleEndian<uint32_t>(known, sequenceNumber);
+    return littleEndian<uint32_t>(descriptor, sequenceNumber) >= littleEndian<uint32_t>(known, sequenceNumber);
 }
 
 void keepVolume(Descriptors& found, const Sector& volume) {
@@ -66,8 +65,7 @@ void keepVolume(Descriptors& found, const Sector& volume) {
 void keepPartition(Descriptors& found, const Sector& partition) {
     const auto number = littleEndian<uint16_t>(partition, udf_partition::kNumber);
     const auto known = found.partitions.find(number);
-    if (known == found.partitions.end() ||
-        isNewer(partition, known->second, udf_partition::kSequenceNumber))
+    if (known == found.partitions.end() || isNewer(partition, known->second, udf_partition::kSequenceNumber))
         found.partitions[number] = partition;
 }
 
@@ -85,8 +83,7 @@ Descriptors readDescriptors(const ByteSource& medium, const SectorExtent& sequen
     Descriptors found;
     Sector sector{};
     uint64_t left = std::min(sequence.count, kMaxDescriptors);
-    for (uint64_t at = sequence.start, seen = 0; left > 0 && seen < kMaxDescriptors;
-         ++at, --left, ++seen) {
+    for (uint64_t at = sequence.start, seen = 0; left > 0 && seen < kMaxDescriptors; ++at, --left, ++seen) {
         if (!readSector(medium, at, sector) || hasTag(sector, UdfTag::Terminator))
             break;
         if (hasTag(sector, UdfTag::LogicalVolume))
@@ -121,8 +118,7 @@ Descriptors findDescriptors(const ByteSource& medium, uint64_t sessionStart) {
     }
     Sector anchor{};
     for (const auto place : places) {
-        if (!readSector(medium, place, anchor) || !hasTag(anchor, UdfTag::Anchor) ||
-            tagLocation(anchor) != place)
+        if (!readSector(medium, place, anchor) || !hasTag(anchor, UdfTag::Anchor) || tagLocation(anchor) != place)
             continue;
         if (auto found = readSequences(medium, anchor))
             return *std::move(found);
@@ -131,10 +127,8 @@ Descriptors findDescriptors(const ByteSource& medium, uint64_t sessionStart) {
 }
 
 // Reads a file that the volume itself needs.
-std::vector<std::byte> readWhole(const ByteSource& medium, const UdfPartitions& partitions,
-                                 const UdfFile& file) {
-    const ExtentBytes content({std::shared_ptr<void>(), &medium},
-                              udfExtents(medium, partitions, file));
+std::vector<std::byte> readWhole(const ByteSource& medium, const UdfPartitions& partitions, const UdfFile& file) {
+    const ExtentBytes content({std::shared_ptr<void>(), &medium}, udfExtents(medium, partitions, file));
     std::vector<std::byte> bytes(std::min(file.size, kMaxTableSize));
     bytes.resize(content.read(0, bytes));
     return bytes;
@@ -142,8 +136,7 @@ std::vector<std::byte> readWhole(const ByteSource& medium, const UdfPartitions& 
 
 class PartitionReader {
 public:
-    PartitionReader(const ByteSource& medium, const Descriptors& descriptors,
-                    UdfPartitions& partitions)
+    PartitionReader(const ByteSource& medium, const Descriptors& descriptors, UdfPartitions& partitions)
         : m_medium(medium)
         , m_descriptors(descriptors)
         , m_partitions(partitions) {}
@@ -167,9 +160,8 @@ public:
 
 private:
     UdfPartition physical(Bytes map) const {
-        const auto number = littleEndian<uint16_t>(map, byteAt(map, udf_map::kType) == 1
-                                                            ? udf_map::kPartitionOfType1
-                                                            : udf_map::kPartitionOfType2);
+        const auto number = littleEndian<uint16_t>(map, byteAt(map, udf_map::kType) == 1 ? udf_map::kPartitionOfType1
+                                                                                         : udf_map::kPartitionOfType2);
         const auto known = m_descriptors.partitions.find(number);
         UdfPartition partition;
         if (known != m_descriptors.partitions.end()) {
@@ -210,8 +202,8 @@ private:
             !holdsText(table, kIdentifier + udf_entity::kText, "*UDF Sparing Table"))
             return false;
         auto entries = part(table, kEntries);
-        for (size_t left = littleEndian<uint16_t>(table, kEntryCount);
-             left > 0 && entries.size() >= kEntryLength; --left) {
+        for (size_t left = littleEndian<uint16_t>(table, kEntryCount); left > 0 && entries.size() >= kEntryLength;
+             --left) {
             partition.spares[littleEndian<uint32_t>(entries, kOriginal)] =
                 littleEndian<uint32_t>(entries, kReplacement);
             entries = entries.subspan(kEntryLength);
@@ -319,8 +311,7 @@ UdfVolume readUdfVolume(const ByteSource& medium, uint64_t sessionStart) {
     if (littleEndian<uint32_t>(logical, udf_logical_volume::kBlockSize) != kSectorSize)
         fail("its blocks are not of 2048 bytes");
     UdfVolume volume;
-    volume.label =
-        fieldText(part(logical, udf_logical_volume::kLabel, udf_logical_volume::kLabelLength));
+    volume.label = fieldText(part(logical, udf_logical_volume::kLabel, udf_logical_volume::kLabelLength));
     volume.totalBytes = totalBytes(descriptors, medium.size());
     PartitionReader(medium, descriptors, volume.partitions).read();
     readFileSet(medium, longAddress(logical, udf_logical_volume::kFileSet), volume);

@@ -27,9 +27,8 @@ protected:
     fs::path makeImage(const std::string& name, const std::string& label) const {
         auto image = scratch.path() / name;
         fs::remove(image);
-        const std::string command = "xorriso -as mkisofs -quiet -J -V '" + label + "' -o '" +
-                                    image.string() + "' '" + (scratch.path() / "tree").string() +
-                                    "' 2>/dev/null";
+        const std::string command = "xorriso -as mkisofs -quiet -J -V '" + label + "' -o '" + image.string() + "' '" +
+                                    (scratch.path() / "tree").string() + "' 2>/dev/null";
         EXPECT_EQ(std::system(command.c_str()), 0);
         return image;
     }
@@ -62,8 +61,7 @@ TEST_F(DriveImages, AMountedDiscHasTheSameLabelAndSerialAsAnUnmountedOne) {
     computer.opticalDrives.push_back({device, ""});
     const auto table = makeTable();
     const auto unmounted = table.facts("D:");
-    computer.mounts.push_back(
-        {"11:0", "/", (scratch.path() / "tree").string(), "iso9660", device, true});
+    computer.mounts.push_back({"11:0", "/", (scratch.path() / "tree").string(), "iso9660", device, true});
     const auto mounted = table.facts("D:");
     EXPECT_EQ(mounted.label, unmounted.label);
     EXPECT_EQ(mounted.serial, unmounted.serial);
@@ -73,8 +71,7 @@ TEST_F(DriveImages, AMountedDiscHasTheSameLabelAndSerialAsAnUnmountedOne) {
 
 TEST_F(DriveImages, AMountedImageHasTheLabelOfItsDescriptors) {
     const auto device = makeImage("loop", "LOOPED");
-    computer.mounts.push_back(
-        {"7:0", "/", (scratch.path() / "tree").string(), "iso9660", device, true});
+    computer.mounts.push_back({"7:0", "/", (scratch.path() / "tree").string(), "iso9660", device, true});
     const auto table = makeTable();
     EXPECT_EQ(table.shownText('D'), "D: [LOOPED]");
 }
@@ -144,8 +141,7 @@ TEST_F(DriveImages, AnAddedImageThatHasGoneIsMissing) {
     table.addImageOrFolder(image);
     fs::remove(image);
     EXPECT_EQ(table.facts("D:").label, "");
-    EXPECT_EQ(test::errorOf([&] { table.share('D'); }),
-              test::numberOf(base::ErrorNumber::PathMissing));
+    EXPECT_EQ(test::errorOf([&] { table.share('D'); }), test::numberOf(base::ErrorNumber::PathMissing));
 }
 
 TEST_F(DriveImages, AnAddedImageThatBecameSomethingElseKeepsItsLetter) {

@@ -22,15 +22,12 @@ std::vector<std::string> pointsOf(const std::vector<Mount>& mounts) {
 }
 
 // "type point device" of each drive, for short comparisons.
-std::vector<std::string> drivesIn(const std::string& mounts,
-                                  std::vector<OpticalDrive> opticalDrives = {},
+std::vector<std::string> drivesIn(const std::string& mounts, std::vector<OpticalDrive> opticalDrives = {},
                                   std::set<std::string> removable = {}) {
     const std::string root = "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n";
     std::vector<std::string> drives;
-    for (const auto& drive :
-         drivesOf({parseMountInfo(root + mounts), std::move(opticalDrives), std::move(removable)}))
-        drives.push_back(std::to_string(static_cast<int>(drive.type)) + " " + drive.point + " " +
-                         drive.device);
+    for (const auto& drive : drivesOf({parseMountInfo(root + mounts), std::move(opticalDrives), std::move(removable)}))
+        drives.push_back(std::to_string(static_cast<int>(drive.type)) + " " + drive.point + " " + drive.device);
     return drives;
 }
 
@@ -57,10 +54,9 @@ TEST(MountInfo, ReadOnlyComesFromTheMountOrTheFileSystem) {
 }
 
 TEST(MountInfo, UnescapesPathsOfAnyBytes) {
-    const auto mounts =
-        parseMountInfo("1 0 8:1 / /media/MY\\040DISC\\0111\\134x\\012y rw - vfat /dev/a\\040b rw\n"
-                       "2 0 8:2 / /caf\xE9 rw - vfat none rw\n"
-                       "3 0 8:3 / /odd\\9\\77\\400\\ rw - vfat none rw\n");
+    const auto mounts = parseMountInfo("1 0 8:1 / /media/MY\\040DISC\\0111\\134x\\012y rw - vfat /dev/a\\040b rw\n"
+                                       "2 0 8:2 / /caf\xE9 rw - vfat none rw\n"
+                                       "3 0 8:3 / /odd\\9\\77\\400\\ rw - vfat none rw\n");
     ASSERT_EQ(mounts.size(), 3u);
     EXPECT_EQ(mounts[0].point, "/media/MY DISC\t1\\x\ny");
     EXPECT_EQ(mounts[0].source, "/dev/a b");
@@ -71,11 +67,8 @@ TEST(MountInfo, UnescapesPathsOfAnyBytes) {
 TEST(MountInfo, PassesOverLinesOfAnotherForm) {
     EXPECT_THAT(parseMountInfo(""), IsEmpty());
     EXPECT_THAT(parseMountInfo("\n\n  \n"), IsEmpty());
-    EXPECT_THAT(
-        parseMountInfo("1 2 3\n1 2 8:1 / /x rw\n1 2 8:1 / /x rw - \n1 2 8:1 / /x rw - ext4\n-\n"),
-        IsEmpty());
-    EXPECT_THAT(pointsOf(parseMountInfo("rubbish\n1 0 8:1 / /x rw - ext4 /dev/sda1")),
-                ElementsAre("/x"));
+    EXPECT_THAT(parseMountInfo("1 2 3\n1 2 8:1 / /x rw\n1 2 8:1 / /x rw - \n1 2 8:1 / /x rw - ext4\n-\n"), IsEmpty());
+    EXPECT_THAT(pointsOf(parseMountInfo("rubbish\n1 0 8:1 / /x rw - ext4 /dev/sda1")), ElementsAre("/x"));
 }
 
 TEST(MountInfo, LeavesOutWhatAnotherMountAtTheSamePlaceHides) {
@@ -123,15 +116,14 @@ TEST(ComputerDrives, BeginWithTheRootFileSystem) {
 }
 
 TEST(ComputerDrives, TakeOpticalDrivesWithAndWithoutADisc) {
-    EXPECT_THAT(drivesIn("2 1 11:1 / /media/DISC ro - iso9660 /dev/sr1 ro\n",
-                         {{"/dev/sr0", "11:0"}, {"/dev/sr1", "11:1"}}),
-                ElementsAre("3 / ", "5  /dev/sr0", "5 /media/DISC /dev/sr1"));
+    EXPECT_THAT(
+        drivesIn("2 1 11:1 / /media/DISC ro - iso9660 /dev/sr1 ro\n", {{"/dev/sr0", "11:0"}, {"/dev/sr1", "11:1"}}),
+        ElementsAre("3 / ", "5  /dev/sr0", "5 /media/DISC /dev/sr1"));
 }
 
 TEST(ComputerDrives, KnowAMountedOpticalDriveByItsNumberUnderAnotherName) {
-    EXPECT_THAT(
-        drivesIn("2 1 11:0 / /cdrom ro - udf /dev/disk/by-label/X ro\n", {{"/dev/sr0", "11:0"}}),
-        ElementsAre("3 / ", "5 /cdrom /dev/sr0"));
+    EXPECT_THAT(drivesIn("2 1 11:0 / /cdrom ro - udf /dev/disk/by-label/X ro\n", {{"/dev/sr0", "11:0"}}),
+                ElementsAre("3 / ", "5 /cdrom /dev/sr0"));
 }
 
 TEST(ComputerDrives, TakeAnyFileSystemThatIsMountedFromAnOpticalDrive) {
@@ -140,11 +132,10 @@ TEST(ComputerDrives, TakeAnyFileSystemThatIsMountedFromAnOpticalDrive) {
 }
 
 TEST(ComputerDrives, TakeMountedImagesAfterTheOpticalDrives) {
-    EXPECT_THAT(
-        drivesIn("2 1 7:0 / /mnt/image ro - iso9660 /dev/loop0 ro\n"
-                 "3 1 7:1 / /mnt/dvd ro - udf /dev/loop1 ro\n",
-                 {{"/dev/sr0", ""}}),
-        ElementsAre("3 / ", "5  /dev/sr0", "5 /mnt/image /dev/loop0", "5 /mnt/dvd /dev/loop1"));
+    EXPECT_THAT(drivesIn("2 1 7:0 / /mnt/image ro - iso9660 /dev/loop0 ro\n"
+                         "3 1 7:1 / /mnt/dvd ro - udf /dev/loop1 ro\n",
+                         {{"/dev/sr0", ""}}),
+                ElementsAre("3 / ", "5  /dev/sr0", "5 /mnt/image /dev/loop0", "5 /mnt/dvd /dev/loop1"));
 }
 
 TEST(ComputerDrives, TakeRemovableDisksThenNetworkSharesLast) {
@@ -155,8 +146,8 @@ TEST(ComputerDrives, TakeRemovableDisksThenNetworkSharesLast) {
                          "6 1 7:0 / /mnt/image ro - iso9660 /dev/loop0 ro\n"
                          "7 1 0:53 / /mnt/win rw - cifs //server/share rw\n",
                          {}, {"/dev/sdb", "/dev/sdb1", "/dev/sdc1"}),
-                ElementsAre("3 / ", "5 /mnt/image /dev/loop0", "2 /media/STICK ", "2 /media/NTFS ",
-                            "4 /mnt/share ", "4 /mnt/ssh ", "4 /mnt/win "));
+                ElementsAre("3 / ", "5 /mnt/image /dev/loop0", "2 /media/STICK ", "2 /media/NTFS ", "4 /mnt/share ",
+                            "4 /mnt/ssh ", "4 /mnt/win "));
 }
 
 TEST(ComputerDrives, PassOverFixedDisksAndTheKernelsOwnMounts) {
@@ -177,8 +168,7 @@ TEST(ComputerDrives, CountAFileSystemOnceWhereAllOfItIsMounted) {
 }
 
 TEST(ComputerDrives, DoNotGiveTheRootASecondLetter) {
-    EXPECT_THAT(
-        drivesOf({parseMountInfo("1 0 7:0 / / ro - iso9660 /dev/loop0 ro\n"), {}, {}}).size(), 1u);
+    EXPECT_THAT(drivesOf({parseMountInfo("1 0 7:0 / / ro - iso9660 /dev/loop0 ro\n"), {}, {}}).size(), 1u);
 }
 
 TEST(ComputerDrives, HaveAKeyThatOutlastsMounting) {

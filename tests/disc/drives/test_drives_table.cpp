@@ -30,12 +30,10 @@ std::unique_ptr<MemoryMedium> memoryDisc() {
 // A table on a computer that a test makes up, and may change.
 class DriveTableTest : public testing::Test {
 protected:
-    void SetUp() override {
-        computer.mounts.push_back({"8:1", "/", "/", "ext4", "/dev/sda1", false});
-    }
+    void SetUp() override { computer.mounts.push_back({"8:1", "/", "/", "ext4", "/dev/sda1", false}); }
 
-    void addMount(const fs::path& point, const std::string& type,
-                  const std::string& source = "none", const std::string& number = "7:0") {
+    void addMount(const fs::path& point, const std::string& type, const std::string& source = "none",
+                  const std::string& number = "7:0") {
         computer.mounts.push_back({number, "/", point.string(), type, source, true});
     }
     void addOpticalDrive(const std::string& device = "/dev/no-such-drive") {
@@ -205,16 +203,13 @@ TEST_F(DriveTableTest, AddingAMountedDiscGivesTheLetterThatItHas) {
 TEST_F(DriveTableTest, WhatCannotBeAddedChangesNothing) {
     auto table = makeTable();
     ASSERT_EQ(::mkfifo((scratch.path() / "pipe").c_str(), 0600), 0);
-    EXPECT_EQ(errorOf([&] { table.addImageOrFolder(scratch.path() / "nowhere"); }),
-              numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { table.addImageOrFolder(scratch.path() / "nowhere"); }), numberOf(ErrorNumber::PathMissing));
     EXPECT_EQ(errorOf([&] { table.addImageOrFolder(""); }), numberOf(ErrorNumber::PathMissing));
     EXPECT_EQ(errorOf([&] { table.addImageOrFolder(scratch.path() / "pipe"); }),
               numberOf(ErrorNumber::FileSystemUnknown));
-    EXPECT_EQ(errorOf([&] { table.addImageOrFolder("/dev/null"); }),
+    EXPECT_EQ(errorOf([&] { table.addImageOrFolder("/dev/null"); }), numberOf(ErrorNumber::FileSystemUnknown));
+    EXPECT_EQ(errorOf([&] { table.addImageOrFolder(scratch.write("no-image.iso", "not a disc image")); }),
               numberOf(ErrorNumber::FileSystemUnknown));
-    EXPECT_EQ(
-        errorOf([&] { table.addImageOrFolder(scratch.write("no-image.iso", "not a disc image")); }),
-        numberOf(ErrorNumber::FileSystemUnknown));
     EXPECT_EQ(table.letters(), "C");
 }
 
@@ -230,8 +225,7 @@ TEST_F(DriveTableTest, WhatCannotBeFoundIsToldByItsPath) {
         return std::string("no error");
     };
     const auto nowhere = scratch.path() / "nowhere";
-    EXPECT_EQ(told([&] { table.addImageOrFolder(nowhere); }),
-              "The path was not found: " + nowhere.string());
+    EXPECT_EQ(told([&] { table.addImageOrFolder(nowhere); }), "The path was not found: " + nowhere.string());
     const char letter = table.addImageOrFolder(folder);
     fs::remove(folder);
     EXPECT_EQ(told([&] { table.share(letter); }), "The path was not found: " + folder.string());
@@ -244,8 +238,7 @@ TEST_F(DriveTableTest, LettersEndAtZ) {
     for (char letter = 'E'; letter <= 'Z'; ++letter)
         EXPECT_EQ(table.addMedium(memoryDisc()), letter);
     EXPECT_EQ(table.letters(), "CDEFGHIJKLMNOPQRSTUVWXYZ");
-    EXPECT_EQ(errorOf([&] { table.addMedium(memoryDisc()); }),
-              numberOf(ErrorNumber::TooManyDrives));
+    EXPECT_EQ(errorOf([&] { table.addMedium(memoryDisc()); }), numberOf(ErrorNumber::TooManyDrives));
     EXPECT_EQ(table.addImageOrFolder(first), 'D');
 }
 

@@ -36,8 +36,7 @@ TEST_F(ListerDamage, OfASoundDirectoryIsNone) {
 }
 
 TEST_F(ListerDamage, OfAPartlyReadDirectoryIsToldOnceAndTheRestIsThere) {
-    insert(folder("", {folder("HALF", {file("readable.txt"), folder("SUB")})
-                           .withDamage("cut short at sector 77")}));
+    insert(folder("", {folder("HALF", {file("readable.txt"), folder("SUB")}).withDamage("cut short at sector 77")}));
     lister.setPath("D:\\HALF");
     const auto damage = lister.takeDamage();
     ASSERT_TRUE(damage);
@@ -57,8 +56,7 @@ TEST_F(ListerDamage, DoesNotKeepTheFilesFromBeingEnumerated) {
 }
 
 TEST_F(ListerDamage, OfAnUnreadableDirectoryIsItsErrorAndItIsEmpty) {
-    insert(folder(
-        "", {folder("BAD", {file("lost")}).withFailure(ErrorNumber::ReadFailure), folder("NEXT")}));
+    insert(folder("", {folder("BAD", {file("lost")}).withFailure(ErrorNumber::ReadFailure), folder("NEXT")}));
     lister.setPath("D:\\");
     lister.setPath(lister.list(0));
     EXPECT_EQ(lister.path(), "D:\\BAD");
@@ -113,9 +111,8 @@ TEST_F(ListerDamage, OfTheRootsReadingIsThrownAndARetrySucceeds) {
 }
 
 TEST_F(ListerDamage, OfALoopEndsTheWay) {
-    insert(
-        folder("", {folder("A", {folder("B", {folder("BACK").standingFor("\\A"), file("in-b")})}),
-                    folder("SELF").standingFor("")}));
+    insert(folder("", {folder("A", {folder("B", {folder("BACK").standingFor("\\A"), file("in-b")})}),
+                       folder("SELF").standingFor("")}));
     lister.setPath("D:\\A\\B\\BACK");
     EXPECT_EQ(lister.path(), "D:\\A\\B\\BACK");
     EXPECT_EQ(lister.listCount(), 0);
@@ -208,8 +205,7 @@ TEST_F(ListerDamage, OfAFilesFactsIsThrownAtEachCallAsLongAsItLasts) {
     for (int i = 0; i < 10; ++i) {
         EXPECT_EQ(errorOf([&] { lister.fileLength(path); }), numberOf(ErrorNumber::ReadFailure));
         EXPECT_EQ(errorOf([&] { lister.fileTime(path); }), numberOf(ErrorNumber::ReadFailure));
-        EXPECT_EQ(errorOf([&] { lister.fileAttributes(path); }),
-                  numberOf(ErrorNumber::ReadFailure));
+        EXPECT_EQ(errorOf([&] { lister.fileAttributes(path); }), numberOf(ErrorNumber::ReadFailure));
     }
     EXPECT_EQ(lister.nextFile(), "GOOD");
     EXPECT_EQ(lister.fileLength("D:\\GOOD"), 4u);
@@ -239,8 +235,7 @@ TEST_F(ListerDamage, OfADriveDoesNotMakeAFileExist) {
     auto& medium = insert(folder("", {file("AUTORUN.INF")}));
     medium.vanishAfter(0);
     EXPECT_FALSE(lister.fileExists("D:\\autorun.inf"));
-    EXPECT_EQ(errorOf([&] { lister.openFile("D:\\autorun.inf"); }),
-              numberOf(ErrorNumber::DriveNotReady));
+    EXPECT_EQ(errorOf([&] { lister.openFile("D:\\autorun.inf"); }), numberOf(ErrorNumber::DriveNotReady));
     EXPECT_EQ(lister.firstFile("D:"), "");
     EXPECT_EQ(errorOf([&] { lister.setFilePath("D:\\"); }), numberOf(ErrorNumber::DriveNotReady));
     EXPECT_EQ(lister.fileCount(), 0);

@@ -28,11 +28,10 @@ std::string contentOf(const ByteSource& source) {
 class ListerFiles : public test::ListerFixture {
 protected:
     void SetUp() override {
-        medium = &insert(folder("", {file("zeta.txt", "z"), file("AUTORUN.INF", "[autorun]"),
-                                     file(".hidden", "12").withAttributes(3),
-                                     folder("SETUP", {file("Setup.Ini", "ini").withTime(77),
-                                                      file("big.bin").withSize(5'000'000'000)}),
-                                     folder("EMPTY")}));
+        medium = &insert(folder(
+            "", {file("zeta.txt", "z"), file("AUTORUN.INF", "[autorun]"), file(".hidden", "12").withAttributes(3),
+                 folder("SETUP", {file("Setup.Ini", "ini").withTime(77), file("big.bin").withSize(5'000'000'000)}),
+                 folder("EMPTY")}));
         lister.setPath("D:\\");
     }
 
@@ -67,8 +66,7 @@ TEST_F(ListerFiles, TheChosenDirectoryStaysWhenTheListerMoves) {
 TEST_F(ListerFiles, AChosenDirectoryThatIsNotThereThrowsAndChangesNothing) {
     lister.setFilePath("D:\\");
     for (const auto* path : {"D:\\NO", "X:\\", "", "nonsense"})
-        EXPECT_EQ(errorOf([&] { lister.setFilePath(path); }), numberOf(ErrorNumber::PathMissing))
-            << path;
+        EXPECT_EQ(errorOf([&] { lister.setFilePath(path); }), numberOf(ErrorNumber::PathMissing)) << path;
     EXPECT_EQ(lister.fileCount(), 3);
 }
 
@@ -122,10 +120,9 @@ TEST_F(ListerFiles, FactsOfOtherFilesAreFound) {
     lister.firstFile("D:");
     EXPECT_EQ(lister.fileLength("D:\\SETUP\\setup.ini"), 3u);
     EXPECT_EQ(lister.fileAttributes("d:\\.HIDDEN"), attribute::kReadOnly | attribute::kHidden);
-    for (const auto* path : {"D:\\NO.TXT", "D:\\SETUP", "D:\\SETUP\\", "D:\\", "D:", "", "zeta.txt",
-                             "X:\\zeta.txt", "D:zeta.txt"})
-        EXPECT_EQ(errorOf([&] { lister.fileLength(path); }), numberOf(ErrorNumber::PathMissing))
-            << path;
+    for (const auto* path :
+         {"D:\\NO.TXT", "D:\\SETUP", "D:\\SETUP\\", "D:\\", "D:", "", "zeta.txt", "X:\\zeta.txt", "D:zeta.txt"})
+        EXPECT_EQ(errorOf([&] { lister.fileLength(path); }), numberOf(ErrorNumber::PathMissing)) << path;
 }
 
 TEST_F(ListerFiles, FactsAreForgottenWhenTheEnumerationGoesOn) {
@@ -137,11 +134,11 @@ TEST_F(ListerFiles, FactsAreForgottenWhenTheEnumerationGoesOn) {
 }
 
 TEST_F(ListerFiles, ExistWithoutRegardToCaseAndWithDoubledBackslashes) {
-    for (const auto* path : {"D:\\autorun.inf", "d:\\AutoRun.Inf", "D:\\\\autorun.inf",
-                             "D:\\SETUP\\\\setup.ini", "D:\\setup\\setup.ini", "D:\\zeta.txt"})
+    for (const auto* path : {"D:\\autorun.inf", "d:\\AutoRun.Inf", "D:\\\\autorun.inf", "D:\\SETUP\\\\setup.ini",
+                             "D:\\setup\\setup.ini", "D:\\zeta.txt"})
         EXPECT_TRUE(lister.fileExists(path)) << path;
-    for (const auto* path : {"D:\\no.inf", "D:\\SETUP", "D:\\EMPTY\\setup.ini", "D:\\NO\\setup.ini",
-                             "X:\\a", "", "D:", "\\", "D:\\"})
+    for (const auto* path :
+         {"D:\\no.inf", "D:\\SETUP", "D:\\EMPTY\\setup.ini", "D:\\NO\\setup.ini", "X:\\a", "", "D:", "\\", "D:\\"})
         EXPECT_FALSE(lister.fileExists(path)) << path;
 }
 
@@ -163,8 +160,7 @@ TEST_F(ListerFiles, AnOpenFileOutlivesListerAndTable) {
     std::unique_ptr<ByteSource> source;
     {
         DriveTable drives([] { return Computer{}; });
-        drives.addMedium(
-            std::make_unique<test::MemoryMedium>(folder("", {file("KEPT", "still here")})));
+        drives.addMedium(std::make_unique<test::MemoryMedium>(folder("", {file("KEPT", "still here")})));
         Lister shortLived(drives);
         source = shortLived.openFile("D:\\KEPT");
     }

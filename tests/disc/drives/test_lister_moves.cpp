@@ -23,8 +23,8 @@ using testing::IsEmpty;
 class ListerMoves : public test::ListerFixture {
 protected:
     static MemoryNode sample() {
-        return folder("", {folder("BIN", {folder("X86", {folder("DEEP")}), folder("ALPHA")}),
-                           folder("docs"), folder("Art"), file("README.TXT")});
+        return folder("", {folder("BIN", {folder("X86", {folder("DEEP")}), folder("ALPHA")}), folder("docs"),
+                           folder("Art"), file("README.TXT")});
     }
 };
 
@@ -43,8 +43,7 @@ TEST_F(ListerMoves, ARootPathEndsInABackslashAndOthersDoNot) {
         lister.setPath(root);
         EXPECT_EQ(lister.path(), "D:\\");
     }
-    for (const auto* path :
-         {"D:\\BIN\\X86", "D:\\BIN\\X86\\", "d:\\bin\\x86", "D:\\\\BIN\\\\X86"}) {
+    for (const auto* path : {"D:\\BIN\\X86", "D:\\BIN\\X86\\", "d:\\bin\\x86", "D:\\\\BIN\\\\X86"}) {
         lister.setPath(path);
         EXPECT_EQ(lister.path(), "D:\\BIN\\X86");
     }
@@ -75,16 +74,15 @@ TEST_F(ListerMoves, OtherIndexesAreOutOfRange) {
     insert(sample());
     lister.setPath("D:\\");
     for (const int index : {-3, -1, 3, 1000})
-        EXPECT_EQ(errorOf([&] { lister.list(index); }), numberOf(ErrorNumber::InvalidValue))
-            << index;
+        EXPECT_EQ(errorOf([&] { lister.list(index); }), numberOf(ErrorNumber::InvalidValue)) << index;
 }
 
 TEST_F(ListerMoves, TheOrderIsWithoutRegardToCaseAndTiesAreByText) {
-    insert(folder("", {folder("b"), folder("a10"), folder("A2"), folder("B"), folder("\u00E4"),
-                       folder("\u00C4b"), folder("_x"), folder("Z"), folder(".hidden")}));
+    insert(folder("", {folder("b"), folder("a10"), folder("A2"), folder("B"), folder("\u00E4"), folder("\u00C4b"),
+                       folder("_x"), folder("Z"), folder(".hidden")}));
     lister.setPath("D:\\");
-    EXPECT_THAT(directories(), ElementsAre("D:\\.hidden", "D:\\_x", "D:\\a10", "D:\\A2", "D:\\B",
-                                           "D:\\b", "D:\\Z", "D:\\\u00E4", "D:\\\u00C4b"));
+    EXPECT_THAT(directories(), ElementsAre("D:\\.hidden", "D:\\_x", "D:\\a10", "D:\\A2", "D:\\B", "D:\\b", "D:\\Z",
+                                           "D:\\\u00E4", "D:\\\u00C4b"));
 }
 
 TEST_F(ListerMoves, DirectoriesThatDifferInCaseOnlyAreBothReached) {
@@ -124,11 +122,9 @@ TEST_F(ListerMoves, NamesGivenToRepeatedDirectoriesStandInOrder) {
 TEST_F(ListerMoves, APathThatIsNotThereThrowsAndStays) {
     insert(sample());
     lister.setPath("D:\\BIN");
-    for (const auto* path :
-         {"D:\\NOTHING", "D:\\BIN\\NO\\DEEPER", "D:\\README.TXT", "E:\\", "", "D", "BIN", "\\BIN",
-          "D:BIN", "D:/BIN", "DD:\\", ":\\", "D:\\BIN\\..", "D:\\."}) {
-        EXPECT_EQ(errorOf([&] { lister.setPath(path); }), numberOf(ErrorNumber::PathMissing))
-            << path;
+    for (const auto* path : {"D:\\NOTHING", "D:\\BIN\\NO\\DEEPER", "D:\\README.TXT", "E:\\", "", "D", "BIN", "\\BIN",
+                             "D:BIN", "D:/BIN", "DD:\\", ":\\", "D:\\BIN\\..", "D:\\."}) {
+        EXPECT_EQ(errorOf([&] { lister.setPath(path); }), numberOf(ErrorNumber::PathMissing)) << path;
         EXPECT_EQ(lister.path(), "D:\\BIN");
         EXPECT_EQ(lister.listCount(), 2);
     }
@@ -158,9 +154,7 @@ TEST_F(ListerMoves, GoesFromDriveToDrive) {
 TEST_F(ListerMoves, ChangesAreToldAfterTheMoveAndOnlyWhenThePathDiffers) {
     insert(sample());
     std::vector<std::string> told;
-    lister.changed = [&] {
-        told.push_back(lister.path() + " " + std::to_string(lister.listCount()));
-    };
+    lister.changed = [&] { told.push_back(lister.path() + " " + std::to_string(lister.listCount())); };
     lister.setPath("D:\\");
     lister.setPath("D:\\");
     lister.setPath("d:");
@@ -197,8 +191,8 @@ TEST_F(ListerMoves, AWalkListsEachDirectoryOnce) {
     };
     walk();
     EXPECT_EQ(lister.path(), "D:\\");
-    EXPECT_THAT(medium.listed(), ElementsAre("\\", "\\Art", "\\BIN", "\\BIN\\ALPHA", "\\BIN\\X86",
-                                             "\\BIN\\X86\\DEEP", "\\docs"));
+    EXPECT_THAT(medium.listed(),
+                ElementsAre("\\", "\\Art", "\\BIN", "\\BIN\\ALPHA", "\\BIN\\X86", "\\BIN\\X86\\DEEP", "\\docs"));
 }
 
 TEST_F(ListerMoves, OnlyTheDirectoriesAboveAreKept) {
@@ -210,8 +204,7 @@ TEST_F(ListerMoves, OnlyTheDirectoriesAboveAreKept) {
     EXPECT_EQ(medium.calls(Asked::List), 4);
     lister.setPath("D:\\docs");
     lister.setPath("D:\\BIN");
-    EXPECT_THAT(medium.listed(),
-                ElementsAre("\\", "\\BIN", "\\BIN\\X86", "\\BIN\\X86\\DEEP", "\\docs", "\\BIN"));
+    EXPECT_THAT(medium.listed(), ElementsAre("\\", "\\BIN", "\\BIN\\X86", "\\BIN\\X86\\DEEP", "\\docs", "\\BIN"));
 }
 
 TEST_F(ListerMoves, AMoveAsideReadsOnlyWhatIsBelowTheCommonPart) {
@@ -236,8 +229,7 @@ TEST_F(ListerMoves, AnotherDiscInTheDriveIsReadAnew) {
     scratch.makeFolder("TWO/second");
     Computer computer;
     computer.opticalDrives.push_back({"/dev/no-such-drive", ""});
-    computer.mounts.push_back(
-        {"11:0", "/", (scratch.path() / "ONE").string(), "iso9660", "/dev/no-such-drive", true});
+    computer.mounts.push_back({"11:0", "/", (scratch.path() / "ONE").string(), "iso9660", "/dev/no-such-drive", true});
     const DriveTable drives([&] { return computer; });
     Lister moving(drives);
     moving.setPath("D:\\");

@@ -42,11 +42,10 @@ TEST(IconCount, CountsAGroupOnceHoweverManyLanguagesItHas) {
 }
 
 TEST(IconCount, DoesNotCountPicturesCursorsOrOtherResources) {
-    const std::vector<Resource> resources = {
-        {kIconType, uint16_t{1}, "picture"},
-        {uint16_t{12}, uint16_t{1}, "cursors"},
-        {std::string("14"), uint16_t{1}, "a type named by a text"},
-        {kVersionType, uint16_t{1}, "version"}};
+    const std::vector<Resource> resources = {{kIconType, uint16_t{1}, "picture"},
+                                             {uint16_t{12}, uint16_t{1}, "cursors"},
+                                             {std::string("14"), uint16_t{1}, "a type named by a text"},
+                                             {kVersionType, uint16_t{1}, "version"}};
     EXPECT_EQ(iconsOf(peFile(resources).bytes), 0);
     EXPECT_EQ(iconsOf(neFile(resources).bytes), 0);
 }
@@ -58,8 +57,7 @@ TEST(IconCount, DoesNotTakeATextForATypesNumber) {
 }
 
 TEST(IconCount, OfA16BitFileAddsUpBlocksOfTheSameType) {
-    auto file =
-        neFile({{kGroupIconType, uint16_t{1}, "one"}, {uint16_t{5}, uint16_t{1}, "dialog"}});
+    auto file = neFile({{kGroupIconType, uint16_t{1}, "one"}, {uint16_t{5}, uint16_t{1}, "dialog"}});
     putWord(file.bytes, file.tree + 2 + 8 + 12, 0x8000 | kGroupIconType);
     EXPECT_EQ(iconsOf(file.bytes), 2);
 }

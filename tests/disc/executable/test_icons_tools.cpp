@@ -123,8 +123,7 @@ TEST_F(IconTools, AndWeAgreeThatInstalledIconFilesAreOnes) {
     int files = 0;
     for (const auto& entry : fs::recursive_directory_iterator(kExecutables)) {
         if (entry.path().extension() == ".ico") {
-            EXPECT_EQ(readResources(BufferSource(contentOf(entry.path()))).icons, 1)
-                << entry.path();
+            EXPECT_EQ(readResources(BufferSource(contentOf(entry.path()))).icons, 1) << entry.path();
             ++files;
         }
     }
@@ -139,8 +138,7 @@ TEST(InstalledExecutables, CutAnywhereReadSafely) {
             const BufferSource cut(content.substr(0, length));
             const auto found = readResources(cut);
             ASSERT_LE(found.icons, whole.icons) << path << " cut at " << length;
-            ASSERT_LE(cut.bytesAsked(), ExecutableReader::kReadLimit)
-                << path << " cut at " << length;
+            ASSERT_LE(cut.bytesAsked(), ExecutableReader::kReadLimit) << path << " cut at " << length;
         }
     }
 }

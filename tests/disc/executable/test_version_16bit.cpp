@@ -27,8 +27,7 @@ Resource version(const std::string& data, ResourceName name = uint16_t{1}) {
 }
 
 TEST(VersionOf16Bit, AreAllSeven) {
-    EXPECT_EQ(textsOf(neFile({version(narrowVersion(sampleVersion("040904E4")))}).bytes),
-              sampleTexts());
+    EXPECT_EQ(textsOf(neFile({version(narrowVersion(sampleVersion("040904E4")))}).bytes), sampleTexts());
 }
 
 TEST(VersionOf16Bit, AreFoundWithEveryUsualAlignment) {
@@ -48,8 +47,7 @@ TEST(VersionOf16Bit, AreFoundBesideOtherResourcesAndNames) {
 }
 
 TEST(VersionOf16Bit, ComeFromTheFirstResourceWhereNumberOneIsMissing) {
-    const auto file =
-        neFile({version(company("fifth"), uint16_t{5}), version(company("second"), uint16_t{2})});
+    const auto file = neFile({version(company("fifth"), uint16_t{5}), version(company("second"), uint16_t{2})});
     EXPECT_EQ(textsOf(file.bytes).companyName, "fifth");
 }
 
@@ -130,16 +128,15 @@ INSTANTIATE_TEST_SUITE_P(Texts, VersionCodePage, testing::ValuesIn(kCodePages),
                          [](const auto& instance) { return instance.param.name; });
 
 TEST(VersionCodePages, OfTheTranslationIsUsedWhereTheTableTellsNone) {
-    const auto resource = narrowVersion({.tables = {{"Russian", {{"ProductName", "\xCC\xE8\xF0"}}}},
-                                         .translations = {{0x419, 1251}}});
+    const auto resource =
+        narrowVersion({.tables = {{"Russian", {{"ProductName", "\xCC\xE8\xF0"}}}}, .translations = {{0x419, 1251}}});
     EXPECT_EQ(versionTexts(resource).productName, "\u041c\u0438\u0440");
 }
 
 TEST(VersionCodePages, OfTheChosenTableIsUsedNotTheFirstOnes) {
-    const auto resource =
-        narrowVersion({.tables = {{"040904E4", {{"ProductName", "english"}}},
-                                  {"041904E3", {{"ProductName", "\xCC\xE8\xF0"}}}},
-                       .translations = {{0x419, 1251}}});
+    const auto resource = narrowVersion(
+        {.tables = {{"040904E4", {{"ProductName", "english"}}}, {"041904E3", {{"ProductName", "\xCC\xE8\xF0"}}}},
+         .translations = {{0x419, 1251}}});
     EXPECT_EQ(versionTexts(resource).productName, "\u041c\u0438\u0440");
 }
 

@@ -27,14 +27,12 @@ TEST_P(VersionHabit, InUtf16GivesAllTexts) {
 }
 
 TEST_P(VersionHabit, InTheOldFormGivesAllTexts) {
-    EXPECT_EQ(versionTexts(narrowVersion(sampleVersion("040904E4"), GetParam().habits)),
-              sampleTexts());
+    EXPECT_EQ(versionTexts(narrowVersion(sampleVersion("040904E4"), GetParam().habits)), sampleTexts());
 }
 
 TEST_P(VersionHabit, KeepsTheChosenLanguage) {
     auto content = sampleVersion();
-    content.tables.insert(content.tables.begin(),
-                          {"040704B0", {{"CompanyName", "the other table"}}});
+    content.tables.insert(content.tables.begin(), {"040704B0", {{"CompanyName", "the other table"}}});
     EXPECT_EQ(versionTexts(wideVersion(content, GetParam().habits)), sampleTexts());
 }
 
@@ -48,8 +46,7 @@ const std::vector<Habit> kHabits = {
     {"NoPaddingBehindKeys", {.padsKeys = false}},
     {"NoPaddingBetweenBlocks", {.padsBlocks = false}},
     {"NoPaddingAtAll", {.padsKeys = false, .padsBlocks = false}},
-    {"LengthsInBytesWithoutPadding",
-     {.countsTextsInBytes = true, .padsKeys = false, .padsBlocks = false}},
+    {"LengthsInBytesWithoutPadding", {.countsTextsInBytes = true, .padsKeys = false, .padsBlocks = false}},
     {"TextBlocksTellTwoTooFew", {.textLengthError = -2}},
     {"TextBlocksTellFourTooFew", {.textLengthError = -4}},
     {"TablesTellTwoTooFew", {.tableLengthError = -2}},
@@ -58,8 +55,7 @@ const std::vector<Habit> kHabits = {
     {"RootTellsTooMany", {.rootLengthError = 40}},
     {"TranslationsFirst", {.listsTranslationsFirst = true}},
     {"FixedPartCountedInWords", {.fixedInfoLength = 26}},
-    {"FixedPartCountedInWordsWithoutPadding",
-     {.padsKeys = false, .padsBlocks = false, .fixedInfoLength = 26}},
+    {"FixedPartCountedInWordsWithoutPadding", {.padsKeys = false, .padsBlocks = false, .fixedInfoLength = 26}},
     {"FixedPartToldAsMissing", {.fixedInfoLength = 0}},
     {"TablesTellAValueThatIsNotThere", {.tableValueLength = 24}},
 };
@@ -68,8 +64,7 @@ INSTANTIATE_TEST_SUITE_P(OldCompilers, VersionHabit, testing::ValuesIn(kHabits),
                          [](const auto& instance) { return instance.param.name; });
 
 TEST(VersionHabits, ATextWithoutALengthIsReadAsFarAsItsBlockGoes) {
-    auto resource =
-        wideVersion({.tables = {{"040904B0", {{"ProductName", "Cargo"}}}}, .translations = {}});
+    auto resource = wideVersion({.tables = {{"040904B0", {{"ProductName", "Cargo"}}}}, .translations = {}});
     const std::string key("P\0r\0o\0d\0", 8);
     const auto place = resource.find(key);
     ASSERT_NE(place, std::string::npos);
@@ -91,9 +86,8 @@ TEST(VersionHabits, ARootWithoutALengthOfUseIsReadToTheEnd) {
 
 TEST(VersionHabits, SeveralPartsWithTextsAreAllSearched) {
     // Each table is in a part of its own, as the writer writes them.
-    const VersionContent content{
-        .tables = {{"040904B0", {}}, {"040704B0", {{"ProductName", "Fracht"}}}},
-        .translations = {{0x407, 0x4B0}}};
+    const VersionContent content{.tables = {{"040904B0", {}}, {"040704B0", {{"ProductName", "Fracht"}}}},
+                                 .translations = {{0x407, 0x4B0}}};
     EXPECT_EQ(versionTexts(wideVersion(content)).productName, "Fracht");
 }
 

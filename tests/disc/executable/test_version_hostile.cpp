@@ -31,9 +31,8 @@ std::vector<Resource> sampleResources(const std::string& version) {
 const std::vector<Sample>& samples() {
     static const std::vector<Sample> all = {
         {"PE32", peFile(sampleResources(wideVersion(sampleVersion()))).bytes},
-        {"PE32+", peFile(sampleResources(wideVersion(sampleVersion())),
-                         {.wide = true, .dataInOwnSection = true})
-                      .bytes},
+        {"PE32+",
+         peFile(sampleResources(wideVersion(sampleVersion())), {.wide = true, .dataInOwnSection = true}).bytes},
         {"NE", neFile(sampleResources(narrowVersion(sampleVersion("040904E3")))).bytes},
         {"icon file", iconFile(IconFileKind::Icon, 3), false},
     };
@@ -41,9 +40,8 @@ const std::vector<Sample>& samples() {
 }
 
 bool isSound(const VersionTexts& texts) {
-    for (const auto& text :
-         {texts.companyName, texts.fileDescription, texts.legalCopyright, texts.productName,
-          texts.productVersion, texts.internalName, texts.originalFileName}) {
+    for (const auto& text : {texts.companyName, texts.fileDescription, texts.legalCopyright, texts.productName,
+                             texts.productVersion, texts.internalName, texts.originalFileName}) {
         if (!base::isValidUtf8(text) || text.size() > 400'000)
             return false;
     }
@@ -57,8 +55,7 @@ testing::AssertionResult readsSafely(const BufferSource& source) {
         return testing::AssertionFailure() << source.bytesAsked() << " bytes read";
     if (found.icons < 0 || found.icons > ExecutableReader::kEntryLimit)
         return testing::AssertionFailure() << found.icons << " icons";
-    return isSound(found.version) ? testing::AssertionSuccess()
-                                  : testing::AssertionFailure() << "texts";
+    return isSound(found.version) ? testing::AssertionSuccess() : testing::AssertionFailure() << "texts";
 }
 
 testing::AssertionResult readsSafely(const std::string& bytes) {
@@ -68,8 +65,7 @@ testing::AssertionResult readsSafely(const std::string& bytes) {
 TEST(VersionHostile, AFileCutAnywhereReadsSafely) {
     for (const auto& sample : samples()) {
         for (size_t length = 0; length < sample.bytes.size(); ++length)
-            ASSERT_TRUE(readsSafely(sample.bytes.substr(0, length)))
-                << sample.name << " cut at " << length;
+            ASSERT_TRUE(readsSafely(sample.bytes.substr(0, length))) << sample.name << " cut at " << length;
     }
 }
 
@@ -90,11 +86,9 @@ TEST(VersionHostile, AnyByteMayBeAnything) {
             const char good = bytes[at];
             for (const int change : {0x00, 0x01, 0x7F, 0x80, 0xFF}) {
                 bytes[at] = static_cast<char>(change);
-                ASSERT_TRUE(readsSafely(bytes))
-                    << sample.name << " byte " << at << " as " << change;
+                ASSERT_TRUE(readsSafely(bytes)) << sample.name << " byte " << at << " as " << change;
                 bytes[at] = static_cast<char>(good ^ change);
-                ASSERT_TRUE(readsSafely(bytes))
-                    << sample.name << " byte " << at << " changed by " << change;
+                ASSERT_TRUE(readsSafely(bytes)) << sample.name << " byte " << at << " changed by " << change;
             }
             bytes[at] = good;
         }
@@ -256,8 +250,7 @@ TEST(VersionHostile, BlocksThatShareTheirChildrenEnd) {
     for (int table = 0; table < 800; ++table)
         content.tables.push_back({"04090000", {}});
     content.tables.push_back({"04090000", {{"CompanyName", std::string(20'000, ' ')}}});
-    for (const uint16_t reach :
-         {uint16_t{0}, uint16_t{4}, uint16_t{20'000}, uint16_t{60'000}, uint16_t{0xFFFF}}) {
+    for (const uint16_t reach : {uint16_t{0}, uint16_t{4}, uint16_t{20'000}, uint16_t{60'000}, uint16_t{0xFFFF}}) {
         const VersionHabits habits{.tableLengthError = 30'000, .tableValueLength = reach};
         EXPECT_TRUE(isSound(versionTexts(narrowVersion(content, habits)))) << reach;
         EXPECT_TRUE(isSound(versionTexts(wideVersion(content, habits)))) << reach;
@@ -266,13 +259,11 @@ TEST(VersionHostile, BlocksThatShareTheirChildrenEnd) {
 
 TEST(VersionHostile, ResourcesOfOneByteOverAndOverEnd) {
     for (int value = 0; value < 256; ++value)
-        EXPECT_EQ(versionTexts(std::string(65'536, static_cast<char>(value))), VersionTexts{})
-            << value;
+        EXPECT_EQ(versionTexts(std::string(65'536, static_cast<char>(value))), VersionTexts{}) << value;
 }
 
 TEST(VersionHostile, ACutResourceReadsSafely) {
-    for (const auto& whole :
-         {wideVersion(sampleVersion()), narrowVersion(sampleVersion("040403B6"))}) {
+    for (const auto& whole : {wideVersion(sampleVersion()), narrowVersion(sampleVersion("040403B6"))}) {
         for (size_t length = 0; length < whole.size(); ++length)
             ASSERT_TRUE(isSound(versionTexts(std::string_view(whole).substr(0, length)))) << length;
     }

@@ -11,8 +11,7 @@ namespace {
 
 using namespace discaro::test;
 
-Resource version(const std::string& data, ResourceName name = uint16_t{1},
-                 uint16_t language = 0x409) {
+Resource version(const std::string& data, ResourceName name = uint16_t{1}, uint16_t language = 0x409) {
     return {kVersionType, std::move(name), data, language};
 }
 
@@ -30,8 +29,7 @@ TEST(VersionTexts, OfA32BitExecutableAreAllSeven) {
 }
 
 TEST(VersionTexts, OfA64BitExecutableAreAllSeven) {
-    EXPECT_EQ(textsOf(peFile({version(wideVersion(sampleVersion()))}, {.wide = true}).bytes),
-              sampleTexts());
+    EXPECT_EQ(textsOf(peFile({version(wideVersion(sampleVersion()))}, {.wide = true}).bytes), sampleTexts());
 }
 
 TEST(VersionTexts, AreFoundBesideOtherResourcesAndNames) {
@@ -43,30 +41,25 @@ TEST(VersionTexts, AreFoundBesideOtherResourcesAndNames) {
 }
 
 TEST(VersionTexts, ComeFromTheResourceNumberOneBeforeOthers) {
-    const auto file = peFile({version(company("named"), std::string("INFO")),
-                              version(company("first")), version(company("seventh"), uint16_t{7})});
+    const auto file = peFile({version(company("named"), std::string("INFO")), version(company("first")),
+                              version(company("seventh"), uint16_t{7})});
     EXPECT_EQ(textsOf(file.bytes).companyName, "first");
 }
 
 TEST(VersionTexts, ComeFromTheFirstResourceWhereNumberOneIsMissing) {
-    EXPECT_EQ(textsOf(peFile({version(company("seventh"), uint16_t{7}),
-                              version(company("ninth"), uint16_t{9})})
-                          .bytes)
+    EXPECT_EQ(textsOf(peFile({version(company("seventh"), uint16_t{7}), version(company("ninth"), uint16_t{9})}).bytes)
                   .companyName,
               "seventh");
-    EXPECT_EQ(textsOf(peFile({version(company("named"), std::string("INFO"))}).bytes).companyName,
-              "named");
+    EXPECT_EQ(textsOf(peFile({version(company("named"), std::string("INFO"))}).bytes).companyName, "named");
 }
 
 TEST(VersionTexts, ComeFromTheFirstLanguageOfTheResource) {
-    const auto file =
-        peFile({version(company("deutsch"), uint16_t{1}, 0x407), version(company("english"))});
+    const auto file = peFile({version(company("deutsch"), uint16_t{1}, 0x407), version(company("english"))});
     EXPECT_EQ(textsOf(file.bytes).companyName, "deutsch");
 }
 
 TEST(VersionTexts, ComeFromTheNextLanguageWhereTheFirstLiesOutsideTheFile) {
-    auto file =
-        peFile({version(company("deutsch"), uint16_t{1}, 0x407), version(company("english"))});
+    auto file = peFile({version(company("deutsch"), uint16_t{1}, 0x407), version(company("english"))});
     const size_t leaves = file.tree + 3 * 16 + (1 + 1 + 2) * 8;
     putDoubleWord(file.bytes, leaves, 0x7000'0000);
     EXPECT_EQ(textsOf(file.bytes).companyName, "english");
@@ -82,8 +75,8 @@ TEST(VersionTexts, AreFoundWhereALinkerLeftOutTheLevelOfLanguages) {
 
 TEST(VersionTexts, AreFoundThroughAnySection) {
     for (const int before : {0, 1, 7}) {
-        const auto apart = peFile({version(wideVersion(sampleVersion()))},
-                                  {.sectionsBefore = before, .dataInOwnSection = true});
+        const auto apart =
+            peFile({version(wideVersion(sampleVersion()))}, {.sectionsBefore = before, .dataInOwnSection = true});
         EXPECT_EQ(textsOf(apart.bytes), sampleTexts()) << before;
     }
 }
@@ -112,14 +105,13 @@ TEST(VersionTexts, AreOfTheFirstTranslation) {
                                             {"040C04B0", {{"CompanyName", "francais"}}}},
                                  .translations = {{0x407, 0x4B0}, {0x409, 0x4B0}}};
     EXPECT_EQ(textsOf(peFile({version(wideVersion(content))}).bytes).companyName, "deutsch");
-    EXPECT_EQ(versionTexts(wideVersion(content, {.listsTranslationsFirst = true})).companyName,
-              "deutsch");
+    EXPECT_EQ(versionTexts(wideVersion(content, {.listsTranslationsFirst = true})).companyName, "deutsch");
 }
 
 TEST(VersionTexts, KeysOfTablesCompareWithoutRegardToCase) {
-    const VersionContent content{.tables = {{"040904B0", {{"CompanyName", "english"}}},
-                                            {"040c04e4", {{"CompanyName", "francais"}}}},
-                                 .translations = {{0x40C, 0x4E4}}};
+    const VersionContent content{
+        .tables = {{"040904B0", {{"CompanyName", "english"}}}, {"040c04e4", {{"CompanyName", "francais"}}}},
+        .translations = {{0x40C, 0x4E4}}};
     EXPECT_EQ(versionTexts(wideVersion(content)).companyName, "francais");
 }
 
@@ -142,11 +134,10 @@ TEST(VersionTexts, AreFoundUnderATableKeyThatIsNoTranslation) {
 }
 
 TEST(VersionTexts, NamesCompareWithoutRegardToCase) {
-    const VersionContent content{.tables = {{"040904B0",
-                                             {{"COMPANYNAME", "company"},
-                                              {"filedescription", "description"},
-                                              {"OriginalFileName", "file"}}}},
-                                 .translations = {}};
+    const VersionContent content{
+        .tables = {{"040904B0",
+                    {{"COMPANYNAME", "company"}, {"filedescription", "description"}, {"OriginalFileName", "file"}}}},
+        .translations = {}};
     const auto texts = versionTexts(wideVersion(content, {.tablePartKey = "STRINGFILEINFO"}));
     EXPECT_EQ(texts.companyName, "company");
     EXPECT_EQ(texts.fileDescription, "description");
@@ -154,9 +145,8 @@ TEST(VersionTexts, NamesCompareWithoutRegardToCase) {
 }
 
 TEST(VersionTexts, OfTwoWithTheSameNameTheFirstCounts) {
-    const VersionContent content{
-        .tables = {{"040904B0", {{"ProductName", "one"}, {"productname", "two"}}}},
-        .translations = {}};
+    const VersionContent content{.tables = {{"040904B0", {{"ProductName", "one"}, {"productname", "two"}}}},
+                                 .translations = {}};
     EXPECT_EQ(versionTexts(wideVersion(content)).productName, "one");
 }
 

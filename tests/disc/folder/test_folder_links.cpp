@@ -47,9 +47,7 @@ protected:
         source->read(0, std::as_writable_bytes(std::span(content)));
         return {medium.fileFacts(medium.root(), place), content};
     }
-    void link(const fs::path& target, const fs::path& name) const {
-        fs::create_symlink(target, folder.path() / name);
-    }
+    void link(const fs::path& target, const fs::path& name) const { fs::create_symlink(target, folder.path() / name); }
     void expectTarget(const Linked& found) const {
         EXPECT_EQ(found.facts.size, 12u);
         EXPECT_EQ(found.facts.modified, 1000);
@@ -81,8 +79,7 @@ TEST_F(FolderLinks, AreListedAsFiles) {
     link("nothing-here", "dangling");
     const auto listing = test::rootOf(medium);
     EXPECT_THAT(namesOf(listing.directories), ElementsAre("real"));
-    EXPECT_THAT(namesOf(listing.files),
-                UnorderedElementsAre("to-folder", "to-file", "target", "dangling"));
+    EXPECT_THAT(namesOf(listing.files), UnorderedElementsAre("to-folder", "to-file", "target", "dangling"));
 }
 
 TEST_F(FolderLinks, ToAFileInTheFolderHaveItsFactsAndBytes) {

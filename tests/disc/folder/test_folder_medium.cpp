@@ -30,8 +30,7 @@ using testing::UnorderedElementsAre;
 namespace fs = std::filesystem;
 
 const Entry& entryOf(const std::vector<Entry>& entries, std::string_view raw) {
-    const auto found =
-        std::ranges::find(entries, raw, [](const Entry& entry) { return entry.place.raw; });
+    const auto found = std::ranges::find(entries, raw, [](const Entry& entry) { return entry.place.raw; });
     if (found == entries.end())
         throw std::out_of_range("no entry " + std::string(raw));
     return *found;
@@ -47,9 +46,7 @@ std::string contentOf(const ByteSource& source) {
 class FolderMediumTest : public testing::Test {
 protected:
     Listing listRoot() const { return test::rootOf(medium); }
-    Listing listBelowRoot(const Entry& directory) const {
-        return medium.list(medium.root(), directory.place);
-    }
+    Listing listBelowRoot(const Entry& directory) const { return medium.list(medium.root(), directory.place); }
     FileFacts factsOf(std::string_view raw) const {
         return medium.fileFacts(medium.root(), entryOf(listRoot().files, raw).place);
     }
@@ -134,8 +131,7 @@ TEST_F(FolderMediumTest, AFileOlderThanTheEpochHasANegativeTime) {
 TEST_F(FolderMediumTest, ADotInFrontIsHiddenAndNoWriteBitIsReadOnly) {
     folder.write("plain");
     folder.write(".dot");
-    for (const auto& [name, mode] :
-         {std::pair(".locked", 0444), std::pair("locked", 0555), std::pair("group", 0464)}) {
+    for (const auto& [name, mode] : {std::pair(".locked", 0444), std::pair("locked", 0555), std::pair("group", 0464)}) {
         folder.write(name);
         ASSERT_EQ(::chmod((folder.path() / name).c_str(), static_cast<mode_t>(mode)), 0);
     }
@@ -152,8 +148,7 @@ TEST_F(FolderMediumTest, PipesAndSocketsHaveFactsAndNeitherLengthNorBytes) {
     address.sun_family = AF_UNIX;
     (folder.path() / "socket").native().copy(address.sun_path, sizeof address.sun_path - 1);
     const base::Descriptor socket(::socket(AF_UNIX, SOCK_STREAM, 0));
-    ASSERT_EQ(::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address),
-              0);
+    ASSERT_EQ(::bind(socket.number(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
     EXPECT_THAT(namesOf(listRoot().files), UnorderedElementsAre("pipe", "socket"));
     for (const auto* name : {"pipe", "socket"}) {
         EXPECT_EQ(factsOf(name).size, 0u);
@@ -187,8 +182,7 @@ TEST_F(FolderMediumTest, AFileThatShrankGivesWhatIsLeft) {
 TEST_F(FolderMediumTest, AnOpenFileOutlivesTheMedium) {
     folder.write("kept", "still here");
     auto shortLived = std::make_unique<FolderMedium>(folder.path(), FolderMedium::Use::Disc);
-    const auto place =
-        entryOf(shortLived->list(shortLived->root(), shortLived->root()).files, "kept").place;
+    const auto place = entryOf(shortLived->list(shortLived->root(), shortLived->root()).files, "kept").place;
     const auto source = shortLived->open(shortLived->root(), place);
     shortLived.reset();
     EXPECT_EQ(contentOf(*source), "still here");
@@ -200,12 +194,10 @@ TEST_F(FolderMediumTest, WhatIsGoneIsMissing) {
     const auto listing = listRoot();
     fs::remove_all(folder.path() / "going");
     fs::remove(folder.path() / "gone.txt");
-    EXPECT_EQ(errorOf([&] { listBelowRoot(listing.directories[0]); }),
-              numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { listBelowRoot(listing.directories[0]); }), numberOf(ErrorNumber::PathMissing));
     EXPECT_EQ(errorOf([&] { medium.fileFacts(medium.root(), listing.files[0].place); }),
               numberOf(ErrorNumber::PathMissing));
-    EXPECT_EQ(errorOf([&] { medium.open(medium.root(), listing.files[0].place); }),
-              numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { medium.open(medium.root(), listing.files[0].place); }), numberOf(ErrorNumber::PathMissing));
 }
 
 TEST_F(FolderMediumTest, ADirectoryThatBecameALinkIsMissing) {
@@ -229,20 +221,16 @@ TEST_F(FolderMediumTest, ADirectoryThatVanishesWhileItIsOpenIsEmpty) {
 
 TEST_F(FolderMediumTest, ARootThatIsNotThereIsADriveThatIsNotReady) {
     const FolderMedium missing(folder.path() / "nowhere", FolderMedium::Use::Disc);
-    EXPECT_EQ(errorOf([&] { missing.list(missing.root(), missing.root()); }),
-              numberOf(ErrorNumber::DriveNotReady));
+    EXPECT_EQ(errorOf([&] { missing.list(missing.root(), missing.root()); }), numberOf(ErrorNumber::DriveNotReady));
     EXPECT_EQ(errorOf([&] { missing.facts(); }), numberOf(ErrorNumber::DriveNotReady));
     const FolderMedium noFolder(folder.write("file"), FolderMedium::Use::Disc);
-    EXPECT_EQ(errorOf([&] { noFolder.list(noFolder.root(), noFolder.root()); }),
-              numberOf(ErrorNumber::DriveNotReady));
+    EXPECT_EQ(errorOf([&] { noFolder.list(noFolder.root(), noFolder.root()); }), numberOf(ErrorNumber::DriveNotReady));
 }
 
 TEST_F(FolderMediumTest, APlaceThatTheMediumNeverGaveIsMissing) {
     const Place strange{12345, 0, "name"};
-    EXPECT_EQ(errorOf([&] { medium.list(medium.root(), strange); }),
-              numberOf(ErrorNumber::PathMissing));
-    EXPECT_EQ(errorOf([&] { medium.fileFacts(medium.root(), strange); }),
-              numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { medium.list(medium.root(), strange); }), numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([&] { medium.fileFacts(medium.root(), strange); }), numberOf(ErrorNumber::PathMissing));
 }
 
 TEST_F(FolderMediumTest, TreesDeeperThanAPathMayBeLongAreWalkedToTheEnd) {

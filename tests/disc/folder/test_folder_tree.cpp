@@ -28,9 +28,7 @@ TEST(FolderTree, ADirectoryHasTheSameNumberEachTime) {
     const auto inA = tree.number(a, "a");
     EXPECT_EQ(tree.number(FolderTree::kRoot, "a"), a);
     EXPECT_EQ(tree.number(a, "a"), inA);
-    EXPECT_EQ(
-        (std::set<uint32_t>{FolderTree::kRoot, a, inA, tree.number(FolderTree::kRoot, "b")}.size()),
-        4u);
+    EXPECT_EQ((std::set<uint32_t>{FolderTree::kRoot, a, inA, tree.number(FolderTree::kRoot, "b")}.size()), 4u);
 }
 
 TEST(FolderTree, NumbersStayApartWhenThereAreMany) {

@@ -66,17 +66,15 @@ TEST(Images, AnImageOfWholeSectorsCutShortGivesWhatIsThere) {
     const auto medium = openBytes(raw.substr(0, 26 * 2352 + 1000));
     const auto found = walk(*medium);
     ASSERT_THAT(found.paths(), ElementsAre("A"));
-    EXPECT_EQ(errorOf([&] { contentOf(*medium, found.entries[0]); }),
-              numberOf(ErrorNumber::ReadFailure));
+    EXPECT_EQ(errorOf([&] { contentOf(*medium, found.entries[0]); }), numberOf(ErrorNumber::ReadFailure));
 }
 
 TEST(Images, WhatIsNoImageIsUnknown) {
-    for (const auto& bytes :
-         {std::string(), std::string("short"), std::string(100000, '\0'), std::string(1000000, 'x'),
-          std::string("NER5") + std::string(8, '\0')})
-        EXPECT_EQ(errorOf([&] { openBytes(bytes); }),
-                  numberOf(bytes.starts_with("NER5") ? ErrorNumber::FileSystemUnsupported
-                                                     : ErrorNumber::FileSystemUnknown));
+    for (const auto& bytes : {std::string(), std::string("short"), std::string(100000, '\0'), std::string(1000000, 'x'),
+                              std::string("NER5") + std::string(8, '\0')})
+        EXPECT_EQ(
+            errorOf([&] { openBytes(bytes); }),
+            numberOf(bytes.starts_with("NER5") ? ErrorNumber::FileSystemUnsupported : ErrorNumber::FileSystemUnknown));
 }
 
 TEST(Images, OtherFileSystemsOfDiscsAreNamed) {
@@ -114,8 +112,7 @@ TEST(Images, ErrorsNameTheFileWithItsSlashes) {
     const auto empty = folder.write("empty.cue", "no sheet");
     const auto gone = folder.path() / "gone.iso";
     EXPECT_EQ(told(text), "The file is not a disc image (" + text.string() + ")");
-    EXPECT_EQ(told(macImage),
-              "The file system of this disc can't be read: HFS (" + macImage.string() + ")");
+    EXPECT_EQ(told(macImage), "The file system of this disc can't be read: HFS (" + macImage.string() + ")");
     EXPECT_EQ(told(sheet), "The path was not found: Ü.bin (" + sheet.string() + ")");
     EXPECT_EQ(told(empty), "The file is not a disc image (" + empty.string() + ")");
     EXPECT_EQ(told(gone), "The path was not found: " + gone.string());
@@ -132,13 +129,11 @@ TEST(Images, AnEmptyFileHasNoBytes) {
     const ScratchFolder folder;
     const FileBytes file(folder.write("empty.iso"));
     EXPECT_EQ(file.size(), 0U);
-    EXPECT_EQ(errorOf([&] { openImage(folder.path() / "empty.iso"); }),
-              numberOf(ErrorNumber::FileSystemUnknown));
+    EXPECT_EQ(errorOf([&] { openImage(folder.path() / "empty.iso"); }), numberOf(ErrorNumber::FileSystemUnknown));
 }
 
 TEST(Images, WhatIsNotThereIsMissing) {
-    EXPECT_EQ(errorOf([] { openImage("/no such folder/disc.iso"); }),
-              numberOf(ErrorNumber::PathMissing));
+    EXPECT_EQ(errorOf([] { openImage("/no such folder/disc.iso"); }), numberOf(ErrorNumber::PathMissing));
 }
 
 TEST(Images, WhatIsNoFileIsNoImageAndIsNotWaitedFor) {
@@ -158,8 +153,7 @@ TEST(Images, ALinkToAnImageIsFollowed) {
 
 // Cue sheets
 
-constexpr char kOneTrack[] =
-    "FILE \"disc.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n";
+constexpr char kOneTrack[] = "FILE \"disc.bin\" BINARY\r\n  TRACK 01 MODE1/2352\r\n    INDEX 01 00:00:00\r\n";
 
 TEST(CueSheets, OneDataTrackIsRead) {
     const ScratchFolder folder;
@@ -169,18 +163,17 @@ TEST(CueSheets, OneDataTrackIsRead) {
 
 TEST(CueSheets, AllSectorSizesAreRead) {
     const ScratchFolder folder;
-    const std::vector<std::pair<std::string, std::string>> kinds = {
-        {"MODE1/2048", smallImage()},
-        {"MODE2/2048", smallImage()},
-        {"MODE2/2336", bareMode2(smallImage())},
-        {"MODE2/2352", rawMode2(smallImage())},
-        {"CDI/2352", rawMode2(smallImage())},
-        {"MODE1/2448", rawMode1(smallImage(), 96)}};
+    const std::vector<std::pair<std::string, std::string>> kinds = {{"MODE1/2048", smallImage()},
+                                                                    {"MODE2/2048", smallImage()},
+                                                                    {"MODE2/2336", bareMode2(smallImage())},
+                                                                    {"MODE2/2352", rawMode2(smallImage())},
+                                                                    {"CDI/2352", rawMode2(smallImage())},
+                                                                    {"MODE1/2448", rawMode1(smallImage(), 96)}};
     for (const auto& [mode, image] : kinds) {
         folder.write("disc.bin", image);
         SCOPED_TRACE(mode);
-        expectSmallImage(*openImage(folder.write("Disc.CUE", "file disc.bin binary\n track 1 " +
-                                                                 mode + "\n index 1 0:0:0\n")));
+        expectSmallImage(
+            *openImage(folder.write("Disc.CUE", "file disc.bin binary\n track 1 " + mode + "\n index 1 0:0:0\n")));
     }
 }
 
@@ -189,9 +182,8 @@ TEST(CueSheets, TheFileIsFoundInAnyCaseAndWithoutItsFolder) {
     folder.write("My Disc.bin", rawMode1(smallImage()));
     for (const char* name : {"MY DISC.BIN", "C:\\Images\\My Disc.bin", "/elsewhere/My Disc.bin"}) {
         SCOPED_TRACE(name);
-        expectSmallImage(*openImage(
-            folder.write("sheet.cue", std::string("FILE \"") + name +
-                                          "\" BINARY\nTRACK 01 MODE1/2352\nINDEX 01 00:00:00\n")));
+        expectSmallImage(*openImage(folder.write(
+            "sheet.cue", std::string("FILE \"") + name + "\" BINARY\nTRACK 01 MODE1/2352\nINDEX 01 00:00:00\n")));
     }
 }
 
@@ -217,56 +209,49 @@ TEST(CueSheets, AudioBehindTheDataIsPassedOver) {
     const ScratchFolder folder;
     folder.write("disc.bin", rawMode1(smallImage()) + std::string(10 * 2352, 'a'));
     expectSmallImage(*openImage(
-        folder.write("disc.cue", std::string(kOneTrack) +
-                                     "TRACK 02 AUDIO\nPREGAP 00:02:00\nINDEX 01 00:00:40\n")));
+        folder.write("disc.cue", std::string(kOneTrack) + "TRACK 02 AUDIO\nPREGAP 00:02:00\nINDEX 01 00:00:40\n")));
 }
 
 TEST(CueSheets, DataBehindAudioHasItsAddressOnTheDisc) {
     const ScratchFolder folder;
     // Ten sectors of audio, a pregap of five that the file holds, and one of 150 that it does not.
-    folder.write("disc.bin",
-                 std::string(10 * 2352, 'a') + std::string(5 * 2048, '\0') + smallImage(165));
-    expectSmallImage(
-        *openImage(folder.write("disc.cue", "FILE disc.bin BINARY\n"
-                                            "TRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                                            "TRACK 02 MODE1/2048\nPREGAP 00:02:00\n"
-                                            "INDEX 00 00:00:10\nINDEX 01 00:00:15\n")));
+    folder.write("disc.bin", std::string(10 * 2352, 'a') + std::string(5 * 2048, '\0') + smallImage(165));
+    expectSmallImage(*openImage(folder.write("disc.cue", "FILE disc.bin BINARY\n"
+                                                         "TRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                                         "TRACK 02 MODE1/2048\nPREGAP 00:02:00\n"
+                                                         "INDEX 00 00:00:10\nINDEX 01 00:00:15\n")));
 }
 
 TEST(CueSheets, APregapWhoseLengthCannotBeReadIsNone) {
     const ScratchFolder folder;
     folder.write("disc.bin", std::string(10 * 2352, 'a') + smallImage(10));
-    expectSmallImage(*openImage(
-        folder.write("disc.cue", "FILE disc.bin BINARY\n"
-                                 "TRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                                 "TRACK 02 MODE1/2048\nPREGAP short\nINDEX 01 00:00:10\n")));
+    expectSmallImage(*openImage(folder.write("disc.cue", "FILE disc.bin BINARY\n"
+                                                         "TRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                                         "TRACK 02 MODE1/2048\nPREGAP short\nINDEX 01 00:00:10\n")));
 }
 
 TEST(CueSheets, EachTrackMayHaveAFile) {
     const ScratchFolder folder;
     folder.write("1.bin", std::string(10 * 2352, 'a'));
     folder.write("2.bin", rawMode2(smallImage(10)));
-    expectSmallImage(
-        *openImage(folder.write("disc.cue", "FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
-                                            "FILE 2.bin BINARY\nTRACK 02 MODE2/2352\n"
-                                            "INDEX 01 00:00:00\n")));
+    expectSmallImage(*openImage(folder.write("disc.cue", "FILE 1.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n"
+                                                         "FILE 2.bin BINARY\nTRACK 02 MODE2/2352\n"
+                                                         "INDEX 01 00:00:00\n")));
 }
 
 TEST(CueSheets, TheFirstTracksPregapIsNotPartOfTheDisc) {
     const ScratchFolder folder;
     folder.write("disc.bin", std::string(150 * 2352, '\0') + rawMode1(smallImage()));
-    expectSmallImage(*openImage(folder.write(
-        "disc.cue",
-        "FILE disc.bin BINARY\nTRACK 01 MODE1/2352\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n")));
+    expectSmallImage(*openImage(
+        folder.write("disc.cue", "FILE disc.bin BINARY\nTRACK 01 MODE1/2352\nINDEX 00 00:00:00\nINDEX 01 00:02:00\n")));
 }
 
 TEST(CueSheets, TheLastSessionIsTheOneThatIsRead) {
     const ScratchFolder folder;
     const auto second = 40U + 11400;
-    folder.write("disc.bin",
-                 rawMode1(smallImage(0, "OLD.;1")) + rawMode1(smallImage(second, "NEW.;1")));
-    const auto sheet = std::string("REM SESSION 01\n") + kOneTrack +
-                       "REM SESSION 02\nTRACK 02 MODE1/2352\nINDEX 01 00:00:40\n";
+    folder.write("disc.bin", rawMode1(smallImage(0, "OLD.;1")) + rawMode1(smallImage(second, "NEW.;1")));
+    const auto sheet =
+        std::string("REM SESSION 01\n") + kOneTrack + "REM SESSION 02\nTRACK 02 MODE1/2352\nINDEX 01 00:00:40\n";
     expectSmallImage(*openImage(folder.write("disc.cue", sheet)), "NEW");
 }
 
@@ -274,8 +259,7 @@ TEST(CueSheets, FromTheSecondSessionOnTheGapIsShorter) {
     const ScratchFolder folder;
     const auto second = 40U + 11400;
     const auto third = second + 40 + 6900;
-    folder.write("disc.bin", rawMode1(smallImage(0, "OLD.;1")) +
-                                 rawMode1(smallImage(second, "NEWER.;1")) +
+    folder.write("disc.bin", rawMode1(smallImage(0, "OLD.;1")) + rawMode1(smallImage(second, "NEWER.;1")) +
                                  rawMode1(smallImage(third, "NEWEST.;1")));
     const auto sheet = std::string("REM SESSION 01\n") + kOneTrack +
                        "REM SESSION 02\nTRACK 02 MODE1/2352\nINDEX 01 00:00:40\n"
@@ -285,18 +269,16 @@ TEST(CueSheets, FromTheSecondSessionOnTheGapIsShorter) {
 
 TEST(CueSheets, ALastSessionThatCannotBeReadGivesWayToTheFirst) {
     const ScratchFolder folder;
-    folder.write("disc.bin",
-                 rawMode1(smallImage(0, "OLD.;1")) + rawMode1(std::string(40 * 2048, '\0')));
-    const auto sheet = std::string("REM SESSION 01\n") + kOneTrack +
-                       "REM SESSION 02\nTRACK 02 MODE1/2352\nINDEX 01 00:00:40\n";
+    folder.write("disc.bin", rawMode1(smallImage(0, "OLD.;1")) + rawMode1(std::string(40 * 2048, '\0')));
+    const auto sheet =
+        std::string("REM SESSION 01\n") + kOneTrack + "REM SESSION 02\nTRACK 02 MODE1/2352\nINDEX 01 00:00:40\n";
     expectSmallImage(*openImage(folder.write("disc.cue", sheet)), "OLD");
 }
 
 TEST(CueSheets, AnAudioDiscHasNoFileSystem) {
     const ScratchFolder folder;
     folder.write("disc.bin", std::string(10 * 2352, 'a'));
-    const auto sheet =
-        folder.write("disc.cue", "FILE disc.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
+    const auto sheet = folder.write("disc.cue", "FILE disc.bin BINARY\nTRACK 01 AUDIO\nINDEX 01 00:00:00\n");
     EXPECT_EQ(errorOf([&] { openImage(sheet); }), numberOf(ErrorNumber::FileSystemUnsupported));
 }
 
@@ -304,18 +286,16 @@ TEST(CueSheets, AnyTextIsReadWithoutHarm) {
     EXPECT_TRUE(parseCueSheet("").tracks.empty());
     EXPECT_TRUE(parseCueSheet("TRACK 01 MODE1/2352\nINDEX 01 00:00:00").tracks.empty());
     EXPECT_TRUE(parseCueSheet("FILE \"unclosed").tracks.empty());
-    const auto sheet =
-        parseCueSheet("FILE a BINARY\nTRACK x MODE1/999999999999\nINDEX 01 99:99\nINDEX 01 1:2:x\n"
-                      "TRACK\nINDEX 01 99999999999999999999:0:0\nTRACK 3 MODE1/0\nINDEX 1 -1:0:0");
+    const auto sheet = parseCueSheet("FILE a BINARY\nTRACK x MODE1/999999999999\nINDEX 01 99:99\nINDEX 01 1:2:x\n"
+                                     "TRACK\nINDEX 01 99999999999999999999:0:0\nTRACK 3 MODE1/0\nINDEX 1 -1:0:0");
     ASSERT_EQ(sheet.tracks.size(), 3U);
     for (const auto& track : sheet.tracks)
         EXPECT_EQ(track.start, 0U);
     const ScratchFolder folder;
     folder.write("a", smallImage());
-    for (const char* track :
-         {"MODE1/0", "MODE1/1", "MODE1/99999", "MODE1/2352\nINDEX 01 99999:0:0"}) {
-        const auto path = folder.write("x.cue", std::string("FILE a BINARY\nTRACK 1 ") + track +
-                                                    "\nINDEX 01 00:00:00\n");
+    for (const char* track : {"MODE1/0", "MODE1/1", "MODE1/99999", "MODE1/2352\nINDEX 01 99999:0:0"}) {
+        const auto path =
+            folder.write("x.cue", std::string("FILE a BINARY\nTRACK 1 ") + track + "\nINDEX 01 00:00:00\n");
         EXPECT_TRUE(errorOf([&] { openImage(path); }).has_value()) << track;
     }
 }
@@ -333,10 +313,10 @@ NrgTrack dataTrack(std::string data, uint8_t mode, uint16_t sectorSize, uint32_t
 }
 
 TEST(NrgImages, AllWritingsAndVersionsAreRead) {
-    const std::vector<NrgTrack> tracks = {
-        dataTrack(smallImage(), 0, 2048), dataTrack(bareMode2(smallImage()), 3, 2336),
-        dataTrack(rawMode1(smallImage()), 5, 2352), dataTrack(rawMode2(smallImage()), 6, 2352),
-        dataTrack(rawMode1(smallImage(), 96), 15, 2448)};
+    const std::vector<NrgTrack> tracks = {dataTrack(smallImage(), 0, 2048), dataTrack(bareMode2(smallImage()), 3, 2336),
+                                          dataTrack(rawMode1(smallImage()), 5, 2352),
+                                          dataTrack(rawMode2(smallImage()), 6, 2352),
+                                          dataTrack(rawMode1(smallImage(), 96), 15, 2448)};
     for (const auto& track : tracks)
         for (const int version : {1, 2}) {
             SCOPED_TRACE(std::to_string(track.mode) + ", version " + std::to_string(version));
@@ -354,9 +334,8 @@ TEST(NrgImages, DataBehindAudioHasItsAddressOnTheDisc) {
 }
 
 TEST(NrgImages, TheLastSessionIsTheOneThatIsRead) {
-    const std::vector<std::vector<NrgTrack>> sessions = {
-        {dataTrack(smallImage(0, "OLD.;1"), 0, 2048, 0)},
-        {dataTrack(smallImage(11440, "NEW.;1"), 0, 2048, 11440)}};
+    const std::vector<std::vector<NrgTrack>> sessions = {{dataTrack(smallImage(0, "OLD.;1"), 0, 2048, 0)},
+                                                         {dataTrack(smallImage(11440, "NEW.;1"), 0, 2048, 11440)}};
     expectSmallImage(*openBytes(nrgTrackAtOnce(sessions)), "NEW");
     expectSmallImage(*openBytes(nrgDiscAtOnce(sessions)), "NEW");
 }
@@ -394,8 +373,7 @@ std::string readText(const ByteSource& source, uint64_t offset, size_t length) {
 }
 
 TEST(TrackBytes, SectorsAreFoundByTheirAddress) {
-    const TrackBytes bytes(
-        {{numbered(4), 2048, 2048, 0, 100, 2}, {numbered(4), 0, 2048, 0, 102, 1}});
+    const TrackBytes bytes({{numbered(4), 2048, 2048, 0, 100, 2}, {numbered(4), 0, 2048, 0, 102, 1}});
     EXPECT_EQ(bytes.size(), 103U * 2048);
     EXPECT_EQ(readText(bytes, 101 * 2048 - 1, 2), "BC");
     EXPECT_EQ(readText(bytes, 102 * 2048 - 1, 2), "CA");

@@ -29,9 +29,7 @@ protected:
         m_folder.write("tree/" + name, content);
     }
 
-    void folder(const std::string& name) {
-        fs::create_directories(m_folder.path() / "tree" / name);
-    }
+    void folder(const std::string& name) { fs::create_directories(m_folder.path() / "tree" / name); }
 
     std::unique_ptr<Medium> genisoimage(const std::string& options) {
         runTool("genisoimage -quiet " + options + " -o image.iso tree", m_folder.path());
@@ -64,8 +62,7 @@ protected:
         const auto walked = walk(medium);
         EXPECT_THAT(walked.damage, IsEmpty());
         for (const auto& entry : walked.entries)
-            found[entry.path + (entry.isDirectory ? "/" : "")] =
-                entry.isDirectory ? "" : contentOf(medium, entry);
+            found[entry.path + (entry.isDirectory ? "/" : "")] = entry.isDirectory ? "" : contentOf(medium, entry);
         return found;
     }
 
@@ -110,8 +107,7 @@ TEST_F(Tools, PlainImagesOfAllLevelsHaveTheirNames) {
     file("SUBDIR/DATA.DAT", noise(3000));
     for (const char* level : {"1", "2", "3"}) {
         EXPECT_EQ(contentsOf(*genisoimage("-iso-level " + std::string(level))), source()) << level;
-        EXPECT_EQ(contentsOf(*xorriso("--norock -iso-level " + std::string(level))), source())
-            << level;
+        EXPECT_EQ(contentsOf(*xorriso("--norock -iso-level " + std::string(level))), source()) << level;
     }
 }
 
@@ -135,8 +131,7 @@ TEST_F(Tools, HiddenFilesAreListedAndMarked) {
     const auto found = walk(*medium);
     EXPECT_THAT(found.paths(), ElementsAre("SECRET/", "SEEN.TXT", "UNSEEN.TXT"));
     EXPECT_EQ(found.find("SEEN.TXT")->facts.attributes, attribute::kReadOnly);
-    EXPECT_EQ(found.find("UNSEEN.TXT")->facts.attributes,
-              attribute::kReadOnly | attribute::kHidden);
+    EXPECT_EQ(found.find("UNSEEN.TXT")->facts.attributes, attribute::kReadOnly | attribute::kHidden);
     const auto secret = medium->fileFacts(medium->root(), found.find("SECRET")->place);
     EXPECT_EQ(secret.attributes, attribute::kReadOnly | attribute::kHidden | attribute::kDirectory);
 }
@@ -223,9 +218,8 @@ TEST_F(Tools, ManyFilesInOneDirectoryAreAllListed) {
 TEST_F(Tools, ImagesThatBootAndHybridOnesAreRead) {
     file("boot/loader.img", noise(4096));
     file("readme.txt", "x");
-    for (const char* options :
-         {"-b boot/loader.img -no-emul-boot -c boot/catalog",
-          "-b boot/loader.img -no-emul-boot -c boot/catalog -partition_offset 16"}) {
+    for (const char* options : {"-b boot/loader.img -no-emul-boot -c boot/catalog",
+                                "-b boot/loader.img -no-emul-boot -c boot/catalog -partition_offset 16"}) {
         const auto found = contentsOf(*xorriso("-R " + std::string(options)));
         EXPECT_EQ(found.at("boot/loader.img"), noise(4096));
         EXPECT_TRUE(found.contains("boot/catalog"));
@@ -277,8 +271,7 @@ TEST_F(Tools, StampsOfTheUdfSideAreTheFiles) {
     file("a.txt");
     runTool("TZ=UTC touch -d '1999-12-31 23:59:58' tree/a.txt", m_folder.path());
     genisoimage("-udf -R -J");
-    EXPECT_EQ(onlyFile(*openBytes(withoutIsoSide(m_folder.path() / "image.iso"))).modified,
-              946684798);
+    EXPECT_EQ(onlyFile(*openBytes(withoutIsoSide(m_folder.path() / "image.iso"))).modified, 946684798);
 }
 
 // Images of others, entry by entry beside what other readers find
@@ -291,8 +284,7 @@ struct Found {
 };
 
 void PrintTo(const Found& found, std::ostream* stream) {
-    *stream << (found.isDirectory ? "directory" : "file of ")
-            << (found.isDirectory ? 0 : found.size);
+    *stream << (found.isDirectory ? "directory" : "file of ") << (found.isDirectory ? 0 : found.size);
 }
 
 std::map<std::string, Found> foundIn(const Medium& medium) {
@@ -306,8 +298,7 @@ std::map<std::string, Found> foundIn(const Medium& medium) {
 // and the name behind the bracket that holds extent and flags.
 std::map<std::string, Found> foundByIsoinfo(const fs::path& image, const std::string& options) {
     std::map<std::string, Found> result;
-    std::istringstream output(
-        runTool("isoinfo " + options + " -l -i " + shellWord(image), testing::TempDir()));
+    std::istringstream output(runTool("isoinfo " + options + " -l -i " + shellWord(image), testing::TempDir()));
     std::string folder;
     for (std::string line; std::getline(output, line);) {
         constexpr std::string_view kHead = "Directory listing of ";
@@ -335,8 +326,8 @@ std::map<std::string, Found> foundByIsoinfo(const fs::path& image, const std::st
 
 std::map<std::string, Found> foundByXorriso(const fs::path& image) {
     std::map<std::string, Found> result;
-    std::istringstream output(runTool(
-        "xorriso -indev " + shellWord(image) + " -find / -exec lsdl --", testing::TempDir()));
+    std::istringstream output(
+        runTool("xorriso -indev " + shellWord(image) + " -find / -exec lsdl --", testing::TempDir()));
     for (std::string line; std::getline(output, line);) {
         std::istringstream words(line);
         std::string mode, word;
@@ -368,8 +359,7 @@ TEST(OtherReaders, FindTheSameOnAMemoryTestDisc) {
 }
 
 TEST_F(Tools, OtherReadersFindTheSameInAllKindsOfNames) {
-    for (const char* name : {"README.TXT", "Makefile", "a long name.tar.gz", "sub/x",
-                             "sub/deeper/y.c", "two.dots.txt"})
+    for (const char* name : {"README.TXT", "Makefile", "a long name.tar.gz", "sub/x", "sub/deeper/y.c", "two.dots.txt"})
         file(name, noise(1234));
     folder("nothing");
     const auto image = m_folder.path() / "image.iso";

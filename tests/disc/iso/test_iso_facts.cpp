@@ -21,8 +21,8 @@ std::string serialByHand(std::string_view descriptor) {
     unsigned sums[4] = {};
     for (size_t i = 0; i < descriptor.size(); ++i)
         sums[i % 4] += static_cast<unsigned char>(descriptor[i]);
-    std::snprintf(text, sizeof text, "%02X%02X-%02X%02X", sums[0] & 0xFF, sums[1] & 0xFF,
-                  sums[2] & 0xFF, sums[3] & 0xFF);
+    std::snprintf(text, sizeof text, "%02X%02X-%02X%02X", sums[0] & 0xFF, sums[1] & 0xFF, sums[2] & 0xFF,
+                  sums[3] & 0xFF);
     return text;
 }
 
@@ -61,8 +61,7 @@ TEST(IsoFacts, TheLabelHasNoPadding) {
     auto builder = plainIso({});
     builder.primary(16, {.label = "MY DISC", .rootBlock = 20});
     EXPECT_EQ(openBytes(builder.image())->facts().label, "MY DISC");
-    builder.primary(
-        16, {.label = std::string("NULS\0\0\0", 7) + std::string(25, '\0'), .rootBlock = 20});
+    builder.primary(16, {.label = std::string("NULS\0\0\0", 7) + std::string(25, '\0'), .rootBlock = 20});
     EXPECT_EQ(openBytes(builder.image())->facts().label, "NULS");
     builder.primary(16, {.label = "", .rootBlock = 20});
     EXPECT_EQ(openBytes(builder.image())->facts().label, "");
@@ -143,25 +142,19 @@ TEST(IsoFacts, SizeAndStampAreTheRecords) {
 }
 
 TEST(IsoFacts, TheRockRidgeStampIsPreferred) {
-    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modified({70, 1, 1, 0, 1, 0, 0}))).modified,
-              60);
-    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modifiedLong("2000010100000000"))).modified,
-              k2000);
-    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modifiedLong("2000010100000000", 4))).modified,
-              k2000 - 3600);
+    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modified({70, 1, 1, 0, 1, 0, 0}))).modified, 60);
+    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modifiedLong("2000010100000000"))).modified, k2000);
+    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modifiedLong("2000010100000000", 4))).modified, k2000 - 3600);
 }
 
 TEST(IsoFacts, ARockRidgeStampThatIsNoDateGivesWayToTheRecords) {
-    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modified({70, 13, 1, 0, 1, 0, 0}))).modified,
-              kBuilderStamp);
-    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modifiedLong("0000000000000000"))).modified,
-              kBuilderStamp);
+    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modified({70, 13, 1, 0, 1, 0, 0}))).modified, kBuilderStamp);
+    EXPECT_EQ(factsWith(isoFile("A.;1", 0, 0, susp::modifiedLong("0000000000000000"))).modified, kBuilderStamp);
 }
 
 TEST(IsoFacts, StampsOfAllYearsSurvive) {
     for (const char* year : {"0001", "1601", "1900", "1970", "2155", "9999"}) {
-        const auto facts = factsWith(
-            isoFile("A.;1", 0, 0, susp::modifiedLong(std::string(year) + "070112000000")));
+        const auto facts = factsWith(isoFile("A.;1", 0, 0, susp::modifiedLong(std::string(year) + "070112000000")));
         EXPECT_EQ(facts.modified, digitsTimeOf(std::string(year) + "070112000000")) << year;
         EXPECT_NE(facts.modified, kBuilderStamp) << year;
     }
@@ -196,9 +189,7 @@ TEST(DiscTime, WhatIsNoDateIsNoTime) {
 }
 
 TEST(DiscTime, UdfStampsCountTheirOffsetInMinutes) {
-    const auto time = [](const std::array<uint8_t, 12>& stamp) {
-        return udfTime(std::as_bytes(std::span(stamp)));
-    };
+    const auto time = [](const std::array<uint8_t, 12>& stamp) { return udfTime(std::as_bytes(std::span(stamp))); };
     EXPECT_EQ(time({0, 0x10, 0xD0, 7, 1, 1, 0, 0, 0, 0, 0, 0}), k2000);
     EXPECT_EQ(time({60, 0x10, 0xD0, 7, 1, 1, 1, 0, 0, 0, 0, 0}), k2000);
     EXPECT_EQ(time({0xC4, 0x1F, 0xCF, 7, 12, 31, 23, 0, 0, 0, 0, 0}), k2000); // -60 minutes
@@ -246,8 +237,7 @@ TEST(IsoContent, AFileInSeveralExtentsIsOneFile) {
     first.flags = 128;
     auto second = isoFile("BIG.DAT;1", 24, 4096);
     second.flags = 128;
-    auto builder =
-        plainIso({isoFile("A.;1"), first, second, isoFile("BIG.DAT;1", 27, 10), isoFile("Z.;1")});
+    auto builder = plainIso({isoFile("A.;1"), first, second, isoFile("BIG.DAT;1", 27, 10), isoFile("Z.;1")});
     builder.put(22, std::string(2048, 'a'));
     builder.put(24, std::string(4096, 'b'));
     builder.put(27, std::string(10, 'c'));

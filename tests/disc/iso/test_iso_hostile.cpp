@@ -22,8 +22,7 @@ TEST(IsoHostile, ADirectoryThatHoldsItselfEnds) {
     builder.directory(22, 20, {isoDirectory("LOOP", 22), isoFile("A.;1")});
     const auto found = walkOf(builder);
     EXPECT_THAT(found.paths(), ElementsAre("LOOP/", "LOOP/A", "LOOP/LOOP/"));
-    EXPECT_THAT(found.damage,
-                ElementsAre("LOOP/LOOP/: the directory stands in more than one place of the disc"));
+    EXPECT_THAT(found.damage, ElementsAre("LOOP/LOOP/: the directory stands in more than one place of the disc"));
 }
 
 TEST(IsoHostile, ADirectoryThatHoldsTheRootEnds) {
@@ -77,8 +76,7 @@ TEST(IsoHostile, ADirectoryBeyondTheImageIsUnreadableAndTheOthersAreFine) {
     const auto medium = openBytes(builder.image());
     EXPECT_THAT(walk(*medium).paths(), ElementsAre("GONE/", "HERE/", "HERE/IN"));
     const auto gone = rootOf(*medium).directories.at(0).place;
-    EXPECT_EQ(errorOf([&] { medium->list(medium->root(), gone); }),
-              numberOf(ErrorNumber::DirectoryDamaged));
+    EXPECT_EQ(errorOf([&] { medium->list(medium->root(), gone); }), numberOf(ErrorNumber::DirectoryDamaged));
 }
 
 TEST(IsoHostile, ADirectoryCutShortGivesWhatIsThere) {
@@ -262,15 +260,12 @@ TEST(IsoHostile, AnImageCutShortOpensAsLongAsItsRootIsThere) {
     const auto image = plainIso({isoFile("A.;1", 30, 2048)}).image();
     EXPECT_THAT(walk(*openBytes(image.substr(0, 21 * 2048))).paths(), ElementsAre("A"));
     EXPECT_THAT(walk(*openBytes(image.substr(0, 20 * 2048 + 200))).paths(), ElementsAre("A"));
-    EXPECT_EQ(errorOf([&] { openBytes(image.substr(0, 20 * 2048)); }),
-              numberOf(ErrorNumber::FileSystemUnsupported));
-    EXPECT_EQ(errorOf([&] { openBytes(image.substr(0, 16 * 2048 + 3)); }),
-              numberOf(ErrorNumber::FileSystemUnknown));
+    EXPECT_EQ(errorOf([&] { openBytes(image.substr(0, 20 * 2048)); }), numberOf(ErrorNumber::FileSystemUnsupported));
+    EXPECT_EQ(errorOf([&] { openBytes(image.substr(0, 16 * 2048 + 3)); }), numberOf(ErrorNumber::FileSystemUnknown));
 }
 
 TEST(IsoHostile, EveryCutOfAnImageIsHarmless) {
-    auto builder =
-        jolietIso({isoDirectory(ucs2("Folder"), 22), isoFile(ucs2("File.txt"), 30, 3000)});
+    auto builder = jolietIso({isoDirectory(ucs2("Folder"), 22), isoFile(ucs2("File.txt"), 30, 3000)});
     builder.directory(22, 21, {isoFile(ucs2("Inner"), 32, 100)});
     const auto& image = builder.image();
     for (size_t length = 0; length < image.size(); length += 509) {
@@ -282,12 +277,10 @@ TEST(IsoHostile, EveryCutOfAnImageIsHarmless) {
 }
 
 TEST(IsoHostile, EveryDamagedByteOfTheStructuresIsHarmless) {
-    auto joliet =
-        jolietIso({isoDirectory(ucs2("Folder"), 22), isoFile(ucs2("File.txt"), 30, 3000)});
+    auto joliet = jolietIso({isoDirectory(ucs2("Folder"), 22), isoFile(ucs2("File.txt"), 30, 3000)});
     joliet.directory(22, 21, {isoFile(ucs2("Inner"), 32, 100)});
-    auto rockRidge =
-        rockRidgeIso({isoFile("A.;1", 30, 9, susp::name("a", 1) + susp::continuation(33, 0, 9)),
-                      isoFile("D", 0, 0, susp::name("deep") + susp::childLink(22))});
+    auto rockRidge = rockRidgeIso({isoFile("A.;1", 30, 9, susp::name("a", 1) + susp::continuation(33, 0, 9)),
+                                   isoFile("D", 0, 0, susp::name("deep") + susp::childLink(22))});
     rockRidge.directory(22, 20, {isoFile("IN.;1", 31, 5, susp::modified({99, 1, 1, 1, 1, 1, 1}))});
     rockRidge.put(33, susp::name("rest"));
     for (const auto& whole : {joliet.image(), rockRidge.image()})
@@ -312,22 +305,18 @@ TEST(IsoHostile, EveryDamagedByteOfTheStructuresIsHarmless) {
 TEST(IsoHostile, ARootThatIsNoDirectoryIsNoFileSystem) {
     auto builder = plainIso({});
     builder.put(20, std::string(2048, '\0'));
-    EXPECT_EQ(errorOf([&] { openBytes(builder.image()); }),
-              numberOf(ErrorNumber::FileSystemUnsupported));
+    EXPECT_EQ(errorOf([&] { openBytes(builder.image()); }), numberOf(ErrorNumber::FileSystemUnsupported));
     builder.primary(16, {.rootBlock = 20, .rootSize = 0});
-    EXPECT_EQ(errorOf([&] { openBytes(builder.image()); }),
-              numberOf(ErrorNumber::FileSystemUnsupported));
+    EXPECT_EQ(errorOf([&] { openBytes(builder.image()); }), numberOf(ErrorNumber::FileSystemUnsupported));
     builder.primary(16, {.rootBlock = 0xFFFFFFFF, .rootSize = 0xFFFFFFFF});
-    EXPECT_EQ(errorOf([&] { openBytes(builder.image()); }),
-              numberOf(ErrorNumber::FileSystemUnsupported));
+    EXPECT_EQ(errorOf([&] { openBytes(builder.image()); }), numberOf(ErrorNumber::FileSystemUnsupported));
 }
 
 TEST(IsoHostile, ManyDescriptorsWithoutAnEndAreHarmless) {
     IsoBuilder builder(200);
     for (uint32_t sector = 16; sector < 200; ++sector)
         builder.put(sector, std::string("\0CD001\1", 7));
-    EXPECT_EQ(errorOf([&] { openBytes(builder.image()); }),
-              numberOf(ErrorNumber::FileSystemUnsupported));
+    EXPECT_EQ(errorOf([&] { openBytes(builder.image()); }), numberOf(ErrorNumber::FileSystemUnsupported));
 }
 
 // A medium whose sectors fail one by one.
@@ -370,14 +359,12 @@ TEST(IsoHostile, ADirectoryWhoseOnlySectorIsBadCannotBeListed) {
     builder.directory(22, 20, {});
     const auto medium = openMedium({std::make_shared<ScratchedDisc>(builder.image(), 22), {0}});
     const auto place = rootOf(*medium).directories.at(0).place;
-    EXPECT_EQ(errorOf([&] { medium->list(medium->root(), place); }),
-              numberOf(ErrorNumber::DirectoryDamaged));
+    EXPECT_EQ(errorOf([&] { medium->list(medium->root(), place); }), numberOf(ErrorNumber::DirectoryDamaged));
 }
 
 TEST(IsoHostile, ADiscThatIsGoneInADirectoryIsNoDamageOfIt) {
     const std::string aside = susp::mode(0100444) + susp::continuation(30, 0, 2048);
-    auto builder =
-        rockRidgeIso({isoDirectory("A", 22), isoDirectory("B", 23), isoDirectory("MOVED", 24)});
+    auto builder = rockRidgeIso({isoDirectory("A", 22), isoDirectory("B", 23), isoDirectory("MOVED", 24)});
     builder.directory(22, 20, {isoFile("IN.;1")});
     builder.directory(23, 20, {isoFile("ASIDE.;1", 0, 0, aside)});
     builder.directory(24, 20, {isoDirectory("HERE", 0, 0, susp::childLink(31))});
@@ -396,8 +383,7 @@ TEST(IsoHostile, ABadSectorOfAFileIsAReadFailure) {
     const auto image = plainIso({isoFile("A.;1", 30, 6000)}).image();
     const auto medium = openMedium({std::make_shared<ScratchedDisc>(image, 31), {0}});
     const auto found = walk(*medium);
-    EXPECT_EQ(errorOf([&] { contentOf(*medium, found.entries.at(0)); }),
-              numberOf(ErrorNumber::ReadFailure));
+    EXPECT_EQ(errorOf([&] { contentOf(*medium, found.entries.at(0)); }), numberOf(ErrorNumber::ReadFailure));
 }
 
 } // namespace

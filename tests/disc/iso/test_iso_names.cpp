@@ -36,8 +36,7 @@ TEST(IsoNames, PlainNamesLoseTheirVersionAndOneStopAndKeepTheirCase) {
 }
 
 TEST(IsoNames, TheMediumKeepsItsOwnOrder) {
-    EXPECT_THAT(plainNames({isoFile("Z;1"), isoFile("A;1"), isoFile("M;1")}),
-                ElementsAre("Z", "A", "M"));
+    EXPECT_THAT(plainNames({isoFile("Z;1"), isoFile("A;1"), isoFile("M;1")}), ElementsAre("Z", "A", "M"));
 }
 
 TEST(IsoNames, PlainNamesThatAreNotUtf8ReadAsWindows1252AndKeepTheirBytes) {
@@ -52,13 +51,11 @@ TEST(IsoNames, PlainNamesThatAreUtf8StayUtf8) {
 }
 
 TEST(IsoNames, NamesThatWouldMeanAPlaceAreShownAsOrdinaryOnes) {
-    const auto medium =
-        openBytes(plainIso({isoFile(".."), isoFile("."), isoFile("A\\B;1"), isoFile("A/B;1"),
-                            isoFile(std::string("A\0B;1", 5)), isoDirectory("..", 20)})
-                      .image());
+    const auto medium = openBytes(plainIso({isoFile(".."), isoFile("."), isoFile("A\\B;1"), isoFile("A/B;1"),
+                                            isoFile(std::string("A\0B;1", 5)), isoDirectory("..", 20)})
+                                      .image());
     const auto listing = rootOf(*medium);
-    EXPECT_THAT(namesOf(listing.files),
-                ElementsAre("\uFF0E", "\uFF0E", "A\uFF3CB", "A\uFF0FB", "A\uFFFDB"));
+    EXPECT_THAT(namesOf(listing.files), ElementsAre("\uFF0E", "\uFF0E", "A\uFF3CB", "A\uFF0FB", "A\uFFFDB"));
     EXPECT_THAT(namesOf(listing.directories), ElementsAre("\uFF0E"));
 }
 
@@ -86,14 +83,12 @@ TEST(IsoNames, RockRidgeNamesReplaceThePlainOnes) {
 }
 
 TEST(IsoNames, ARecordWithoutARockRidgeNameKeepsItsPlainOne) {
-    EXPECT_THAT(rockRidgeNames({"", susp::name("", 2), susp::name("", 4)}),
-                ElementsAre("F0", "F1", "F2"));
+    EXPECT_THAT(rockRidgeNames({"", susp::name("", 2), susp::name("", 4)}), ElementsAre("F0", "F1", "F2"));
 }
 
 TEST(IsoNames, ARockRidgeNameMarkedAsThatOfTheDirectoryOrItsParentIsPassedOver) {
     EXPECT_THAT(
-        rockRidgeNames({susp::name("self", 2), susp::name("parent", 4),
-                        susp::name("self", 2) + susp::name("own"),
+        rockRidgeNames({susp::name("self", 2), susp::name("parent", 4), susp::name("self", 2) + susp::name("own"),
                         susp::name("one ", 1) + susp::name("parent", 4) + susp::name("two")}),
         ElementsAre("F0", "F1", "own", "one two"));
 }
@@ -105,9 +100,8 @@ TEST(IsoNames, ARockRidgeNameWithoutTheMarkOfAnotherPieceIsWhole) {
 }
 
 TEST(IsoNames, RockRidgeNamesInSeveralPiecesAreJoined) {
-    EXPECT_THAT(
-        rockRidgeNames({susp::name("one ", 1) + susp::name("two ", 1) + susp::name("three")}),
-        ElementsAre("one two three"));
+    EXPECT_THAT(rockRidgeNames({susp::name("one ", 1) + susp::name("two ", 1) + susp::name("three")}),
+                ElementsAre("one two three"));
 }
 
 TEST(IsoNames, ASecondRockRidgeNameThatContinuesNothingIsPassedOver) {
@@ -116,20 +110,17 @@ TEST(IsoNames, ASecondRockRidgeNameThatContinuesNothingIsPassedOver) {
 
 TEST(IsoNames, RockRidgeNamesGoOnInContinuationAreas) {
     auto builder = rockRidgeIso(
-        {isoFile("A.;1", 0, 0, susp::name("begins ", 1) + susp::continuation(30, 100, 64)),
-         isoFile("B.;1")});
+        {isoFile("A.;1", 0, 0, susp::name("begins ", 1) + susp::continuation(30, 100, 64)), isoFile("B.;1")});
     const auto next = susp::name("goes on ", 1) + susp::continuation(31, 0, 8);
     builder.put(30, next + std::string(64 - next.size(), '\0'), 100);
     builder.put(31, susp::name("end"));
-    EXPECT_THAT(namesOf(rootOf(*openBytes(builder.image())).files),
-                ElementsAre("begins goes on end", "B"));
+    EXPECT_THAT(namesOf(rootOf(*openBytes(builder.image())).files), ElementsAre("begins goes on end", "B"));
 }
 
 TEST(IsoNames, RockRidgeNamesOf255BytesAreWhole) {
     const std::string text(255, 'n');
     auto builder = rockRidgeIso(
-        {isoFile("A.;1", 0, 0,
-                 susp::name(text.substr(0, 100), 1) + susp::continuation(30, 0, 4 + 1 + 155))});
+        {isoFile("A.;1", 0, 0, susp::name(text.substr(0, 100), 1) + susp::continuation(30, 0, 4 + 1 + 155))});
     builder.put(30, susp::name(text.substr(100)));
     EXPECT_THAT(namesOf(rootOf(*openBytes(builder.image())).files), ElementsAre(text));
 }
@@ -145,24 +136,22 @@ TEST(IsoNames, WithoutTheMarkInTheRootThereIsNoRockRidge) {
 TEST(IsoNames, TheMarkStandsBehindXaAttributesOnDiscsThatHaveThem) {
     const std::string xa(14, 'x');
     IsoBuilder builder;
-    const auto size = builder.directory(20, 20, {isoFile("A.;1", 0, 0, xa + susp::name("behind"))},
-                                        xa + susp::mark(14));
+    const auto size =
+        builder.directory(20, 20, {isoFile("A.;1", 0, 0, xa + susp::name("behind"))}, xa + susp::mark(14));
     builder.primary(16, {.rootBlock = 20, .rootSize = size});
     EXPECT_THAT(namesOf(rootOf(*openBytes(builder.image())).files), ElementsAre("behind"));
 }
 
 TEST(IsoNames, JolietNamesAreTheOnesInUse) {
-    EXPECT_THAT(
-        jolietNames({ucs2("Long name, naïve 漢字.txt;1"), ucs2("no version."), ucs2("a;b;2")}),
-        ElementsAre("Long name, naïve 漢字.txt", "no version.", "a;b"));
+    EXPECT_THAT(jolietNames({ucs2("Long name, naïve 漢字.txt;1"), ucs2("no version."), ucs2("a;b;2")}),
+                ElementsAre("Long name, naïve 漢字.txt", "no version.", "a;b"));
 }
 
 TEST(IsoNames, AllThreeLevelsOfJolietAreRecognised) {
     for (const char* escape : {"%/@", "%/C", "%/E"}) {
         auto builder = jolietIso({isoFile(ucs2("joliet"))});
         builder.joliet(17, {.label = "J", .rootBlock = 21}, escape);
-        EXPECT_THAT(namesOf(rootOf(*openBytes(builder.image())).files), ElementsAre("joliet"))
-            << escape;
+        EXPECT_THAT(namesOf(rootOf(*openBytes(builder.image())).files), ElementsAre("joliet")) << escape;
     }
 }
 
@@ -196,10 +185,9 @@ TEST(IsoNames, AJolietRootBeyondTheImageGivesWayToThePrimaryOne) {
 }
 
 TEST(IsoNames, JolietNamesWithLoneSurrogatesAndNulsAreShownWithReplacements) {
-    EXPECT_THAT(
-        jolietNames({std::string("\xD8\x00\x00X", 4), std::string("\x00\x41\x00\x00\x00\x42", 6),
-                     std::string("\x00\x5C\x00\x2F", 4), "\x7F"}),
-        ElementsAre("\uFFFDX", "A\uFFFDB", "\uFF3C\uFF0F", "\uFFFD"));
+    EXPECT_THAT(jolietNames({std::string("\xD8\x00\x00X", 4), std::string("\x00\x41\x00\x00\x00\x42", 6),
+                             std::string("\x00\x5C\x00\x2F", 4), "\x7F"}),
+                ElementsAre("\uFFFDX", "A\uFFFDB", "\uFF3C\uFF0F", "\uFFFD"));
 }
 
 TEST(IsoNames, JolietNamesKeepTheirTextAsRawName) {

@@ -83,8 +83,7 @@ TEST(OpticalDrives, ADiscOfOneSessionIsReadFromItsBeginning) {
 
 TEST(OpticalDrives, ADiscOfSeveralSessionsIsReadFromTheLast) {
     EXPECT_EQ((FakeDrive{.controls = {kData, kData}, .lastSession = 11702}).start(), 11702U);
-    EXPECT_EQ((FakeDrive{.controls = {kAudio, kAudio, kData}, .lastSession = 250000}).start(),
-              250000U);
+    EXPECT_EQ((FakeDrive{.controls = {kAudio, kAudio, kData}, .lastSession = 250000}).start(), 250000U);
 }
 
 TEST(OpticalDrives, TheFirstTrackMayHaveAnyNumber) {

@@ -14,8 +14,7 @@ using namespace std::string_literals;
 using test::BufferSource;
 
 IniText read(const std::string& bytes, int bufferLength = 50, std::string_view defaultText = "") {
-    return privateProfileString(BufferSource(bytes), "Startup", "AppName", defaultText,
-                                bufferLength);
+    return privateProfileString(BufferSource(bytes), "Startup", "AppName", defaultText, bufferLength);
 }
 
 std::string appName(const std::string& bytes) {
@@ -30,18 +29,12 @@ TEST(IniFile, GivesTheValueOfAKeyAndItsLength) {
 
 TEST(IniFile, ComparesNamesWithoutRegardToCase) {
     EXPECT_EQ(appName("[STARTUP]\nappname=Cargo\n"), "Cargo");
-    EXPECT_EQ(privateProfileString(BufferSource("[\xDC\x62\x65r]\nGR\xD6SSE=1\n"), "über", "grösse",
-                                   "", 50)
-                  .text,
-              "1");
+    EXPECT_EQ(privateProfileString(BufferSource("[\xDC\x62\x65r]\nGR\xD6SSE=1\n"), "über", "grösse", "", 50).text, "1");
 }
 
 TEST(IniFile, PassesOverBlanksAroundNamesAndValues) {
-    EXPECT_EQ(appName("  [ Startup\t]  \n \tAppName \t= \t Cargo  for ships \t \n"),
-              "Cargo  for ships");
-    EXPECT_EQ(privateProfileString(BufferSource("[Startup]\nAppName=Cargo"), " Startup ",
-                                   " AppName ", "", 50)
-                  .text,
+    EXPECT_EQ(appName("  [ Startup\t]  \n \tAppName \t= \t Cargo  for ships \t \n"), "Cargo  for ships");
+    EXPECT_EQ(privateProfileString(BufferSource("[Startup]\nAppName=Cargo"), " Startup ", " AppName ", "", 50).text,
               "Cargo");
 }
 
@@ -60,10 +53,7 @@ TEST(IniFile, KeepsQuotesThatDoNotMatch) {
 }
 
 TEST(IniFile, PassesOverCommentsAndLinesWithoutAValue) {
-    EXPECT_EQ(
-        appName(
-            "; AppName=zero\n[Startup]\n;AppName=one\n  ; AppName=two\nAppName\nAppName=three\n"),
-        "three");
+    EXPECT_EQ(appName("; AppName=zero\n[Startup]\n;AppName=one\n  ; AppName=two\nAppName\nAppName=three\n"), "three");
     EXPECT_EQ(appName("[Startup]\nAppName=Cargo ; for ships\n"), "Cargo ; for ships");
 }
 

@@ -38,8 +38,7 @@ TEST(TextLines, KeepEmptyLines) {
     EXPECT_EQ(linesOf("\n"), (Lines{""}));
     EXPECT_EQ(linesOf("\r\n\r\n"), (Lines{"", ""}));
     EXPECT_EQ(linesOf("\r\r\n\n"), (Lines{"", "", ""}));
-    EXPECT_EQ(linesOf("[autorun]\r\n\r\nopen=setup.exe\r\n"),
-              (Lines{"[autorun]", "", "open=setup.exe"}));
+    EXPECT_EQ(linesOf("[autorun]\r\n\r\nopen=setup.exe\r\n"), (Lines{"[autorun]", "", "open=setup.exe"}));
 }
 
 TEST(TextLines, OfAnEmptyFileAreNone) {
@@ -60,8 +59,7 @@ TEST(TextLines, EndAtTheEndMarkOfOldFiles) {
 }
 
 TEST(TextLines, AreUtf8OrWindows1252LineByLine) {
-    EXPECT_EQ(linesOf("Gr\xC3\xBC\xC3\x9F\x65\nGr\xFC\xDF\x65\n\x80\n"),
-              (Lines{"Grüße", "Grüße", "€"}));
+    EXPECT_EQ(linesOf("Gr\xC3\xBC\xC3\x9F\x65\nGr\xFC\xDF\x65\n\x80\n"), (Lines{"Grüße", "Grüße", "€"}));
 }
 
 TEST(TextLines, BehindAByteOrderMarkAreInItsEncoding) {
@@ -96,8 +94,7 @@ TEST(TextLines, StopAtTheLimit) {
 
 TEST(TextLines, AreCutAtAWholeCharacterByTheLimit) {
     const auto text = "a\u00FC\u20AC\U0001F4BF!"s; // of 1, 2, 3, 4 and 1 bytes
-    const std::vector<std::string> cut = {"a",   "a",   "aü",  "aü",  "aü",
-                                          "aü€", "aü€", "aü€", "aü€", "aü€\U0001F4BF"};
+    const std::vector<std::string> cut = {"a", "a", "aü", "aü", "aü", "aü€", "aü€", "aü€", "aü€", "aü€\U0001F4BF"};
     for (size_t limit = 1; limit <= cut.size(); ++limit)
         EXPECT_EQ(linesOf(text, limit), Lines{cut[limit - 1]}) << limit;
     EXPECT_EQ(linesOf("Gr\xFC\xDF\x65", 4), (Lines{"Grüß"}));
@@ -130,9 +127,8 @@ TEST(TextLines, BeforeADamageHaveBeenGivenWhenItIsReported) {
     BufferSource source(bytes);
     source.failFrom(9000);
     Lines lines;
-    EXPECT_THROW(
-        readTextLines(source, kTextLimit, [&](std::string_view line) { lines.emplace_back(line); }),
-        base::RuntimeError);
+    EXPECT_THROW(readTextLines(source, kTextLimit, [&](std::string_view line) { lines.emplace_back(line); }),
+                 base::RuntimeError);
     ASSERT_GT(lines.size(), 700U);
     EXPECT_EQ(lines.back(), "line " + std::to_string(lines.size() - 1));
 }

@@ -66,9 +66,8 @@ TEST_F(InfoRows, ADirectoryHasTwelveFacts) {
     open(m_source, "directories");
     const auto rows = directoryInfo(m_source);
     ASSERT_EQ(rows.size(), 12U);
-    const std::vector<std::string> wanted = {"7",        "D:\\",      "D:\\", "",
-                                             "1,234",    "56,789",    "3",    "40",
-                                             "1,536 Kb", "20,480 Kb", "",     "A note"};
+    const std::vector<std::string> wanted = {"7", "D:\\", "D:\\",     "",          "1,234", "56,789",
+                                             "3", "40",   "1,536 Kb", "20,480 Kb", "",      "A note"};
     EXPECT_EQ(values(rows), wanted);
     EXPECT_EQ(rows[4].icon, "nfile");
     EXPECT_EQ(rows[9].icon, "tsize");

@@ -30,18 +30,14 @@ protected:
 } // namespace
 
 TEST_F(ListingRows, AFileFillsAllColumns) {
-    const auto row = onlyRow({.directory = "C1D1",
-                              .name = "Game.exe",
-                              .extension = ".exe",
-                              .size = 1536.0,
-                              .icons = 12});
+    const auto row =
+        onlyRow({.directory = "C1D1", .name = "Game.exe", .extension = ".exe", .size = 1536.0, .icons = 12});
     EXPECT_EQ(row.key, "1id");
     EXPECT_EQ(row.tag, "1");
     EXPECT_EQ(row.text, "Game.exe");
     EXPECT_EQ(row.kind, "exe");
-    const std::vector<std::string> wanted = {"1,536 Kb", "000000001536",   ".exe File",
-                                             "04/28/99", "99/04/28",       "RA",
-                                             "12",       "000,000,000,012"};
+    const std::vector<std::string> wanted = {"1,536 Kb", "000000001536", ".exe File", "04/28/99",
+                                             "99/04/28", "RA",           "12",        "000,000,000,012"};
     EXPECT_EQ(row.subItems, wanted);
 }
 
@@ -86,21 +82,15 @@ TEST_F(ListingRows, ANameWithoutADotTakesOverWhatWasFoundBefore) {
 }
 
 TEST_F(ListingRows, AZeroByteFileReadsOneKilobyte) {
-    const auto row =
-        onlyRow({.directory = "C1D1", .name = "empty.txt", .extension = ".txt", .size = 0.0});
+    const auto row = onlyRow({.directory = "C1D1", .name = "empty.txt", .extension = ".txt", .size = 0.0});
     EXPECT_EQ(row.subItems[0], "1 Kb");
     EXPECT_EQ(row.subItems[1], "000000000001");
 }
 
 TEST_F(ListingRows, WhatWasNotScannedGoesInAsItIs) {
-    const auto row = onlyRow({.directory = "C1D1",
-                              .name = "a.txt",
-                              .extension = ".txt",
-                              .size = {},
-                              .attributes = "",
-                              .date = ""});
-    const std::vector<std::string> wanted = {"1 Kb", "000000000001", ".txt File", "", "", "", "",
-                                             ""};
+    const auto row =
+        onlyRow({.directory = "C1D1", .name = "a.txt", .extension = ".txt", .size = {}, .attributes = "", .date = ""});
+    const std::vector<std::string> wanted = {"1 Kb", "000000000001", ".txt File", "", "", "", "", ""};
     EXPECT_EQ(row.subItems, wanted);
 }
 

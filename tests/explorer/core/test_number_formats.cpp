@@ -118,8 +118,7 @@ TEST(DateSortText, TurnsTheYearToTheFront) {
 }
 
 TEST(DateSortText, LeavesWhatIsNoDate) {
-    for (const char* text :
-         {"", "never", "13/32/99", "02/29/99", "1/2", "1/2/3/4", "//", "-1/2/3", "99999/1/1"})
+    for (const char* text : {"", "never", "13/32/99", "02/29/99", "1/2", "1/2/3/4", "//", "-1/2/3", "99999/1/1"})
         EXPECT_EQ(dateSortText(text), text);
     EXPECT_EQ(dateSortText("02/29/96"), "96/02/29");
     EXPECT_EQ(dateSortText("02/29/00"), "00/02/29") << "00 is 2000, a leap year";
@@ -130,9 +129,7 @@ TEST(DateSortText, LeavesWhatIsNoDate) {
 TEST(DateSortText, KnowsHowManyDaysAMonthHas) {
     const std::vector<int> days = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
     for (size_t month = 1; month <= days.size(); ++month) {
-        const auto date = [&](int day) {
-            return std::to_string(month) + '/' + std::to_string(day) + "/99";
-        };
+        const auto date = [&](int day) { return std::to_string(month) + '/' + std::to_string(day) + "/99"; };
         const int last = days[month - 1];
         EXPECT_NE(dateSortText(date(last)), date(last));
         EXPECT_EQ(dateSortText(date(last + 1)), date(last + 1));

@@ -21,12 +21,9 @@ protected:
     std::string plan(const db::Query& query) {
         db::Connection connection(m_rig.file().string(), db::Connection::Mode::ReadOnly);
         const std::string table = db::quotedName(query.table->name);
-        return test::queryPlan(connection, "SELECT * FROM " + table + " WHERE " + query.where +
-                                               " ORDER BY rowid");
+        return test::queryPlan(connection, "SELECT * FROM " + table + " WHERE " + query.where + " ORDER BY rowid");
     }
-    std::string planOf(const std::string& statement) {
-        return plan(db::parseStatement(statement, m_schema));
-    }
+    std::string planOf(const std::string& statement) { return plan(db::parseStatement(statement, m_schema)); }
     std::string planOfCriterion(std::string_view table, const std::string& criterion) {
         return plan(db::parseCriterion(criterion, *m_schema.find(table)));
     }
@@ -50,11 +47,9 @@ TEST_F(ExplorerPlans, AClickOnADirectorySearchesIndexes) {
     for (const char* key : kKeys) {
         EXPECT_THAT(planOf(filesQuery(key)), HasSubstr("(directory number=?)"));
         EXPECT_THAT(planOf(subdirectoriesQuery(key)), HasSubstr("(Parent id=?)"));
-        EXPECT_THAT(planOfCriterion("Directories", catalogue::rowCondition(key)),
-                    HasSubstr("(id number=?)"));
-        for (const std::string& each :
-             {planOf(filesQuery(key)), planOf(subdirectoriesQuery(key)),
-              planOfCriterion("Directories", catalogue::rowCondition(key))})
+        EXPECT_THAT(planOfCriterion("Directories", catalogue::rowCondition(key)), HasSubstr("(id number=?)"));
+        for (const std::string& each : {planOf(filesQuery(key)), planOf(subdirectoriesQuery(key)),
+                                        planOfCriterion("Directories", catalogue::rowCondition(key))})
             EXPECT_THAT(each, Not(HasSubstr("SCAN"))) << key;
     }
 }
@@ -74,8 +69,7 @@ TEST_F(ExplorerPlans, ShowAllContentsReadsTheDirectoriesOnce) {
 }
 
 TEST_F(ExplorerPlans, RowsInTheOrderOfTheCatalogueAreNotSortedForIt) {
-    for (const std::string& statement :
-         {filesQuery("C12D1"), subdirectoriesQuery("C12D1"), discDirectoriesQuery("12")})
+    for (const std::string& statement : {filesQuery("C12D1"), subdirectoriesQuery("C12D1"), discDirectoriesQuery("12")})
         EXPECT_THAT(planOf(statement), Not(HasSubstr("TEMP B-TREE"))) << statement;
 }
 

@@ -32,11 +32,10 @@ protected:
             variable->clear();
     }
     static std::vector<std::string*> variables() {
-        return {&shared::TagKey,       &shared::TagDisc,          &shared::TagDiscName,
-                &shared::TagDirectory, &shared::TagDirectoryPath, &shared::TagFile,
-                &shared::TagFileName,  &shared::TagSize,          &shared::TagFileCount,
-                &shared::SimDirectory, &shared::SimParent,        &shared::SimSubdirectories,
-                &shared::SimFiles,     &shared::SimSize,          &shared::SimDiscName};
+        return {&shared::TagKey,           &shared::TagDisc,      &shared::TagDiscName, &shared::TagDirectory,
+                &shared::TagDirectoryPath, &shared::TagFile,      &shared::TagFileName, &shared::TagSize,
+                &shared::TagFileCount,     &shared::SimDirectory, &shared::SimParent,   &shared::SimSubdirectories,
+                &shared::SimFiles,         &shared::SimSize,      &shared::SimDiscName};
     }
     void open(db::DataSource& source, const char* table) {
         source.SetDatabaseName(m_rig.file());
@@ -103,11 +102,8 @@ TEST_F(TagHandOver, WhatCannotBeReadStaysAsItWas) {
 }
 
 TEST_F(TagHandOver, TheSimulatorGetsTheDirectoryAndTheDiscsLine) {
-    m_rig.add(test::DirectoryRow{.number = "C3D1S1",
-                                 .name = "Docs",
-                                 .totalSize = 7,
-                                 .totalFiles = 2,
-                                 .totalSubdirectories = 1});
+    m_rig.add(test::DirectoryRow{
+        .number = "C3D1S1", .name = "Docs", .totalSize = 7, .totalFiles = 2, .totalSubdirectories = 1});
     m_directories.Refresh();
     m_directories.Recordset().FindFirst(catalogue::rowCondition("C3D1S1"));
     simulateDirectory(m_directories, "Games       (CD-ROM No. 3)");

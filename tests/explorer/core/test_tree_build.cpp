@@ -30,9 +30,7 @@ public:
         return rows != last;
     }
 
-    bool known(const std::string& key) const {
-        return std::find(keys.begin(), keys.end(), key) != keys.end();
-    }
+    bool known(const std::string& key) const { return std::find(keys.begin(), keys.end(), key) != keys.end(); }
 
     std::string first = "Root";
     std::vector<std::string> keys = {"R"};
@@ -76,8 +74,8 @@ TEST_F(TreeBuild, TakesItsShapeFromTheRowsAlone) {
     m_rig.add(test::DirectoryRow{.number = "C12D1S2", .name = "Games"});
     const NotedTree tree = disc("12");
     EXPECT_EQ(tree.first, "CD-ROM Number  12");
-    EXPECT_EQ(tree.nodes, (Nodes{"R>C12D1 D:\\", "C12D1>C12D1S1 Docs", "C12D1S1>C12D1S1S1 Old",
-                                 "C12D1>C12D1S2 Games"}));
+    EXPECT_EQ(tree.nodes,
+              (Nodes{"R>C12D1 D:\\", "C12D1>C12D1S1 Docs", "C12D1S1>C12D1S1S1 Old", "C12D1>C12D1S2 Games"}));
     EXPECT_EQ(tree.steps, 4);
 }
 
@@ -101,8 +99,7 @@ TEST_F(TreeBuild, AParentThatComesLaterLeavesTheDirectoryOut) {
     m_rig.add(test::DirectoryRow{.number = "C1D1S1S1", .name = "Early"});
     m_rig.add(test::DirectoryRow{.number = "C1D1S1", .name = "Docs"});
     m_rig.add(test::DirectoryRow{.number = "C1D1S1S2", .name = "InTime"});
-    EXPECT_EQ(disc("1").nodes,
-              (Nodes{"R>C1D1 D:\\", "C1D1>C1D1S1 Docs", "C1D1S1>C1D1S1S2 InTime"}));
+    EXPECT_EQ(disc("1").nodes, (Nodes{"R>C1D1 D:\\", "C1D1>C1D1S1 Docs", "C1D1S1>C1D1S1S2 InTime"}));
 }
 
 TEST_F(TreeBuild, ADirectoryThatIsItsOwnParentIsLeftOut) {
@@ -113,13 +110,11 @@ TEST_F(TreeBuild, ADirectoryThatIsItsOwnParentIsLeftOut) {
 
 TEST_F(TreeBuild, RowsWithoutNumberOrParentAreLeftOut) {
     m_rig.addRoot(1);
-    m_rig.run(
-        "INSERT INTO Directories(\"drive id number\", \"directory name\") VALUES (1, 'Nowhere')");
+    m_rig.run("INSERT INTO Directories(\"drive id number\", \"directory name\") VALUES (1, 'Nowhere')");
     m_rig.run("INSERT INTO Directories(\"drive id number\", \"Parent id\") VALUES (1, 'C1D1')");
     const NotedTree tree = disc("1");
     EXPECT_EQ(tree.rows, 3);
-    EXPECT_EQ(tree.nodes.size(), 2U)
-        << "an empty number is a key like another here; the tree itself refuses it";
+    EXPECT_EQ(tree.nodes.size(), 2U) << "an empty number is a key like another here; the tree itself refuses it";
 }
 
 TEST_F(TreeBuild, AllContentsHasEveryDiscsRootUnderTheDiscsName) {

@@ -23,8 +23,7 @@ QWidget* keyboardTarget(QWidget* widget) {
 }
 
 bool fits(const QLabel& label) {
-    const int flags =
-        static_cast<int>(label.alignment()) | (label.wordWrap() ? Qt::TextWordWrap : 0);
+    const int flags = static_cast<int>(label.alignment()) | (label.wordWrap() ? Qt::TextWordWrap : 0);
     const int margin = label.margin();
     const QRect room = label.contentsRect().adjusted(margin, margin, -margin, -margin);
     const QRect unbounded(0, 0, room.width(), 100000);
@@ -64,9 +63,8 @@ void typeInto(QWidget& control, const char* text) {
 }
 
 void hover(QWidget& control) {
-    QMouseEvent move(QEvent::MouseMove, control.rect().center(),
-                     control.mapToGlobal(control.rect().center()), Qt::NoButton, Qt::NoButton,
-                     Qt::NoModifier);
+    QMouseEvent move(QEvent::MouseMove, control.rect().center(), control.mapToGlobal(control.rect().center()),
+                     Qt::NoButton, Qt::NoButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&control, &move);
 }
 
@@ -82,8 +80,7 @@ std::vector<std::string> cutTexts(const kit::Form& form) {
 
 std::vector<std::string> tabOrder(const kit::Form& form) {
     std::vector<std::string> order;
-    for (QWidget* widget = form.nextInFocusChain(); widget != &form;
-         widget = widget->nextInFocusChain())
+    for (QWidget* widget = form.nextInFocusChain(); widget != &form; widget = widget->nextInFocusChain())
         for (const auto& control : form.controls()) {
             auto* declared = qobject_cast<QWidget*>(control.object.data());
             const bool reached = declared && keyboardTarget(declared) == widget;

@@ -20,12 +20,7 @@ namespace {
 
 QString quoted(const QString& text) {
     QString shown = text;
-    return '"' +
-           shown.replace('\\', "\\\\")
-               .replace('\r', "\\r")
-               .replace('\n', "\\n")
-               .replace('"', "\\\"") +
-           '"';
+    return '"' + shown.replace('\\', "\\\\").replace('\r', "\\r").replace('\n', "\\n").replace('"', "\\\"") + '"';
 }
 
 QString className(const QObject& object) {
@@ -33,11 +28,7 @@ QString className(const QObject& object) {
 }
 
 QString place(const QRect& place) {
-    return QString("%1,%2 %3x%4")
-        .arg(place.x())
-        .arg(place.y())
-        .arg(place.width())
-        .arg(place.height());
+    return QString("%1,%2 %3x%4").arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
 }
 
 QStringList itemsOf(const QComboBox& box) {
@@ -83,8 +74,8 @@ QString container(const QWidget& widget, const kit::Form& form) {
 
 QString lineOf(const QWidget& widget, const kit::Form::Control& control, const kit::Form& form) {
     QString line = QString("%1 %2 at %3%4 text %5 tip %6")
-                       .arg(widget.objectName(), className(widget), place(control.place),
-                            container(widget, form), textOf(widget), quoted(widget.toolTip()));
+                       .arg(widget.objectName(), className(widget), place(control.place), container(widget, form),
+                            textOf(widget), quoted(widget.toolTip()));
     if (widget.property("checked").toBool())
         line += " ticked";
     line += widget.isEnabledTo(widget.parentWidget()) ? " enabled" : " disabled";
@@ -99,9 +90,7 @@ QString lineOf(const QWidget& widget, const kit::Form::Control& control, const k
 QString lineOf(const QObject& object) {
     QString line = QString("%1 %2").arg(object.objectName(), className(object));
     if (const auto* timer = qobject_cast<const kit::Timer*>(&object))
-        line += QString(" every %1 ms %2")
-                    .arg(timer->interval())
-                    .arg(timer->isEnabled() ? "enabled" : "disabled");
+        line += QString(" every %1 ms %2").arg(timer->interval()).arg(timer->isEnabled() ? "enabled" : "disabled");
     if (const auto* icon = qobject_cast<const kit::TrayIcon*>(&object))
         line += QString(" tip %1 %2 trueclick %3 flash %4 every %5 ms sound %6 %7")
                     .arg(quoted(icon->toolTipText()), icon->isEnabled() ? "enabled" : "disabled")
@@ -114,8 +103,7 @@ QString lineOf(const QObject& object) {
 }
 
 std::filesystem::path goldenFile(const kit::Form& form, const std::string& room) {
-    return std::filesystem::path(DISCARO_TESTS_FOLDER) / room / "golden" /
-           (form.name().toStdString() + ".txt");
+    return std::filesystem::path(DISCARO_TESTS_FOLDER) / room / "golden" / (form.name().toStdString() + ".txt");
 }
 
 std::string contentsOf(const std::filesystem::path& path) {
@@ -128,10 +116,8 @@ std::string contentsOf(const std::filesystem::path& path) {
 
 std::string describe(const kit::Form& form) {
     const QSize size = form.logicalSize();
-    QString text = QString("%1 %2 %3x%4\n")
-                       .arg(form.name(), quoted(form.caption()))
-                       .arg(size.width())
-                       .arg(size.height());
+    QString text =
+        QString("%1 %2 %3x%4\n").arg(form.name(), quoted(form.caption())).arg(size.width()).arg(size.height());
     for (const auto& control : form.controls()) {
         const auto* widget = qobject_cast<const QWidget*>(control.object.data());
         text += (widget ? lineOf(*widget, control, form) : lineOf(*control.object)) + '\n';
@@ -147,8 +133,7 @@ void expectGolden(const kit::Form& form, const std::string& room) {
         std::ofstream(path, std::ios::binary) << describe(form);
         return;
     }
-    ASSERT_TRUE(std::filesystem::exists(path))
-        << path << " is missing; run with DISCARO_UPDATE_GOLDEN=1";
+    ASSERT_TRUE(std::filesystem::exists(path)) << path << " is missing; run with DISCARO_UPDATE_GOLDEN=1";
     EXPECT_EQ(describe(form), contentsOf(path));
 }
 

@@ -16,8 +16,8 @@ using namespace discaro;
 namespace {
 
 void failOnWarning(QtMsgType type, const QMessageLogContext&, const QString& message) {
-    const bool noise = message.startsWith("This plugin does not support") ||
-                       message.endsWith("not accepted by receiving widget");
+    const bool noise =
+        message.startsWith("This plugin does not support") || message.endsWith("not accepted by receiving widget");
     if (type == QtDebugMsg || type == QtInfoMsg || noise)
         return;
     ADD_FAILURE() << "window library: " << message.toStdString();

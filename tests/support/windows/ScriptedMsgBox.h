@@ -17,12 +17,11 @@ public:
     ScriptedMsgBox(const ScriptedMsgBox&) = delete;
     ScriptedMsgBox& operator=(const ScriptedMsgBox&) = delete;
 
-    ScriptedMsgBox& expect(const QString& text, kit::Buttons buttons, kit::Icon icon,
-                           const QString& title, kit::Answer answer = kit::Answer::Ok);
+    ScriptedMsgBox& expect(const QString& text, kit::Buttons buttons, kit::Icon icon, const QString& title,
+                           kit::Answer answer = kit::Answer::Ok);
 
     // The same for a box whose text the engine words.
-    ScriptedMsgBox& expectTitled(const QString& title, kit::Icon icon,
-                                 kit::Buttons buttons = kit::Buttons::Ok,
+    ScriptedMsgBox& expectTitled(const QString& title, kit::Icon icon, kit::Buttons buttons = kit::Buttons::Ok,
                                  kit::Answer answer = kit::Answer::Ok);
 
     // Runs while each box is up, if it is set.
