@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/FileFormat.h"
-#include "db/Schema.h"
+#include "db/Definitions.h"
 
 #include <cstdint>
 #include <string>

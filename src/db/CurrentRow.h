@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/EditBuffer.h"
-#include "db/Schema.h"
+#include "db/Definitions.h"
 #include "db/Value.h"
 
 #include <memory>

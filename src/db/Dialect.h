@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/Query.h"
-#include "db/Schema.h"
+#include "db/Definitions.h"
 
 #include <cstddef>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "db/DialectSql.h"
 #include "db/DialectTokens.h"
-#include "db/Schema.h"
+#include "db/Definitions.h"
 
 namespace discaro::db {
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/DialectSql.h"
-#include "db/Schema.h"
+#include "db/Definitions.h"
 #include "db/Value.h"
 
 namespace discaro::db {

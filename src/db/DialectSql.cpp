@@ -1,7 +1,7 @@
 #include "db/DialectSql.h"
 
 #include "base/Number.h"
-#include "db/Schema.h"
+#include "db/Definitions.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/RowWindow.h"
-#include "db/Schema.h"
+#include "db/Definitions.h"
 #include "db/Statement.h"
 #include "db/Value.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/Schema.h"
+#include "db/Definitions.h"
 #include "db/Value.h"
 
 #include <concepts>

@@ -2,7 +2,7 @@
 
 #include "db/CurrentRow.h"
 #include "db/Field.h"
-#include "db/Schema.h"
+#include "db/Definitions.h"
 
 #include <cstdint>
 #include <functional>

@@ -2,7 +2,7 @@
 
 #include "db/Connection.h"
 #include "db/FileFormat.h"
-#include "db/Schema.h"
+#include "db/Definitions.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "db/Schema.h"
+#include "db/Definitions.h"
 #include "db/Value.h"
 
 #include <gtest/gtest.h>
