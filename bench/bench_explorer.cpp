@@ -6,8 +6,8 @@
 #include "db/DBEngine.h"
 #include "explorer/EXMain.h"
 #include "explorer/NodeSearch.h"
-#include "kit/UnhandledErrors.h"
-#include "kit/Yield.h"
+#include "kit/program/UnhandledErrors.h"
+#include "kit/program/Yield.h"
 
 #include <QtWidgets/QApplication>
 

@@ -4,7 +4,7 @@
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
 #include "db/DBEngine.h"
-#include "db/SaveGroup.h"
+#include "db/engine/SaveGroup.h"
 
 #include <algorithm>
 #include <chrono>

@@ -5,7 +5,7 @@
 #include "catalogue/Names.h"
 #include "db/DBEngine.h"
 #include "db/DataSource.h"
-#include "db/FoldBuffer.h"
+#include "db/pattern/FoldBuffer.h"
 
 #include <benchmark/benchmark.h>
 

@@ -5,9 +5,9 @@
 #include "catalogue/DeleteCD.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "db/DBEngine.h"
-#include "kit/MsgBox.h"
-#include "kit/UnhandledErrors.h"
-#include "kit/Yield.h"
+#include "kit/program/MsgBox.h"
+#include "kit/program/UnhandledErrors.h"
+#include "kit/program/Yield.h"
 
 #include <chrono>
 #include <filesystem>

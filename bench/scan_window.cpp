@@ -4,7 +4,7 @@
 #include "app/Windows.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "db/DBEngine.h"
-#include "kit/UnhandledErrors.h"
+#include "kit/program/UnhandledErrors.h"
 #include "scanner/Scanform.h"
 
 #include <QtCore/QEventLoop>

@@ -27,18 +27,16 @@ PROGRAMS = {
     "db": "test_db",
     "disc": "test_disc",
     "kit": "test_kit",
+    "catalogue_core": "test_catalogue_core",
     "catalogue": "test_catalogue",
-    "delete_cd_core": "test_catalogue",
-    "delete_cd": "test_catalogue_window",
-    "scanner_core": "test_scanner",
-    "scanner": "test_scanner_window",
+    "scanner_core": "test_scanner_core",
+    "scanner": "test_scanner",
     "explorer_core": "test_explorer_core",
     "explorer": "test_explorer",
-    "explorer_properties": "test_explorer_properties",
 }
 # Files whose tests stand with those of their windows.
-OF_FILES = {"PropertiesRules.cpp": "test_explorer_properties"}
-USUAL = ["disc", "catalogue", "delete_cd_core", "scanner_core", "explorer_core"]
+OF_FILES = {"PropertiesRules.cpp": "test_explorer"}
+USUAL = ["disc", "catalogue_core", "scanner_core", "explorer_core"]
 
 SWAPS = [
     (" < ", [" <= ", " >= "]),

@@ -2,8 +2,8 @@
 
 #include "app/Module1.h"
 #include "app/Windows.h"
-#include "kit/Timer.h"
-#include "kit/Yield.h"
+#include "kit/form/Timer.h"
+#include "kit/program/Yield.h"
 
 namespace discaro::app {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/FormTable.h"
+#include "kit/form/FormTable.h"
 
 namespace discaro::app {
 

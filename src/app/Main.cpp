@@ -2,9 +2,9 @@
 
 #include "app/SingleInstance.h"
 #include "app/Windows.h"
-#include "kit/EndProgram.h"
-#include "kit/MsgBox.h"
-#include "kit/Yield.h"
+#include "kit/program/EndProgram.h"
+#include "kit/program/MsgBox.h"
+#include "kit/program/Yield.h"
 
 namespace discaro::app {
 

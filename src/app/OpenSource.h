@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/DataSource.h"
-#include "kit/Form.h"
+#include "kit/form/Form.h"
 
 namespace discaro::app {
 

@@ -1,6 +1,6 @@
 #include "app/Searching.h"
 
-#include "kit/Shape.h"
+#include "kit/display/Shape.h"
 
 namespace discaro::app {
 

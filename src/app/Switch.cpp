@@ -5,11 +5,11 @@
 #include "app/OpenSource.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
-#include "kit/Colour.h"
-#include "kit/DroppedFiles.h"
-#include "kit/EndProgram.h"
-#include "kit/Shape.h"
-#include "kit/Yield.h"
+#include "kit/common/Colour.h"
+#include "kit/controls/DroppedFiles.h"
+#include "kit/display/Shape.h"
+#include "kit/program/EndProgram.h"
+#include "kit/program/Yield.h"
 
 #include <QtGui/QDropEvent>
 #include <QtGui/QGuiApplication>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "db/DataSource.h"
-#include "kit/FormTable.h"
-#include "kit/Marquee.h"
-#include "kit/TrayIcon.h"
+#include "kit/display/Marquee.h"
+#include "kit/form/FormTable.h"
+#include "kit/form/TrayIcon.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "app/Switch.h"
-#include "kit/Colour.h"
-#include "kit/ImageList.h"
+#include "kit/common/Colour.h"
+#include "kit/display/ImageList.h"
 
 // The controls of the main menu: member, name, place, text, handler.
 namespace discaro::app {

@@ -1,7 +1,7 @@
 #include "app/Windows.h"
 
-#include "kit/Ground.h"
-#include "kit/UnhandledErrors.h"
+#include "kit/program/Ground.h"
+#include "kit/program/UnhandledErrors.h"
 
 #include <QtCore/QPointer>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/Form.h"
+#include "kit/form/Form.h"
 
 #include <functional>
 #include <string>

@@ -8,9 +8,9 @@
 #include "catalogue/Discs.h"
 #include "catalogue/Names.h"
 #include "db/DBEngine.h"
-#include "kit/Beep.h"
-#include "kit/MsgBox.h"
-#include "kit/Strings.h"
+#include "kit/common/Beep.h"
+#include "kit/common/Strings.h"
+#include "kit/program/MsgBox.h"
 
 namespace discaro::catalogue {
 

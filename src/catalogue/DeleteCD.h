@@ -1,10 +1,10 @@
 #pragma once
 
 #include "db/DataSource.h"
-#include "kit/FormTable.h"
-#include "kit/ImageList.h"
-#include "kit/ListView.h"
-#include "kit/TrayIcon.h"
+#include "kit/display/ImageList.h"
+#include "kit/form/FormTable.h"
+#include "kit/form/TrayIcon.h"
+#include "kit/lists/ListView.h"
 
 namespace discaro::catalogue {
 

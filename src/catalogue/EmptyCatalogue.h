@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/FileFormat.h"
+#include "db/schema/FileFormat.h"
 
 #include <filesystem>
 

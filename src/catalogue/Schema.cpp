@@ -1,7 +1,7 @@
 #include "catalogue/Schema.h"
 
 #include "catalogue/Names.h"
-#include "db/SchemaReader.h"
+#include "db/sqlite/SchemaReader.h"
 
 #include <initializer_list>
 #include <string_view>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/FileFormat.h"
-#include "db/Definitions.h"
+#include "db/schema/Definitions.h"
+#include "db/schema/FileFormat.h"
 
 #include <cstdint>
 #include <string>

@@ -2,7 +2,7 @@
 
 #include "db/Database.h"
 #include "db/Recordset.h"
-#include "db/Value.h"
+#include "db/value/Value.h"
 
 namespace discaro::catalogue {
 

@@ -1,8 +1,8 @@
 #include "db/DBEngine.h"
 
 #include "base/RuntimeError.h"
-#include "db/DatabaseFile.h"
-#include "db/Engine.h"
+#include "db/engine/Engine.h"
+#include "db/sqlite/DatabaseFile.h"
 
 #include <system_error>
 

@@ -2,11 +2,11 @@
 
 #include "base/RuntimeError.h"
 #include "base/Text.h"
-#include "db/AggregateSource.h"
-#include "db/Dialect.h"
-#include "db/Engine.h"
-#include "db/OpenRows.h"
-#include "db/Store.h"
+#include "db/dialect/Dialect.h"
+#include "db/engine/Engine.h"
+#include "db/engine/Store.h"
+#include "db/rows/AggregateSource.h"
+#include "db/rows/OpenRows.h"
 
 #include <algorithm>
 #include <system_error>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/Handle.h"
 #include "db/Recordset.h"
+#include "db/engine/Handle.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "db/Field.h"
 
-#include "db/CurrentRow.h"
+#include "db/rows/CurrentRow.h"
 
 namespace discaro::db {
 

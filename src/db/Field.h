@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/Definitions.h"
-#include "db/Value.h"
+#include "db/schema/Definitions.h"
+#include "db/value/Value.h"
 
 #include <concepts>
 #include <cstddef>

@@ -1,10 +1,10 @@
 #include "db/Recordset.h"
 
-#include "db/Dialect.h"
-#include "db/OpenRows.h"
-#include "db/RowPage.h"
-#include "db/RowSource.h"
-#include "db/RowWriter.h"
+#include "db/dialect/Dialect.h"
+#include "db/rows/OpenRows.h"
+#include "db/rows/RowPage.h"
+#include "db/rows/RowSource.h"
+#include "db/rows/RowWriter.h"
 
 #include <bit>
 

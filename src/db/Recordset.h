@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/CurrentRow.h"
 #include "db/Field.h"
-#include "db/Definitions.h"
+#include "db/rows/CurrentRow.h"
+#include "db/schema/Definitions.h"
 
 #include <cstdint>
 #include <functional>

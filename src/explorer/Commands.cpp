@@ -4,16 +4,16 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "base/Text.h"
-#include "db/WaitOnce.h"
+#include "db/sqlite/WaitOnce.h"
 #include "explorer/ListingOrder.h"
 #include "explorer/ListingRows.h"
 #include "explorer/NodeSearch.h"
 #include "explorer/TagHandOver.h"
 #include "explorer/Yielding.h"
-#include "kit/Beep.h"
-#include "kit/Strings.h"
-#include "kit/ToolbarDialog.h"
-#include "kit/UnhandledErrors.h"
+#include "kit/common/Beep.h"
+#include "kit/common/Strings.h"
+#include "kit/controls/ToolbarDialog.h"
+#include "kit/program/UnhandledErrors.h"
 
 #include <map>
 #include <string_view>

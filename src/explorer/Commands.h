@@ -3,8 +3,8 @@
 #include "app/HandOver.h"
 #include "explorer/DiscTree.h"
 #include "explorer/Listing.h"
-#include "kit/MenuBar.h"
-#include "kit/Toolbar.h"
+#include "kit/controls/Toolbar.h"
+#include "kit/form/MenuBar.h"
 
 #include <functional>
 #include <string>

@@ -3,13 +3,13 @@
 #include "app/Module1.h"
 #include "base/Number.h"
 #include "base/RuntimeError.h"
-#include "db/WaitOnce.h"
+#include "db/sqlite/WaitOnce.h"
 #include "explorer/DiscList.h"
 #include "explorer/NodeSearch.h"
 #include "explorer/Queries.h"
 #include "explorer/TreeBuild.h"
 #include "explorer/Yielding.h"
-#include "kit/Strings.h"
+#include "kit/common/Strings.h"
 
 #include <QtCore/QSignalBlocker>
 

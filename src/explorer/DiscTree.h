@@ -1,12 +1,12 @@
 #pragma once
 
 #include "explorer/RightSide.h"
-#include "kit/Controls.h"
-#include "kit/ElidedLabel.h"
-#include "kit/Form.h"
-#include "kit/ListView.h"
-#include "kit/ProgressBar.h"
-#include "kit/TreeView.h"
+#include "kit/controls/Controls.h"
+#include "kit/display/ElidedLabel.h"
+#include "kit/display/ProgressBar.h"
+#include "kit/form/Form.h"
+#include "kit/lists/ListView.h"
+#include "kit/lists/TreeView.h"
 
 #include <string>
 

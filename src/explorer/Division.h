@@ -1,7 +1,7 @@
 #pragma once
 
-#include "kit/Divider.h"
-#include "kit/Form.h"
+#include "kit/controls/Divider.h"
+#include "kit/form/Form.h"
 
 #include <QtCore/QSettings>
 

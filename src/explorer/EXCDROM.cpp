@@ -6,8 +6,8 @@
 #include "catalogue/Discs.h"
 #include "catalogue/Names.h"
 #include "explorer/PropertiesRules.h"
-#include "kit/MsgBox.h"
-#include "kit/Strings.h"
+#include "kit/common/Strings.h"
+#include "kit/program/MsgBox.h"
 
 namespace discaro::explorer {
 

@@ -5,7 +5,7 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Discs.h"
 #include "catalogue/Names.h"
-#include "kit/Strings.h"
+#include "kit/common/Strings.h"
 
 namespace discaro::explorer {
 

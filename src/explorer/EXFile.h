@@ -1,7 +1,7 @@
 #pragma once
 
 #include "explorer/PropertiesForm.h"
-#include "kit/ElidedLabel.h"
+#include "kit/display/ElidedLabel.h"
 
 namespace discaro::explorer {
 

@@ -4,13 +4,13 @@
 #include "app/OpenSource.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
-#include "db/WaitOnce.h"
+#include "db/sqlite/WaitOnce.h"
 #include "explorer/Commands.h"
 #include "explorer/Division.h"
 #include "explorer/Yielding.h"
-#include "kit/Beep.h"
-#include "kit/MsgBox.h"
-#include "kit/UserSettings.h"
+#include "kit/common/Beep.h"
+#include "kit/common/UserSettings.h"
+#include "kit/program/MsgBox.h"
 
 #include <cmath>
 

@@ -1,17 +1,17 @@
 #pragma once
 
 #include "db/DataSource.h"
-#include "kit/Divider.h"
-#include "kit/ElidedLabel.h"
-#include "kit/FormTable.h"
-#include "kit/ImageList.h"
-#include "kit/ListView.h"
-#include "kit/MenuBar.h"
-#include "kit/ProgressBar.h"
-#include "kit/StatusBar.h"
-#include "kit/Toolbar.h"
-#include "kit/TrayIcon.h"
-#include "kit/TreeView.h"
+#include "kit/controls/Divider.h"
+#include "kit/controls/Toolbar.h"
+#include "kit/display/ElidedLabel.h"
+#include "kit/display/ImageList.h"
+#include "kit/display/ProgressBar.h"
+#include "kit/display/StatusBar.h"
+#include "kit/form/FormTable.h"
+#include "kit/form/MenuBar.h"
+#include "kit/form/TrayIcon.h"
+#include "kit/lists/ListView.h"
+#include "kit/lists/TreeView.h"
 
 #include <memory>
 #include <string>

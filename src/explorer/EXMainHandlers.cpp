@@ -1,7 +1,7 @@
 #include "explorer/Commands.h"
 #include "explorer/Division.h"
 #include "explorer/EXMain.h"
-#include "kit/Strings.h"
+#include "kit/common/Strings.h"
 
 // The handlers of the explorer: which part does what.
 namespace discaro::explorer {

@@ -5,7 +5,7 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Discs.h"
 #include "catalogue/Names.h"
-#include "db/WaitOnce.h"
+#include "db/sqlite/WaitOnce.h"
 #include "explorer/InfoRows.h"
 #include "explorer/ListingRows.h"
 #include "explorer/NodeSearch.h"
@@ -13,7 +13,7 @@
 #include "explorer/StatusTexts.h"
 #include "explorer/UnlessLocked.h"
 #include "explorer/Yielding.h"
-#include "kit/Strings.h"
+#include "kit/common/Strings.h"
 
 #include <limits>
 #include <optional>

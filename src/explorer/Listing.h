@@ -2,11 +2,11 @@
 
 #include "db/DataSource.h"
 #include "explorer/RightSide.h"
-#include "kit/ElidedLabel.h"
-#include "kit/ListView.h"
-#include "kit/ProgressBar.h"
-#include "kit/StatusBar.h"
-#include "kit/TreeView.h"
+#include "kit/display/ElidedLabel.h"
+#include "kit/display/ProgressBar.h"
+#include "kit/display/StatusBar.h"
+#include "kit/lists/ListView.h"
+#include "kit/lists/TreeView.h"
 
 #include <functional>
 #include <string>

@@ -1,7 +1,7 @@
 #include "explorer/PropertiesForm.h"
 
 #include "explorer/PropertiesKeys.h"
-#include "kit/Yield.h"
+#include "kit/program/Yield.h"
 
 namespace discaro::explorer {
 

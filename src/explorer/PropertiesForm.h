@@ -1,11 +1,11 @@
 #pragma once
 
 #include "db/DataSource.h"
-#include "kit/BlendGround.h"
-#include "kit/BoundFields.h"
-#include "kit/FormTable.h"
-#include "kit/Plate.h"
-#include "kit/ValueBox.h"
+#include "kit/controls/ValueBox.h"
+#include "kit/display/BlendGround.h"
+#include "kit/display/Plate.h"
+#include "kit/form/BoundFields.h"
+#include "kit/form/FormTable.h"
 
 #include <span>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "explorer/PropertiesKeys.h"
 
-#include "kit/Keys.h"
+#include "kit/common/Keys.h"
 
 namespace discaro::explorer {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/Controls.h"
+#include "kit/controls/Controls.h"
 
 #include <QtGui/QKeyEvent>
 

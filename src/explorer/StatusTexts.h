@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/Value.h"
+#include "db/value/Value.h"
 
 #include <string>
 

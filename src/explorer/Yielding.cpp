@@ -1,8 +1,8 @@
 #include "explorer/Yielding.h"
 
 #include "app/Module1.h"
-#include "db/WaitOnce.h"
-#include "kit/Yield.h"
+#include "db/sqlite/WaitOnce.h"
+#include "kit/program/Yield.h"
 
 namespace discaro::explorer {
 

@@ -1,8 +1,8 @@
 #include "program/ApplicationFolder.h"
 
 #include "catalogue/EmptyCatalogue.h"
-#include "db/DatabaseFile.h"
-#include "db/FileNaming.h"
+#include "db/sqlite/DatabaseFile.h"
+#include "db/sqlite/FileNaming.h"
 
 #include <unistd.h>
 

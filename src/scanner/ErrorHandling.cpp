@@ -1,7 +1,7 @@
 #include "scanner/ErrorHandling.h"
 
 #include "app/Module1.h"
-#include "db/SqliteError.h"
+#include "db/sqlite/SqliteError.h"
 #include "scanner/Texts.h"
 
 #include <utility>

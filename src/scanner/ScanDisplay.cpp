@@ -1,10 +1,10 @@
 #include "scanner/ScanDisplay.h"
 
 #include "app/Windows.h"
-#include "kit/Beep.h"
-#include "kit/MsgBox.h"
-#include "kit/Strings.h"
-#include "kit/Yield.h"
+#include "kit/common/Beep.h"
+#include "kit/common/Strings.h"
+#include "kit/program/MsgBox.h"
+#include "kit/program/Yield.h"
 #include "scanner/Texts.h"
 
 #include <array>

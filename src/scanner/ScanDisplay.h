@@ -1,9 +1,9 @@
 #pragma once
 
-#include "kit/FormTable.h"
-#include "kit/NumLed.h"
-#include "kit/ProgressBar.h"
-#include "kit/TrayIcon.h"
+#include "kit/display/NumLed.h"
+#include "kit/display/ProgressBar.h"
+#include "kit/form/FormTable.h"
+#include "kit/form/TrayIcon.h"
 #include "scanner/ScanClock.h"
 #include "scanner/ScanWatcher.h"
 

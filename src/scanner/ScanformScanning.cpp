@@ -3,9 +3,9 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
 #include "disc/medium/ShownNames.h"
-#include "kit/MsgBox.h"
-#include "kit/Strings.h"
-#include "kit/Yield.h"
+#include "kit/common/Strings.h"
+#include "kit/program/MsgBox.h"
+#include "kit/program/Yield.h"
 #include "scanner/Scanform.h"
 
 #include <QtCore/QScopeGuard>

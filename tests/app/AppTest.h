@@ -2,8 +2,8 @@
 
 #include "app/Module1.h"
 #include "app/Windows.h"
-#include "kit/Form.h"
-#include "kit/Timer.h"
+#include "kit/form/Form.h"
+#include "kit/form/Timer.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
 #include "support/windows/ScriptedMsgBox.h"

@@ -1,7 +1,7 @@
 #include "app/AppTest.h"
 #include "app/Main.h"
 #include "app/SingleInstance.h"
-#include "kit/UnhandledErrors.h"
+#include "kit/program/UnhandledErrors.h"
 
 #include <filesystem>
 #include <fstream>

@@ -2,9 +2,9 @@
 #include "app/Switch.h"
 #include "base/RuntimeError.h"
 #include "db/DBEngine.h"
-#include "kit/Colour.h"
-#include "kit/TrayIcon.h"
-#include "kit/Yield.h"
+#include "kit/common/Colour.h"
+#include "kit/form/TrayIcon.h"
+#include "kit/program/Yield.h"
 #include "support/windows/GoldenForm.h"
 
 #include <QtCore/QMimeData>

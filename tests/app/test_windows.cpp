@@ -1,7 +1,7 @@
 #include "app/AppTest.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
-#include "kit/Yield.h"
+#include "kit/program/Yield.h"
 
 #include <QtCore/QTimer>
 

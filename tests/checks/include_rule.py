@@ -33,6 +33,23 @@ INNER_ROOMS = {
         "image": {"medium", "system", "iso", "udf"},
         "drives": {"medium", "system", "folder", "image"},
     },
+    "db": {
+        "value": set(),
+        "schema": {"value"},
+        "pattern": set(),
+        "sqlite": {"value", "schema", "pattern"},
+        "dialect": {"value", "schema", "pattern"},
+        "engine": {"value", "schema", "sqlite"},
+        "rows": {"value", "schema", "pattern", "sqlite", "dialect", "engine"},
+    },
+    "kit": {
+        "common": set(),
+        "controls": {"common"},
+        "display": {"common", "controls"},
+        "lists": {"common"},
+        "program": {"common", "controls", "display"},
+        "form": {"common", "controls", "display", "program"},
+    },
 }
 SUBSYSTEMS = {
     "app", "catalogue", "scanner", "explorer", "search", "programs", "workshop", "dirsim", "about",
@@ -243,26 +260,30 @@ LINK_LIBRARIES = {
 }
 
 
-def room_linked(targets, link):
-    """The room of a target of ours; an alias is named after its room."""
-    name = link.removeprefix("discaro_")
-    rooms = [target.room for target in targets if target.name == name]
-    return rooms[0] if rooms else re.sub(r"_(core|shared)$", "", name)
+def room_linked(link):
+    """The room of a target of ours, which is named after it."""
+    return link.removeprefix("discaro_").removesuffix("_core")
 
 
-def link_fault(targets, target, link):
+def link_fault(target, link):
     if link in LINK_LIBRARIES:
         return None if target.room in LINK_LIBRARIES[link] else "is not for this room"
     if link.startswith("Qt6::"):
         return None if target.room in WITH_WINDOWS else "is not for this room"
     if not link.startswith("discaro_"):
         return "belongs to no library that the project uses"
-    other = room_linked(targets, link)
+    other = room_linked(link)
     if target.room in LOWER_ROOMS:
         allowed = LOWER_ROOMS[target.room]
     else:
         allowed = set(LOWER_ROOMS) | {"app", "catalogue", target.room}
     return None if other in allowed else "is not for this room"
+
+
+def name_faults(targets):
+    for target in targets:
+        if target.name not in (target.room, f"{target.room}_core"):
+            yield f"src/{target.room}/CMakeLists.txt: {target.name} is named neither after its room nor as its core"
 
 
 def link_faults(targets):
@@ -272,7 +293,7 @@ def link_faults(targets):
         for link in target.links:
             if link in ("PUBLIC", "PRIVATE", "INTERFACE"):
                 continue
-            fault = link_fault(targets, target, link)
+            fault = link_fault(target, link)
             if fault:
                 yield f"src/{target.room}/CMakeLists.txt: {target.name} links {link}, which {fault}"
 
@@ -311,7 +332,9 @@ def circle_faults(tree):
 def findings(root):
     tree = Tree(root)
     found = [f"{path}: {fault}" for path in tree.paths for fault in file_faults(tree, path)]
-    return found + list(circle_faults(tree)) + list(link_faults(tree.targets))
+    return found + list(circle_faults(tree)) + list(name_faults(tree.targets)) + list(
+        link_faults(tree.targets)
+    )
 
 
 def main(root):

@@ -90,11 +90,15 @@ class IncludeRule(SampleTree):
         self.write("src/db/CMakeLists.txt", "discaro_room(db discaro_base discaro_disc Qt6::Widgets)")
         self.assertEqual(len(findings(self.root)), 2)
 
-    def test_a_target_of_the_same_room_may_have_any_name(self):
-        core = "discaro_library(delete_cd_core SOURCES Deletion.cpp LINKS discaro_db)\n"
-        window = "discaro_library(delete_cd SOURCES DeleteCD.cpp LINKS discaro_kit discaro_delete_cd_core)\n"
+    def test_a_window_may_link_the_core_of_its_room(self):
+        core = "discaro_library(catalogue_core SOURCES Deletion.cpp LINKS discaro_db)\n"
+        window = "discaro_library(catalogue SOURCES DeleteCD.cpp LINKS discaro_kit discaro_catalogue_core)\n"
         self.write("src/catalogue/CMakeLists.txt", core + window)
         self.assertEqual(findings(self.root), [])
+
+    def test_a_target_is_named_after_its_room(self):
+        self.write("src/catalogue/CMakeLists.txt", "discaro_library(delete_cd SOURCES DeleteCD.cpp LINKS discaro_db)")
+        self.assert_one(findings(self.root), "delete_cd is named neither")
 
     def test_an_include_in_a_comment_is_none(self):
         self.write("src/db/Database.cpp", '// #include "app/Module1.h"\n')

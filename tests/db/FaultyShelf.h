@@ -1,7 +1,7 @@
 #pragma once
 
 #include "db/Shelf.h"
-#include "db/Store.h"
+#include "db/engine/Store.h"
 #include "support/FaultVfs.h"
 
 #include <filesystem>

@@ -3,7 +3,7 @@
 #include "base/RuntimeError.h"
 #include "db/DBEngine.h"
 #include "db/DataSource.h"
-#include "db/FileFormat.h"
+#include "db/schema/FileFormat.h"
 
 #include <gtest/gtest.h>
 

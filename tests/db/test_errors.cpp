@@ -1,6 +1,6 @@
-#include "db/Connection.h"
 #include "db/RawDatabase.h"
 #include "db/Shelf.h"
+#include "db/sqlite/Connection.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

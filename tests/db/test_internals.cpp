@@ -1,6 +1,6 @@
 #include "db/Shelf.h"
-#include "db/StatementCache.h"
-#include "db/Store.h"
+#include "db/engine/Store.h"
+#include "db/sqlite/StatementCache.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 #include "db/Shelf.h"
-#include "db/Store.h"
+#include "db/engine/Store.h"
 #include "support/QueryPlan.h"
 
 #include <gmock/gmock.h>

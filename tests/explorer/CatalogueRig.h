@@ -2,8 +2,8 @@
 
 #include "app/Module1.h"
 #include "catalogue/EmptyCatalogue.h"
-#include "db/Connection.h"
 #include "db/DBEngine.h"
+#include "db/sqlite/Connection.h"
 
 #include <cstdlib>
 #include <filesystem>

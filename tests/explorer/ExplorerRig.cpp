@@ -1,8 +1,8 @@
 #include "explorer/ExplorerRig.h"
 
 #include "app/Windows.h"
-#include "kit/Strings.h"
-#include "kit/Yield.h"
+#include "kit/common/Strings.h"
+#include "kit/program/Yield.h"
 
 #include <QtCore/QSettings>
 #include <QtTest/QTest>

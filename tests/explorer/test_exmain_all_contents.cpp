@@ -1,6 +1,6 @@
 #include "app/Windows.h"
 #include "explorer/ExplorerRig.h"
-#include "kit/Yield.h"
+#include "kit/program/Yield.h"
 
 #include <QtCore/QTimer>
 

@@ -1,7 +1,7 @@
 #include "app/Windows.h"
 #include "explorer/ExplorerRig.h"
-#include "kit/ToolbarDialog.h"
-#include "kit/Yield.h"
+#include "kit/controls/ToolbarDialog.h"
+#include "kit/program/Yield.h"
 
 #include <QtCore/QSettings>
 #include <QtCore/QTimer>

@@ -1,8 +1,8 @@
 #include "app/Windows.h"
 #include "explorer/ExplorerRig.h"
-#include "kit/Ground.h"
-#include "kit/UserSettings.h"
-#include "kit/Yield.h"
+#include "kit/common/UserSettings.h"
+#include "kit/program/Ground.h"
+#include "kit/program/Yield.h"
 
 #include <QtGui/QScreen>
 #include <QtWidgets/QHeaderView>

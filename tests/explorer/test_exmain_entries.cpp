@@ -1,10 +1,10 @@
 #include "app/Windows.h"
 #include "explorer/ExplorerRig.h"
 #include "explorer/ListingOrder.h"
-#include "kit/Ground.h"
-#include "kit/Strings.h"
-#include "kit/ToolbarDialog.h"
-#include "kit/Yield.h"
+#include "kit/common/Strings.h"
+#include "kit/controls/ToolbarDialog.h"
+#include "kit/program/Ground.h"
+#include "kit/program/Yield.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QActionGroup>

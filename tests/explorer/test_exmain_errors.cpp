@@ -2,7 +2,7 @@
 #include "base/RuntimeError.h"
 #include "explorer/EXDir.h"
 #include "explorer/ExplorerRig.h"
-#include "kit/Yield.h"
+#include "kit/program/Yield.h"
 #include "support/CountedSleeps.h"
 #include "support/windows/ScriptedMsgBox.h"
 

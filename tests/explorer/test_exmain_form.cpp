@@ -1,8 +1,8 @@
 #include "explorer/ExplorerRig.h"
-#include "kit/Colour.h"
-#include "kit/Ground.h"
-#include "kit/Strings.h"
-#include "kit/Yield.h"
+#include "kit/common/Colour.h"
+#include "kit/common/Strings.h"
+#include "kit/program/Ground.h"
+#include "kit/program/Yield.h"
 #include "support/windows/GoldenForm.h"
 
 #include <QtGui/QAccessible>

@@ -1,6 +1,6 @@
 #include "base/RuntimeError.h"
 #include "explorer/ExplorerRig.h"
-#include "kit/Yield.h"
+#include "kit/program/Yield.h"
 #include "support/windows/ScriptedMsgBox.h"
 
 #include <QtGui/QClipboard>

@@ -4,8 +4,8 @@
 #include "explorer/DiscTree.h"
 #include "explorer/Listing.h"
 #include "explorer/ListingOrder.h"
-#include "kit/Ground.h"
-#include "kit/Strings.h"
+#include "kit/common/Strings.h"
+#include "kit/program/Ground.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

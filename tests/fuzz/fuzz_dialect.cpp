@@ -3,10 +3,10 @@
 // statement that the storage engine prepares, with as many parameters as there are constants.
 
 #include "base/RuntimeError.h"
-#include "db/Dialect.h"
-#include "db/LikeFunction.h"
-#include "db/LikePattern.h"
-#include "db/RowTaker.h"
+#include "db/dialect/Dialect.h"
+#include "db/pattern/LikePattern.h"
+#include "db/sqlite/LikeFunction.h"
+#include "db/sqlite/RowTaker.h"
 
 #include <sqlite3.h>
 

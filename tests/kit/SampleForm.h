@@ -1,8 +1,8 @@
 #pragma once
 
-#include "kit/FormTable.h"
-#include "kit/ProgressBar.h"
-#include "kit/TrayIcon.h"
+#include "kit/display/ProgressBar.h"
+#include "kit/form/FormTable.h"
+#include "kit/form/TrayIcon.h"
 
 #include <functional>
 #include <string>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "kit/Ground.h"
 #include "kit/SampleForm.h"
+#include "kit/program/Ground.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
 #include "support/windows/ScriptedMsgBox.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/Connection.h"
+#include "db/sqlite/Connection.h"
 
 #include <string>
 #include <string_view>

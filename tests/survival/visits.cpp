@@ -3,7 +3,7 @@
 #include "app/Switch.h"
 #include "app/Windows.h"
 #include "explorer/CatalogueRig.h"
-#include "kit/Timer.h"
+#include "kit/form/Timer.h"
 #include "program/Wiring.h"
 #include "support/windows/FormProbe.h"
 

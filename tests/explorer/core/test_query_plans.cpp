@@ -1,6 +1,6 @@
 #include "catalogue/Discs.h"
 #include "catalogue/Schema.h"
-#include "db/Dialect.h"
+#include "db/dialect/Dialect.h"
 #include "explorer/CatalogueRig.h"
 #include "explorer/Queries.h"
 #include "support/QueryPlan.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "kit/Beep.h"
-#include "kit/EndProgram.h"
+#include "kit/common/Beep.h"
+#include "kit/program/EndProgram.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEvent>

@@ -1,6 +1,6 @@
 #include "support/windows/FormProbe.h"
 
-#include "kit/TextBox.h"
+#include "kit/controls/TextBox.h"
 
 #include <QtGui/QAccessible>
 #include <QtWidgets/QAbstractButton>

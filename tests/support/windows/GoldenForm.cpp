@@ -1,7 +1,7 @@
 #include "support/windows/GoldenForm.h"
 
-#include "kit/TextBox.h"
-#include "kit/TrayIcon.h"
+#include "kit/controls/TextBox.h"
+#include "kit/form/TrayIcon.h"
 
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QProgressBar>

@@ -2,9 +2,9 @@
 // font that the windows were drawn for, in which every warning of the window library fails the
 // running test.
 
-#include "kit/ImageList.h"
-#include "kit/UnhandledErrors.h"
-#include "kit/Yield.h"
+#include "kit/display/ImageList.h"
+#include "kit/program/UnhandledErrors.h"
+#include "kit/program/Yield.h"
 
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QFont>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kit/MsgBox.h"
+#include "kit/program/MsgBox.h"
 
 #include <deque>
 #include <functional>
