@@ -1,5 +1,5 @@
 #include "base/RuntimeError.h"
-#include "db/test_dialect_store.h"
+#include "db/dialect/DialectStore.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

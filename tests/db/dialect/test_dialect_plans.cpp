@@ -1,4 +1,4 @@
-#include "db/test_dialect_store.h"
+#include "db/dialect/DialectStore.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

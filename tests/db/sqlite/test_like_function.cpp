@@ -1,6 +1,6 @@
+#include "db/dialect/DialectStore.h"
 #include "db/pattern/LikePattern.h"
 #include "db/sqlite/LikeFunction.h"
-#include "db/test_dialect_store.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
