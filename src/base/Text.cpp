@@ -266,18 +266,10 @@ std::string orderKey(std::string_view text) {
     return key;
 }
 
-int compareFolded(std::string_view left, std::string_view right) {
-    if (isAscii(left) && isAscii(right)) {
-        const auto order =
-            std::lexicographical_compare_three_way(left.begin(), left.end(), right.begin(), right.end(),
-                                                   [](char a, char b) { return asciiLower(a) <=> asciiLower(b); });
-        return order < 0 ? -1 : order > 0 ? 1 : 0;
-    }
-    return foldedForComparison(left).compare(foldedForComparison(right));
-}
-
 bool equalFolded(std::string_view left, std::string_view right) {
-    return compareFolded(left, right) == 0;
+    if (isAscii(left) && isAscii(right))
+        return equalAscii(left, right);
+    return foldedForComparison(left) == foldedForComparison(right);
 }
 
 std::string lowerAscii(std::string_view text) {

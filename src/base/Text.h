@@ -33,8 +33,7 @@ std::string lowerCase(std::string_view text);
 // U+1FEF, U+212A) stay as they are. Bytes that are not UTF-8 stay as they are.
 std::string foldedForComparison(std::string_view text);
 
-// Order and equality of the folded forms. The order is by code point.
-int compareFolded(std::string_view left, std::string_view right);
+// Equality of the folded forms.
 bool equalFolded(std::string_view left, std::string_view right);
 
 // The form by whose bytes texts are brought into order wherever a user sees them: canonically decomposed, so that a

@@ -13,12 +13,12 @@ namespace discaro::disc {
 namespace {
 
 struct Sortable {
-    std::string folded;
+    std::string key;
     Entry entry;
 };
 
 bool isBefore(const Sortable& left, const Sortable& right) {
-    return std::tie(left.folded, left.entry.name) < std::tie(right.folded, right.entry.name);
+    return std::tie(left.key, left.entry.name) < std::tie(right.key, right.entry.name);
 }
 
 bool hasSameName(const Sortable& left, const Sortable& right) {
@@ -33,7 +33,7 @@ void distinguish(std::vector<Sortable>& sorted) {
         taken.insert(item.entry.name);
     std::string run;
     size_t number = 1;
-    for (auto& [folded, entry] : sorted) {
+    for (auto& [key, entry] : sorted) {
         if (entry.name != run) {
             run = entry.name;
             number = 1;
@@ -41,7 +41,7 @@ void distinguish(std::vector<Sortable>& sorted) {
         }
         while (taken.contains(entry.name))
             entry.name = run + " (" + std::to_string(++number) + ")";
-        folded = base::foldedForComparison(entry.name);
+        key = base::orderKey(entry.name);
     }
 }
 
@@ -51,8 +51,8 @@ void orderDirectories(std::vector<Entry>& directories) {
     std::vector<Sortable> sorted;
     sorted.reserve(directories.size());
     for (auto& entry : directories) {
-        auto folded = base::foldedForComparison(entry.name);
-        sorted.push_back({std::move(folded), std::move(entry)});
+        auto key = base::orderKey(entry.name);
+        sorted.push_back({std::move(key), std::move(entry)});
     }
     std::ranges::stable_sort(sorted, isBefore);
     if (std::ranges::adjacent_find(sorted, hasSameName) != sorted.end()) {
@@ -63,17 +63,17 @@ void orderDirectories(std::vector<Entry>& directories) {
 }
 
 std::optional<size_t> findDirectory(const std::vector<Entry>& directories, std::string_view name) {
-    const auto folded = base::foldedForComparison(name);
+    const auto key = base::orderKey(name);
     const auto placeOf = [&](std::string_view exact) {
         return std::ranges::partition_point(directories, [&](const Entry& entry) {
-            const int order = base::foldedForComparison(entry.name).compare(folded);
+            const int order = base::orderKey(entry.name).compare(key);
             return order < 0 || (order == 0 && entry.name < exact);
         });
     };
     auto found = placeOf(name);
     if (found == directories.end() || found->name != name)
         found = placeOf({});
-    if (found == directories.end() || !base::equalFolded(found->name, name))
+    if (found == directories.end() || base::orderKey(found->name) != key)
         return std::nullopt;
     return static_cast<size_t>(found - directories.begin());
 }

@@ -81,8 +81,8 @@ TEST_F(ListerMoves, TheOrderIsWithoutRegardToCaseAndTiesAreByText) {
     insert(folder("", {folder("b"), folder("a10"), folder("A2"), folder("B"), folder("\u00E4"), folder("\u00C4b"),
                        folder("_x"), folder("Z"), folder(".hidden")}));
     lister.setPath("D:\\");
-    EXPECT_THAT(directories(), ElementsAre("D:\\.hidden", "D:\\_x", "D:\\a10", "D:\\A2", "D:\\B", "D:\\b", "D:\\Z",
-                                           "D:\\\u00E4", "D:\\\u00C4b"));
+    EXPECT_THAT(directories(), ElementsAre("D:\\.hidden", "D:\\_x", "D:\\a10", "D:\\A2", "D:\\\u00E4", "D:\\\u00C4b",
+                                           "D:\\B", "D:\\b", "D:\\Z"));
 }
 
 TEST_F(ListerMoves, DirectoriesThatDifferInCaseOnlyAreBothReached) {
