@@ -1,5 +1,8 @@
-"""Code, comments, tests, documents, file names and commit messages speak of the system alone: not of papers that it
-was made from, not of the work on it, and of no computer that it was made on.
+"""Code, comments, tests, documents, file names and commit messages explain the system by what stands in this tree.
+
+Whoever reads them has the tree and nothing else. A word that sends them to a text elsewhere, by its name or by a number
+in it, stands in place of the reason that they look for, and says nothing where that text is not at hand. An absolute
+path of one computer is wrong on every other.
 
 The patterns below are written with brackets in them so that this file does not find itself.
 """
@@ -31,7 +34,7 @@ PLACE = re.compile("|".join(PLACES))
 def lines_found(name, text):
     for number, line in enumerate(text.splitlines(), 1):
         if WORDING.search(line):
-            yield f"{name}:{number}: speaks of the work, not of the system: {line.strip()[:120]}"
+            yield f"{name}:{number}: refers to a text that is not in this tree: {line.strip()[:120]}"
         if PLACE.search(line):
             yield f"{name}:{number}: names a place on one computer: {line.strip()[:120]}"
 
@@ -39,7 +42,7 @@ def lines_found(name, text):
 def file_findings(root):
     for path in project_files(root):
         if WORDING.search(str(path)) or PLACE.search(str(path)):
-            yield f"{path}: the name speaks of the work, not of the system"
+            yield f"{path}: the name refers to a text that is not in this tree"
         text = text_of(Path(root) / path)
         if text is not None:
             yield from lines_found(path, text)
@@ -52,7 +55,7 @@ def message_findings(root):
         commit, _, message = entry.partition("\n")
         for line in message.splitlines():
             if MESSAGE_WORDING.search(line) or PLACE.search(line):
-                yield f"commit {commit}: speaks of the work, not of the system: {line.strip()[:120]}"
+                yield f"commit {commit}: refers to a text that is not in this tree: {line.strip()[:120]}"
 
 
 def findings(root):
@@ -60,4 +63,4 @@ def findings(root):
 
 
 if __name__ == "__main__":
-    sys.exit(report(findings(sys.argv[1]), "every text speaks of the system alone"))
+    sys.exit(report(findings(sys.argv[1]), "every text explains itself by what is in this tree"))

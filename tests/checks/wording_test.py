@@ -4,9 +4,9 @@ from sample import SampleTree
 from wording import findings
 
 # Put together here, so that this file does not say them.
-PAPER = "sp" + "ec"
+TEXT = "sp" + "ec"
 NUMBERED = "Pa" + "rt 2.1"
-TICKET = "iss" + "ue #12"
+ENTRY = "iss" + "ue #12"
 PLACE = "/wo" + "rk/main"
 FOLDER = "src" + "/workshop"
 
@@ -27,23 +27,23 @@ class Wording(SampleTree):
         self.write("docs/guide.md", f"The database workshop is in {FOLDER}; part 2 of the guide tells of it.\n")
         self.assertEqual(findings(self.root), [])
 
-    def test_a_comment_about_a_paper_is_told(self):
-        self.write("src/a.cpp", f"// As the {PAPER} says.\n")
-        self.assert_one(findings(self.root), "src/a.cpp:1", "speaks of the work")
+    def test_a_reference_to_a_text_elsewhere_is_found(self):
+        self.write("src/a.cpp", f"// As the {TEXT} says.\n")
+        self.assert_one(findings(self.root), "src/a.cpp:1", "refers to a text")
 
-    def test_a_numbered_chapter_is_told(self):
+    def test_a_reference_by_a_number_is_found(self):
         self.write("src/a.cpp", f"int a;\n// {NUMBERED}\n")
         self.assert_one(findings(self.root), "src/a.cpp:2")
 
-    def test_a_ticket_is_told(self):
-        self.write("docs/notes.md", f"See {TICKET}.\n")
+    def test_a_reference_to_a_numbered_entry_is_found(self):
+        self.write("docs/notes.md", f"See {ENTRY}.\n")
         self.assert_one(findings(self.root), "docs/notes.md:1")
 
-    def test_a_file_name_is_told(self):
-        self.write(f"docs/{PAPER}.md", "text\n")
-        self.assert_one(findings(self.root), "the name speaks")
+    def test_a_reference_in_a_file_name_is_found(self):
+        self.write(f"docs/{TEXT}.md", "text\n")
+        self.assert_one(findings(self.root), "the name refers")
 
-    def test_a_place_on_one_computer_is_told(self):
+    def test_a_place_on_one_computer_is_found(self):
         self.write("CMakeLists.txt", f"include({PLACE}/x.cmake)\n")
         self.assert_one(findings(self.root), "names a place on one computer")
 
@@ -52,19 +52,19 @@ class Wording(SampleTree):
         self.assertEqual(findings(self.root), [])
 
     def test_build_products_are_not_read(self):
-        self.write("build/notes.txt", f"the {PAPER}\n")
+        self.write("build/notes.txt", f"the {TEXT}\n")
         self.assertEqual(findings(self.root), [])
 
     def test_files_that_are_not_text_are_not_read(self):
-        self.write("data/picture.png", f"\0the {PAPER}\n")
+        self.write("data/picture.png", f"\0the {TEXT}\n")
         self.assertEqual(findings(self.root), [])
 
     def test_a_new_file_that_git_does_not_know_is_read(self):
         self.commit("First files")
-        self.write("new.txt", f"the {PAPER}\n")
+        self.write("new.txt", f"the {TEXT}\n")
         self.assert_one(findings(self.root), "new.txt:1")
 
-    def test_a_commit_message_is_told(self):
+    def test_a_reference_in_a_commit_message_is_found(self):
         self.commit(f"Scan: do as {NUMBERED} says")
         self.assert_one(findings(self.root), "commit")
 
