@@ -1,6 +1,7 @@
 #include "db/dialect/DialectSelect.h"
 
 #include "base/RuntimeError.h"
+#include "base/Sentence.h"
 #include "base/Text.h"
 #include "db/dialect/DialectSql.h"
 
@@ -103,7 +104,7 @@ Query::Sum resolveSum(const SelectItem& item, const TableDef& table) {
     const Function* function = findFunction(item.function);
     if (function == nullptr)
         throw RuntimeError(ErrorNumber::SyntaxError,
-                           "there is no function " + std::string(shownOnError(item.function)));
+                           base::filledIn("there is no function %1", {shownOnError(item.function)}));
     checkQualifier(item, table);
     if (item.all)
         return countOfRows(*function, item);

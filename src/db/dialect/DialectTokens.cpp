@@ -1,6 +1,7 @@
 #include "db/dialect/DialectTokens.h"
 
 #include "base/RuntimeError.h"
+#include "base/Sentence.h"
 #include "base/Text.h"
 #include "base/Utf8Step.h"
 
@@ -263,7 +264,7 @@ void Tokenizer::fail() const {
     const std::string_view rest = shownOnError(m_source.substr(m_current.begin));
     if (rest.empty())
         throw base::RuntimeError(base::ErrorNumber::SyntaxError, "the text ends too early");
-    throw base::RuntimeError(base::ErrorNumber::SyntaxError, "near " + std::string(rest));
+    throw base::RuntimeError(base::ErrorNumber::SyntaxError, base::filledIn("near %1", {rest}));
 }
 
 } // namespace discaro::db

@@ -1,6 +1,7 @@
 #include "db/sqlite/SchemaReader.h"
 
 #include "base/RuntimeError.h"
+#include "base/Sentence.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -61,12 +62,12 @@ void requireTable(const TableDef& expected, Schema& schema) {
     const auto named = [&](const TableDef& table) { return base::equalAscii(table.name, expected.name); };
     const auto found = std::ranges::find_if(schema.tables, named);
     if (found == schema.tables.end())
-        refuse("it has no table " + expected.name);
+        refuse(base::filledIn("it has no table %1", {expected.name}));
     const auto same = [](const FieldDef& field, const FieldDef& wanted) {
         return base::equalAscii(field.name, wanted.name) && field.type == wanted.type;
     };
     if (!std::ranges::equal(found->fields, expected.fields, same))
-        refuse("its table " + expected.name + " has other fields");
+        refuse(base::filledIn("its table %1 has other fields", {expected.name}));
     for (size_t i = 0; i < expected.fields.size(); ++i)
         found->fields[i].ascii = expected.fields[i].ascii;
 }

@@ -1,6 +1,7 @@
 #include "disc/folder/FolderMedium.h"
 
 #include "base/RuntimeError.h"
+#include "base/Sentence.h"
 #include "disc/folder/FolderFile.h"
 #include "disc/folder/FolderLink.h"
 #include "disc/folder/FolderTree.h"
@@ -62,7 +63,7 @@ Listing readListing(DIR* stream, uint32_t number) {
         auto& entries = directory ? listing.directories : listing.files;
         entries.push_back({shownName(entry->d_name), {number, 0, entry->d_name}, directory});
     }
-    listing.damage = "more than " + std::to_string(kMostEntries) + " entries";
+    listing.damage = base::filledIn("more than %1 entries", {std::to_string(kMostEntries)});
     return listing;
 }
 

@@ -1,6 +1,7 @@
 #include "disc/medium/TrackBytes.h"
 
 #include "base/RuntimeError.h"
+#include "base/Sentence.h"
 
 #include <algorithm>
 #include <array>
@@ -68,7 +69,7 @@ const Track& TrackBytes::trackOf(uint64_t sector) const {
     const auto behind = std::ranges::upper_bound(m_tracks, sector, {}, &Track::firstSector);
     if (behind == m_tracks.begin() || sector >= endOf(*std::prev(behind)))
         throw base::RuntimeError(base::ErrorNumber::ReadFailure,
-                                 "sector " + std::to_string(sector) + " is not in the image");
+                                 base::filledIn("sector %1 is not in the image", {std::to_string(sector)}));
     return *std::prev(behind);
 }
 

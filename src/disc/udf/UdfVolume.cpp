@@ -34,7 +34,7 @@ bool readSector(const ByteSource& medium, uint64_t sector, Sector& bytes) {
 }
 
 [[noreturn]] void fail(const char* what) {
-    throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported, std::string("UDF, ") + what);
+    throw base::RuntimeError(base::ErrorNumber::FileSystemUnsupported, what);
 }
 
 // The fixed field of a label: the last byte has its length.
@@ -123,7 +123,7 @@ Descriptors findDescriptors(const ByteSource& medium, uint64_t sessionStart) {
         if (auto found = readSequences(medium, anchor))
             return *std::move(found);
     }
-    fail("its volume descriptors can't be found");
+    fail("UDF, its volume descriptors can't be found");
 }
 
 // Reads a file that the volume itself needs.
@@ -182,7 +182,7 @@ private:
         else if (holdsText(map, kKind, "*UDF Metadata Partition"))
             readMetadata(index, map);
         else
-            fail("a partition is of a kind that can't be read");
+            fail("UDF, a partition is of a kind that can't be read");
     }
 
     void readSpares(UdfPartition& partition, Bytes map) {
@@ -220,7 +220,7 @@ private:
             if (found)
                 return;
         }
-        fail("its virtual allocation table can't be found");
+        fail("UDF, its virtual allocation table can't be found");
     }
 
     bool readTable(uint16_t index, uint64_t sector) {
@@ -263,7 +263,7 @@ private:
             partition.isMetadata = true;
             return;
         }
-        fail("its metadata file can't be read");
+        fail("UDF, its metadata file can't be read");
     }
 
     const ByteSource& m_medium;
@@ -283,12 +283,12 @@ void readFileSet(const ByteSource& medium, const UdfAddress& address, UdfVolume&
     const auto run = volume.partitions.locate(address);
     Sector sector{};
     if (!run || !readSector(medium, run->sector, sector) || !hasTag(sector, UdfTag::FileSet))
-        fail("its file set can't be found");
+        fail("UDF, its file set can't be found");
     std::ranges::copy(std::span(sector).first(volume.fileSet.size()), volume.fileSet.begin());
     volume.root = longAddress(sector, udf_file_set::kRoot);
     const auto root = readUdfFile(medium, volume.partitions, volume.root);
     if (!root || root->type != UdfFile::kDirectory)
-        fail("its root directory can't be read");
+        fail("UDF, its root directory can't be read");
 }
 
 } // namespace
@@ -309,7 +309,7 @@ UdfVolume readUdfVolume(const ByteSource& medium, uint64_t sessionStart) {
     const auto descriptors = findDescriptors(medium, sessionStart);
     const auto& logical = *descriptors.logicalVolume;
     if (littleEndian<uint32_t>(logical, udf_logical_volume::kBlockSize) != kSectorSize)
-        fail("its blocks are not of 2048 bytes");
+        fail("UDF, its blocks are not of 2048 bytes");
     UdfVolume volume;
     volume.label = fieldText(part(logical, udf_logical_volume::kLabel, udf_logical_volume::kLabelLength));
     volume.totalBytes = totalBytes(descriptors, medium.size());

@@ -1,6 +1,7 @@
 #include "kit/lists/ListModel.h"
 
 #include "base/RuntimeError.h"
+#include "base/Sentence.h"
 #include "base/Text.h"
 #include "kit/common/CellText.h"
 #include "kit/common/Strings.h"
@@ -40,7 +41,8 @@ void ListModel::setPictures(Pictures pictures) {
 
 void ListModel::add(ListItem item) {
     if (!item.key.isEmpty() && !m_keys.try_emplace(item.key, count()).second)
-        throw base::RuntimeError(base::ErrorNumber::InvalidValue, "the key " + utf8(item.key) + " is in use");
+        throw base::RuntimeError(base::ErrorNumber::InvalidValue,
+                                 base::filledIn("the key %1 is in use", {utf8(item.key)}));
     m_items.push_back(std::move(item));
 }
 

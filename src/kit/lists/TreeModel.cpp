@@ -1,6 +1,7 @@
 #include "kit/lists/TreeModel.h"
 
 #include "base/RuntimeError.h"
+#include "base/Sentence.h"
 #include "base/Text.h"
 #include "kit/common/CellText.h"
 #include "kit/common/Strings.h"
@@ -24,7 +25,7 @@ TreeModel::TreeModel(QObject* parent)
 
 const TreeModel::Node& TreeModel::at(int node) const {
     if (node < 1 || node > count())
-        refuse("no node " + std::to_string(node));
+        refuse(base::filledIn("no node %1", {std::to_string(node)}));
     return m_nodes[static_cast<size_t>(node) - 1];
 }
 
@@ -33,11 +34,11 @@ const TreeModel::Node& TreeModel::at(int node) const {
 int TreeModel::add(const QString& parentKey, const QString& key, const QString& text) {
     const int parent = find(parentKey);
     if (parent == 0 && !parentKey.isEmpty())
-        refuse("no node has the key " + utf8(parentKey));
+        refuse(base::filledIn("no node has the key %1", {utf8(parentKey)}));
     if (key.isEmpty() || m_keys.contains(key))
-        refuse("the key " + utf8(key) + " is in use");
+        refuse(base::filledIn("the key %1 is in use", {utf8(key)}));
     if (family(parent).level >= kDeepest)
-        refuse("the tree is too deep for " + utf8(key));
+        refuse(base::filledIn("the tree is too deep for %1", {utf8(key)}));
     return append(parent, key, text);
 }
 
