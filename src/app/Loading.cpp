@@ -1,5 +1,7 @@
 #include "app/Loading.h"
 
+#include "app/Texts.h"
+
 namespace discaro::app {
 
 using kit::control;
@@ -19,7 +21,7 @@ void dress(kit::Label& label) {
 } // namespace
 
 const kit::FormTable<Loading> Loading::kTable{
-    control(&Loading::Label1, "Label1").at(0, 0, 240, 48).text("   Loading , Please Wait ...   ").size(1.25).set(dress),
+    control(&Loading::Label1, "Label1").at(0, 0, 240, 48).text(kLoading).size(1.25).set(dress),
 };
 
 Loading::Loading()

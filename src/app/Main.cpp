@@ -1,6 +1,7 @@
 #include "app/Main.h"
 
 #include "app/SingleInstance.h"
+#include "app/Texts.h"
 #include "app/Windows.h"
 #include "kit/program/EndProgram.h"
 #include "kit/program/MsgBox.h"
@@ -10,8 +11,7 @@ namespace discaro::app {
 
 void Main(const SingleInstance& instance, const std::function<void()>& prepare) {
     if (instance.prevInstance()) {
-        kit::MsgBox("Another Instance of Tavo - Discaro is already running.", kit::Buttons::Ok, kit::Icon::Exclamation,
-                    "Already Running");
+        kit::MsgBox(kAlreadyRunning, kit::Buttons::Ok, kit::Icon::Exclamation, kAlreadyRunningTitle);
         kit::EndProgram();
     }
     kit::yield();

@@ -1,5 +1,6 @@
 #include "app/Searching.h"
 
+#include "app/Texts.h"
 #include "kit/display/Shape.h"
 
 namespace discaro::app {
@@ -16,7 +17,7 @@ const kit::FormTable<Searching> Searching::kTable{
     control(&Searching::Image1, "Image1")
         .at(0, 0, kDiameter, kDiameter)
         .picture(":/pictures/searching.svg")
-        .says("Searching, please wait"),
+        .says(kSearching),
 };
 
 Searching::Searching()

@@ -3,6 +3,7 @@
 #include "app/HandOver.h"
 #include "app/Module1.h"
 #include "app/OpenSource.h"
+#include "app/Texts.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
 #include "kit/common/Colour.h"
@@ -34,9 +35,6 @@ constexpr int kCircleEnd = 479;
 
 // The entries that an empty catalogue does not offer.
 constexpr int kNeedDiscs[] = {1, 2, 3, 7};
-
-const char* const kNoDisc = "There is no disc in the catalogue yet. Scan one first.";
-const char* const kNotThere = "This version of Discaro does not have this window yet.";
 
 // Where the menu was when it was left last.
 std::optional<QPoint> g_lastPlace;

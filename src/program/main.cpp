@@ -11,6 +11,7 @@
 #include "kit/program/MsgBox.h"
 #include "kit/program/UnhandledErrors.h"
 #include "program/ApplicationFolder.h"
+#include "program/Texts.h"
 #include "program/Wiring.h"
 
 #include <exception>
@@ -28,8 +29,8 @@ void prepareFolder() {
     try {
         program::prepareApplicationFolder(app::Module1::ApplicationPath, executableFolder() / "kvt.ini");
     } catch (const std::exception& error) {
-        kit::MsgBox(QString("The application folder can't be made ready.\n\n%1").arg(kit::qt(error.what())),
-                    kit::Buttons::Ok, kit::Icon::Critical, "Discaro");
+        kit::MsgBox(QString(program::kFolderNotReady).arg(kit::qt(error.what())), kit::Buttons::Ok, kit::Icon::Critical,
+                    program::kFolderNotReadyTitle);
         kit::EndProgram(1);
     }
 }

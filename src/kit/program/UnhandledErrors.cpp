@@ -6,6 +6,7 @@
 #include "kit/program/EndProgram.h"
 #include "kit/program/Ground.h"
 #include "kit/program/MsgBox.h"
+#include "kit/program/Texts.h"
 #include "kit/program/Voices.h"
 
 #include <QtGui/QKeyEvent>
@@ -41,9 +42,9 @@ QString currentErrorText() {
     try {
         throw;
     } catch (const base::RuntimeError& error) {
-        return QStringLiteral("Run-time error %1:\n\n%2").arg(error.number()).arg(qt(error.description()));
+        return QString(kRunTimeError).arg(error.number()).arg(qt(error.description()));
     } catch (const std::exception& error) {
-        return QStringLiteral("Run-time error:\n\n%1").arg(QString::fromUtf8(error.what()));
+        return QString(kErrorWithoutNumber).arg(QString::fromUtf8(error.what()));
     }
 }
 
