@@ -7,6 +7,7 @@
 #include "catalogue/DiscDeletion.h"
 #include "catalogue/Discs.h"
 #include "catalogue/Names.h"
+#include "catalogue/Texts.h"
 #include "db/DBEngine.h"
 #include "kit/common/Beep.h"
 #include "kit/common/Strings.h"
@@ -85,7 +86,7 @@ void DeleteCD::Command2_Click() {
     }
     const auto number = static_cast<int64_t>(discs.Fields(drive::kIdNumber).Number());
     const auto question = deletionQuestion(discs.Fields(drive::kPreferedName).Text());
-    if (kit::MsgBox(qt(question), kit::Buttons::OkCancel, kit::Icon::Question, "Confim Deletion !!!", this) ==
+    if (kit::MsgBox(qt(question), kit::Buttons::OkCancel, kit::Icon::Question, kDeletionQuestionTitle, this) ==
         kit::Answer::Ok)
         deleteCurrentDisc(discs);
     m_aimed = false;
@@ -93,12 +94,7 @@ void DeleteCD::Command2_Click() {
     RefreshMasterTotals(Data2);
     db::DBEngine::CommitTrans();
     Timer1->setEnabled(true);
-    kit::MsgBox("Deletion was successful. It is advised that you compact your database from the "
-                "Database Workshop after "
-                "deleting any entries. This way your Database will take up less disk space and in "
-                "some cases may run "
-                "faster.",
-                kit::Buttons::Ok, kit::Icon::Information, "Deletion Successful", this);
+    kit::MsgBox(kDeletionDone, kit::Buttons::Ok, kit::Icon::Information, kDeletionDoneTitle, this);
 }
 
 void DeleteCD::Command1_Click() {

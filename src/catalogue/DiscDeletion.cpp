@@ -2,7 +2,9 @@
 
 #include "app/Module1.h"
 #include "base/RuntimeError.h"
+#include "base/Sentence.h"
 #include "catalogue/Names.h"
+#include "catalogue/Texts.h"
 #include "catalogue/Totals.h"
 #include "db/DBEngine.h"
 
@@ -27,10 +29,7 @@ std::string factValue(const DiscFact& fact, db::Recordset& discs) {
 }
 
 std::string deletionQuestion(const std::string& preferredName) {
-    return "Are you sure you want to delete the '" + preferredName +
-           "' cd-rom entry from the database ? This will also delete all the Directory and File "
-           "entries contained on "
-           "this CD-ROM.";
+    return base::filledIn(kDeletionQuestion, {preferredName});
 }
 
 void deleteCurrentDisc(db::Recordset& discs) {

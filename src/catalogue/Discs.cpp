@@ -1,6 +1,8 @@
 #include "catalogue/Discs.h"
 
+#include "base/Sentence.h"
 #include "catalogue/Names.h"
+#include "catalogue/Texts.h"
 
 namespace discaro::catalogue {
 
@@ -9,9 +11,8 @@ std::string rowCondition(std::string_view number) {
 }
 
 std::string duplicateNameMessage(db::Recordset& discs) {
-    return "This Preferred name was used once before for CD-ROM number  '" + discs.Fields(drive::kIdNumber).Text() +
-           "' which has '" + discs.Fields(drive::kVolumeName).Text() +
-           "' as its Volume label. Please choose another name.";
+    return base::filledIn(kDuplicateName,
+                          {discs.Fields(drive::kIdNumber).Text(), discs.Fields(drive::kVolumeName).Text()});
 }
 
 std::span<const DiscFact> discFacts() {
