@@ -7,6 +7,7 @@
 #include "explorer/DiscList.h"
 #include "explorer/NodeSearch.h"
 #include "explorer/Queries.h"
+#include "explorer/Texts.h"
 #include "explorer/TreeBuild.h"
 #include "explorer/Yielding.h"
 #include "kit/common/Strings.h"
@@ -146,7 +147,7 @@ void DiscTree::buildChosenDisc() {
     const db::WaitOnce once;
     m_controls.path.setText({});
     ResetViews();
-    skipErrors([this] { m_controls.number.setText("CD-ROM Number : " + qt(discNumber())); });
+    skipErrors([this] { m_controls.number.setText(qt(discNumberText(discNumber()))); });
     const int build = ++m_builds;
     yield();
     if (overtaken(build))

@@ -49,7 +49,7 @@ void EXCDROM::prepareSave() {
     const kit::BoundFields::Hold hold(bound());
     const NameChange change{SelectedDisc, OpeningName, bound().text(*Text3)};
     const auto tell = [this](const std::string& message) {
-        kit::MsgBox(kit::qt(message), kit::Buttons::Ok, kit::Icon::Exclamation, "Duplicate Preferred Name", this);
+        kit::MsgBox(kit::qt(message), kit::Buttons::Ok, kit::Icon::Exclamation, catalogue::kDuplicateNameTitle, this);
     };
     const NameVerdict verdict = judgeName(Data1.Recordset(), change, tell);
     if (verdict == NameVerdict::Taken)

@@ -7,6 +7,7 @@
 #include "db/sqlite/WaitOnce.h"
 #include "explorer/Commands.h"
 #include "explorer/Division.h"
+#include "explorer/Texts.h"
 #include "explorer/Yielding.h"
 #include "kit/common/Beep.h"
 #include "kit/common/UserSettings.h"
@@ -153,9 +154,7 @@ void EXMain::Timer2_Timer() {
 
 void EXMain::tellLocked() {
     const db::WaitOnce::Pause pause;
-    kit::MsgBox("The catalogue can't be read, because another program has locked it. The list of "
-                "discs is filled when you come back to this window and that program is done.",
-                kit::Buttons::Ok, kit::Icon::Exclamation, "Catalogue Locked", this);
+    kit::MsgBox(kCatalogueLocked, kit::Buttons::Ok, kit::Icon::Exclamation, kCatalogueLockedTitle, this);
 }
 
 // A disc list that a lock has kept empty is filled by the delayed load.

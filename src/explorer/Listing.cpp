@@ -10,7 +10,7 @@
 #include "explorer/ListingRows.h"
 #include "explorer/NodeSearch.h"
 #include "explorer/Queries.h"
-#include "explorer/StatusTexts.h"
+#include "explorer/Texts.h"
 #include "explorer/UnlessLocked.h"
 #include "explorer/Yielding.h"
 #include "kit/common/Strings.h"
@@ -173,7 +173,7 @@ void Listing::addRow(const ListingRow& row) {
 // Of a disc among all discs only the files are listed.
 void Listing::tellEmpty(int node) {
     const bool amongDiscs = m_controls.tree.nodes().image(node) == u"cdrom";
-    m_controls.list.setEmptyText(amongDiscs ? "No files in this directory" : "This directory is empty");
+    m_controls.list.setEmptyText(amongDiscs ? kNoFiles : kEmptyDirectory);
 }
 
 // A directory is listed in capitals; its own name is the node's.

@@ -4,6 +4,7 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
 #include "explorer/Queries.h"
+#include "explorer/Texts.h"
 #include "explorer/UnlessLocked.h"
 
 namespace discaro::explorer {
@@ -51,7 +52,7 @@ std::string discName(db::Database& catalogue, const db::Field& disc) {
 void buildDisc(db::Recordset& directories, TreeSink& sink) {
     skipErrors([&] {
         const Fields fields(directories);
-        skipErrors([&] { sink.nameFirst("CD-ROM Number  " + fields.disc.Text()); });
+        skipErrors([&] { sink.nameFirst(discNodeText(fields.disc.Text())); });
         TreeRow row;
         forEach(directories, sink, [&] {
             row.parent = fields.parent.Text();

@@ -1,7 +1,7 @@
 #include "explorer/CatalogueRig.h"
 #include "explorer/DiscList.h"
 #include "explorer/ListingOrder.h"
-#include "explorer/StatusTexts.h"
+#include "explorer/Texts.h"
 
 #include <gtest/gtest.h>
 
