@@ -31,7 +31,8 @@ ErrorDesk::Next ErrorDesk::handle(const base::RuntimeError& error, const ErrorHa
     m_damagedDirectories += damaged && !file ? 1 : 0;
     if (handler.looksForConversion && error.is(base::ErrorNumber::DataTypeConversion))
         AskStopOnError();
-    log(error.description() + (file ? " in File :- " : " in Directory :- ") + m_placeName(handler.place));
+    const std::string place = m_placeName(handler.place);
+    log(file ? fileErrorText(error.description(), place) : directoryErrorText(error.description(), place));
     if (error.is(base::ErrorNumber::TransactionLost)) {
         giveUp(error.description());
         return Next::EndOfProcedure;
@@ -55,9 +56,10 @@ void ErrorDesk::log(const std::string& entry) {
 }
 
 std::string ErrorDesk::ErrorLog() const {
-    if (m_unlogged == 0)
-        return m_log;
-    return m_log + std::string(kLineEnd) + std::string(kLineEnd) + std::to_string(m_unlogged) + " more errors";
+    std::string log = m_log;
+    if (m_unlogged != 0)
+        log.append(kLineEnd).append(kLineEnd).append(moreErrorsText(m_unlogged));
+    return log;
 }
 
 void ErrorDesk::giveUp(const std::string& reason) {

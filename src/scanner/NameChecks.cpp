@@ -2,6 +2,7 @@
 
 #include "catalogue/Discs.h"
 #include "catalogue/Names.h"
+#include "scanner/Texts.h"
 
 namespace discaro::scanner {
 
@@ -19,13 +20,6 @@ bool hasSerial(db::Recordset& discs, const std::string& serial) {
     return !db::isNull(value) && db::textOf(value) == serial;
 }
 
-std::string serialMessage(db::Recordset& discs) {
-    return "The CD-ROM named  '" + fieldText(discs, drive::kPreferedName) +
-           "'  has the same serial number as this CD-ROM. You may have scanned it once before. "
-           "Press Cancel to "
-           "terminate this scan or press OK to ignore this fact and continue.";
-}
-
 } // namespace
 
 std::optional<std::string> duplicateNameMessage(db::Recordset& discs, const std::string& preferredName) {
@@ -41,7 +35,7 @@ bool duplicateSerialsPassed(db::Recordset& discs, const std::string& serial, con
     if (discs.RecordCount() != 0)
         discs.MoveFirst();
     for (; !discs.Eof(); discs.MoveNext())
-        if (hasSerial(discs, serial) && !goOn(serialMessage(discs)))
+        if (hasSerial(discs, serial) && !goOn(duplicateSerialText(fieldText(discs, drive::kPreferedName))))
             return false;
     return true;
 }

@@ -57,8 +57,7 @@ void QuickScan::noteDamage() {
 }
 
 std::string QuickScan::text() const {
-    return base::numberText(m_directories) + " Directories" + std::string(kLineEnd) + base::numberText(m_files) +
-           " Files";
+    return countText(m_directories, m_files);
 }
 
 } // namespace discaro::scanner

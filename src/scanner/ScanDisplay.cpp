@@ -30,8 +30,7 @@ QString counterText(double count, char sign) {
 // "" is no reason.
 void tellUnsaved(const std::string& reason) {
     if (!reason.empty())
-        kit::MsgBox("The scan could not be saved. The catalogue stands as it was before.\n\n" + kit::qt(reason),
-                    kit::Buttons::Ok, kit::Icon::Critical, "Error during Scan");
+        kit::MsgBox(kit::qt(unsavedText(reason)), kit::Buttons::Ok, kit::Icon::Critical, kScanErrorTitle);
 }
 
 } // namespace
@@ -41,12 +40,7 @@ void ScanDisplay::yield() {
 }
 
 bool ScanDisplay::userWantsStop() {
-    return kit::MsgBox("An error was found during the scan process. The scan operation will be "
-                       "stopped and the "
-                       "scanned enteries will be deleted. Press OK to proceed with deletion or "
-                       "press Cancel to "
-                       "ignore this error.",
-                       kit::Buttons::OkCancel, kit::Icon::Critical, "Error during Scan",
+    return kit::MsgBox(kStopOnErrorQuestion, kit::Buttons::OkCancel, kit::Icon::Critical, kScanErrorTitle,
                        &m_controls.window) == kit::Answer::Ok;
 }
 
@@ -118,7 +112,7 @@ void ScanDisplay::showPercentage() {
     if (m_inCaption == done)
         return;
     m_inCaption = done;
-    const QString caption = m_controls.title + "  (" + done + " Done)";
+    const QString caption = kit::qt(progressCaption(kit::utf8(m_controls.title), kit::utf8(done)));
     if (caption == m_controls.window.caption())
         return;
     m_controls.window.setCaption(caption);
@@ -177,15 +171,15 @@ void ScanDisplay::scanFinished() {
     m_controls.running.setVisible(false);
     m_controls.running.setFlashEnabled(false);
     m_controls.resting.setVisible(true);
-    m_controls.what.setText("* Your CD-ROM was successfully scanned. Press Finish to return to the Main Menu.");
+    m_controls.what.setText(kFinishedText);
     m_controls.cancel.hide();
     m_controls.another.show();
     m_controls.finish.setFocus();
 }
 
 void ScanDisplay::discLost(double kept, double counted, bool logged) {
-    kit::MsgBox(kit::qt(discLostText(kept, counted, logged)), kit::Buttons::Ok, kit::Icon::Exclamation,
-                "Error during Scan", &m_controls.window);
+    kit::MsgBox(kit::qt(discLostText(kept, counted, logged)), kit::Buttons::Ok, kit::Icon::Exclamation, kScanErrorTitle,
+                &m_controls.window);
 }
 
 // The box stands over the menu: by then the transaction is over, and other programs may have the catalogue. It comes

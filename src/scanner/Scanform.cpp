@@ -202,7 +202,7 @@ void Scanform::Drive1_Change() {
         m_ownDrive = drive()[0];
     if (!disc) {
         kit::Beep();
-        say("You must choose a CD-ROM Drive", kit::Icon::None, "Error");
+        say(kNoDiscDrive, kit::Icon::None, kErrorTitle);
     }
     if (Check1->value())
         Text2->setText(qt(DrvFact1.label));
@@ -232,12 +232,11 @@ void Scanform::DiscImage_Click() {
 }
 
 QStringList Scanform::askForImages() {
-    return QFileDialog::getOpenFileNames(this, "Read a disc image", lastFolder(),
-                                         "Disc images (*.iso *.bin *.cue *.nrg *.img *.mdf);;All files (*)");
+    return QFileDialog::getOpenFileNames(this, kChooseImages, lastFolder(), kImageKinds);
 }
 
 QString Scanform::askForFolder() {
-    return QFileDialog::getExistingDirectory(this, "Read a folder as a disc", lastFolder());
+    return QFileDialog::getExistingDirectory(this, kChooseFolder, lastFolder());
 }
 
 // The first is asked for again at the end: many others may have taken its letter.
@@ -280,8 +279,8 @@ void Scanform::tellRefused(const QStringList& refused) {
         return;
     QString text = refused.mid(0, kMostRefused).join("\n\n");
     if (refused.size() > kMostRefused)
-        text += QString("\n\n%1 more can't be read either.").arg(refused.size() - kMostRefused);
-    say(text, kit::Icon::Exclamation, "Error");
+        text += "\n\n" + qt(moreRefusedText(refused.size() - kMostRefused));
+    say(text, kit::Icon::Exclamation, kErrorTitle);
 }
 
 bool Scanform::takesDiscs() const {

@@ -1,5 +1,6 @@
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
+#include "catalogue/Discs.h"
 #include "kit/common/Beep.h"
 #include "kit/common/Strings.h"
 #include "kit/program/MsgBox.h"
@@ -122,12 +123,12 @@ void Scanform::ShowNamePage() {
 }
 
 void Scanform::ShowCommentsPage() {
-    showPage(*this, kComments, std::string(kCommentsText));
+    showPage(*this, kComments, kCommentsText);
 }
 
 // Returns whether the page stays: a disc of a kind that can't be read leads back to the page before.
 bool Scanform::ShowCheckPage() {
-    showPage(*this, kCheck, std::string(kCheckText));
+    showPage(*this, kCheck, kCheckText);
     for (const int index : {0, 1, 2})
         Command1(index).setEnabled(false);
     const bool stays = QuickScanDone || beginQuickScan();
@@ -189,8 +190,7 @@ void Scanform::runQuickScan() {
             Text4->setText(qt(m_quickScan.text()));
         Dir1.letGo();
     } catch (const base::RuntimeError&) {
-        say("An error was found during the Quickscan operation. The scan will be cancelled.", kit::Icon::Critical,
-            "Error during Quickscan");
+        say(kQuickScanFailed, kit::Icon::Critical, kQuickScanFailedTitle);
         Unload();
         app::Windows::Show("Switch");
     }
@@ -267,22 +267,22 @@ void Scanform::goNext() {
 // The four checks of page 2, in order.
 bool Scanform::namePagePasses() {
     if (Text2->text().isEmpty()) {
-        say("You must enter a Preferred name.", kit::Icon::Exclamation, "Error");
+        say(kNoName, kit::Icon::Exclamation, kErrorTitle);
         Text2->setFocus();
         return false;
     }
     lookAtDisc();
     if (DrvFact1.type != disc::DriveType::CdRom) {
         kit::Beep();
-        say("You must choose a CD-ROM Drive", kit::Icon::Exclamation, "Error");
+        say(kNoDiscDrive, kit::Icon::Exclamation, kErrorTitle);
         return false;
     }
     if (const auto message = duplicateNameMessage(Data2.Recordset(), utf8(Text2->text()))) {
-        say(qt(*message), kit::Icon::Exclamation, "Duplicate Preferred Name");
+        say(qt(*message), kit::Icon::Exclamation, catalogue::kDuplicateNameTitle);
         return false;
     }
     return duplicateSerialsPassed(Data2.Recordset(), DrvFact1.serial, [this](const std::string& text) {
-        return kit::MsgBox(qt(text), kit::Buttons::OkCancel, kit::Icon::Exclamation, "Duplicate Serial Number", this) ==
+        return kit::MsgBox(qt(text), kit::Buttons::OkCancel, kit::Icon::Exclamation, kDuplicateSerialTitle, this) ==
                kit::Answer::Ok;
     });
 }

@@ -7,6 +7,7 @@
 #include "kit/program/MsgBox.h"
 #include "kit/program/Yield.h"
 #include "scanner/Scanform.h"
+#include "scanner/Texts.h"
 
 #include <QtCore/QScopeGuard>
 #include <QtCore/QTime>
@@ -138,7 +139,7 @@ std::filesystem::path Scanform::addedPath() const {
 void Scanform::sayDiscFails(const base::RuntimeError& error) {
     const auto path = addedPath();
     const auto told = path.empty() ? error : error.about(disc::shownPath(path));
-    say(qt(told.description()), kit::Icon::Exclamation, "Error");
+    say(qt(told.description()), kit::Icon::Exclamation, kErrorTitle);
 }
 
 // What keeps a scan from beginning is told, the disc as at the quick scan, and it can be started again.
@@ -153,17 +154,14 @@ bool Scanform::scanBegins() {
         m_engine->begin();
         return true;
     } catch (const base::RuntimeError& error) {
-        say(qt(error.description()), kit::Icon::Critical, "Error");
+        say(qt(error.description()), kit::Icon::Critical, kErrorTitle);
         return false;
     }
 }
 
 void Scanform::Command6_Click() {
     const auto answer =
-        kit::MsgBox("You have choosen to terminate the scan process. The scan operation will be stopped and "
-                    "the scanned enteries "
-                    "will be deleted. Press OK to proceed with deletion or press Cancel to continue.",
-                    kit::Buttons::OkCancel, kit::Icon::Critical, "Cancel Scan", this);
+        kit::MsgBox(kStopQuestion, kit::Buttons::OkCancel, kit::Icon::Critical, kStopQuestionTitle, this);
     if (answer != kit::Answer::Ok)
         return;
     app::Module1::ScanCancelled = 1;
@@ -183,10 +181,7 @@ void Scanform::Timer1_Timer() {
         return;
     const auto state = Data1.Recordset().Fields(catalogue::masterTable::kScanError).Text();
     if (state == "error")
-        say("The last CD-ROM scan was not successfully terminated. This may cause your database to "
-            "act wierdly. If "
-            "this happens try repairing your database or restore it from the database workshop.",
-            kit::Icon::Critical, "Error");
+        say(kUnfinishedScan, kit::Icon::Critical, kErrorTitle);
 }
 
 // ---- The scanning screen

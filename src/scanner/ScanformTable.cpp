@@ -1,4 +1,5 @@
 #include "scanner/Scanform.h"
+#include "scanner/Texts.h"
 
 // A resource in a static library has to be asked for, from outside all namespaces.
 static void loadPictures() {
@@ -117,7 +118,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .at(480, 270, 136, 30)
         .in(&Scanform::Picture1)
         .text("Disc &Image...")
-        .tip("Read image files or a folder as discs. You can also drop them on this window.")
+        .tip(kDiscImageTip)
         .onClick(&Scanform::DiscImage_Click),
     control(&Scanform::Command4, "Command4")
         .at(24, kButtonTop, 110, kButtonHeight)
@@ -164,8 +165,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Label10, "Label10")
         .at(52, 24, 510, 60)
         .in(&Scanform::SSTab1, 0)
-        .text("Scan all of the file details.(Name, size, extension, date, time, attributes, number "
-              "of icons in file and the internal information.)")
+        .text(kAllDetails)
         .align(Qt::AlignTop | Qt::AlignLeft)
         .onClick(&Scanform::Label10_Click),
     control(&Scanform::Option2, "Option2")
@@ -178,7 +178,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Label11, "Label11")
         .at(52, 100, 510, 44)
         .in(&Scanform::SSTab1, 0)
-        .text("Scan the basic file details only. (Name, size, extension, date, time, attributes.)")
+        .text(kBasicDetails)
         .align(Qt::AlignTop | Qt::AlignLeft)
         .onClick(&Scanform::Label11_Click),
     control(&Scanform::Option3, "Option3")
@@ -190,13 +190,13 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Label12, "Label12")
         .at(52, 164, 510, 28)
         .in(&Scanform::SSTab1, 0)
-        .text("Scan minimal details.(File name only.)")
+        .text(kMinimalDetails)
         .align(Qt::AlignTop | Qt::AlignLeft)
         .onClick(&Scanform::Label12_Click),
     control(&Scanform::Label7, "Label7")
         .at(20, 20, 548, 44)
         .in(&Scanform::SSTab1, 1)
-        .text("If an error is found during the scan process what would you like the program to do?")
+        .text(kOnError)
         .align(Qt::AlignTop | Qt::AlignLeft),
     control(&Scanform::Option4, "Option4")
         .at(20, 71, 24, 24)
@@ -207,7 +207,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Label13, "Label13")
         .at(52, 76, 510, 28)
         .in(&Scanform::SSTab1, 1)
-        .text("Ignore the error and carry on scanning.")
+        .text(kIgnoreErrors)
         .align(Qt::AlignTop | Qt::AlignLeft)
         .onClick(&Scanform::Label13_Click),
     control(&Scanform::Option5, "Option5")
@@ -218,25 +218,25 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Label14, "Label14")
         .at(52, 116, 510, 28)
         .in(&Scanform::SSTab1, 1)
-        .text("Cancel the operation and delete the added entries.")
+        .text(kStopAtErrors)
         .align(Qt::AlignTop | Qt::AlignLeft)
         .onClick(&Scanform::Label14_Click),
     control(&Scanform::Check2, "Check2")
         .at(20, 175, 24, 24)
         .in(&Scanform::SSTab1, 1)
-        .says("Log the errors to the CD-ROM's Comments")
+        .says(kLogErrors)
         .ticked()
         .onClick(&Scanform::Check2_Click),
     control(&Scanform::Label15, "Label15")
         .at(52, 180, 510, 28)
         .in(&Scanform::SSTab1, 1)
-        .text("Log the errors to the CD-ROM's Comments")
+        .text(kLogErrors)
         .align(Qt::AlignTop | Qt::AlignLeft)
         .onClick(&Scanform::Label15_Click),
     control(&Scanform::Label8, "Label8")
         .at(20, 20, 548, 44)
         .in(&Scanform::SSTab1, 2)
-        .text("When giving a number to a new CD-ROM that will be scanned, would you prefer to use :-")
+        .text(kNumbering)
         .align(Qt::AlignTop | Qt::AlignLeft),
     control(&Scanform::Option6, "Option6")
         .at(20, 71, 24, 24)
@@ -246,7 +246,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Label17, "Label17")
         .at(52, 76, 510, 28)
         .in(&Scanform::SSTab1, 2)
-        .text("Any free number (Those of deleted CD-ROM enteries).")
+        .text(kFreeNumber)
         .align(Qt::AlignTop | Qt::AlignLeft)
         .onClick(&Scanform::Label17_Click),
     control(&Scanform::Option7, "Option7")
@@ -258,7 +258,7 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::Label16, "Label16")
         .at(52, 116, 510, 28)
         .in(&Scanform::SSTab1, 2)
-        .text("The next number in the list (Number of last CD-ROM + 1).")
+        .text(kNextNumber)
         .align(Qt::AlignTop | Qt::AlignLeft)
         .onClick(&Scanform::Label16_Click),
     control(&Scanform::Command3, "Command3")
@@ -275,8 +275,8 @@ const kit::FormTable<Scanform> Scanform::kTable{
         .multiLine()
         .readOnly()
         .says("Instructions"),
-    counter(0, "Files done", "Click to see the decremental counter.").onClick(&Scanform::NumLED1_Click),
-    counter(1, "Files to come", "Click to see the incremental counter.").onClick(&Scanform::NumLED1_Click),
+    counter(0, "Files done", kSeeFilesToCome).onClick(&Scanform::NumLED1_Click),
+    counter(1, "Files to come", kSeeFilesDone).onClick(&Scanform::NumLED1_Click),
     stage(&Scanform::Picture3, "Picture3", 0, kWalkTop, ":/scan/waiting.svg").says("Not started"),
     stage(&Scanform::Picture3, "Picture3", 1, kWalkTop, ":/scan/running.svg").says("Running").hidden(),
     stage(&Scanform::Picture3, "Picture3", 2, kWalkTop, ":/scan/finished.svg").says("Finished").hidden(),
@@ -292,14 +292,14 @@ const kit::FormTable<Scanform> Scanform::kTable{
     control(&Scanform::NumLED2, "NumLED2")
         .at(426, kCounterTop, 190, 58)
         .in(&Scanform::Picture2)
-        .tip("Click to see the approximate remaining time.")
+        .tip(kSeeRemainingTime)
         .says("Elapsed Time")
         .hidden()
         .onClick(&Scanform::NumLED2_Click),
     control(&Scanform::NumLED3, "NumLED3")
         .at(426, kCounterTop, 190, 58)
         .in(&Scanform::Picture2)
-        .tip("Click to see the elapsed time.")
+        .tip(kSeeElapsedTime)
         .says("Remaining Time")
         .hidden()
         .onClick(&Scanform::NumLED3_Click),

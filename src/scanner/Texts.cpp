@@ -1,22 +1,16 @@
 #include "scanner/Texts.h"
 
 #include "base/Number.h"
+#include "base/Sentence.h"
 
 #include <initializer_list>
 
 namespace discaro::scanner {
 
+using base::filledIn;
+using base::numberText;
+
 namespace {
-
-// An entry of the settings: its heading, and its value on a line of its own, six blanks in.
-std::string settingsEntry(std::string_view heading, std::string_view value) {
-    return std::string(heading) + std::string(kLineEnd) + "      " + std::string(value) + std::string(kLineEnd) +
-           std::string(kLineEnd);
-}
-
-std::string settingsLine(std::string_view line) {
-    return std::string(line) + std::string(kLineEnd) + std::string(kLineEnd);
-}
 
 // With an empty line between them.
 std::string paragraphs(std::initializer_list<std::string_view> lines) {
@@ -26,32 +20,46 @@ std::string paragraphs(std::initializer_list<std::string_view> lines) {
     return text;
 }
 
-} // namespace
-
-std::string scanManner(const ScanOptions& options) {
-    return options.DetailLevel + " details " +
-           (options.ErrorAction == "ignore" ? "ignoring all errors." : "not ignoring any errors.");
+bool ignoresErrors(const ScanOptions& options) {
+    return options.ErrorAction == "ignore";
 }
 
+std::string settingsSentence(const ScanOptions& options) {
+    if (ignoresErrors(options))
+        return filledIn("* This CD-ROM will be scanned with %1 details ignoring all errors.", {options.DetailLevel});
+    return filledIn("* This CD-ROM will be scanned with %1 details not ignoring any errors.", {options.DetailLevel});
+}
+
+} // namespace
+
+// ---- Into the catalogue
+
 std::string reportSentence(const ScanOptions& options) {
-    return "Scanned with " + scanManner(options);
+    if (ignoresErrors(options))
+        return filledIn("Scanned with %1 details ignoring all errors.", {options.DetailLevel});
+    return filledIn("Scanned with %1 details not ignoring any errors.", {options.DetailLevel});
 }
 
 std::string initialComments(const ScanOptions& options, const std::string& userComments) {
-    if (userComments.empty())
-        return reportSentence(options);
-    return reportSentence(options) + std::string(kLineEnd) + userComments;
+    std::string comments = reportSentence(options);
+    if (!userComments.empty())
+        comments.append(kLineEnd).append(userComments);
+    return comments;
 }
 
-std::string directoryInHand(const disc::Lister& lister) {
-    return lister.path() + "     (" + std::to_string(lister.fileCount()) + " File(s))";
+std::string fileErrorText(std::string_view error, std::string_view path) {
+    return filledIn("%1 in File :- %2", {error, path});
 }
 
-std::string discLostText(double kept, double counted, bool logged) {
-    return "The CD-ROM could not be read to its end. " + base::numberText(kept) + " of the " +
-           base::numberText(counted) + " files that were counted are in the catalogue." +
-           (logged ? " The errors are in the CD-ROM's comments." : "");
+std::string directoryErrorText(std::string_view error, std::string_view path) {
+    return filledIn("%1 in Directory :- %2", {error, path});
 }
+
+std::string moreErrorsText(size_t count) {
+    return filledIn("%1 more errors", {std::to_string(count)});
+}
+
+// ---- The wizard's pages
 
 std::string welcomeText() {
     return paragraphs({
@@ -70,6 +78,26 @@ std::string nameText() {
     });
 }
 
+std::string countText(double directories, double files) {
+    return filledIn("%1 Directories\r\n%2 Files", {numberText(directories), numberText(files)});
+}
+
+std::string settingsText(const ScanSettings& settings) {
+    return paragraphs({
+        "* These are the final settings for your CD-ROM.",
+        "* To start scanning press Finish.",
+        "* To exit press Cancel.",
+        filledIn("Preferred Name:\r\n      %1", {settings.preferredName}),
+        filledIn("Drive Name:\r\n      %1", {settings.driveName}),
+        filledIn("Comments:\r\n      %1", {settings.comments}),
+        settingsSentence(settings.options),
+        filledIn("* The CD-ROM contains :-\r\n   %1 Directories\r\n   %2 Files",
+                 {numberText(settings.directories), numberText(settings.files)}),
+    });
+}
+
+// ---- The scanning screen
+
 std::string startText() {
     return paragraphs({
         "* Your CD-ROM will now be scanned.",
@@ -78,14 +106,35 @@ std::string startText() {
     });
 }
 
-std::string settingsText(const ScanSettings& settings) {
-    return settingsLine("* These are the final settings for your CD-ROM.") +
-           settingsLine("* To start scanning press Finish.") + settingsLine("* To exit press Cancel.") +
-           settingsEntry("Preferred Name:", settings.preferredName) + settingsEntry("Drive Name:", settings.driveName) +
-           settingsEntry("Comments:", settings.comments) +
-           settingsLine("* This CD-ROM will be scanned with " + scanManner(settings.options)) +
-           "* The CD-ROM contains :-" + std::string(kLineEnd) + "   " + base::numberText(settings.directories) +
-           " Directories" + std::string(kLineEnd) + "   " + base::numberText(settings.files) + " Files";
+std::string directoryInHand(const disc::Lister& lister) {
+    return filledIn("%1     (%2 File(s))", {lister.path(), std::to_string(lister.fileCount())});
+}
+
+std::string progressCaption(std::string_view caption, std::string_view done) {
+    return filledIn("%1  (%2 Done)", {caption, done});
+}
+
+// ---- Message boxes
+
+std::string duplicateSerialText(std::string_view preferredName) {
+    return filledIn(
+        "The CD-ROM named  '%1'  has the same serial number as this CD-ROM. You may have scanned it once before. Press Cancel to terminate this scan or press OK to ignore this fact and continue.",
+        {preferredName});
+}
+
+std::string moreRefusedText(int64_t count) {
+    return filledIn("%1 more can't be read either.", {std::to_string(count)});
+}
+
+std::string unsavedText(std::string_view reason) {
+    return filledIn("The scan could not be saved. The catalogue stands as it was before.\n\n%1", {reason});
+}
+
+std::string discLostText(double kept, double counted, bool logged) {
+    std::string text =
+        filledIn("The CD-ROM could not be read to its end. %1 of the %2 files that were counted are in the catalogue.",
+                 {numberText(kept), numberText(counted)});
+    return text.append(logged ? " The errors are in the CD-ROM's comments." : "");
 }
 
 } // namespace discaro::scanner

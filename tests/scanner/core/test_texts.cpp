@@ -72,6 +72,20 @@ TEST(ScanTexts, TheSettingsStandOnFivePiecesAndTheCounts) {
               "* The CD-ROM contains :-\r\n   12 Directories\r\n   3456 Files");
 }
 
+TEST(ScanTexts, TheSettingsSayThatNoErrorsAreIgnored) {
+    ScanSettings settings;
+    settings.options = {.DetailLevel = "minimal", .ErrorAction = "cancel", .LogErrors = {}, .UseFreeNumber = {}};
+    const std::string text = settingsText(settings);
+    const std::string sentence =
+        "\r\n\r\n* This CD-ROM will be scanned with minimal details not ignoring any errors.\r\n\r\n";
+    EXPECT_NE(text.find(sentence), std::string::npos) << text;
+}
+
+TEST(ScanTexts, AValueWithThePlaceOfAnotherStaysAsItIs) {
+    EXPECT_EQ(directoryErrorText("The path was not found", "D:\\%1"), "The path was not found in Directory :- D:\\%1");
+    EXPECT_EQ(fileErrorText("%2", "D:\\A"), "%2 in File :- D:\\A");
+}
+
 TEST(ScanClock, TheFirstTickIsZero) {
     ScanClock clock;
     clock.start();
