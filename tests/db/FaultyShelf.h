@@ -13,9 +13,6 @@ namespace discaro::db::test {
 // A shelf on a disk that can fail. Its file can be put back as it was.
 class FaultyShelf : public Shelf {
 protected:
-    FaultyShelf() { Connection::useFileLayer(discaro::test::FaultVfs::name()); }
-    ~FaultyShelf() override { Connection::useFileLayer({}); }
-
     std::filesystem::path untouched() const { return folder() / "untouched"; }
     // What the file holds now is what putBack brings back.
     void keepAsFirst() const { std::filesystem::copy_file(path(), untouched()); }

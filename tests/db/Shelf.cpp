@@ -1,11 +1,7 @@
 #include "db/Shelf.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
-#include <stdexcept>
-#include <system_error>
 
 namespace discaro::db::test {
 
@@ -15,31 +11,11 @@ namespace {
 
 constexpr int32_t kApplication = 0x5368656c;
 
-// In memory where the system has such a place: every row saved by itself waits for the disk otherwise.
-fs::path scratchPlace() {
-    const fs::path inMemory = "/dev/shm";
-    return ::access(inMemory.c_str(), W_OK) == 0 ? inMemory : fs::temp_directory_path();
-}
-
-fs::path makeFolder() {
-    std::string pattern = (scratchPlace() / "discaro-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    return pattern;
-}
-
 } // namespace
 
-Shelf::Shelf()
-    : m_folder(makeFolder()) {
+Shelf::Shelf() {
     DBEngine::SetFormat(format());
     make("shelf.db");
-}
-
-Shelf::~Shelf() {
-    DBEngine::SetFormat({});
-    std::error_code ignored;
-    fs::remove_all(m_folder, ignored);
 }
 
 FileFormat Shelf::format() {
@@ -88,13 +64,13 @@ std::vector<std::string> Shelf::statements() {
 }
 
 fs::path Shelf::make(const std::string& name) const {
-    DBEngine::CreateDatabase(m_folder / name, format(), statements());
-    return m_folder / name;
+    DBEngine::CreateDatabase(folder() / name, format(), statements());
+    return folder() / name;
 }
 
 std::vector<std::string> Shelf::listing() const {
     std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(m_folder))
+    for (const auto& entry : fs::directory_iterator(folder()))
         names.push_back(entry.path().filename().string());
     std::ranges::sort(names);
     return names;

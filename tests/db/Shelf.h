@@ -4,6 +4,8 @@
 #include "db/DBEngine.h"
 #include "db/DataSource.h"
 #include "db/schema/FileFormat.h"
+#include "support/FreshEngine.h"
+#include "support/ScratchFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -20,13 +22,12 @@ namespace discaro::db::test {
 class Shelf : public testing::Test {
 protected:
     Shelf();
-    ~Shelf() override;
 
     static FileFormat format();
     static std::vector<std::string> statements();
 
-    const std::filesystem::path& folder() const { return m_folder; }
-    std::filesystem::path path() const { return m_folder / "shelf.db"; }
+    const std::filesystem::path& folder() const { return m_folder.path(); }
+    std::filesystem::path path() const { return folder() / "shelf.db"; }
     std::filesystem::path make(const std::string& name) const;
     // The names of what lies in the folder, sorted.
     std::vector<std::string> listing() const;
@@ -41,7 +42,10 @@ protected:
     int64_t count(std::string_view table) const;
 
 private:
-    std::filesystem::path m_folder;
+    using ScratchFolder = discaro::test::ScratchFolder;
+
+    ScratchFolder m_folder{ScratchFolder::Place::Memory};
+    discaro::test::FreshEngine m_engine;
 };
 
 // The number of the error that an action throws, 0 when it throws none.

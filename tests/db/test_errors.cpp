@@ -1,18 +1,20 @@
-#include "db/RawDatabase.h"
 #include "db/Shelf.h"
 #include "db/sqlite/Connection.h"
+#include "support/Files.h"
+#include "support/RawDatabase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <fstream>
-
 namespace discaro::db::test {
 namespace {
 
 using base::ErrorNumber;
+using discaro::test::overwriteFile;
+using discaro::test::RawDatabase;
+using discaro::test::writeFile;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
@@ -23,12 +25,6 @@ class OpeningErrors : public Shelf {
 protected:
     int errorOfOpening(const fs::path& file) const {
         return errorOf([&] { DBEngine::OpenDatabase(file); });
-    }
-
-    void overwrite(std::streamoff at, const std::string& bytes) const {
-        std::fstream file(path(), std::ios::in | std::ios::out | std::ios::binary);
-        file.seekp(at);
-        file << bytes;
     }
 };
 
@@ -47,11 +43,11 @@ TEST_F(OpeningErrors, AFolderAndAPipeAreNoCatalogues) {
 }
 
 TEST_F(OpeningErrors, OtherFilesAreNoCatalogues) {
-    std::ofstream(folder() / "empty");
+    writeFile(folder() / "empty");
     EXPECT_EQ(errorOfOpening(folder() / "empty"), number(ErrorNumber::NotACatalogue));
-    std::ofstream(folder() / "short") << "x";
+    writeFile(folder() / "short", "x");
     EXPECT_EQ(errorOfOpening(folder() / "short"), number(ErrorNumber::NotACatalogue));
-    std::ofstream(folder() / "long") << std::string(100'000, 'x');
+    writeFile(folder() / "long", std::string(100'000, 'x'));
     EXPECT_EQ(errorOfOpening(folder() / "long"), number(ErrorNumber::NotACatalogue));
     EXPECT_EQ(fs::file_size(folder() / "empty"), 0U);
 }
@@ -106,14 +102,14 @@ TEST_F(OpeningErrors, ACatalogueCutShortIsDamaged) {
 }
 
 TEST_F(OpeningErrors, ADamagedFirstPageIsReported) {
-    overwrite(100, std::string(400, '\xff'));
+    overwriteFile(path(), 100, std::string(400, '\xff'));
     EXPECT_EQ(errorOfOpening(path()), number(ErrorNumber::CatalogueDamaged));
 }
 
 TEST_F(OpeningErrors, DamageFurtherInShowsWhereItIsRead) {
     addFiles("C1D1", 2000);
     const auto size = fs::file_size(path());
-    overwrite(static_cast<std::streamoff>(size / 2), std::string(size / 2, '\xee'));
+    overwriteFile(path(), static_cast<std::streamoff>(size / 2), std::string(size / 2, '\xee'));
     const auto database = open();
     EXPECT_EQ(errorOf([&] {
                   const auto files = database->OpenRecordset("Files");
@@ -141,7 +137,6 @@ TEST_F(OpeningErrors, AJournalLeftInWriteAheadModeIsTakenIn) {
 class LockedCatalogues : public Shelf {
 protected:
     LockedCatalogues() { Connection::setLockWait(0); }
-    ~LockedCatalogues() override { Connection::setLockWait(2000); }
 };
 
 TEST_F(LockedCatalogues, AnotherProgramsWriteLockIsReported) {
@@ -244,7 +239,7 @@ TEST_F(Creating, NeverOverwrites) {
 }
 
 TEST_F(Creating, WhatAnInterruptedCreationLeftDoesNotMatter) {
-    std::ofstream(folder() / "new.db.new") << "half a file";
+    writeFile(folder() / "new.db.new", "half a file");
     make("new.db");
     EXPECT_THAT(listing(), ElementsAre("new.db", "shelf.db"));
     EXPECT_NO_THROW(DBEngine::OpenDatabase(folder() / "new.db"));

@@ -1,15 +1,17 @@
-#include "db/RawDatabase.h"
 #include "db/Shelf.h"
+#include "support/Files.h"
+#include "support/RawDatabase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <fstream>
 
 namespace discaro::db::test {
 namespace {
 
 using base::ErrorNumber;
+using discaro::test::InFolder;
+using discaro::test::RawDatabase;
+using discaro::test::writeFile;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -18,21 +20,6 @@ namespace fs = std::filesystem;
 class RecordsetQueries : public Shelf {
 protected:
     RecordsetQueries() { addDirectories({"C12D1", "C12D1S1", "C12D1S10", "C12D1S1S1", "C12D1S1S2", "C1D1"}); }
-
-    // Leaves the process's current folder as it was.
-    class InFolder {
-    public:
-        explicit InFolder(const fs::path& folder)
-            : m_before(fs::current_path()) {
-            fs::current_path(folder);
-        }
-        ~InFolder() { fs::current_path(m_before); }
-        InFolder(const InFolder&) = delete;
-        InFolder& operator=(const InFolder&) = delete;
-
-    private:
-        fs::path m_before;
-    };
 
     std::vector<std::string> numbersOf(std::string_view text) {
         return texts(*open()->OpenRecordset(text), "id number");
@@ -344,7 +331,7 @@ TEST_F(RecordsetQueries, InAnotherFileReadsThatFile) {
 
 TEST_F(RecordsetQueries, InAMissingFileOrNoCatalogueFails) {
     const InFolder here(folder());
-    std::ofstream("notes.txt") << "no database at all, just some text that is long enough";
+    writeFile("notes.txt", "no database at all, just some text that is long enough");
     const auto database = open();
     EXPECT_EQ(errorOf([&] { database->OpenRecordset("select * from Directories in lost.db"); }),
               number(ErrorNumber::FileMissing));

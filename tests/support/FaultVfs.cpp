@@ -1,5 +1,7 @@
 #include "support/FaultVfs.h"
 
+#include "db/sqlite/Connection.h"
+
 #include <sqlite3.h>
 
 #include <climits>
@@ -177,9 +179,11 @@ FaultVfs::FaultVfs()
         return code != SQLITE_OK ? SQLITE_IOERR_DELETE : layer->real->xDelete(layer->real, path, syncFolder);
     };
     sqlite3_vfs_register(&m_layer->vfs, 0);
+    db::Connection::useFileLayer(name());
 }
 
 FaultVfs::~FaultVfs() {
+    db::Connection::useFileLayer({});
     sqlite3_vfs_unregister(&m_layer->vfs);
 }
 

@@ -2,7 +2,7 @@
 
 #include "catalogue/EmptyCatalogue.h"
 #include "db/DBEngine.h"
-#include "disc/ScratchFolder.h"
+#include "support/ScratchFolder.h"
 
 #include <gtest/gtest.h>
 

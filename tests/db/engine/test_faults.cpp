@@ -1,6 +1,6 @@
 #include "db/FaultyShelf.h"
-#include "db/RawDatabase.h"
 #include "db/engine/Engine.h"
+#include "support/RawDatabase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,6 +15,7 @@ namespace {
 
 using base::ErrorNumber;
 using discaro::test::FaultVfs;
+using discaro::test::RawDatabase;
 using testing::AnyOf;
 using testing::ElementsAre;
 using testing::IsEmpty;

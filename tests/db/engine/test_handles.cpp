@@ -1,7 +1,7 @@
-#include "db/RawDatabase.h"
 #include "db/Shelf.h"
 #include "db/engine/Engine.h"
 #include "db/engine/Store.h"
+#include "support/RawDatabase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +10,7 @@ namespace discaro::db::test {
 namespace {
 
 using base::ErrorNumber;
+using discaro::test::RawDatabase;
 using testing::ElementsAre;
 
 namespace fs = std::filesystem;

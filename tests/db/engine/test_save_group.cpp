@@ -1,7 +1,7 @@
 #include "db/FaultyShelf.h"
-#include "db/RawDatabase.h"
 #include "db/engine/SaveGroup.h"
 #include "db/engine/Store.h"
+#include "support/RawDatabase.h"
 #include "support/RefusedMemory.h"
 
 #include <gmock/gmock.h>
@@ -17,6 +17,7 @@ namespace {
 
 using base::ErrorNumber;
 using discaro::test::FaultVfs;
+using discaro::test::RawDatabase;
 using testing::ElementsAre;
 
 constexpr int kFiles = 3000;
@@ -282,7 +283,6 @@ TEST_F(SaveGroups, ALockedFileRefusesEachAsItWouldWithoutAGroup) {
     EXPECT_EQ(change(*files, -1), 0);
     group.End();
     EXPECT_EQ(changed(-1), 100);
-    Connection::setLockWait(2000);
 }
 
 TEST_F(SaveGroups, ASaveThatRunsOutOfMemoryTakesNoOtherWithIt) {

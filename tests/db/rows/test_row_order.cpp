@@ -1,8 +1,8 @@
 #include "base/Text.h"
-#include "db/RawDatabase.h"
 #include "db/Shelf.h"
 #include "db/engine/Store.h"
 #include "support/QueryPlan.h"
+#include "support/RawDatabase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@
 namespace discaro::db::test {
 namespace {
 
+using discaro::test::RawDatabase;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;

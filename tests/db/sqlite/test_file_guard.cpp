@@ -1,12 +1,11 @@
 #include "db/FaultyShelf.h"
-#include "db/RawDatabase.h"
 #include "db/engine/Engine.h"
+#include "support/Files.h"
+#include "support/RawDatabase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <ostream>
 
 // A catalogue that other programs replace, move, remove or write over without minding SQLite's locks.
@@ -15,6 +14,9 @@ namespace {
 
 using base::ErrorNumber;
 using discaro::test::FaultVfs;
+using discaro::test::overwriteFile;
+using discaro::test::RawDatabase;
+using discaro::test::readFile;
 using testing::ElementsAre;
 
 namespace fs = std::filesystem;
@@ -27,11 +29,6 @@ std::ostream& operator<<(std::ostream& out, Deed deed) {
     return out << kNames[static_cast<int>(deed)];
 }
 
-std::string bytesOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 class FileGuard : public FaultyShelf {
 protected:
     FileGuard() {
@@ -39,7 +36,7 @@ protected:
         addDisc(1, "old");
         addFiles("C1D1", 150);
         keepAsFirst();
-        m_original = bytesOf(path());
+        m_original = readFile(path());
         make("other.db");
         RawDatabase(other()).execute(
             "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 900) "
@@ -81,7 +78,7 @@ protected:
             fs::resize_file(path(), 0);
             break;
         }
-        m_left = bytesOf(path());
+        m_left = readFile(path());
         m_done = true;
     }
 
@@ -89,10 +86,10 @@ protected:
     // away is whole and as it was.
     void expectNothingTouched(Deed deed) const {
         EXPECT_EQ(fs::exists(path()), deed != Deed::Removed);
-        EXPECT_TRUE(bytesOf(path()) == m_left);
+        EXPECT_TRUE(readFile(path()) == m_left);
         EXPECT_FALSE(fs::exists(path().string() + "-journal"));
         if (deed == Deed::MovedAway) {
-            EXPECT_TRUE(bytesOf(moved()) == m_original);
+            EXPECT_TRUE(readFile(moved()) == m_original);
         }
     }
 
@@ -164,7 +161,7 @@ TEST_P(ForeignDeeds, AtAnyPointOfATransactionCommitNothingAndTouchNothing) {
         if (at + 1 < operations)
             ASSERT_NO_FATAL_FAILURE(expectNothingTouched(GetParam()));
         else
-            ASSERT_TRUE(bytesOf(path()) == m_left);
+            ASSERT_TRUE(readFile(path()) == m_left);
         if (GetParam() == Deed::Replaced || GetParam() == Deed::Overwritten) {
             ASSERT_EQ(count("Files"), 900);
         }
@@ -228,10 +225,10 @@ TEST_F(FileGuard, AFileThatWasOnlyTouchedIsRolledBackWhole) {
     auto discs = source();
     DBEngine::BeginTrans();
     addLongNames(*discs, 200);
-    ASSERT_FALSE(bytesOf(path()) == m_original);
+    ASSERT_FALSE(readFile(path()) == m_original);
     touch();
     EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::CatalogueReplaced));
-    EXPECT_TRUE(bytesOf(path()) == m_original);
+    EXPECT_TRUE(readFile(path()) == m_original);
     add(discs->Recordset(), 2);
     EXPECT_EQ(count("Discs"), 2);
 }
@@ -241,7 +238,7 @@ TEST_F(FileGuard, AFileThatTheRollbackLeavesAsAnotherStaysForeign) {
         .execute("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 3000) "
                  "INSERT INTO Files(\"file size\") SELECT 5 FROM n");
     const auto countOn = [this] {
-        std::fstream(path(), std::ios::binary | std::ios::in | std::ios::out).seekp(24).write("\0\0\7\7", 4);
+        overwriteFile(path(), 24, std::string_view("\0\0\7\7", 4));
         touch();
     };
     const auto cutShort = [this] { fs::resize_file(path(), fs::file_size(path()) - 1); };
@@ -250,12 +247,12 @@ TEST_F(FileGuard, AFileThatTheRollbackLeavesAsAnotherStaysForeign) {
         auto discs = source();
         DBEngine::BeginTrans();
         changeRows(*discs);
-        ASSERT_FALSE(bytesOf(path()) == bytesOf(untouched()));
+        ASSERT_FALSE(readFile(path()) == readFile(untouched()));
         act();
         EXPECT_EQ(errorOf([] { DBEngine::CommitTrans(); }), number(ErrorNumber::CatalogueReplaced));
-        m_left = bytesOf(path());
+        m_left = readFile(path());
         EXPECT_EQ(errorOf([&] { add(discs->Recordset(), 2); }), number(ErrorNumber::CatalogueReplaced));
-        EXPECT_TRUE(bytesOf(path()) == m_left);
+        EXPECT_TRUE(readFile(path()) == m_left);
         EXPECT_EQ(errorOf([&] { open(); }), number(ErrorNumber::CatalogueReplaced));
         discs.reset();
         EXPECT_EQ(count("Discs"), 1);
@@ -283,7 +280,7 @@ TEST_F(FileGuard, AnotherProgramsJournalBesideTheNewFileIsLeftAlone) {
     EXPECT_EQ(discs->Database()->OpenRecordset("select * from Discs")->RecordCount(), 1);
     EXPECT_EQ(errorOf([&] { add(discs->Recordset(), 2); }), number(ErrorNumber::CatalogueReplaced));
     EXPECT_TRUE(fs::exists(journal));
-    EXPECT_TRUE(bytesOf(moved()) == m_original);
+    EXPECT_TRUE(readFile(moved()) == m_original);
     another.execute("ROLLBACK");
     EXPECT_EQ(another.text("SELECT count(*) FROM Files WHERE \"file name\" = 'changed'"), "0");
     EXPECT_EQ(another.text("PRAGMA integrity_check"), "ok");
@@ -331,7 +328,7 @@ TEST_F(FileGuard, NoPageOfACopyThatWentAnotherWayIsMixedWithTheFilesOwn) {
     discs->Update();
     fs::copy_file(untouched(), moved());
     RawDatabase(moved()).execute("UPDATE Files SET \"file name\" = 'theirs'");
-    ASSERT_EQ(bytesOf(path()).substr(0, 100), bytesOf(moved()).substr(0, 100));
+    ASSERT_EQ(readFile(path()).substr(0, 100), readFile(moved()).substr(0, 100));
     fs::copy_file(moved(), path(), fs::copy_options::overwrite_existing);
     fs::last_write_time(path(), fs::file_time_type::clock::now() + std::chrono::hours(1));
     const auto named = [&](const char* query) { return database->OpenRecordset(query)->RecordCount(); };
@@ -371,7 +368,7 @@ TEST_F(FileGuard, AJournalThatADeadProgramLeftIsPlayedBackAsEver) {
     fs::rename(half().string() + "-journal", path().string() + "-journal");
     EXPECT_EQ(discs->Database()->OpenRecordset("select * from Files where [file name] like 'changed'")->RecordCount(),
               0);
-    EXPECT_TRUE(bytesOf(path()) == m_original);
+    EXPECT_TRUE(readFile(path()) == m_original);
     add(discs->Recordset(), 2);
     EXPECT_EQ(count("Discs"), 2);
 }
@@ -381,10 +378,10 @@ TEST_F(FileGuard, AJournalThatADeadProgramLeftOfALongerFileIsSetAside) {
     const std::string journal = path().string() + "-journal";
     fs::copy_file(half().string() + "-journal", journal);
     EXPECT_EQ(count("Files"), 150);
-    EXPECT_TRUE(bytesOf(path()) == m_original);
+    EXPECT_TRUE(readFile(path()) == m_original);
     addDisc(2, "new");
     EXPECT_FALSE(fs::exists(journal));
-    EXPECT_TRUE(bytesOf(journal + ".1") == bytesOf(half().string() + "-journal"));
+    EXPECT_TRUE(readFile(journal + ".1") == readFile(half().string() + "-journal"));
 }
 
 TEST_F(FileGuard, AJournalIsLeftToAProgramThatIsChangingTheFile) {
@@ -443,7 +440,6 @@ TEST_F(JournalModes, AProgramThatKeepsTheLogOpenKeepsUsFromWriting) {
         EXPECT_EQ(database->OpenRecordset("Discs")->RecordCount(), 1);
     }
     discs->Update();
-    Connection::setLockWait(2000);
     EXPECT_EQ(count("Discs"), 2);
     EXPECT_EQ(modeOf(*database), "delete");
 }

@@ -1,5 +1,5 @@
-#include "db/RawDatabase.h"
 #include "db/Shelf.h"
+#include "support/RawDatabase.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,6 +13,7 @@ namespace discaro::db::test {
 namespace {
 
 using base::ErrorNumber;
+using discaro::test::RawDatabase;
 
 struct Assignment {
     const char* name;

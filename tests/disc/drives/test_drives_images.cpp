@@ -1,8 +1,8 @@
 #include "base/RuntimeError.h"
 #include "disc/ImageHelp.h"
-#include "disc/ScratchFolder.h"
 #include "disc/drives/DriveTable.h"
 #include "disc/drives/Lister.h"
+#include "support/ScratchFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "disc/ImageHelp.h"
-#include "disc/ScratchFolder.h"
 #include "disc/drives/DriveTable.h"
 #include "disc/folder/FolderMedium.h"
 #include "support/MemoryMedium.h"
+#include "support/ScratchFolder.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

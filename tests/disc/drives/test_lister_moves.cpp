@@ -1,5 +1,5 @@
 #include "disc/ListerFixture.h"
-#include "disc/ScratchFolder.h"
+#include "support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -3,15 +3,13 @@
 #include "support/BufferSource.h"
 #include "support/ExecutableBuilder.h"
 #include "support/FileResources.h"
+#include "support/Files.h"
+#include "support/ScratchFolder.h"
+#include "support/ToolRun.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <memory>
 #include <set>
 #include <sstream>
 
@@ -27,26 +25,9 @@ namespace fs = std::filesystem;
 
 const fs::path kExecutables = "/usr/share/nsis";
 
-std::string outputOf(const std::string& command) {
-    struct Close {
-        void operator()(std::FILE* pipe) const { pclose(pipe); }
-    };
-    const std::unique_ptr<std::FILE, Close> pipe(popen((command + " 2>/dev/null").c_str(), "r"));
-    std::string output;
-    std::array<char, 4096> buffer{};
-    for (size_t count = 1; pipe && count > 0; output.append(buffer.data(), count))
-        count = std::fread(buffer.data(), 1, buffer.size(), pipe.get());
-    return output;
-}
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 // Icon groups as wrestool lists them, one line for each language: counted by name.
 int64_t listedGroups(const fs::path& path) {
-    std::istringstream lines(outputOf("wrestool -l --type=14 '" + path.string() + "'"));
+    std::istringstream lines(runTool("wrestool -l --type=14 " + shellWord(path)));
     std::set<std::string> names;
     for (std::string line; std::getline(lines, line);) {
         const auto name = line.find("--name=");
@@ -56,13 +37,13 @@ int64_t listedGroups(const fs::path& path) {
 }
 
 std::string extractedVersion(const fs::path& path) {
-    return outputOf("wrestool -x --raw --type=16 '" + path.string() + "'");
+    return runTool("wrestool -x --raw --type=16 " + shellWord(path));
 }
 
 std::vector<fs::path> installedExecutables() {
     std::vector<fs::path> paths;
     for (const auto& entry : fs::recursive_directory_iterator(kExecutables)) {
-        if (entry.is_regular_file() && contentOf(entry.path()).starts_with("MZ"))
+        if (entry.is_regular_file() && readFile(entry.path()).starts_with("MZ"))
             paths.push_back(entry.path());
     }
     return paths;
@@ -71,7 +52,6 @@ std::vector<fs::path> installedExecutables() {
 class IconTools : public testing::Test {
 protected:
     IconTools() {
-        fs::create_directories(m_folder);
         auto resources = iconResources(6);
         resources.push_back({kGroupIconType, std::string("MAIN"), "group"});
         resources.push_back({kVersionType, uint16_t{1}, wideVersion(sampleVersion())});
@@ -80,27 +60,23 @@ protected:
         resources.back().data = narrowVersion(sampleVersion("040904E4"));
         write("old.exe", neFile(resources).bytes);
     }
-    ~IconTools() override { fs::remove_all(m_folder); }
 
-    void write(const std::string& name, const std::string& bytes) {
-        m_paths.push_back(m_folder / name);
-        std::ofstream(m_paths.back(), std::ios::binary) << bytes;
-    }
+    void write(const std::string& name, const std::string& bytes) { m_paths.push_back(m_folder.write(name, bytes)); }
 
-    fs::path m_folder = fs::path(testing::TempDir()) / ("icon-tools-" + std::to_string(getpid()));
+    const ScratchFolder m_folder;
     std::vector<fs::path> m_paths;
 };
 
 TEST_F(IconTools, SeeAsManyIconGroupsInOurExecutables) {
     for (const auto& path : m_paths) {
         EXPECT_EQ(listedGroups(path), 7) << path << " (wrestool is in the package icoutils)";
-        EXPECT_EQ(readResources(BufferSource(contentOf(path))).icons, 7) << path;
+        EXPECT_EQ(readResources(BufferSource(readFile(path))).icons, 7) << path;
     }
 }
 
 TEST_F(IconTools, ExtractTheSameVersionResource) {
     for (const auto& path : m_paths) {
-        const auto content = contentOf(path);
+        const auto content = readFile(path);
         const BufferSource source(content);
         EXPECT_EQ(Executable(source).versionResource(), extractedVersion(path)) << path;
         EXPECT_EQ(versionTexts(extractedVersion(path)), sampleTexts()) << path;
@@ -112,7 +88,7 @@ TEST_F(IconTools, SeeAsManyIconGroupsInInstalledExecutables) {
     ASSERT_GE(paths.size(), 40U) << "the package nsis-common is needed";
     int withIcons = 0;
     for (const auto& path : paths) {
-        const auto icons = readResources(BufferSource(contentOf(path))).icons;
+        const auto icons = readResources(BufferSource(readFile(path))).icons;
         EXPECT_EQ(icons, listedGroups(path)) << path;
         withIcons += icons > 0 ? 1 : 0;
     }
@@ -123,7 +99,7 @@ TEST_F(IconTools, AndWeAgreeThatInstalledIconFilesAreOnes) {
     int files = 0;
     for (const auto& entry : fs::recursive_directory_iterator(kExecutables)) {
         if (entry.path().extension() == ".ico") {
-            EXPECT_EQ(readResources(BufferSource(contentOf(entry.path()))).icons, 1) << entry.path();
+            EXPECT_EQ(readResources(BufferSource(readFile(entry.path()))).icons, 1) << entry.path();
             ++files;
         }
     }
@@ -132,7 +108,7 @@ TEST_F(IconTools, AndWeAgreeThatInstalledIconFilesAreOnes) {
 
 TEST(InstalledExecutables, CutAnywhereReadSafely) {
     for (const auto& path : installedExecutables()) {
-        const auto content = contentOf(path);
+        const auto content = readFile(path);
         const auto whole = readResources(BufferSource(content));
         for (size_t length = 0; length < content.size(); length += 64) {
             const BufferSource cut(content.substr(0, length));

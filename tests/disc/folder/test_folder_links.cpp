@@ -1,7 +1,8 @@
 #include "disc/ImageHelp.h"
-#include "disc/ScratchFolder.h"
 #include "disc/folder/FolderMedium.h"
+#include "support/ScratchFolder.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>

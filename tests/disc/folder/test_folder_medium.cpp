@@ -1,9 +1,10 @@
 #include "base/Text.h"
 #include "disc/ImageHelp.h"
-#include "disc/ScratchFolder.h"
 #include "disc/folder/FolderMedium.h"
 #include "disc/system/MountTable.h"
+#include "support/ScratchFolder.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>

@@ -1,6 +1,6 @@
 #include "base/RuntimeError.h"
-#include "disc/ScratchFolder.h"
 #include "disc/folder/FolderTree.h"
+#include "support/ScratchFolder.h"
 
 #include <gtest/gtest.h>
 

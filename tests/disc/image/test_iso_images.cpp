@@ -1,11 +1,11 @@
 #include "disc/ImageHelp.h"
-#include "disc/ScratchFolder.h"
 #include "disc/image/CueSheet.h"
 #include "disc/medium/BufferedBytes.h"
 #include "disc/medium/TrackBytes.h"
 #include "disc/system/FileBytes.h"
 #include "support/IsoBuilder.h"
 #include "support/RawImage.h"
+#include "support/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #include "disc/ImageHelp.h"
-#include "disc/ScratchFolder.h"
+#include "support/Files.h"
+#include "support/ScratchFolder.h"
 #include "support/ToolRun.h"
 
 #include <gmock/gmock.h>
@@ -24,12 +25,9 @@ namespace fs = std::filesystem;
 // A folder "tree" to make images of, and the images beside it.
 class Tools : public testing::Test {
 protected:
-    void file(const std::string& name, const std::string& content = "x") {
-        fs::create_directories((m_folder.path() / "tree" / name).parent_path());
-        m_folder.write("tree/" + name, content);
-    }
+    void file(const std::string& name, const std::string& content = "x") { m_folder.write("tree/" + name, content); }
 
-    void folder(const std::string& name) { fs::create_directories(m_folder.path() / "tree" / name); }
+    void folder(const std::string& name) { m_folder.makeFolder("tree/" + name); }
 
     std::unique_ptr<Medium> genisoimage(const std::string& options) {
         runTool("genisoimage -quiet " + options + " -o image.iso tree", m_folder.path());
@@ -47,12 +45,10 @@ protected:
         const auto top = m_folder.path() / "tree";
         for (const auto& entry : fs::recursive_directory_iterator(top)) {
             const auto name = fs::relative(entry.path(), top).string();
-            if (entry.is_directory()) {
+            if (entry.is_directory())
                 found[name + "/"] = "";
-            } else {
-                std::ifstream stream(entry.path(), std::ios::binary);
-                found[name] = std::string(std::istreambuf_iterator<char>(stream), {});
-            }
+            else
+                found[name] = readFile(entry.path());
         }
         return found;
     }
@@ -245,8 +241,7 @@ TEST_F(Tools, BridgeImagesAreReadThroughTheirIsoSide) {
 
 // The image with its ISO 9660 descriptors wiped.
 std::string withoutIsoSide(const fs::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    std::string image(std::istreambuf_iterator<char>(stream), {});
+    std::string image = readFile(path);
     for (size_t at = 16 * 2048; image.compare(at + 1, 5, "CD001") == 0; at += 2048)
         image.replace(at, 2048, std::string(2048, '\0'));
     return image;

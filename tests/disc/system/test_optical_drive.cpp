@@ -1,6 +1,6 @@
 #include "base/RuntimeError.h"
-#include "disc/ScratchFolder.h"
 #include "disc/system/OpticalDrive.h"
+#include "support/ScratchFolder.h"
 
 #include <gtest/gtest.h>
 #include <linux/cdrom.h>

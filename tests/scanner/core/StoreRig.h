@@ -34,12 +34,7 @@ protected:
 
     static scanner::ScanOptions action(const char* errorAction);
 
-    // In this order: the layer is there before the rig's catalogue and after it.
-    FaultVfs layer;
-    struct UseLayer {
-        UseLayer() { db::Connection::useFileLayer(FaultVfs::name()); }
-        ~UseLayer() { db::Connection::useFileLayer({}); }
-    } useLayer;
+    FaultVfs layer; // there before the rig's catalogue and after it
     ScanRig rig;
     std::string before; // the whole catalogue at first
 

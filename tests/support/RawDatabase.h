@@ -1,11 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
 struct sqlite3;
 
-namespace discaro::db::test {
+namespace discaro::test {
 
 // Another program's connection to a file: SQLite itself, without anything of the store around it. Throws
 // std::runtime_error with SQLite's words when a statement fails.
@@ -18,11 +19,13 @@ public:
     RawDatabase& operator=(const RawDatabase&) = delete;
 
     void execute(const std::string& sql);
-    // The first cell of the first row.
+    // The first cell of the first row, "" when there is none.
     std::string text(const std::string& sql);
+    // Rows of a table, named as SQL has it.
+    int64_t count(const std::string& table);
 
 private:
     sqlite3* m_handle = nullptr;
 };
 
-} // namespace discaro::db::test
+} // namespace discaro::test

@@ -1,15 +1,17 @@
-#include "db/RawDatabase.h"
+#include "support/RawDatabase.h"
 
 #include <sqlite3.h>
 
 #include <stdexcept>
 
-namespace discaro::db::test {
+namespace discaro::test {
 
 RawDatabase::RawDatabase(const std::filesystem::path& path, const std::string& layer) {
     if (sqlite3_open_v2(path.c_str(), &m_handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
-                        layer.empty() ? nullptr : layer.c_str()) != SQLITE_OK)
+                        layer.empty() ? nullptr : layer.c_str()) != SQLITE_OK) {
+        sqlite3_close(m_handle);
         throw std::runtime_error("not opened");
+    }
 }
 
 RawDatabase::~RawDatabase() {
@@ -28,8 +30,14 @@ std::string RawDatabase::text(const std::string& sql) {
             *static_cast<std::string*>(into) = cells[0];
         return 1;
     };
-    sqlite3_exec(m_handle, sql.c_str(), take, &found, nullptr);
+    const int code = sqlite3_exec(m_handle, sql.c_str(), take, &found, nullptr);
+    if (code != SQLITE_OK && code != SQLITE_ABORT)
+        throw std::runtime_error(sqlite3_errmsg(m_handle));
     return found;
 }
 
-} // namespace discaro::db::test
+int64_t RawDatabase::count(const std::string& table) {
+    return std::stoll(text("SELECT count(*) FROM " + table));
+}
+
+} // namespace discaro::test
