@@ -45,7 +45,6 @@ public:
     // A statement by its text, from the cache; and one that the caller keeps.
     std::shared_ptr<Statement> statement(std::string_view sql) { return m_statements.get(sql); }
     std::shared_ptr<Statement> prepare(std::string_view sql);
-    const StatementCache& statements() const { return m_statements; }
     // How SQLite would run a query without a limit, or whether one with a limit scans. Remembered by the text. Within a
     // ReadSpan or a transaction it holds as long as its lock; else another program may have changed the indexes since.
     const Plan& plan(const std::string& sql);

@@ -17,11 +17,4 @@ std::shared_ptr<Statement> StatementCache::get(std::string_view sql) {
     return statement;
 }
 
-std::vector<std::string> StatementCache::texts() const {
-    std::vector<std::string> texts;
-    for (const Entry& entry : m_entries)
-        texts.push_back(entry.sql);
-    return texts;
-}
-
 } // namespace discaro::db

@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 namespace discaro::db {
 
@@ -21,8 +20,6 @@ public:
         , m_capacity(capacity) {}
 
     std::shared_ptr<Statement> get(std::string_view sql);
-    // The texts held, the one used last in front.
-    std::vector<std::string> texts() const;
 
 private:
     struct Entry {

@@ -81,14 +81,8 @@ protected:
     // The plans of all that a query runs, its order included.
     std::string plans(const std::string& statement) const {
         const auto database = open();
-        Store& store = *database->store();
-        const std::vector<std::string> before = store.statements().texts();
-        database->OpenRecordset(statement);
-        std::string plans;
-        for (const std::string& text : store.statements().texts())
-            if (text.starts_with("SELECT") && std::ranges::find(before, text) == before.end())
-                plans += discaro::test::queryPlan(store.connection(), text);
-        return plans;
+        return discaro::test::queryPlansOf(database->store()->connection(),
+                                           [&] { database->OpenRecordset(statement); });
     }
 
     static inline const std::string kNull = "null";
