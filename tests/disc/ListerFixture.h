@@ -4,6 +4,7 @@
 #include "disc/drives/Lister.h"
 #include "support/MemoryMedium.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -11,14 +12,24 @@
 #include <utility>
 #include <vector>
 
-namespace discaro::test {
+namespace discaro::disc {
+
+// What all tests of the lister speak of.
+using base::ErrorNumber;
+using test::Asked;
+using test::errorOf;
+using test::file;
+using test::folder;
+using test::MemoryNode;
+using test::numberOf;
+using testing::ElementsAre;
 
 // A table whose drive D: holds a tree of a test's own, and a lister on it.
 class ListerFixture : public testing::Test {
 protected:
     // The medium belongs to the table.
-    MemoryMedium& insert(MemoryNode root) {
-        auto medium = std::make_unique<MemoryMedium>(std::move(root));
+    test::MemoryMedium& insert(MemoryNode root) {
+        auto medium = std::make_unique<test::MemoryMedium>(std::move(root));
         auto& result = *medium;
         table.addMedium(std::move(medium));
         return result;
@@ -39,8 +50,8 @@ protected:
         return names;
     }
 
-    disc::DriveTable table{[] { return disc::Computer{}; }};
-    disc::Lister lister{table};
+    DriveTable table{[] { return Computer{}; }};
+    Lister lister{table};
 };
 
-} // namespace discaro::test
+} // namespace discaro::disc

@@ -1,25 +1,14 @@
 #include "disc/ListerFixture.h"
 #include "support/ScratchFolder.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <string>
 
 namespace discaro::disc {
 namespace {
 
-using base::ErrorNumber;
-using test::Asked;
-using test::errorOf;
-using test::file;
-using test::folder;
-using test::MemoryNode;
-using test::numberOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
-class ListerDamage : public test::ListerFixture {
+class ListerDamage : public ListerFixture {
 protected:
     int takenNumber() {
         const auto damage = lister.takeDamage();

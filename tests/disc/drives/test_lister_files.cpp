@@ -1,22 +1,11 @@
 #include "disc/ListerFixture.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <array>
 #include <string>
 
 namespace discaro::disc {
 namespace {
 
-using base::ErrorNumber;
-using test::Asked;
-using test::errorOf;
-using test::file;
-using test::folder;
-using test::MemoryNode;
-using test::numberOf;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 std::string contentOf(const ByteSource& source) {
@@ -25,7 +14,7 @@ std::string contentOf(const ByteSource& source) {
     return text;
 }
 
-class ListerFiles : public test::ListerFixture {
+class ListerFiles : public ListerFixture {
 protected:
     void SetUp() override {
         medium = &insert(folder(

@@ -1,26 +1,15 @@
 #include "disc/ListerFixture.h"
 #include "support/ScratchFolder.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
 namespace discaro::disc {
 namespace {
 
-using base::ErrorNumber;
-using test::Asked;
-using test::errorOf;
-using test::file;
-using test::folder;
-using test::MemoryNode;
-using test::numberOf;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
-class ListerMoves : public test::ListerFixture {
+class ListerMoves : public ListerFixture {
 protected:
     static MemoryNode sample() {
         return folder("", {folder("BIN", {folder("X86", {folder("DEEP")}), folder("ALPHA")}), folder("docs"),
