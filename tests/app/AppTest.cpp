@@ -3,9 +3,7 @@
 #include "app/Loading.h"
 #include "app/Searching.h"
 #include "app/Switch.h"
-#include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
-#include "db/DBEngine.h"
 #include "db/DataSource.h"
 
 namespace discaro::test {
@@ -39,22 +37,11 @@ void StubForm::Form_Unload() {
 }
 
 AppTest::AppTest() {
-    db::DBEngine::SetFormat(catalogue::catalogueFormat());
-    Module1::ApplicationPath = folder.path().toStdString();
-    Module1::ReturnTo.clear();
-    Module1::JumpDisc.clear();
-    Module1::ScanCancelled = 0;
-    catalogue::createEmptyCatalogue(Module1::cataloguePath());
     Windows::Register("Switch", [] { return new app::Switch; });
     Windows::Register("Loading", [] { return new app::Loading; });
     Windows::Register("Searching", [] { return new app::Searching; });
     for (const char* name : {"Scanform", "DeleteCD", "EXMain", "Search", "Workshop", "About", "Programs"})
         stub(name);
-}
-
-AppTest::~AppTest() {
-    Windows::Clear();
-    Module1::CatalogueDb.reset();
 }
 
 void AppTest::stub(const char* name, std::function<void(kit::Form&)> onLoad) {

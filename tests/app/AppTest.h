@@ -4,11 +4,11 @@
 #include "app/Windows.h"
 #include "kit/form/Form.h"
 #include "kit/form/Timer.h"
+#include "support/catalogue/ScratchCatalogue.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
+#include "support/windows/FreshWindows.h"
 #include "support/windows/ScriptedMsgBox.h"
-
-#include <QtCore/QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -42,7 +42,6 @@ private:
 class AppTest : public ::testing::Test {
 protected:
     AppTest();
-    ~AppTest() override;
 
     // A stub for a window, in the place of the one before. As a task window does, it unloads
     // Loading when it loads.
@@ -51,8 +50,13 @@ protected:
     // Adds a row for one disc.
     void addDisc();
 
-    QTemporaryDir folder;
+    const std::filesystem::path& folder() const { return m_catalogue.folder(); }
+
     Log log;
+
+private:
+    const ScratchCatalogue m_catalogue;
+    const FreshWindows m_windows;
 };
 
 } // namespace discaro::test

@@ -2,9 +2,9 @@
 #include "app/Main.h"
 #include "app/SingleInstance.h"
 #include "kit/program/UnhandledErrors.h"
+#include "support/Files.h"
 
 #include <filesystem>
-#include <fstream>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -15,7 +15,7 @@ namespace {
 
 class Main : public AppTest {
 protected:
-    std::filesystem::path mark() const { return folder.filePath("mark").toStdString(); }
+    std::filesystem::path mark() const { return folder() / "mark"; }
 };
 
 // A box on the screen, whose event loop comes round before it is answered.
@@ -61,7 +61,7 @@ TEST_F(Main, ShowsTheMenuAfterMakingTheFolderReady) {
 }
 
 TEST_F(Main, ACatalogueThatCanNotBeOpenedIsReportedAndEndsTheProgramWithStatus1) {
-    std::ofstream(Module1::cataloguePath()) << std::string(5000, 'x');
+    writeFile(Module1::cataloguePath(), std::string(5000, 'x'));
     const BoxWithEventLoop box;
     const app::SingleInstance instance(mark());
     EXPECT_EQ(statusOf([&] { app::Main(instance, [] {}); }), 1);
@@ -103,20 +103,19 @@ TEST_F(Main, TheMarkIsFreeAgainWhenTheInstanceHasGone) {
 }
 
 TEST_F(Main, OneInstanceAFolderWhateverTheSurroundingsOfItsStart) {
-    const std::filesystem::path shared = folder.path().toStdString();
-    const app::SingleInstance first(mark(), shared);
+    const app::SingleInstance first(mark(), folder());
     EXPECT_FALSE(first.prevInstance());
-    const app::SingleInstance second(folder.filePath("another mark").toStdString(), shared);
+    const app::SingleInstance second(folder() / "another mark", folder());
     EXPECT_TRUE(second.prevInstance());
 }
 
 TEST_F(Main, TheMarkOnAFolderLeavesNothingInIt) {
-    const auto own = std::filesystem::path(folder.path().toStdString()) / "own";
+    const auto own = folder() / "own";
     std::filesystem::create_directory(own);
     { const app::SingleInstance instance({}, own); }
     EXPECT_TRUE(std::filesystem::is_empty(own));
 }
 
 TEST_F(Main, WhereNoMarkCanBeMadeNobodyHasIt) {
-    EXPECT_FALSE(app::SingleInstance(folder.filePath("none/mark").toStdString()).prevInstance());
+    EXPECT_FALSE(app::SingleInstance(folder() / "none/mark").prevInstance());
 }

@@ -1,9 +1,12 @@
 #include "app/AppTest.h"
 #include "base/RuntimeError.h"
-#include "db/Database.h"
+#include "db/DBEngine.h"
+#include "support/Files.h"
+#include "support/catalogue/FreshProgram.h"
 
 #include <filesystem>
-#include <fstream>
+#include <set>
+#include <tuple>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -16,10 +19,64 @@ protected:
     std::filesystem::path path(const char* name) const { return Module1::ApplicationPath / name; }
 };
 
+void change(std::string& text) {
+    text = "left over";
+}
+void change(int16_t& number) {
+    number = 1;
+}
+void change(std::filesystem::path& changed) {
+    changed = "left over";
+}
+void change(std::vector<std::filesystem::path>& paths) {
+    paths = {"left over"};
+}
+void change(std::shared_ptr<db::Database>& database) {
+    database = db::DBEngine::OpenDatabase(Module1::cataloguePath());
+}
+
+void changeAll() {
+    std::apply([](auto&... each) { (change(each), ...); }, sharedVariables());
+}
+
+template <typename... Variables>
+void expectAsAtTheStart(const std::tuple<Variables&...>& variables) {
+    EXPECT_EQ(variables, std::tuple<Variables...>());
+}
+
+// Those that the header declares.
+size_t countDeclaredVariables() {
+    const std::string header = readFile(std::filesystem::path(DISCARO_TESTS_FOLDER) / "../src/app/Module1.h");
+    size_t count = 0;
+    for (size_t at = 0; (at = header.find("\nextern ", at)) != std::string::npos; ++at)
+        ++count;
+    return count;
+}
+
 } // namespace
 
+TEST_F(SharedModule, AFreshProgramHasAllItsVariables) {
+    const std::set<const void*> different =
+        std::apply([](const auto&... each) { return std::set<const void*>{&each...}; }, sharedVariables());
+    EXPECT_EQ(different.size(), countDeclaredVariables()) << "one is missing in FreshProgram.h, or stands there twice";
+}
+
+TEST_F(SharedModule, AFreshProgramHasEveryVariableAsAtTheStart) {
+    changeAll();
+    const FreshProgram program;
+    expectAsAtTheStart(sharedVariables());
+}
+
+TEST_F(SharedModule, AFreshProgramLeavesItsVariablesSo) {
+    {
+        const ScratchCatalogue other;
+        changeAll();
+    }
+    expectAsAtTheStart(sharedVariables());
+}
+
 TEST_F(SharedModule, AFileThatIsThereExists) {
-    std::ofstream(path("a file")) << "x";
+    writeFile(path("a file"));
     EXPECT_TRUE(Module1::FileExists(path("a file")));
 }
 
@@ -32,7 +89,7 @@ TEST_F(SharedModule, APathWhoseFolderIsMissingCountsAsExisting) {
 }
 
 TEST_F(SharedModule, AFileThatCannotBeReadCountsAsExisting) {
-    std::ofstream(path("locked")) << "x";
+    writeFile(path("locked"));
     std::filesystem::permissions(path("locked"), std::filesystem::perms::none);
     EXPECT_TRUE(Module1::FileExists(path("locked")));
 }

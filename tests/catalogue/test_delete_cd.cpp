@@ -3,20 +3,19 @@
 #include "app/Switch.h"
 #include "app/Windows.h"
 #include "catalogue/DeleteCD.h"
-#include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
-#include "db/DBEngine.h"
 #include "support/CountedSleeps.h"
+#include "support/RawDatabase.h"
+#include "support/catalogue/ScratchCatalogue.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
+#include "support/windows/FreshWindows.h"
 #include "support/windows/GoldenForm.h"
 #include "support/windows/ScriptedMsgBox.h"
 
 #include <QtGui/QMouseEvent>
 
 #include <gtest/gtest.h>
-#include <sqlite3.h>
-#include <stdlib.h>
 
 #include <filesystem>
 
@@ -40,62 +39,22 @@ public:
         : Form({.name = name, .caption = "", .size = {100, 100}}) {}
 };
 
-// The catalogue as another program has it open: sees what is committed and nothing else.
-class OtherProgram {
-public:
-    explicit OtherProgram(const std::filesystem::path& catalogue) { sqlite3_open(catalogue.c_str(), &m_connection); }
-    ~OtherProgram() { sqlite3_close(m_connection); }
-    OtherProgram(const OtherProgram&) = delete;
-    OtherProgram& operator=(const OtherProgram&) = delete;
-
-    void run(const char* statement) {
-        ASSERT_EQ(sqlite3_exec(m_connection, statement, nullptr, nullptr, nullptr), SQLITE_OK)
-            << sqlite3_errmsg(m_connection);
-    }
-    int64_t count(const std::string& table) {
-        sqlite3_stmt* query = nullptr;
-        sqlite3_prepare_v2(m_connection, ("SELECT count(*) FROM " + table).c_str(), -1, &query, nullptr);
-        const int64_t rows = sqlite3_step(query) == SQLITE_ROW ? sqlite3_column_int64(query, 0) : -1;
-        sqlite3_finalize(query);
-        return rows;
-    }
-
-private:
-    sqlite3* m_connection = nullptr;
-};
-
-std::filesystem::path makeFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "discaro-delete-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    return name;
-}
-
 // The window over a catalogue with as many discs as a test adds, each with one directory, one file and one tag.
 class DeleteWindow : public testing::Test {
 protected:
-    DeleteWindow()
-        : m_folder(makeFolder()) {
-        db::DBEngine::SetFormat(catalogue::catalogueFormat());
-        app::Module1::ApplicationPath = m_folder;
+    DeleteWindow() {
         app::Module1::ReturnTo = "switch";
-        catalogue::createEmptyCatalogue(app::Module1::cataloguePath());
         app::Windows::Register("DeleteCD", [] { return new catalogue::DeleteCD; });
         app::Windows::Register("Switch", [] { return new app::Switch; });
         app::Windows::Register("Loading", [] { return new app::Loading; });
         for (const char* name : {"EXMain", "Scanform", "Search", "Programs"})
             app::Windows::Register(name, [name] { return new EmptyWindow(name); });
     }
-    ~DeleteWindow() override {
-        app::Windows::Clear();
-        app::Module1::CatalogueDb.reset();
-        std::filesystem::remove_all(m_folder);
-    }
 
     enum class Tag { One, None };
 
     void addDisc(int64_t number, const char* name, Tag tag = Tag::One) {
-        const auto catalogue = db::DBEngine::OpenDatabase(app::Module1::cataloguePath());
+        const auto catalogue = m_catalogue.database();
         const std::string root = "C" + std::to_string(number) + "D1";
         auto discs = catalogue->OpenRecordset("drive");
         discs->AddNew();
@@ -148,18 +107,18 @@ protected:
         EXPECT_EQ(beeps.count(), 1);
         EXPECT_EQ(box.asked(), 0);
         EXPECT_EQ(count("drive"), discs);
-        EXPECT_EQ(count("[prog tag]"), 2);
+        EXPECT_EQ(count("prog tag"), 2);
     }
     // A copy of the catalogue, with what a transaction that never ended has put beside it.
     std::filesystem::path asTheProgramLeftIt() const {
-        const auto copy = m_folder / "left";
+        const auto copy = m_catalogue.folder() / "left";
         std::filesystem::create_directory(copy);
         for (const char* name : {"kvt.mde", "kvt.mde-journal"})
-            if (std::filesystem::exists(m_folder / name))
-                std::filesystem::copy_file(m_folder / name, copy / name);
+            if (std::filesystem::exists(m_catalogue.folder() / name))
+                std::filesystem::copy_file(m_catalogue.folder() / name, copy / name);
         return copy / "kvt.mde";
     }
-    std::filesystem::path catalogue() const { return app::Module1::cataloguePath(); }
+    std::filesystem::path catalogue() const { return m_catalogue.path(); }
     QString shownName() const { return form->DriveInfo->rows().item(1).column(1); }
     std::vector<QString> names() const {
         std::vector<QString> found;
@@ -170,22 +129,19 @@ protected:
     void refill() {
         ASSERT_TRUE(waitFor([this] { return !form->Timer1->isEnabled(); }));
     }
-    int64_t count(const char* table) const {
-        return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(table)->RecordCount();
-    }
+    int64_t count(const char* table) const { return m_catalogue.count(table); }
     db::Value master(std::string_view field) const {
-        return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-            ->OpenRecordset("master table")
-            ->Fields(field)
-            .Value();
+        return m_catalogue.database()->OpenRecordset("master table")->Fields(field).Value();
     }
 
+private:
+    const ScratchCatalogue m_catalogue;
+    const FreshWindows m_windows;
+
+protected:
     ScriptedMsgBox box;
     CountedBeeps beeps;
     catalogue::DeleteCD* form = nullptr;
-
-private:
-    std::filesystem::path m_folder;
 };
 
 } // namespace
@@ -222,7 +178,7 @@ TEST_F(DeleteWindow, OkDeletesTheDiscWithAllThatBelongsToIt) {
     EXPECT_EQ(count("drive"), 1);
     EXPECT_EQ(count("directories"), 1);
     EXPECT_EQ(count("files"), 1);
-    EXPECT_EQ(count("[prog tag]"), 1);
+    EXPECT_EQ(count("prog tag"), 1);
     EXPECT_EQ(db::numberOf(master("real cd-roms scanned")), 1);
     EXPECT_EQ(db::numberOf(master("Total Size")), 2.5);
     ASSERT_EQ(form->ListView1->rows().count(), 1);
@@ -238,7 +194,7 @@ TEST_F(DeleteWindow, CancelSparesTheDiscDeletesItsTagsAndEndsTheProgram) {
     EXPECT_THROW(asHandler([this] { emit form->Command2->Click(); }), ProgramEnded);
     EXPECT_TRUE(box.last().text.contains("There is no transaction to commit"));
     EXPECT_EQ(count("drive"), 1);
-    EXPECT_EQ(count("[prog tag]"), 0);
+    EXPECT_EQ(count("prog tag"), 0);
     EXPECT_EQ(db::numberOf(master("Total number of files")), 1) << "the totals were counted all the same";
 }
 
@@ -334,7 +290,7 @@ TEST_F(DeleteWindow, DiscNumbersAreComparedWhole) {
     addDisc(12, "Twelve");
     open();
     deleteShown("One");
-    EXPECT_EQ(count("[prog tag]"), 1);
+    EXPECT_EQ(count("prog tag"), 1);
     EXPECT_EQ(count("files"), 1);
 }
 
@@ -345,13 +301,13 @@ TEST_F(DeleteWindow, ADiscWithoutTagsIsDeletedWithoutAWordAboutTags) {
     deleteShown("One");
     EXPECT_EQ(box.asked(), 2) << "the question and the success";
     EXPECT_EQ(count("drive"), 1);
-    EXPECT_EQ(count("[prog tag]"), 1);
+    EXPECT_EQ(count("prog tag"), 1);
 }
 
 TEST_F(DeleteWindow, TheDetailsAreTheDiscsFactsInOrder) {
-    OtherProgram(catalogue())
-        .run("INSERT INTO Drive VALUES (7, 'D:\\', 'LABEL', '12AB-34CD', 'Seven', 'CDFS', 650.25, "
-             "NULL, 'Two' || char(13, 10) || 'lines', 'open=setup.exe')");
+    RawDatabase(catalogue())
+        .execute("INSERT INTO Drive VALUES (7, 'D:\\', 'LABEL', '12AB-34CD', 'Seven', 'CDFS', 650.25, "
+                 "NULL, 'Two' || char(13, 10) || 'lines', 'open=setup.exe')");
     open();
     struct Row {
         const char* icon;
@@ -431,8 +387,8 @@ TEST_F(DeleteWindow, AClickWhoseSearchFailsLeavesNothingToDelete) {
     EXPECT_EQ(shownName(), "One");
     {
         const CountedSleeps sleeps;
-        OtherProgram other(catalogue());
-        other.run("BEGIN EXCLUSIVE");
+        RawDatabase other(catalogue());
+        other.execute("BEGIN EXCLUSIVE");
         form->ListView1->select(1);
         emit form->ListView1->ItemClick(1);
     }
@@ -446,7 +402,7 @@ TEST_F(DeleteWindow, AClickOnADiscThatIsGoneLeavesNothingToDelete) {
     addDisc(1, "One");
     addDisc(2, "Two");
     open();
-    OtherProgram(catalogue()).run("DELETE FROM Drive WHERE \"id number\" = 2");
+    RawDatabase(catalogue()).execute("DELETE FROM Drive WHERE \"id number\" = 2");
     emit form->ListView1->ItemClick(1);
     expectNoTarget(1);
     emit form->ListView1->ItemClick(0);
@@ -456,15 +412,15 @@ TEST_F(DeleteWindow, AClickOnADiscThatIsGoneLeavesNothingToDelete) {
 TEST_F(DeleteWindow, ADataErrorEndsTheProgramAndTheDeletionGoesWithIt) {
     addDisc(1, "One");
     addDisc(2, "Two");
-    OtherProgram(catalogue())
-        .run("CREATE TRIGGER refuse BEFORE DELETE ON \"Prog Tag\""
-             " BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    RawDatabase(catalogue())
+        .execute("CREATE TRIGGER refuse BEFORE DELETE ON \"Prog Tag\""
+                 " BEGIN SELECT RAISE(ABORT, 'refused'); END");
     open();
     box.expect(question("One"), Buttons::OkCancel, Icon::Question, "Confim Deletion !!!", Answer::Ok);
     box.expectTitled(QCoreApplication::applicationName(), Icon::Critical);
     const ThrowingEnd end;
     EXPECT_THROW(asHandler([this] { emit form->Command2->Click(); }), ProgramEnded);
-    OtherProgram after(asTheProgramLeftIt());
+    RawDatabase after(asTheProgramLeftIt());
     EXPECT_EQ(after.count("Drive"), 2);
     EXPECT_EQ(after.count("Directories"), 2);
     EXPECT_EQ(after.count("Files"), 2);

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "app/Module1.h"
-#include "catalogue/EmptyCatalogue.h"
-#include "db/DBEngine.h"
-#include "db/sqlite/Connection.h"
+#include "support/Files.h"
+#include "support/RawDatabase.h"
+#include "support/catalogue/ScratchCatalogue.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -54,36 +52,12 @@ inline std::string quotedText(std::string_view text) {
     return quoted += '\'';
 }
 
-// Its folder is the application folder, and the current one, as long as it lives.
-class CatalogueRig {
+// Its folder is the current one, too, as long as it lives.
+class CatalogueRig : public ScratchCatalogue {
 public:
-    CatalogueRig()
-        : m_before(std::filesystem::current_path()) {
-        std::string pattern = (std::filesystem::temp_directory_path() / "discaro-XXXXXX").string();
-        m_folder = ::mkdtemp(pattern.data());
-        std::filesystem::current_path(m_folder);
-        app::Module1::ApplicationPath = m_folder;
-        db::DBEngine::SetFormat(catalogue::catalogueFormat());
-        catalogue::createEmptyCatalogue(file());
-    }
-    ~CatalogueRig() {
-        app::Module1::CatalogueDb.reset();
-        std::filesystem::current_path(m_before);
-        std::filesystem::remove_all(m_folder);
-    }
-    CatalogueRig(const CatalogueRig&) = delete;
-    CatalogueRig& operator=(const CatalogueRig&) = delete;
-
-    std::filesystem::path file() const { return m_folder / "kvt.mde"; }
-    const std::filesystem::path& folder() const { return m_folder; }
-
-    // Statements of the storage engine, run by another program as it were.
-    void run(const std::string& sql) const {
-        db::Connection(file().string(), db::Connection::Mode::ReadWrite).execute(sql);
-    }
-    std::string text(const std::string& sql) const {
-        return db::Connection(file().string(), db::Connection::Mode::ReadOnly).text(sql);
-    }
+    // Statements of another program.
+    void run(const std::string& sql) const { RawDatabase(path()).execute(sql); }
+    std::string text(const std::string& sql) const { return RawDatabase(path()).text(sql); }
 
     void add(const DiscRow& disc) const {
         run("INSERT INTO Drive(\"id number\", \"Drive letter\", \"volume name\", \"Serial "
@@ -121,8 +95,7 @@ public:
     }
 
 private:
-    std::filesystem::path m_before;
-    std::filesystem::path m_folder;
+    const InFolder m_inFolder{folder()};
 };
 
 } // namespace discaro::test

@@ -4,7 +4,6 @@
 #include "kit/common/Strings.h"
 #include "kit/program/Yield.h"
 
-#include <QtCore/QSettings>
 #include <QtTest/QTest>
 
 namespace discaro::test {
@@ -25,20 +24,11 @@ void StubWindow::Form_Load() {
 }
 
 ExplorerRig::ExplorerRig() {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
     for (const char* name : {"Switch", "Loading", "Scanform", "DeleteCD", "Workshop", "Programs", "Search"})
         addStub(name, StubWindow::Stay::Up);
     for (const char* name : {"About", "EXCDROM", "EXDir", "EXFile", "ProgTag", "DirSim"})
         addStub(name, StubWindow::Stay::Leave);
     app::Windows::Register("EXMain", [] { return new EXMain; });
-}
-
-ExplorerRig::~ExplorerRig() {
-    app::Windows::Clear();
-    for (std::string* variable :
-         {&app::Module1::JumpDisc, &app::Module1::JumpDirectory, &app::Module1::JumpFile, &app::Module1::ReturnTo,
-          &app::Module1::SelectedDisc, &app::Module1::SelectedDirectory, &app::Module1::SelectedFile})
-        variable->clear();
 }
 
 void ExplorerRig::addStub(const char* name, StubWindow::Stay stay) {

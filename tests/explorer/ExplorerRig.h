@@ -7,8 +7,7 @@
 #include "explorer/Listing.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
-
-#include <QtCore/QTemporaryDir>
+#include "support/windows/FreshWindows.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -36,12 +35,10 @@ private:
     std::vector<std::string>& m_log;
 };
 
-// The explorer in a program in which all its other windows are stubs, over a catalogue of its own. Settings are kept
-// in a folder of the test's.
+// The explorer in a program in which all its other windows are stubs, over a catalogue of its own.
 class ExplorerRig {
 public:
     ExplorerRig();
-    ~ExplorerRig();
 
     // A catalogue of two discs:
     //   1 "Games": \, \DOCS, \DOCS\OLD, \Play (in this order); readme.txt and setup.exe in \, one file in \DOCS
@@ -56,14 +53,13 @@ public:
     bool isUp(const char* window) const;
 
     CatalogueRig catalogue;
-    CountedBeeps beeps;
     std::vector<std::string> shown;  // the other windows, in the order in which they were loaded
     std::function<void()> whenModal; // runs while a modal window is up
+    const FreshWindows windows;
+    CountedBeeps beeps;
 
 private:
     void addStub(const char* name, StubWindow::Stay stay);
-
-    QTemporaryDir m_settings;
 };
 
 // Widgets of the explorer, as a user drives them

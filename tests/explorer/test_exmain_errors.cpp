@@ -47,7 +47,7 @@ protected:
         return answers.asked();
     }
     void lock() {
-        m_other = std::make_unique<db::Connection>(rig.catalogue.file().string(), db::Connection::Mode::ReadWrite);
+        m_other = std::make_unique<RawDatabase>(rig.catalogue.path());
         m_other->execute("BEGIN EXCLUSIVE");
     }
     void unlock() { m_other.reset(); }
@@ -70,7 +70,7 @@ protected:
     CountedSleeps sleeps;
 
 private:
-    std::unique_ptr<db::Connection> m_other;
+    std::unique_ptr<RawDatabase> m_other;
 };
 
 } // namespace
@@ -144,7 +144,7 @@ TEST_F(ExplorerErrors, WithoutACatalogueTheProgramIsLeftOnlyByAReport) {
         return made;
     });
     EXMain& window = openOn("C1D1");
-    std::filesystem::remove(rig.catalogue.file());
+    std::filesystem::remove(rig.catalogue.path());
     const ThrowingEnd end;
     ScriptedMsgBox answers;
     answers.expectTitled(QCoreApplication::applicationName(), kit::Icon::Critical);

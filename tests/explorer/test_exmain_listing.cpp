@@ -1,4 +1,6 @@
 #include "base/RuntimeError.h"
+#include "catalogue/EmptyCatalogue.h"
+#include "db/sqlite/Connection.h"
 #include "explorer/ExplorerRig.h"
 #include "kit/program/Yield.h"
 #include "support/windows/ScriptedMsgBox.h"
@@ -7,8 +9,6 @@
 #include <QtTest/QSignalSpy>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QTreeView>
-
-#include <fstream>
 
 namespace discaro::test {
 
@@ -108,9 +108,7 @@ TEST_F(ExplorerListing, ADirectoryWhoseRowsAreDamagedIsNotCalledEmpty) {
     const auto number = [this](const char* sql) { return std::stoll(rig.catalogue.text(sql)); };
     const auto page = number("SELECT rootpage FROM sqlite_master WHERE name = 'Files'");
     const auto size = number("PRAGMA page_size");
-    std::fstream file(rig.catalogue.file(), std::ios::in | std::ios::out | std::ios::binary);
-    file.seekp((page - 1) * size);
-    file << std::string(static_cast<size_t>(size), '\xff') << std::flush;
+    overwriteFile(rig.catalogue.path(), (page - 1) * size, std::string(static_cast<size_t>(size), '\xff'));
     EXMain& window = openOn("C1D1S2");
     const auto says = [&window] { return window.lvwdb->shown().accessibleDescription(); };
     EXPECT_EQ(says(), "This directory is empty");
@@ -123,12 +121,11 @@ TEST_F(ExplorerListing, ADirectoryWhoseRowsAreDamagedIsNotCalledEmpty) {
 TEST_F(ExplorerListing, ADirectoryThatCannotBeReadIsNotCalledEmpty) {
     db::Connection::setLockWait(0);
     EXMain& window = openOn("C1D1");
-    db::Connection other(rig.catalogue.file().string(), db::Connection::Mode::ReadWrite);
+    RawDatabase other(rig.catalogue.path());
     other.execute("BEGIN EXCLUSIVE");
     clickNode(window, "C1D1S2");
     EXPECT_EQ(window.lvwdb->shown().accessibleDescription(), "");
     other.execute("ROLLBACK");
-    db::Connection::setLockWait(2000);
 }
 
 // ---- The selected item
@@ -572,7 +569,7 @@ TEST_F(ExplorerListing, ACatalogueLockedByAnotherProgramShowsWhatItCan) {
     db::Connection::setLockWait(0);
     EXMain& window = openOn("C1D1");
     {
-        db::Connection other(rig.catalogue.file().string(), db::Connection::Mode::ReadWrite);
+        RawDatabase other(rig.catalogue.path());
         other.execute("BEGIN EXCLUSIVE");
         clickNode(window, "C1D1S1");
         EXPECT_EQ(window.lvwdb->rows().count(), 0);
@@ -586,14 +583,13 @@ TEST_F(ExplorerListing, ACatalogueLockedByAnotherProgramShowsWhatItCan) {
     clickNode(window, "C1D1S1");
     clickNode(window, "C1D1");
     EXPECT_EQ(window.lvwdb->rows().count(), 4);
-    db::Connection::setLockWait(2000);
 }
 
 TEST_F(ExplorerListing, ACatalogueReplacedUnderTheWindowIsLeftAlone) {
     EXMain& window = openOn("C1D1S1");
     const auto before = rig.catalogue.text("SELECT count(*) FROM Files");
     std::filesystem::rename("kvt.mde", "old.mde");
-    catalogue::createEmptyCatalogue(rig.catalogue.file());
+    catalogue::createEmptyCatalogue(rig.catalogue.path());
     rig.catalogue.add(DirectoryRow{.number = "C1D1", .name = "D:\\", .path = "D:\\"});
     rig.catalogue.add(FileRow{.directory = "C1D1", .name = "new.txt", .extension = ".txt"});
     clickNode(window, "C1D1");

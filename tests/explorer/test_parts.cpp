@@ -5,7 +5,7 @@
 #include "explorer/Listing.h"
 #include "explorer/ListingOrder.h"
 #include "kit/common/Strings.h"
-#include "kit/program/Ground.h"
+#include "support/windows/FreshWindows.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -53,12 +53,10 @@ protected:
         window = new BareWindow;
         window->Load();
     }
-    ~PartsTest() override {
-        window->Unload();
-        kit::runGroundActions();
-    }
+    ~PartsTest() override { window->Unload(); }
 
     CatalogueRig catalogue;
+    const FreshWindows windows;
     BareWindow* window;
 };
 
@@ -83,7 +81,7 @@ class ListingAlone : public PartsTest {
 protected:
     ListingAlone() {
         for (auto [source, table] : {std::pair{&discs, "drive"}, {&directories, "directories"}}) {
-            source->SetDatabaseName(catalogue.file().string());
+            source->SetDatabaseName(catalogue.path().string());
             source->SetRecordSource(table);
             source->Refresh();
         }

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "kit/SampleForm.h"
-#include "kit/program/Ground.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
+#include "support/windows/FreshWindows.h"
 #include "support/windows/ScriptedMsgBox.h"
 
 #include <gmock/gmock.h>
@@ -17,9 +17,9 @@ protected:
     ~SampleTest() override {
         if (form)
             form->Unload();
-        kit::runGroundActions();
     }
 
+    const FreshWindows windows;
     QPointer<SampleForm> form = new SampleForm;
 };
 

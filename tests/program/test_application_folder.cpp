@@ -4,20 +4,22 @@
 #include "catalogue/Names.h"
 #include "db/DBEngine.h"
 #include "program/ApplicationFolder.h"
-
-#include <QtCore/QTemporaryDir>
+#include "support/Files.h"
+#include "support/ScratchFolder.h"
+#include "support/catalogue/FreshProgram.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <fstream>
-#include <sstream>
 
 namespace discaro::program {
 namespace {
 
 namespace fs = std::filesystem;
+
+using test::readFile;
+using test::writeFile;
 
 // Folders of their own for an executable and for a user, and a catalogue's content in one number.
 class ApplicationFolder : public testing::Test {
@@ -31,7 +33,6 @@ protected:
     ~ApplicationFolder() override {
         qunsetenv("XDG_DATA_HOME");
         fs::permissions(executable, fs::perms::owner_all);
-        db::DBEngine::SetFormat({});
     }
 
     // A catalogue that tells itself from others by its disc.
@@ -51,18 +52,13 @@ protected:
         auto rows = db::DBEngine::OpenDatabase(path)->OpenRecordset("drive");
         return rows->RecordCount() == 0 ? 0 : std::stoi(rows->Fields(catalogue::drive::kIdNumber).Text());
     }
-    static void write(const fs::path& path, const std::string& text) { std::ofstream(path) << text; }
-    static std::string textOf(const fs::path& path) {
-        std::ostringstream text;
-        text << std::ifstream(path).rdbuf();
-        return text.str();
-    }
     void prepare() const { prepareApplicationFolder(executable, executable / "template.ini"); }
     fs::path catalogueFile() const { return executable / "kvt.mde"; }
 
-    QTemporaryDir folder;
-    fs::path executable = fs::path(folder.path().toStdString()) / "bin";
-    fs::path data = fs::path(folder.path().toStdString()) / "data";
+    const test::FreshProgram program;
+    const test::ScratchFolder folder;
+    const fs::path executable = folder.path() / "bin";
+    const fs::path data = folder.path() / "data";
 };
 
 // Root may write everywhere; what holds for others is looked at where the tests run as another.
@@ -101,12 +97,12 @@ TEST_F(ApplicationFolder, AMissingCatalogueIsMadeEmpty) {
 TEST_F(ApplicationFolder, WhatIsThereIsNeverOverwritten) {
     makeCatalogue(catalogueFile(), 7);
     makeCatalogue(executable / "kvt.tmp", 8);
-    write(executable / "kvt.ini", "mine");
-    write(executable / "template.ini", "delivered");
+    writeFile(executable / "kvt.ini", "mine");
+    writeFile(executable / "template.ini", "delivered");
     prepare();
     EXPECT_EQ(discIn(catalogueFile()), 7);
     EXPECT_EQ(discIn(executable / "kvt.tmp"), 8);
-    EXPECT_EQ(textOf(executable / "kvt.ini"), "mine");
+    EXPECT_EQ(readFile(executable / "kvt.ini"), "mine");
 }
 
 TEST_F(ApplicationFolder, ALinkThatLeadsNowhereIsNotOverwritten) {
@@ -116,9 +112,9 @@ TEST_F(ApplicationFolder, ALinkThatLeadsNowhereIsNotOverwritten) {
 }
 
 TEST_F(ApplicationFolder, TheCategoryListIsCopiedOnce) {
-    write(executable / "template.ini", "[Games]");
+    writeFile(executable / "template.ini", "[Games]");
     prepare();
-    EXPECT_EQ(textOf(executable / "kvt.ini"), "[Games]");
+    EXPECT_EQ(readFile(executable / "kvt.ini"), "[Games]");
 }
 
 TEST_F(ApplicationFolder, AParkedCatalogueComesBackUnderItsName) {
@@ -140,37 +136,37 @@ TEST_F(ApplicationFolder, OfTwoParkedCataloguesTheLaterOneComesBack) {
 }
 
 TEST_F(ApplicationFolder, AParkedFileThatIsNoCatalogueStandsBackBehindOneThatIs) {
-    write(executable / "kvt.tmp", std::string(4096, 'x'));
+    writeFile(executable / "kvt.tmp", std::string(4096, 'x'));
     makeCatalogue(executable / "kvt.tmo", 3, 500);
     prepare();
     EXPECT_EQ(discIn(catalogueFile()), 3);
 }
 
 TEST_F(ApplicationFolder, AParkedFileThatCanNotBeReadAsACatalogueStillComesBeforeAnEmptyOne) {
-    write(executable / "kvt.tmp", std::string(4096, 'x'));
+    writeFile(executable / "kvt.tmp", std::string(4096, 'x'));
     prepare();
-    EXPECT_EQ(textOf(catalogueFile()), std::string(4096, 'x'));
+    EXPECT_EQ(readFile(catalogueFile()), std::string(4096, 'x'));
 }
 
 TEST_F(ApplicationFolder, AnEmptyParkedFileDoesNotComeBack) {
-    write(executable / "kvt.tmp", "");
+    writeFile(executable / "kvt.tmp", "");
     prepare();
     EXPECT_EQ(discIn(catalogueFile()), 0);
 }
 
 TEST_F(ApplicationFolder, TheJournalOfACatalogueThatHasGoneIsSetAsideAndKept) {
     for (const int number : {1, 2}) {
-        write(executable / "kvt.mde-journal", "journal " + std::to_string(number));
+        writeFile(executable / "kvt.mde-journal", "journal " + std::to_string(number));
         prepare();
         EXPECT_EQ(discIn(catalogueFile()), 0);
-        EXPECT_EQ(textOf(executable / ("kvt.mde-journal." + std::to_string(number))),
+        EXPECT_EQ(readFile(executable / ("kvt.mde-journal." + std::to_string(number))),
                   "journal " + std::to_string(number));
         fs::remove(catalogueFile());
     }
 }
 
 TEST_F(ApplicationFolder, AFolderThatCanNotBeMadeReadySaysSo) {
-    write(executable / "file", "in the way");
+    writeFile(executable / "file", "in the way");
     EXPECT_THROW(prepareApplicationFolder(executable / "file", {}), std::exception);
 }
 

@@ -2,12 +2,8 @@
 
 #include "app/Loading.h"
 #include "app/Switch.h"
-#include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
-#include "db/DBEngine.h"
 #include "disc/drives/DriveTable.h"
-
-#include <stdlib.h>
 
 namespace discaro::test {
 
@@ -20,13 +16,6 @@ public:
         : Form({.name = "EXMain", .caption = "", .size = {100, 100}}) {}
 };
 
-std::filesystem::path makeFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "discaro-wizard-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    return name;
-}
-
 } // namespace
 
 WizardTest::WizardTest()
@@ -34,24 +23,13 @@ WizardTest::WizardTest()
         disc::Computer computer; // with a root file system and no drive
         computer.mounts.push_back({"8:1", "/", "/", "ext4", "/dev/sda1", false});
         return computer;
-    })
-    , m_folder(makeFolder()) {
-    db::DBEngine::SetFormat(catalogue::catalogueFormat());
-    app::Module1::ApplicationPath = m_folder;
+    }) {
     app::Module1::ReturnTo = "switch";
-    app::Module1::ScanCancelled = 0;
-    catalogue::createEmptyCatalogue(app::Module1::cataloguePath());
     registerWizard(drives);
     app::Windows::Register("Switch", [] { return new app::Switch; });
     app::Windows::Register("Loading", [] { return new app::Loading; });
     app::Windows::Register("EXMain", [] { return new EmptyWindow; });
     letter = addDrive(folder("", {file("README.TXT", "hello"), folder("BIN", {file("A.EXE"), file("B.DLL")})}));
-}
-
-WizardTest::~WizardTest() {
-    app::Windows::Clear();
-    app::Module1::CatalogueDb.reset();
-    std::filesystem::remove_all(m_folder);
 }
 
 void WizardTest::registerWizard(disc::DriveTable& table) {
@@ -104,19 +82,8 @@ kit::Button& WizardTest::button(int index) {
     return control<kit::Button>(*form, ("Command1(" + std::to_string(index) + ")").c_str());
 }
 
-int64_t WizardTest::count(const char* table) const {
-    return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(table)->RecordCount();
-}
-
-std::string WizardTest::field(const char* table, const char* name) const {
-    return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-        ->OpenRecordset(std::string("[") + table + "]")
-        ->Fields(name)
-        .Text();
-}
-
 void WizardTest::addDisc(int64_t number, const char* name, const char* serial) {
-    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset("drive");
+    const auto rows = m_catalogue.database()->OpenRecordset("drive");
     rows->AddNew();
     (*rows)(catalogue::drive::kIdNumber) = number;
     (*rows)(catalogue::drive::kPreferedName) = name;

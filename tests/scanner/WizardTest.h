@@ -5,8 +5,10 @@
 #include "kit/program/UnhandledErrors.h"
 #include "scanner/Scanform.h"
 #include "support/MemoryMedium.h"
+#include "support/catalogue/ScratchCatalogue.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
+#include "support/windows/FreshWindows.h"
 #include "support/windows/ScriptedMsgBox.h"
 
 #include <gtest/gtest.h>
@@ -45,7 +47,6 @@ private:
 class WizardTest : public testing::Test {
 protected:
     WizardTest();
-    ~WizardTest() override;
 
     // A disc drive more, with a disc in it; its letter.
     char addDrive(MemoryNode root);
@@ -70,20 +71,22 @@ protected:
 
     static std::string said(const kit::TextBox& box) { return box.text().toStdString(); }
     bool isUp(const char* window) const { return app::Windows::IsLoaded(window); }
-    int64_t count(const char* table) const;
-    std::string field(const char* table, const char* name) const;
+    int64_t count(const char* table) const { return m_catalogue.count(table); }
+    std::string field(const char* table, const char* name) const { return m_catalogue.field(table, {}, name); }
     // Adds a row to Drive, as an earlier scan left it.
     void addDisc(int64_t number, const char* name, const char* serial);
 
+private:
+    const ScratchCatalogue m_catalogue;
+    std::map<char, ChangeableMedium*> m_discs;
+
+protected:
+    disc::DriveTable drives;
+    char letter = 0; // of the drive that all tests have
+    const FreshWindows windows;
     ScriptedMsgBox box;
     CountedBeeps beeps;
     scanner::Scanform* form = nullptr;
-    disc::DriveTable drives;
-    char letter = 0; // of the drive that all tests have
-
-private:
-    std::map<char, ChangeableMedium*> m_discs;
-    std::filesystem::path m_folder;
 };
 
 } // namespace discaro::test

@@ -1,10 +1,10 @@
 #include "disc/drives/DriveTable.h"
 #include "kit/program/Yield.h"
 #include "scanner/WizardTest.h"
+#include "support/Files.h"
 #include "support/ToolRun.h"
 
 #include <QtCore/QMimeData>
-#include <QtCore/QTemporaryFile>
 #include <QtGui/QDropEvent>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QMenu>
@@ -12,8 +12,6 @@
 #include <linux/capability.h>
 #include <sys/syscall.h>
 #include <unistd.h>
-
-#include <fstream>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -34,7 +32,7 @@ protected:
     static std::filesystem::path makeImage(const std::string& label, const std::vector<std::string>& files) {
         const auto content = makeFolder("content of " + label);
         for (const auto& name : files)
-            std::ofstream(content / name) << name;
+            writeFile(content / name, name);
         const auto image = app::Module1::ApplicationPath / "disc.iso";
         runTool("genisoimage -quiet -V " + QString::fromStdString(label).toUpper().toStdString() + " -o " +
                 shellWord(image) + " " + shellWord(content));
@@ -487,15 +485,12 @@ TEST_F(Drives, WhenAllLettersAreGivenTheLastDiscAddedIsTheChosenOne) {
 }
 
 TEST_F(Drives, AFileThatIsNoDiscIsRefusedWithAClearMessage) {
-    QTemporaryFile text;
-    ASSERT_TRUE(text.open());
-    text.write(QByteArray(100000, 'x'));
-    text.flush();
+    const auto text = writeFile(app::Module1::ApplicationPath / "text", std::string(100000, 'x'));
     open();
     next();
     box.expectTitled("Error", Icon::Exclamation);
     const QString before = form->Drive1->text();
-    form->addDiscs({text.fileName().toStdString()});
+    form->addDiscs({text});
     EXPECT_EQ(form->Drive1->text(), before);
     EXPECT_TRUE(box.last().text.contains("not a disc image")) << box.last().text.toStdString();
 }

@@ -4,12 +4,12 @@
 #include "db/DBEngine.h"
 #include "db/sqlite/Connection.h"
 #include "scanner/WizardTest.h"
+#include "support/Files.h"
+#include "support/RawDatabase.h"
 
 #include <QtGui/QAccessible>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <ostream>
 #include <set>
 
@@ -437,12 +437,11 @@ TEST_F(Scanning, ACatalogueThatAnotherProgramHasLockedIsToldBeforeAnythingHappen
     goToScanning();
     db::Connection::setLockWait(0);
     {
-        db::Connection other(app::Module1::cataloguePath().string(), db::Connection::Mode::ReadWrite);
+        RawDatabase other(app::Module1::cataloguePath());
         other.execute("BEGIN EXCLUSIVE");
         box.expectTitled("Error", Icon::Critical);
         click(*form->Command2);
     }
-    db::Connection::setLockWait(2000);
     EXPECT_TRUE(form->Command2->isVisible());
     EXPECT_FALSE(form->Command6->isVisible());
     EXPECT_EQ(count("drive"), 0);
@@ -542,19 +541,13 @@ std::ostream& operator<<(std::ostream& out, Deed deed) {
     return out << kNames[static_cast<int>(deed)];
 }
 
-std::string bytesOf(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 class OtherCatalogue : public Scanning, public testing::WithParamInterface<Deed> {
 protected:
     OtherCatalogue() {
         for (int64_t number = 5; number < 9; ++number)
             addDisc(number, std::to_string(number).c_str(), "none");
         catalogue::createEmptyCatalogue(other());
-        db::Connection(other().string(), db::Connection::Mode::ReadWrite)
-            .execute("INSERT INTO Drive(\"id number\") VALUES (77)");
+        RawDatabase(other()).execute("INSERT INTO Drive(\"id number\") VALUES (77)");
         goToScanning();
     }
 
@@ -568,7 +561,7 @@ protected:
             fs::remove(path());
         else
             fs::copy_file(other(), path(), fs::copy_options::overwrite_existing);
-        m_left = bytesOf(path());
+        m_left = readFile(path());
         m_done = true;
     }
 
@@ -580,7 +573,7 @@ protected:
                                              "by another program"))
             << box.last().text.toStdString();
         EXPECT_EQ(fs::exists(path()), GetParam() != Deed::Removed);
-        EXPECT_TRUE(bytesOf(path()) == m_left);
+        EXPECT_TRUE(readFile(path()) == m_left);
         EXPECT_FALSE(fs::exists(path().string() + "-journal"));
     }
 

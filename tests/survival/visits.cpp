@@ -6,10 +6,9 @@
 #include "kit/form/Timer.h"
 #include "program/Wiring.h"
 #include "support/windows/FormProbe.h"
+#include "support/windows/FreshWindows.h"
 
 #include <QtCore/QDeadlineTimer>
-#include <QtCore/QSettings>
-#include <QtCore/QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -45,7 +44,6 @@ protected:
     static constexpr int64_t kMostGrowth = 1024; // kilobytes
 
     Visits() {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
         for (const int disc : {1, 2}) {
             catalogue.add(DiscRow{.number = disc, .name = "Disc " + std::to_string(disc)});
             catalogue.addRoot(disc);
@@ -56,7 +54,6 @@ protected:
         program::registerWindows();
         Windows::Show("Switch");
     }
-    ~Visits() override { Windows::Clear(); }
 
     static bool isUp(const char* window) {
         kit::Form* form = Windows::Find(window);
@@ -100,7 +97,7 @@ protected:
     }
 
     CatalogueRig catalogue;
-    const QTemporaryDir settings;
+    const FreshWindows windows;
 };
 
 } // namespace

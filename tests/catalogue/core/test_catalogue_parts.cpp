@@ -1,9 +1,11 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
 #include "catalogue/core/CatalogueFile.h"
+#include "db/DBEngine.h"
 #include "db/DataSource.h"
 #include "db/sqlite/Connection.h"
 #include "support/CountedSleeps.h"
+#include "support/RawDatabase.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -20,12 +22,8 @@ namespace fs = std::filesystem;
 // A catalogue that another program has been at.
 class CatalogueParts : public CatalogueFile {
 protected:
-    void run(const std::string& sql) const {
-        db::Connection(path().string(), db::Connection::Mode::ReadWrite).execute(sql);
-    }
-    std::string text(const std::string& sql) const {
-        return db::Connection(path().string(), db::Connection::Mode::ReadOnly).text(sql);
-    }
+    void run(const std::string& sql) const { test::RawDatabase(path()).execute(sql); }
+    std::string text(const std::string& sql) const { return test::RawDatabase(path()).text(sql); }
     // All that the file says of its tables, indexes and triggers.
     std::string objects() const {
         return text("SELECT group_concat(sql, char(10)) FROM (SELECT sql FROM sqlite_schema ORDER "
@@ -92,7 +90,7 @@ TEST_F(CatalogueParts, RowsThatStandAgainstAnIndexAreAskedAgainOnlyWhenTheFileHa
     open();
     {
         discaro::test::CountedSleeps sleeps;
-        db::Connection other(path().string(), db::Connection::Mode::ReadWrite);
+        test::RawDatabase other(path());
         other.execute("BEGIN IMMEDIATE");
         open();
         EXPECT_EQ(sleeps.takeMilliseconds(), 0) << "nothing is to be written";
@@ -107,7 +105,7 @@ TEST_F(CatalogueParts, ACatalogueThatCantBeWrittenOpensAsItIs) {
     run("DELETE FROM \"Master Table\"");
     db::Connection::setLockWait(0);
     {
-        db::Connection other(path().string(), db::Connection::Mode::ReadWrite);
+        test::RawDatabase other(path());
         other.execute("BEGIN IMMEDIATE");
         EXPECT_EQ(open()->OpenRecordset(kMasterTable)->RecordCount(), 0);
     }

@@ -1,6 +1,7 @@
 #include "catalogue/DiscDeletion.h"
 #include "catalogue/Names.h"
 #include "catalogue/core/CatalogueFile.h"
+#include "db/DBEngine.h"
 
 namespace discaro::catalogue {
 namespace {

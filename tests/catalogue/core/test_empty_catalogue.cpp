@@ -1,14 +1,16 @@
+#include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"
 #include "catalogue/Schema.h"
 #include "catalogue/core/CatalogueFile.h"
+#include "db/DBEngine.h"
 #include "db/engine/Store.h"
+#include "support/Files.h"
 #include "support/QueryPlan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 
 namespace discaro::catalogue {
@@ -198,7 +200,7 @@ TEST_F(EmptyCatalogue, NeverTakesThePlaceOfAnotherFile) {
     addDisc(1);
     EXPECT_THROW(createEmptyCatalogue(path()), base::RuntimeError);
     EXPECT_EQ(rows(kDrive)->RecordCount(), 1);
-    std::ofstream(folder() / "notes") << "mine";
+    test::writeFile(folder() / "notes", "mine");
     EXPECT_THROW(createEmptyCatalogue(folder() / "notes"), base::RuntimeError);
     EXPECT_EQ(fs::file_size(folder() / "notes"), 4U);
 }

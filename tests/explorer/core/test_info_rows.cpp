@@ -12,7 +12,7 @@ namespace {
 class InfoRows : public testing::Test {
 protected:
     void open(db::DataSource& source, const char* table) {
-        source.SetDatabaseName(m_rig.file());
+        source.SetDatabaseName(m_rig.path());
         source.SetRecordSource(table);
         source.Refresh();
     }

@@ -19,7 +19,7 @@ namespace {
 class ExplorerPlans : public testing::Test {
 protected:
     std::string plan(const db::Query& query) {
-        db::Connection connection(m_rig.file().string(), db::Connection::Mode::ReadOnly);
+        db::Connection connection(m_rig.path().string(), db::Connection::Mode::ReadOnly);
         const std::string table = db::quotedName(query.table->name);
         return test::queryPlan(connection, "SELECT * FROM " + table + " WHERE " + query.where + " ORDER BY rowid");
     }

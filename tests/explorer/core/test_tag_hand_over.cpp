@@ -38,7 +38,7 @@ protected:
                 &shared::SimFiles,         &shared::SimSize,      &shared::SimDiscName};
     }
     void open(db::DataSource& source, const char* table) {
-        source.SetDatabaseName(m_rig.file());
+        source.SetDatabaseName(m_rig.path());
         source.SetRecordSource(table);
         source.Refresh();
     }

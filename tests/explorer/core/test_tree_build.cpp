@@ -1,3 +1,4 @@
+#include "db/sqlite/Connection.h"
 #include "explorer/CatalogueRig.h"
 #include "explorer/Queries.h"
 #include "explorer/TreeBuild.h"
@@ -161,18 +162,17 @@ TEST_F(TreeBuild, ALockEndsTheBuild) {
     db::Connection::setLockWait(0);
     struct LockingTree : NotedTree {
         explicit LockingTree(const std::filesystem::path& file)
-            : other(file.string(), db::Connection::Mode::ReadWrite) {}
+            : other(file) {}
         bool rowDone() override {
             if (++rows == 2)
                 other.execute("BEGIN EXCLUSIVE");
             return true;
         }
-        db::Connection other;
+        test::RawDatabase other;
     };
-    LockingTree tree(m_rig.file());
+    LockingTree tree(m_rig.path());
     buildDisc(*catalogue().OpenRecordset(discDirectoriesQuery("1")), tree);
     EXPECT_LT(tree.rows, 400) << "what had been read ahead, and no more";
-    db::Connection::setLockWait(2000);
 }
 
 TEST_F(TreeBuild, ARecordsetThatIsClosedUnderItEndsTheBuild) {

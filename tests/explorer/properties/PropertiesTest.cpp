@@ -1,26 +1,12 @@
 #include "explorer/properties/PropertiesTest.h"
 
-#include "catalogue/EmptyCatalogue.h"
-#include "kit/program/Ground.h"
-
-#include <stdlib.h>
-
 #include <stdexcept>
-#include <system_error>
 
 namespace discaro::test {
 
-namespace fs = std::filesystem;
 namespace Module1 = app::Module1;
 
 namespace {
-
-fs::path makeFolder() {
-    std::string name = (fs::temp_directory_path() / "discaro-properties-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    return name;
-}
 
 // In one piece, since each save by itself waits for the disk.
 void inOneTransaction(const std::function<void()>& action) {
@@ -31,24 +17,8 @@ void inOneTransaction(const std::function<void()>& action) {
 
 } // namespace
 
-TestCatalogue::TestCatalogue()
-    : m_folder(makeFolder()) {
-    db::DBEngine::SetFormat(catalogue::catalogueFormat());
-    Module1::ApplicationPath = m_folder;
-    catalogue::createEmptyCatalogue(path());
-}
-
-TestCatalogue::~TestCatalogue() {
-    std::error_code ignored;
-    fs::remove_all(m_folder, ignored);
-}
-
-fs::path TestCatalogue::path() const {
-    return Module1::cataloguePath();
-}
-
 void TestCatalogue::add(std::string_view table, const Fields& fields) const {
-    const auto rows = db::DBEngine::OpenDatabase(path())->OpenRecordset(table);
+    const auto rows = database()->OpenRecordset(table);
     rows->AddNew();
     for (const auto& [field, value] : fields)
         rows->Fields(field) = value;
@@ -71,13 +41,13 @@ void TestCatalogue::addDirectory(const std::string& number, const std::string& n
 int64_t TestCatalogue::addFile(const std::string& directory, const db::Value& name, Fields further) const {
     further.insert(further.begin(), {{"directory number", directory}, {"file name", name}});
     add("Files", further);
-    const auto rows = db::DBEngine::OpenDatabase(path())->OpenRecordset("Files");
+    const auto rows = database()->OpenRecordset("Files");
     rows->MoveLast();
     return rows->RowNumber();
 }
 
 db::Value TestCatalogue::stored(std::string_view table, const std::string& condition, std::string_view field) const {
-    const auto rows = db::DBEngine::OpenDatabase(path())->OpenRecordset(table);
+    const auto rows = database()->OpenRecordset(table);
     rows->FindFirst(condition);
     if (rows->NoMatch())
         throw std::logic_error("no row: " + condition);
@@ -86,9 +56,9 @@ db::Value TestCatalogue::stored(std::string_view table, const std::string& condi
 
 std::vector<std::string> TestCatalogue::everything() const {
     std::vector<std::string> cells;
-    const auto database = db::DBEngine::OpenDatabase(path());
+    const auto opened = database();
     for (const char* table : {"Drive", "Directories", "Files", "Prog Tag", "Master Table"}) {
-        const auto rows = database->OpenRecordset(table);
+        const auto rows = opened->OpenRecordset(table);
         for (; !rows->Eof(); rows->MoveNext())
             for (int field = 0; field < rows->FieldCount(); ++field)
                 cells.push_back(rows->Fields(field).IsNull() ? "null" : rows->Fields(field).Text());
@@ -100,7 +70,7 @@ PropertiesTest::PropertiesTest() {
     Module1::SelectedDisc = "2";
     Module1::SelectedDirectory = "C1D1S1";
     Module1::SelectedFile = "1";
-    const auto keepsItOpen = db::DBEngine::OpenDatabase(catalogue.path());
+    const auto keepsItOpen = catalogue.database();
     inOneTransaction([this] {
         catalogue.addDisc(1, text("one"));
         catalogue.addDisc(2, text("two"), {{"comments", text("Lent to Anna")}});
@@ -114,7 +84,6 @@ PropertiesTest::PropertiesTest() {
 PropertiesTest::~PropertiesTest() {
     if (m_form)
         m_form->Unload();
-    kit::runGroundActions();
 }
 
 void PropertiesTest::type(kit::TextBox& box, const char* text) {

@@ -6,8 +6,10 @@
 #include "explorer/EXCDROM.h"
 #include "explorer/EXDir.h"
 #include "explorer/EXFile.h"
+#include "support/catalogue/ScratchCatalogue.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
+#include "support/windows/FreshWindows.h"
 #include "support/windows/ScriptedMsgBox.h"
 
 #include <QtCore/QPointer>
@@ -16,7 +18,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,17 +26,9 @@ namespace discaro::test {
 
 using Fields = std::vector<std::pair<std::string, db::Value>>;
 
-// A catalogue in a folder of its own.
-class TestCatalogue {
+// A catalogue with rows that a test adds.
+class TestCatalogue : public ScratchCatalogue {
 public:
-    TestCatalogue();
-    ~TestCatalogue();
-    TestCatalogue(const TestCatalogue&) = delete;
-    TestCatalogue& operator=(const TestCatalogue&) = delete;
-
-    const std::filesystem::path& folder() const { return m_folder; }
-    std::filesystem::path path() const;
-
     void add(std::string_view table, const Fields& fields) const;
     void addDisc(int64_t number, const db::Value& name, Fields further = {}) const;
     // A directory below the root of disc 1.
@@ -47,9 +40,6 @@ public:
     db::Value stored(std::string_view table, const std::string& condition, std::string_view field) const;
     // Every row of every table.
     std::vector<std::string> everything() const;
-
-private:
-    std::filesystem::path m_folder;
 };
 
 // The properties windows over a small catalogue: discs 1 to 3, named as their numbers in words, two
@@ -85,10 +75,13 @@ protected:
     static void retype(kit::TextBox& box, const char* text);
 
     TestCatalogue catalogue;
-    ScriptedMsgBox script;
 
 private:
     QPointer<kit::Form> m_form;
+    const FreshWindows m_windows;
+
+protected:
+    ScriptedMsgBox script;
 };
 
 db::Value text(const std::string& utf8Text);

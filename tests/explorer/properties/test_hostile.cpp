@@ -4,15 +4,13 @@
 #include "explorer/properties/PropertiesTest.h"
 #include "kit/common/Strings.h"
 #include "kit/program/Ground.h"
+#include "support/Files.h"
+#include "support/RawDatabase.h"
 
 #include <QtCore/QCoreApplication>
 
 #include <fcntl.h>
-#include <sqlite3.h>
 #include <unistd.h>
-
-#include <fstream>
-#include <iterator>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -28,18 +26,12 @@ using explorer::EXFile;
 namespace {
 
 // Another program that has locked the catalogue for as long as this lives.
-class OtherProgram {
+class OtherProgram : public RawDatabase {
 public:
-    explicit OtherProgram(const std::filesystem::path& path) {
-        sqlite3_open(path.c_str(), &m_handle);
-        EXPECT_EQ(sqlite3_exec(m_handle, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    explicit OtherProgram(const std::filesystem::path& path)
+        : RawDatabase(path) {
+        execute("BEGIN EXCLUSIVE");
     }
-    ~OtherProgram() { sqlite3_close(m_handle); }
-    OtherProgram(const OtherProgram&) = delete;
-    OtherProgram& operator=(const OtherProgram&) = delete;
-
-private:
-    sqlite3* m_handle = nullptr;
 };
 
 // Rights do not bind the superuser, so as one the catalogue is opened as somebody else.
@@ -73,19 +65,13 @@ protected:
         db::Connection::setLockWait(0);
         QCoreApplication::setApplicationName("discaro-test");
     }
-    ~Hostile() override { db::Connection::setLockWait(2000); }
-
-    static std::string bytesOf(const std::filesystem::path& path) {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
 
     // An empty catalogue, put in the place of the present one; returns what it holds.
     template <typename Put>
     std::string putInPlace(Put&& put) const {
         const auto other = catalogue.folder() / "other.mde";
         discaro::catalogue::createEmptyCatalogue(other);
-        std::string bytes = bytesOf(other);
+        std::string bytes = readFile(other);
         put(other);
         return bytes;
     }
@@ -330,7 +316,7 @@ TEST_F(Hostile, AReplacedCatalogueEndsTheProgramWhenItIsWrittenAndStaysAsItIs) {
     const std::string left =
         putInPlace([this](const auto& other) { std::filesystem::rename(other, catalogue.path()); });
     EXPECT_EQ(endOfClick(*form.Command1, ErrorNumber::CatalogueReplaced), 1);
-    EXPECT_TRUE(bytesOf(catalogue.path()) == left);
+    EXPECT_TRUE(readFile(catalogue.path()) == left);
 }
 
 TEST_F(Hostile, AnOverwrittenCatalogueEndsTheProgramWhenItIsWrittenAndStaysAsItIs) {
@@ -340,7 +326,7 @@ TEST_F(Hostile, AnOverwrittenCatalogueEndsTheProgramWhenItIsWrittenAndStaysAsItI
         std::filesystem::copy_file(other, catalogue.path(), std::filesystem::copy_options::overwrite_existing);
     });
     EXPECT_EQ(endOfClick(*form.Command1, ErrorNumber::CatalogueReplaced), 1);
-    EXPECT_TRUE(bytesOf(catalogue.path()) == left);
+    EXPECT_TRUE(readFile(catalogue.path()) == left);
 }
 
 TEST_F(Hostile, ARemovedCatalogueEndsTheProgramWhenItIsWritten) {

@@ -7,10 +7,10 @@
 #include "kit/display/StatusBar.h"
 #include "kit/form/MenuBar.h"
 #include "kit/program/Ground.h"
+#include "support/windows/FreshWindows.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSettings>
-#include <QtCore/QTemporaryDir>
 #include <QtCore/QTimer>
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
@@ -27,7 +27,6 @@ namespace {
 class ToolbarTest : public testing::Test {
 protected:
     ToolbarTest() {
-        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_settings.path());
         m_window.resize(300, 100);
         m_toolbar.setGeometry(0, 40, 300, 28);
         m_toolbar.setButtons({{"One", "First", "one", 1, true},
@@ -39,7 +38,7 @@ protected:
         QApplication::setActiveWindow(&m_window);
     }
 
-    QTemporaryDir m_settings;
+    const test::FreshWindows m_fresh;
     QWidget m_window;
     QLineEdit m_edit{&m_window};
     Toolbar m_toolbar{&m_window};

@@ -59,10 +59,7 @@ protected:
         form->Show();
         (void)QTest::qWaitForWindowActive(form);
     }
-    ~ValueBox() override {
-        form->Unload();
-        kit::runGroundActions();
-    }
+    ~ValueBox() override { form->Unload(); }
 
     kit::ValueBox& value() { return *form->Value1; }
     QLineEdit& line() { return static_cast<QLineEdit&>(value().editor()); }

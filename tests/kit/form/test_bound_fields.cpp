@@ -5,8 +5,8 @@
 #include "kit/controls/Controls.h"
 #include "kit/controls/TextBox.h"
 #include "kit/form/BoundFields.h"
+#include "support/ScratchFolder.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QTextOption>
 #include <QtTest/QTest>
 #include <QtWidgets/QPlainTextEdit>
@@ -19,6 +19,7 @@
 using namespace discaro;
 using base::ErrorNumber;
 using base::RuntimeError;
+using discaro::test::ScratchFolder;
 using kit::qt;
 using kit::utf8;
 using ::testing::ElementsAre;
@@ -43,7 +44,7 @@ protected:
         m_source.Refresh();
     }
 
-    std::filesystem::path path() const { return m_folder.filePath("things.db").toStdString(); }
+    std::filesystem::path path() const { return m_folder.path() / "things.db"; }
 
     void addRow(const char* shortText, const std::string& longText) {
         const auto things = db::DBEngine::OpenDatabase(path())->OpenRecordset("Things");
@@ -85,7 +86,7 @@ protected:
         return 0;
     }
 
-    const QTemporaryDir m_folder;
+    const ScratchFolder m_folder{ScratchFolder::Place::Memory};
     db::DataSource m_source;
     kit::TextBox m_line;
     kit::TextBox m_area;

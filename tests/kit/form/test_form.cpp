@@ -38,10 +38,9 @@ protected:
 
 class Sizable : public testing::Test {
 protected:
-    ~Sizable() override {
-        form->Unload();
-        kit::runGroundActions();
-    }
+    ~Sizable() override { form->Unload(); }
+
+    const FreshWindows windows;
     SizableForm* form = new SizableForm;
 };
 

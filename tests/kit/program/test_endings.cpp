@@ -82,14 +82,13 @@ TEST_F(Endings, TheEntryProcedureEndsInTheSameWay) {
 TEST_F(Endings, TimersRestWhileTheReportIsUp) {
     QCoreApplication::setApplicationName("discaro-test");
     form->onCommand = [] { throw RuntimeError(ErrorNumber::DiskFull); };
-    const auto before = kit::setAnswerer([this](const kit::Question&) {
+    kit::setAnswerer([this](const kit::Question&) {
         form->Timer1->setEnabled(true);
         EXPECT_TRUE(kit::isEndingByError());
         EXPECT_FALSE(QTest::qWaitFor([this] { return form->heard.back() == "timer"; }, 50));
         return kit::Answer::Ok;
     });
     EXPECT_EQ(endOfClick(), 1);
-    kit::setAnswerer(before);
 }
 
 TEST_F(Endings, DeclaredHandlersRestWhileTheReportIsUp) {
@@ -99,12 +98,11 @@ TEST_F(Endings, DeclaredHandlersRestWhileTheReportIsUp) {
         ++runs;
         throw RuntimeError(ErrorNumber::DiskFull);
     };
-    const auto before = kit::setAnswerer([this](const kit::Question&) {
+    kit::setAnswerer([this](const kit::Question&) {
         emit form->Command1(0).Click();
         return kit::Answer::Ok;
     });
     EXPECT_EQ(endOfClick(), 1);
-    kit::setAnswerer(before);
     EXPECT_EQ(runs, 1);
 }
 
@@ -113,14 +111,13 @@ TEST_F(Endings, ASecondErrorWaitsForTheAnswerToTheReport) {
     form->onCommand = [] { throw RuntimeError(ErrorNumber::DiskFull); };
     int reports = 0;
     bool answered = false;
-    const auto before = kit::setAnswerer([&](const kit::Question&) {
+    kit::setAnswerer([&](const kit::Question&) {
         ++reports;
         kit::reportingErrors([] { throw RuntimeError(ErrorNumber::NoTransaction); });
         answered = true;
         return kit::Answer::Ok;
     });
     EXPECT_EQ(endOfClick(), 1);
-    kit::setAnswerer(before);
     EXPECT_EQ(reports, 1);
     EXPECT_TRUE(answered);
 }

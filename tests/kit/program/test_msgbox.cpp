@@ -1,4 +1,5 @@
 #include "kit/SampleTest.h"
+#include "kit/program/Ground.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QScreen>

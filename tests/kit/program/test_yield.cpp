@@ -1,4 +1,5 @@
 #include "kit/program/Yield.h"
+#include "support/windows/FreshWindows.h"
 
 #include <QtCore/QTimer>
 
@@ -14,13 +15,12 @@ protected:
         QObject::connect(&m_timer, &QTimer::timeout, [this] { ++ticks; });
         m_timer.start(0);
     }
-    ~Yields() override { setYieldPace(m_before); }
 
     int ticks = 0;
 
 private:
+    const test::FreshWindows m_windows;
     QTimer m_timer;
-    std::chrono::nanoseconds m_before = setYieldPace(std::chrono::nanoseconds(0));
 };
 
 } // namespace

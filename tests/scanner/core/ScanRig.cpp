@@ -1,16 +1,9 @@
 #include "scanner/core/ScanRig.h"
 
 #include "app/Module1.h"
-#include "catalogue/EmptyCatalogue.h"
-#include "db/DBEngine.h"
 #include "disc/drives/DriveTable.h"
 #include "scanner/QuickScan.h"
 #include "scanner/Texts.h"
-
-#include <gtest/gtest.h>
-#include <stdlib.h>
-
-#include <filesystem>
 
 namespace discaro::test {
 
@@ -94,41 +87,23 @@ void TestWatcher::scanStopped(const std::string& reason) {
 
 namespace {
 
-std::filesystem::path makeFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "discaro-scan-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    return name;
-}
-
 void openSource(db::DataSource& source, const char* table) {
     source.SetDatabaseName(app::Module1::cataloguePath());
     source.SetRecordSource(table);
     source.Refresh();
 }
 
-std::string statement(const std::string& table, const std::string& condition) {
-    return "select * from [" + table + "]" + (condition.empty() ? "" : " where " + condition);
-}
-
 } // namespace
 
 ScanRig::ScanRig()
     : drives([] { return disc::Computer{}; })
-    , lister(drives)
-    , m_folder(makeFolder()) {
-    db::DBEngine::SetFormat(catalogue::catalogueFormat());
-    app::Module1::ApplicationPath = m_folder;
-    app::Module1::ScanCancelled = 0;
-    catalogue::createEmptyCatalogue(app::Module1::cataloguePath());
+    , lister(drives) {
     watcher.whenStopped = [this] { close(); };
     open();
 }
 
 ScanRig::~ScanRig() {
     close();
-    app::Module1::CatalogueDb.reset();
-    std::filesystem::remove_all(m_folder);
 }
 
 void ScanRig::open() {
@@ -167,36 +142,6 @@ void ScanRig::scan(scanner::ScanOptions options, const std::string& name, const 
     running.run();
     errorLog = running.ErrorLog();
     engine = nullptr;
-}
-
-int64_t ScanRig::count(const std::string& table) {
-    return db::DBEngine::OpenDatabase(app::Module1::cataloguePath())
-        ->OpenRecordset(statement(table, {}))
-        ->RecordCount();
-}
-
-std::string ScanRig::field(const std::string& table, const std::string& condition, std::string_view field) {
-    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(statement(table, condition));
-    if (rows->Eof()) {
-        ADD_FAILURE() << "no row of " << table << " with " << condition;
-        return {};
-    }
-    return rows->Fields(field).Text();
-}
-
-bool ScanRig::isNull(const std::string& table, const std::string& condition, std::string_view field) {
-    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(statement(table, condition));
-    EXPECT_FALSE(rows->Eof()) << "no row of " << table << " with " << condition;
-    return !rows->Eof() && rows->Fields(field).IsNull();
-}
-
-std::vector<std::string> ScanRig::column(const std::string& table, std::string_view field,
-                                         const std::string& condition) {
-    auto rows = db::DBEngine::OpenDatabase(app::Module1::cataloguePath())->OpenRecordset(statement(table, condition));
-    std::vector<std::string> texts;
-    for (; !rows->Eof(); rows->MoveNext())
-        texts.push_back(rows->Fields(field).Text());
-    return texts;
 }
 
 } // namespace discaro::test

@@ -4,6 +4,7 @@
 #include "disc/drives/Lister.h"
 #include "scanner/ScanEngine.h"
 #include "support/MemoryMedium.h"
+#include "support/catalogue/ScratchCatalogue.h"
 
 #include <functional>
 #include <memory>
@@ -52,11 +53,8 @@ public:
     std::vector<std::string> bars;      // what the bars were told without refusing it
 };
 
-// One row of a table as texts, by field name.
-using Row = std::function<std::string(std::string_view field)>;
-
-// A catalogue in a folder of its own, the four data sources of a scan, and discs in memory to scan into it.
-class ScanRig {
+// A catalogue, the four data sources of a scan, and discs in memory to scan into it.
+class ScanRig : public ScratchCatalogue {
 public:
     ScanRig();
     ~ScanRig();
@@ -72,14 +70,6 @@ public:
     // Counts and scans the disc inserted last.
     void scan(scanner::ScanOptions options = {}, const std::string& name = "Disc", const std::string& comments = {});
 
-    int64_t count(const std::string& table);
-    // The first row that the condition meets; fails the test when there is none.
-    std::string field(const std::string& table, const std::string& condition, std::string_view field);
-    bool isNull(const std::string& table, const std::string& condition, std::string_view field);
-    // One field of all rows that the condition meets, in the table's order.
-    std::vector<std::string> column(const std::string& table, std::string_view field,
-                                    const std::string& condition = {});
-
     std::string master(std::string_view field) { return this->field("Master Table", {}, field); }
 
     db::DataSource masterSource;
@@ -94,9 +84,6 @@ public:
     std::string errorLog;                        // of the scan before
     const scanner::ScanEngine* engine = nullptr; // while a scan runs
     double quickFiles = -1;                      // what the quick scan is made to have counted; -1 leaves its own count
-
-private:
-    std::filesystem::path m_folder;
 };
 
 } // namespace discaro::test

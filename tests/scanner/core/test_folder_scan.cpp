@@ -1,6 +1,7 @@
 #include "app/Module1.h"
 #include "scanner/core/ScanRig.h"
 #include "support/ExecutableBuilder.h"
+#include "support/Files.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -9,7 +10,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 
 // A folder that is scanned as a disc.
 namespace discaro::test {
@@ -24,10 +24,7 @@ protected:
         fs::create_directory(path);
     }
 
-    void write(const fs::path& name, const std::string& content) const {
-        fs::create_directories((path / name).parent_path());
-        std::ofstream(path / name, std::ios::binary) << content;
-    }
+    void write(const fs::path& name, const std::string& content) const { writeFile(path / name, content); }
     void scan(const char* level = "basic", const char* errorAction = "ignore") {
         rig.letter = rig.drives.addImageOrFolder(path);
         rig.scan({.DetailLevel = level, .ErrorAction = errorAction, .LogErrors = "true", .UseFreeNumber = {}});

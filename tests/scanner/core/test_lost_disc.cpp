@@ -1,11 +1,11 @@
 #include "app/Module1.h"
 #include "base/RuntimeError.h"
 #include "scanner/core/ScanRig.h"
+#include "support/Files.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 // Discs that go away: before the scan, in the middle of it, and those that only seem to.
 namespace discaro::test {
@@ -123,10 +123,8 @@ TEST_F(LostDisc, WithItsLastFilesIsToldThoughAllHaveTheirRows) {
 
 TEST_F(LostDisc, AFolderThatIsRemovedInTheWalkIsOne) {
     const auto path = app::Module1::ApplicationPath / "disc";
-    for (int i = 0; i < 20; ++i) {
-        std::filesystem::create_directories(path / std::to_string(i));
-        std::ofstream(path / std::to_string(i) / "A") << "x";
-    }
+    for (int i = 0; i < 20; ++i)
+        writeFile(path / std::to_string(i) / "A", "x");
     rig.letter = rig.drives.addImageOrFolder(path);
     rig.watcher.atYield = [&](int number) {
         if (number == 40)

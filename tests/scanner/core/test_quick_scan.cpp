@@ -5,12 +5,12 @@
 #include "scanner/Texts.h"
 #include "scanner/core/ScanRig.h"
 #include "support/BufferSource.h"
+#include "support/Files.h"
 #include "support/IsoBuilder.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -191,7 +191,7 @@ TEST(QuickScan, ADamagedRootOfAnImageIsCountedAsFarAsItCanBeRead) {
         entries.push_back(isoFile("FILE" + std::to_string(1000 + i) + ".;1"));
     ScanRig rig;
     const auto path = app::Module1::ApplicationPath / "cut.iso";
-    std::ofstream(path) << plainIso(entries).image().substr(0, 22 * 2048);
+    writeFile(path, plainIso(entries).image().substr(0, 22 * 2048));
     rig.letter = rig.drives.addImageOrFolder(path);
     const auto quick = counted(rig);
     EXPECT_EQ(quick.directories(), 1);
@@ -203,7 +203,7 @@ TEST(QuickScan, ADamagedRootOfAnImageIsCountedAsFarAsItCanBeRead) {
 TEST(QuickScan, AnImageThatLosesItsRootBeforeItIsCountedThrows) {
     ScanRig rig;
     const auto path = app::Module1::ApplicationPath / "disc.iso";
-    std::ofstream(path) << plainIso({isoFile("A.;1")}).image();
+    writeFile(path, plainIso({isoFile("A.;1")}).image());
     rig.letter = rig.drives.addImageOrFolder(path);
     std::filesystem::resize_file(path, 20 * 2048);
     scanner::QuickScan quick(rig.lister);

@@ -64,13 +64,14 @@ std::vector<HandlerCase> handlerCases() {
     return cases;
 }
 
-class Handlers : public testing::TestWithParam<HandlerCase> {};
+class Handlers : public testing::TestWithParam<HandlerCase> {
+    const FreshProgram m_program;
+};
 
 } // namespace
 
 TEST_P(Handlers, PromptLogAndGoOnAsTheHandlerSays) {
     const HandlerCase& row = GetParam();
-    app::Module1::ScanCancelled = 0;
     TestWatcher watcher;
     watcher.answers.assign(2, row.stop);
     const scanner::ScanOptions options = action(row.errorAction);
@@ -97,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(All, Handlers, testing::ValuesIn(handlerCases()), [](co
 TEST(ErrorPrompt, TellsHowTheCatalogueFailedOnlyWhenTheUserStopsTheScan) {
     for (const bool stop : {false, true})
         for (const auto number : {ErrorNumber::DiskFull, ErrorNumber::ReadFailure}) {
-            app::Module1::ScanCancelled = 0;
+            const FreshProgram program;
             TestWatcher watcher;
             watcher.answers = {stop};
             const scanner::ScanOptions options = action("cancel");
@@ -108,7 +109,6 @@ TEST(ErrorPrompt, TellsHowTheCatalogueFailedOnlyWhenTheUserStopsTheScan) {
             const bool told = stop && number == ErrorNumber::DiskFull;
             EXPECT_EQ(desk.reason(), told ? error.description() : "");
         }
-    app::Module1::ScanCancelled = 0;
 }
 
 // ---- Discs that fail under the walk

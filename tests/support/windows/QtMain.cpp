@@ -5,8 +5,8 @@
 #include "kit/display/ImageList.h"
 #include "kit/program/UnhandledErrors.h"
 #include "kit/program/Yield.h"
+#include "support/ScratchFolder.h"
 
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QFont>
 
 #include <gtest/gtest.h>
@@ -36,8 +36,9 @@ int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const QTemporaryDir runtime;
-    qputenv("XDG_RUNTIME_DIR", runtime.path().toUtf8());
+    const test::ScratchFolder own;
+    for (const char* folder : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME"})
+        qputenv(folder, QByteArray::fromStdString(own.path().string()));
     qInstallMessageHandler(failOnWarning);
     kit::Application application(argc, argv);
     QApplication::setStyle("fusion");
