@@ -8,8 +8,6 @@
 #include <QtGui/QAccessible>
 #include <QtGui/QPainter>
 
-#include <cstdlib>
-#include <fstream>
 #include <sstream>
 
 namespace discaro::test {
@@ -73,18 +71,6 @@ std::string describeColumns(const kit::ListView& list) {
     return out.str();
 }
 
-void expectFile(const char* name, const std::string& described) {
-    const auto path = std::filesystem::path(DISCARO_TESTS_FOLDER) / "explorer/golden" / name;
-    const char* update = std::getenv("DISCARO_UPDATE_GOLDEN");
-    if (update && *update == '1') {
-        std::ofstream(path, std::ios::binary) << described;
-        return;
-    }
-    std::ostringstream kept;
-    kept << std::ifstream(path, std::ios::binary).rdbuf();
-    EXPECT_EQ(described, kept.str()) << path;
-}
-
 // How many pixels of a small picture stand out from the ground that it is drawn on.
 int pixelsSeen(const QIcon& icon, const QColor& ground) {
     constexpr int kSide = 16;
@@ -124,12 +110,12 @@ TEST_F(ExplorerForm, HasItsControlsInTheirPlaces) {
 }
 
 TEST_F(ExplorerForm, HasItsMenusAndPopUps) {
-    expectFile("EXMain-menus.txt", describeMenus(*made().MenuBar1));
+    expectGolden(describeMenus(*made().MenuBar1), "explorer", "EXMain-menus");
 }
 
 TEST_F(ExplorerForm, HasItsToolbar) {
     const EXMain& window = made();
-    expectFile("EXMain-toolbar.txt", describeToolbar(*window.Toolbar1));
+    expectGolden(describeToolbar(*window.Toolbar1), "explorer", "EXMain-toolbar");
     int buttons = 0;
     for (const kit::ToolbarButton& each : window.Toolbar1->buttons())
         buttons += each.key.isEmpty() ? 0 : 1;
@@ -138,8 +124,8 @@ TEST_F(ExplorerForm, HasItsToolbar) {
 
 TEST_F(ExplorerForm, HasItsColumns) {
     const EXMain& window = made();
-    expectFile("EXMain-columns.txt",
-               describeColumns(*window.lvwdb) + describeColumns(*window.DriveInfo) + describeColumns(*window.Dirinfo));
+    expectGolden(describeColumns(*window.lvwdb) + describeColumns(*window.DriveInfo) + describeColumns(*window.Dirinfo),
+                 "explorer", "EXMain-columns");
 }
 
 TEST_F(ExplorerForm, EveryPictureIsThere) {

@@ -2,6 +2,7 @@
 
 #include "kit/controls/TextBox.h"
 #include "kit/form/TrayIcon.h"
+#include "support/Files.h"
 
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QProgressBar>
@@ -11,8 +12,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace discaro::test {
 
@@ -102,16 +101,6 @@ QString lineOf(const QObject& object) {
     return line;
 }
 
-std::filesystem::path goldenFile(const kit::Form& form, const std::string& room) {
-    return std::filesystem::path(DISCARO_TESTS_FOLDER) / room / "golden" / (form.name().toStdString() + ".txt");
-}
-
-std::string contentsOf(const std::filesystem::path& path) {
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
-
 } // namespace
 
 std::string describe(const kit::Form& form) {
@@ -125,16 +114,19 @@ std::string describe(const kit::Form& form) {
     return text.toStdString();
 }
 
-void expectGolden(const kit::Form& form, const std::string& room) {
-    const auto path = goldenFile(form, room);
+void expectGolden(const std::string& described, const std::string& room, const std::string& name) {
+    const auto path = std::filesystem::path(DISCARO_TESTS_FOLDER) / room / "golden" / (name + ".txt");
     const char* update = std::getenv("DISCARO_UPDATE_GOLDEN");
     if (update && *update == '1') {
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << describe(form);
+        writeFile(path, described);
         return;
     }
     ASSERT_TRUE(std::filesystem::exists(path)) << path << " is missing; run with DISCARO_UPDATE_GOLDEN=1";
-    EXPECT_EQ(describe(form), contentsOf(path));
+    EXPECT_EQ(described, readFile(path)) << path;
+}
+
+void expectGolden(const kit::Form& form, const std::string& room) {
+    expectGolden(describe(form), room, form.name().toStdString());
 }
 
 } // namespace discaro::test

@@ -15,4 +15,7 @@ std::string describe(const kit::Form& form);
 // environment the file is written instead.
 void expectGolden(const kit::Form& form, const std::string& room);
 
+// The same for another description that is kept there, by its file's name without the ending.
+void expectGolden(const std::string& described, const std::string& room, const std::string& name);
+
 } // namespace discaro::test
