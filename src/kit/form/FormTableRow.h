@@ -58,6 +58,12 @@ public:
 template <typename T>
 concept SeenControl = std::derived_from<T, QWidget>;
 
+// Whose members and handlers a class has: the class itself or one that it derives from.
+template <typename Base, typename Derived>
+concept BaseOf = std::derived_from<Derived, Base>;
+template <typename Base, typename Derived>
+concept OtherBaseOf = BaseOf<Base, Derived> && !std::same_as<Base, Derived>;
+
 template <typename Window, typename T, bool Indexed>
 class Row : public WindowRow<Window> {
 public:
@@ -80,23 +86,23 @@ public:
     // The container that the control stands in, declared in a row above; the window when none is
     // told. A container with pages takes the page's index, an element of a control array its own
     // index first.
-    template <typename Base, SeenControl P>
-    requires std::derived_from<Window, Base> Row& in(P* Base::*parent) {
+    template <BaseOf<Window> Base, SeenControl P>
+    Row& in(P* Base::*parent) {
         m_parent = [parent](Window& window) -> QWidget* { return window.*parent; };
         return *this;
     }
-    template <typename Base, std::derived_from<Tabs> P>
-    requires std::derived_from<Window, Base> Row& in(P* Base::*tabs, int page) {
+    template <BaseOf<Window> Base, std::derived_from<Tabs> P>
+    Row& in(P* Base::*tabs, int page) {
         m_parent = [tabs, page](Window& window) -> QWidget* { return &(window.*tabs)->page(page); };
         return *this;
     }
-    template <typename Base, SeenControl P>
-    requires std::derived_from<Window, Base> Row& in(ControlArray<P> Base::*parents, int index) {
+    template <BaseOf<Window> Base, SeenControl P>
+    Row& in(ControlArray<P> Base::*parents, int index) {
         m_parent = [parents, index](Window& window) -> QWidget* { return &(window.*parents)(index); };
         return *this;
     }
-    template <typename Base, std::derived_from<Tabs> P>
-    requires std::derived_from<Window, Base> Row& in(ControlArray<P> Base::*tabs, int index, int page) {
+    template <BaseOf<Window> Base, std::derived_from<Tabs> P>
+    Row& in(ControlArray<P> Base::*tabs, int index, int page) {
         m_parent = [tabs, index, page](Window& window) -> QWidget* { return &(window.*tabs)(index).page(page); };
         return *this;
     }
@@ -141,14 +147,13 @@ public:
     }
 
     // Makes a label name the control that stands beside it: its access letter leads there.
-    template <typename Base, SeenControl C>
-    requires std::derived_from<T, Label> && std::derived_from<Window, Base> Row& labels(C* Base::*labelled) {
+    template <BaseOf<Window> Base, SeenControl C>
+    Row& labels(C* Base::*labelled) requires std::derived_from<T, Label> {
         m_labelled = [labelled](Window& window) -> QWidget* { return window.*labelled; };
         return *this;
     }
-    template <typename Base, SeenControl C>
-    requires std::derived_from<T, Label> && std::derived_from<Window, Base> Row& labels(ControlArray<C> Base::*labelled,
-                                                                                        int index) {
+    template <BaseOf<Window> Base, SeenControl C>
+    Row& labels(ControlArray<C> Base::*labelled, int index) requires std::derived_from<T, Label> {
         m_labelled = [labelled, index](Window& window) -> QWidget* { return &(window.*labelled)(index); };
         return *this;
     }
@@ -186,9 +191,8 @@ public:
     // Runs the window's handler whenever the control raises the signal. The handler takes as many
     // of the signal's arguments as it likes; that of a control array takes the element's index
     // before them, or nothing at all.
-    template <typename Raiser, typename... Raised, typename Base, typename... Taken>
-    requires std::derived_from<T, Raiser> && std::derived_from<Window, Base> Row&
-    when(void (Raiser::*signal)(Raised...), void (Base::*handler)(Taken...)) {
+    template <BaseOf<T> Raiser, typename... Raised, BaseOf<Window> Base, typename... Taken>
+    Row& when(void (Raiser::*signal)(Raised...), void (Base::*handler)(Taken...)) {
         m_connections.push_back([signal, handler, index = m_facts.index](T& control, Window& window) {
             QObject::connect(&control, signal, &window, [&window, handler, index](Raised... raised) {
                 if (!window.isUnloaded() && !isEndingByError())
@@ -206,7 +210,9 @@ public:
         return when(&T::Change, handler);
     }
     template <typename Base, typename... Taken>
-    requires std::same_as<T, Timer> Row& onTick(void (Base::*handler)(Taken...)) { return when(&T::Tick, handler); }
+    Row& onTick(void (Base::*handler)(Taken...)) requires std::same_as<T, Timer> {
+        return when(&T::Tick, handler);
+    }
 
     void create(Window& window, std::vector<QWidget*>& focusOrder) const override {
         T* control = make(window);
@@ -291,9 +297,8 @@ Row<Window, T, false> control(T* Window::*member, const char* name) {
             [member](Window& window) { return window.*member; }};
 }
 
-template <typename Window, typename Base, typename T>
-requires std::derived_from<Window, Base> &&
-    (!std::same_as<Window, Base>)Row<Window, T, false> control(T* Base::*member, const char* name) {
+template <typename Window, OtherBaseOf<Window> Base, typename T>
+Row<Window, T, false> control(T* Base::*member, const char* name) {
     return control(static_cast<T * Window::*>(member), name);
 }
 
@@ -304,10 +309,8 @@ Row<Window, T, true> control(ControlArray<T> Window::*member, const char* name, 
             [member, index](Window& window) { return &(window.*member)(index); }};
 }
 
-template <typename Window, typename Base, typename T>
-requires std::derived_from<Window, Base> &&
-    (!std::same_as<Window, Base>)Row<Window, T, true> control(ControlArray<T> Base::*member, const char* name,
-                                                              int index) {
+template <typename Window, OtherBaseOf<Window> Base, typename T>
+Row<Window, T, true> control(ControlArray<T> Base::*member, const char* name, int index) {
     return control(static_cast<ControlArray<T> Window::*>(member), name, index);
 }
 
