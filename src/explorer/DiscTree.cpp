@@ -42,7 +42,7 @@ public:
         const int node = m_nodes.tryAdd(qt(row.parent), key, qt(row.text));
         if (node == 0)
             return;
-        m_nodes.setTag(node, row.tag == row.key ? key : qt(row.tag));
+        m_nodes.setTag(node, key);
         m_nodes.setImage(node, m_image);
         last = node;
     }

@@ -58,7 +58,6 @@ void buildDisc(db::Recordset& directories, TreeSink& sink) {
             row.parent = fields.parent.Text();
             row.key = fields.number.Text();
             row.text = fields.name.Text();
-            row.tag = row.key;
             sink.add(row);
         });
     });
@@ -72,7 +71,6 @@ void buildAllContents(db::Recordset& roots, db::Database& catalogue, TreeSink& s
             skipErrorsUnlessLocked([&] { row.text = discName(catalogue, fields.disc); });
             row.parent = fields.parent.Text();
             row.key = fields.number.Text();
-            row.tag = row.key;
             sink.add(row);
         });
     });

@@ -12,7 +12,6 @@ struct TreeRow {
     std::string parent; // key of the node above
     std::string key;
     std::string text;
-    std::string tag;
 };
 
 // Where the nodes go.
