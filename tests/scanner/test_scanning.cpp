@@ -505,8 +505,7 @@ TEST_F(Scanning, AFinishedScanIsNotMentioned) {
 
 TEST_F(Scanning, ACatalogueWithoutItsRowOfTotalsHasNoUnfinishedScan) {
     open();
-    db::Connection(app::Module1::cataloguePath().string(), db::Connection::Mode::ReadWrite)
-        .execute("DELETE FROM \"Master Table\"");
+    RawDatabase(app::Module1::cataloguePath()).execute("DELETE FROM \"Master Table\"");
     form->Data1.Refresh();
     ASSERT_TRUE(form->Data1.Recordset().Eof());
     EXPECT_NO_THROW(asHandler([this] { emit form->Timer1->Tick(); }));

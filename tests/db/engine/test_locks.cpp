@@ -2,6 +2,7 @@
 #include "db/sqlite/Connection.h"
 #include "db/sqlite/WaitOnce.h"
 #include "support/CountedSleeps.h"
+#include "support/RawDatabase.h"
 
 namespace discaro::db::test {
 namespace {
@@ -22,7 +23,7 @@ protected:
     discaro::test::CountedSleeps m_sleeps;
 
 private:
-    Connection m_other{path().string(), Connection::Mode::ReadWrite};
+    discaro::test::RawDatabase m_other{path()};
 };
 
 } // namespace

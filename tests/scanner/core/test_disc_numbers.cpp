@@ -1,6 +1,6 @@
 #include "app/Module1.h"
-#include "db/sqlite/Connection.h"
 #include "scanner/core/ScanRig.h"
+#include "support/RawDatabase.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ scanner::ScanOptions anyFree() {
 
 // Another program adds a disc of this number, a directory and a file, while the data sources of the scan are open.
 void addDiscElsewhere(int number, int scanned) {
-    db::Connection other(app::Module1::cataloguePath().string(), db::Connection::Mode::ReadWrite);
+    RawDatabase other(app::Module1::cataloguePath());
     const std::string disc = std::to_string(number);
     const std::string directory = "'C" + disc + "D1'";
     other.execute("INSERT INTO \"Drive\" (\"id number\") VALUES (" + disc + ")");
@@ -69,8 +69,7 @@ TEST_F(DiscNumbers, TheNextOneNeverComesBackAndAFreeOneDoes) {
 }
 
 TEST_F(DiscNumbers, ADiscThatGetsNoneIsNotKept) {
-    db::Connection(app::Module1::cataloguePath().string(), db::Connection::Mode::ReadWrite)
-        .execute("DELETE FROM \"Master Table\"");
+    RawDatabase(app::Module1::cataloguePath()).execute("DELETE FROM \"Master Table\"");
     rig.scan();
     ASSERT_GE(rig.watcher.log.size(), 2U);
     EXPECT_TRUE(rig.watcher.log[rig.watcher.log.size() - 2].starts_with("not saved: "));
