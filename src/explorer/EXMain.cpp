@@ -30,8 +30,8 @@ constexpr int kProgressMargin = 40;
 
 // Menu items that only lead to another window, and the toolbar button of the same command.
 struct Way {
-    const char* window;
-    const char* item;
+    const char* window = nullptr;
+    const char* item = nullptr;
     const char* button = nullptr;
 };
 

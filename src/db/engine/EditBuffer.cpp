@@ -167,9 +167,9 @@ bool EditBuffer::equals(size_t field, const RowWindow& window, const Cell& cell)
         return false;
     switch (slot.type) {
     case CellType::Integer:
-        return slot.integer == cell.integer;
+        return slot.integer == cell.content.integer;
     case CellType::Real:
-        return slot.real == cell.real;
+        return slot.real == cell.content.real;
     case CellType::Text:
         return slot.text == window.text(cell);
     case CellType::Null:
@@ -197,12 +197,12 @@ void EditBuffer::bind(size_t field, Statement& statement, int parameter) const {
 Value valueOf(const RowWindow& window, const Cell& cell, FieldType type) {
     switch (cell.type) {
     case CellType::Integer:
-        return integerValue(cell.integer, type);
+        return integerValue(cell.content.integer, type);
     case CellType::Real:
         // What an integer column can't hold the engine stores as a real number.
         if (type == FieldType::Integer)
-            return integerFrom(cell.real);
-        return cell.real;
+            return integerFrom(cell.content.real);
+        return cell.content.real;
     case CellType::Text:
         return type == FieldType::Date ? shortDate(window.text(cell)) : std::string(window.text(cell));
     case CellType::Null:

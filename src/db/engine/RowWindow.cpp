@@ -32,14 +32,14 @@ Cell RowWindow::read(const Statement& statement, int column) {
     case Statement::CellType::Null:
         break;
     case Statement::CellType::Integer:
-        cell.integer = statement.integer(column);
+        cell.content.integer = statement.integer(column);
         break;
     case Statement::CellType::Real:
-        cell.real = statement.real(column);
+        cell.content.real = statement.real(column);
         break;
     case Statement::CellType::Text: {
         const std::string_view text = statement.text(column);
-        cell.text = {static_cast<uint32_t>(m_text.size()), static_cast<uint32_t>(text.size())};
+        cell.content.text = {static_cast<uint32_t>(m_text.size()), static_cast<uint32_t>(text.size())};
         m_text += text;
         break;
     }

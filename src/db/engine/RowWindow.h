@@ -17,15 +17,14 @@ struct TextPlace {
 
 // One stored value; text lies in the window that holds the cell.
 struct Cell {
-    Statement::CellType type = Statement::CellType::Null;
-    union {
-        int64_t integer;
+    union Content {
+        int64_t integer = 0;
         double real;
         TextPlace text;
     };
 
-    Cell()
-        : integer(0) {}
+    Statement::CellType type = Statement::CellType::Null;
+    Content content;
 };
 
 // A few rows in memory: their numbers and the raw values of their fields, in buffers that are used again.
@@ -48,7 +47,7 @@ public:
     int64_t number(size_t row) const { return m_numbers[row]; }
     const Cell& cell(size_t row, size_t field) const { return m_cells[row * m_fields + field]; }
     std::string_view text(const Cell& cell) const {
-        return std::string_view(m_text).substr(cell.text.begin, cell.text.length);
+        return std::string_view(m_text).substr(cell.content.text.begin, cell.content.text.length);
     }
 
 private:

@@ -49,8 +49,8 @@ private:
     std::vector<int64_t> m_numbers;
     size_t m_index = 0; // of the current row; behind a deleted one, of the row after it
     bool m_inSequence = false;
-    uint64_t m_seenInserted;
-    uint64_t m_seenDeleted;
+    uint64_t m_seenInserted = 0;
+    uint64_t m_seenDeleted = 0;
 };
 
 } // namespace discaro::db

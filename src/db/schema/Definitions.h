@@ -34,7 +34,7 @@ struct TableDef {
 
 // A part of an order.
 struct SortTerm {
-    int field; // its position in the table
+    int field = 0; // its position in the table
     bool descending = false;
     bool operator==(const SortTerm&) const = default;
 };

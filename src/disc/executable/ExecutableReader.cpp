@@ -56,7 +56,7 @@ const unsigned char* ExecutableReader::at(uint64_t offset, size_t length) {
         moveWindow(offset);
     if (!inWindow())
         return nullptr;
-    return reinterpret_cast<const unsigned char*>(m_window.data()) + (offset - m_windowStart);
+    return reinterpret_cast<const unsigned char*>(m_window) + (offset - m_windowStart);
 }
 
 void ExecutableReader::moveWindow(uint64_t offset) {

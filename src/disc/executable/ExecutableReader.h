@@ -2,7 +2,6 @@
 
 #include "disc/medium/Medium.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -54,7 +53,7 @@ private:
     int m_visits = 0;
     uint64_t m_windowStart = 0;
     size_t m_windowLength = 0;
-    std::array<std::byte, kWindowSize> m_window; // its first m_windowLength bytes are valid
+    std::byte m_window[kWindowSize]; // its first m_windowLength bytes are valid
 };
 
 } // namespace discaro::disc

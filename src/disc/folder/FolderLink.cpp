@@ -31,7 +31,7 @@ Descriptor openBeneath(int folder, const std::string& path, int flags) {
 }
 
 std::string linkText(int folder, const std::string& path) {
-    std::array<char, PATH_MAX> text;
+    std::array<char, PATH_MAX> text{};
     const Descriptor link = openBeneath(folder, path, O_PATH | O_NOFOLLOW);
     const auto length = link ? ::readlinkat(link.number(), "", text.data(), text.size()) : -1;
     return length > 0 ? std::string(text.data(), static_cast<size_t>(length)) : std::string();

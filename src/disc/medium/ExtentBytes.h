@@ -26,7 +26,7 @@ public:
 
 private:
     struct Piece {
-        uint64_t start; // in the file
+        uint64_t start = 0; // in the file
         Extent extent;
     };
 

@@ -4,7 +4,6 @@
 #include "base/Sentence.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <string>
 
@@ -31,7 +30,7 @@ uint64_t endOf(const Track& track) {
 size_t readFrom(const Track& track, uint64_t offset, std::span<std::byte> buffer) {
     uint64_t sector = offset / kSectorSize - track.firstSector;
     uint64_t within = offset % kSectorSize;
-    std::array<std::byte, kLargestStride * kSectorsAtOnce> raw;
+    std::byte raw[kLargestStride * kSectorsAtOnce];
     size_t done = 0;
     while (done < buffer.size() && sector < track.sectorCount) {
         const uint64_t wanted = (buffer.size() - done + within + kSectorSize - 1) / kSectorSize;
@@ -42,7 +41,7 @@ size_t readFrom(const Track& track, uint64_t offset, std::span<std::byte> buffer
             if (got < i * track.stride + track.dataOffset + kSectorSize)
                 throw base::RuntimeError(base::ErrorNumber::ReadFailure, "the image file is cut short");
             const auto length = std::min<size_t>(kSectorSize - within, buffer.size() - done);
-            std::memcpy(buffer.data() + done, raw.data() + i * track.stride + track.dataOffset + within, length);
+            std::memcpy(buffer.data() + done, raw + i * track.stride + track.dataOffset + within, length);
             done += length;
         }
     }

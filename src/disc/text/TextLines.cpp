@@ -75,11 +75,11 @@ void TextLineReader::readMark() {
 // Reads on until the length is held; false at the end of the text.
 bool TextLineReader::hold(size_t length) {
     while (m_held.size() < length) {
-        std::ranges::copy(m_held, m_buffer.begin());
+        std::ranges::copy(m_held, m_buffer);
         const auto room = std::span(m_buffer).subspan(m_held.size());
         const auto wanted = static_cast<size_t>(std::min<uint64_t>(room.size(), m_end - m_position));
         const auto count = wanted > 0 ? m_source.read(m_position, std::as_writable_bytes(room.first(wanted))) : 0;
-        m_held = std::string_view(m_buffer.data(), m_held.size() + count);
+        m_held = std::string_view(m_buffer, m_held.size() + count);
         m_position += count;
         if (count == 0)
             return false;

@@ -2,7 +2,6 @@
 
 #include "disc/medium/Medium.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -50,7 +49,7 @@ private:
     uint64_t m_end;          // of the text: the file's size or the limit
     bool m_cut;              // the limit ends it
     uint64_t m_position = 0; // of what is read next
-    std::array<char, 8192> m_buffer;
+    char m_buffer[8192];
     std::string_view m_held; // read but not taken yet, in the buffer
     Encoding m_encoding = Encoding::Unlabelled;
     bool m_markRead = false;

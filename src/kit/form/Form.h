@@ -34,9 +34,9 @@ public:
     enum class Border { Fixed, None, Sizable };
 
     struct Facts {
-        const char* name;    // the window's name in the registry, also its object name
-        const char* caption; // UTF-8
-        QSize size;          // in logical pixels; of a sizable window the first and least size
+        const char* name = nullptr;    // the window's name in the registry, also its object name
+        const char* caption = nullptr; // UTF-8
+        QSize size;                    // in logical pixels; of a sizable window the first and least size
         Border border = Border::Fixed;
     };
 
