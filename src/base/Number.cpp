@@ -78,7 +78,7 @@ double outOfRange(std::string_view head) {
     const double huge = head[0] == '-' ? -HUGE_VAL : HUGE_VAL;
     if (raised && head.size() - mark > 8)
         return lowered ? 0 : huge;
-    const double exponent = raised ? std::atof(std::string(head.substr(mark + 1)).c_str()) : 0;
+    const double exponent = raised ? std::strtod(std::string(head.substr(mark + 1)).c_str(), nullptr) : 0;
     return exponent + power < 0 ? 0 : huge;
 }
 

@@ -14,6 +14,8 @@
 
 #include <QtCore/QSignalBlocker>
 
+#include <utility>
+
 namespace discaro::explorer {
 
 using base::skipErrors;
@@ -31,10 +33,10 @@ const QString kOpen = QStringLiteral("open");
 // Puts the rows of the catalogue into the tree and shows how far they have come.
 class NodeSink : public TreeSink {
 public:
-    NodeSink(kit::TreeModel& nodes, kit::ProgressBar& progress, const QString& image)
+    NodeSink(kit::TreeModel& nodes, kit::ProgressBar& progress, QString image)
         : m_nodes(nodes)
         , m_progress(progress)
-        , m_image(image) {}
+        , m_image(std::move(image)) {}
 
     void nameFirst(std::string_view text) override { m_nodes.setText(kFirst, qt(text)); }
     void add(const TreeRow& row) override {

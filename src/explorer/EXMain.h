@@ -109,7 +109,7 @@ private:
     void DriveInfo_MouseDown(QPoint global);
     void Dirinfo_DblClick();
     void Dirinfo_MouseDown(QPoint global);
-    void Toolbar1_ButtonClick(QString key);
+    void Toolbar1_ButtonClick(const QString& key);
     void Showall_Click();
     void refreshall_Click();
     void expand_Click();

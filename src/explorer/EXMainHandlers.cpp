@@ -10,7 +10,7 @@ void EXMain::RunCommand(const std::string& word) {
     m_commands->RunCommand(word);
 }
 
-void EXMain::Toolbar1_ButtonClick(QString key) {
+void EXMain::Toolbar1_ButtonClick(const QString& key) {
     RunCommand(kit::utf8(key));
 }
 

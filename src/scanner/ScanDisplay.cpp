@@ -21,7 +21,7 @@ void showOnly(const kit::ControlArray<kit::Picture>& pictures, int shown) {
 
 // Counts of files are whole, and put together a hundred thousand times in a scan.
 QString counterText(double count, char sign) {
-    std::array<char, 24> text;
+    std::array<char, 24> text{};
     char* end = std::to_chars(text.begin(), text.end() - 1, static_cast<int64_t>(count)).ptr;
     *end++ = sign;
     return QString::fromLatin1(text.data(), end - text.data());

@@ -15,7 +15,7 @@ class Flagged {
 public:
     explicit Flagged(bool& flag)
         : m_flag(flag) {
-        m_flag = true;
+        flag = true;
     }
     ~Flagged() { m_flag = false; }
     Flagged(const Flagged&) = delete;

@@ -123,8 +123,7 @@ bool booleanFrom(std::string_view text) {
 
 std::string dateFrom(std::string_view text) {
     text = base::trimBlanks(text);
-    const std::string stored =
-        matches(text, kDay) || matches(text, kDayAndTime) ? std::string(text) : fromShortForm(text);
+    std::string stored = matches(text, kDay) || matches(text, kDayAndTime) ? std::string(text) : fromShortForm(text);
     if (stored.empty())
         refuse("the text is not a date");
     if (!dateExists(stored) || (stored.size() > kDay.size() && !timeExists(stored)))

@@ -24,7 +24,7 @@ constexpr uint16_t kMagic64 = 0x20B;
 constexpr uint64_t kDirectoryCount32 = 92;
 constexpr uint64_t kDirectoryCount64 = 108;
 
-constexpr uint32_t kResourceDirectory = 2;
+constexpr uint64_t kResourceDirectory = 2;
 constexpr uint64_t kSectionHeaderLength = 40;
 constexpr uint64_t kDirectoryHeaderLength = 16;
 constexpr uint64_t kDirectoryEntryLength = 8;

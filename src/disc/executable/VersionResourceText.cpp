@@ -5,7 +5,7 @@
 #include <iconv.h>
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <memory>
 #include <optional>
 
@@ -14,8 +14,8 @@ namespace discaro::disc {
 namespace {
 
 constexpr unsigned kWestern = 1252;
-constexpr std::array<unsigned, 19> kConverted = {437, 850,  852,  855,  866,  874,  932,  936,  949,
-                                                 950, 1250, 1251, 1253, 1254, 1255, 1256, 1257, 1258};
+constexpr unsigned kConverted[] = {437, 850,  852,  855,  866,  874,  932,  936,  949,
+                                   950, 1250, 1251, 1253, 1254, 1255, 1256, 1257, 1258};
 
 struct CloseConverter {
     using pointer = iconv_t;
@@ -25,7 +25,7 @@ struct CloseConverter {
 // Nothing when the bytes are not all text of the code page, or the system does not know it.
 std::optional<std::string> converted(std::string_view bytes, unsigned codePage) {
     const auto name = "CP" + std::to_string(codePage);
-    const auto opened = iconv_open("UTF-8", name.c_str());
+    auto* const opened = iconv_open("UTF-8", name.c_str());
     if (opened == reinterpret_cast<iconv_t>(-1))
         return std::nullopt;
     const std::unique_ptr<iconv_t, CloseConverter> converter(opened);
@@ -51,7 +51,7 @@ std::string decodeCodePage(std::string_view bytes, unsigned codePage) {
         return std::string(bytes);
     if (codePage == kWestern)
         return base::decodeWindows1252(bytes);
-    if (std::ranges::find(kConverted, codePage) != kConverted.end()) {
+    if (std::ranges::find(kConverted, codePage) != std::end(kConverted)) {
         if (auto text = converted(bytes, codePage))
             return *text;
     }

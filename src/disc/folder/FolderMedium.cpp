@@ -6,6 +6,7 @@
 #include "disc/folder/FolderLink.h"
 #include "disc/folder/FolderTree.h"
 #include "disc/medium/ShownNames.h"
+#include "disc/medium/VolumeSerial.h"
 #include "disc/system/MountTable.h"
 #include "disc/system/SystemErrors.h"
 
@@ -16,7 +17,6 @@
 #include <sys/statvfs.h>
 
 #include <cerrno>
-#include <cstdio>
 #include <limits>
 #include <string_view>
 #include <system_error>
@@ -106,9 +106,7 @@ std::string serialOf(const struct statfs& system, const struct stat& folder) {
     mix(numbered ? static_cast<uint32_t>(words[0]) : folder.st_dev);
     mix(numbered ? static_cast<uint32_t>(words[1]) : 0);
     mix(folder.st_ino);
-    char text[16];
-    std::snprintf(text, sizeof text, "%04X-%04X", hash >> 16, hash & 0xFFFF);
-    return text;
+    return serialText(hash);
 }
 
 } // namespace

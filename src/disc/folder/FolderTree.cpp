@@ -62,13 +62,15 @@ DIR* FolderTree::open(uint32_t directory) {
     std::vector<uint32_t> closed;
     DIR* stream = alreadyOpen(directory);
     for (uint32_t at = directory; !stream; stream = alreadyOpen(at)) {
-        closed.push_back(at);
-        if (at == kRoot)
+        if (at == kRoot) {
+            stream = keepOpen(kRoot, openRoot());
             break;
+        }
+        closed.push_back(at);
         at = m_nodes[at].parent;
     }
     for (auto at = closed.rbegin(); at != closed.rend(); ++at)
-        stream = keepOpen(*at, *at == kRoot ? openRoot() : openIn(stream, m_nodes[*at].name));
+        stream = keepOpen(*at, openIn(stream, m_nodes[*at].name));
     return stream;
 }
 

@@ -151,7 +151,7 @@ std::filesystem::path findBeside(const std::filesystem::path& sheet, std::string
     for (std::filesystem::directory_iterator it(folder, error), end; !error && it != end; it.increment(error))
         if (base::foldedForComparison(it->path().filename().string()) == folded && isRegular(it->path()))
             return it->path();
-    const auto renamed = std::filesystem::path(sheet).replace_extension(".bin");
+    auto renamed = std::filesystem::path(sheet).replace_extension(".bin");
     if (isRegular(renamed))
         return renamed;
     throw base::RuntimeError(base::ErrorNumber::PathMissing, shownPath(written));

@@ -10,7 +10,7 @@ std::time_t secondsOf(const Date& date, int minutesFromGmt) {
     if (!day.ok() || date.hour > 23 || date.minute > 59 || date.second > 59)
         return 0;
     const auto days = std::time_t{sys_days(day).time_since_epoch().count()};
-    const auto clock = static_cast<std::time_t>(date.hour * 3600 + date.minute * 60 + date.second);
+    const auto clock = std::time_t{date.hour} * 3600 + std::time_t{date.minute} * 60 + date.second;
     return days * 86400 + clock - std::time_t{minutesFromGmt} * 60;
 }
 
@@ -18,7 +18,7 @@ namespace {
 
 // An offset out of its range is garbage beside a date that is none, so it counts as GMT.
 int minutesOfQuarters(uint8_t byte) {
-    const int quarters = static_cast<int8_t>(byte);
+    const auto quarters = static_cast<int8_t>(byte);
     return quarters >= -48 && quarters <= 56 ? quarters * 15 : 0;
 }
 

@@ -2,9 +2,13 @@
 
 #include "disc/medium/DiscBytes.h"
 
+#include <cstdint>
 #include <string>
 
 namespace discaro::disc {
+
+// A serial number as "XXXX-XXXX" in upper-case hexadecimal.
+std::string serialText(uint32_t serial);
 
 // The serial number of a volume, as the common desktop system of the discs' time shows it: four sums modulo 256, of
 // the descriptor's bytes at offsets 0, 1, 2 and 3 modulo 4, in that order, as "XXXX-XXXX" in upper-case hexadecimal.

@@ -154,8 +154,8 @@ public:
             m_partitions.maps.push_back(physical(maps.back()));
             table = part(table, byteAt(table, udf_map::kLength));
         }
-        for (uint16_t i = 0; i < maps.size(); ++i)
-            readKind(i, maps[i]);
+        for (size_t i = 0; i < maps.size(); ++i)
+            readKind(static_cast<uint16_t>(i), maps[i]);
     }
 
 private:

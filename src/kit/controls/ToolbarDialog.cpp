@@ -131,7 +131,7 @@ void ToolbarDialog::fillAvailable() {
     available->setCurrentRow(std::min(row, available->count() - 1));
 }
 
-void ToolbarDialog::apply(QStringList keys, int chosen) {
+void ToolbarDialog::apply(const QStringList& keys, int chosen) {
     m_toolbar.setArrangement(keys);
     showArrangement(chosen);
 }

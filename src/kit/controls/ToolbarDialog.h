@@ -27,7 +27,7 @@ private:
     void build();
     void showArrangement(int chosen);
     void fillAvailable();
-    void apply(QStringList keys, int chosen);
+    void apply(const QStringList& keys, int chosen);
     void addChosen();
     void removeChosen();
     void moveChosen(int by);

@@ -375,8 +375,7 @@ std::vector<int> ListView::selectedPlaces() {
         for (int place = range.top(); place <= range.bottom(); ++place)
             places.push_back(place);
     std::ranges::sort(places);
-    const auto doubles = std::ranges::unique(places);
-    places.erase(doubles.begin(), doubles.end());
+    places.erase(std::unique(places.begin(), places.end()), places.end());
     return places;
 }
 

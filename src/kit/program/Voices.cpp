@@ -63,7 +63,7 @@ public:
         : QAccessibleWidget(box, QAccessible::ComboBox) {}
 
     QString text(QAccessible::Text kind) const override {
-        const QString chosen = box().text();
+        QString chosen = box().text();
         const QString given = box().accessibleName();
         if (kind == QAccessible::Value)
             return chosen;
