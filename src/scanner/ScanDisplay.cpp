@@ -14,6 +14,9 @@ namespace discaro::scanner {
 
 namespace {
 
+// The totals of a small disc take less time than a hundred paintings.
+constexpr int64_t kTotalsStep = 5; // per cent
+
 void showOnly(const kit::ControlArray<kit::Picture>& pictures, int shown) {
     for (const auto& [index, picture] : pictures)
         picture->setVisible(index == shown);
@@ -147,11 +150,10 @@ void ScanDisplay::totalsBarSized(int64_t directories) {
 
 void ScanDisplay::advanceTotalsBar() {
     kit::ProgressBar& bar = m_controls.discBar;
+    const int64_t before = bar.percent() / kTotalsStep;
     bar.setValue(bar.value() + 1);
-    if (m_discPercent == bar.percent())
-        return;
-    m_discPercent = bar.percent();
-    bar.paintNow();
+    if (bar.percent() / kTotalsStep != before)
+        bar.paintNow();
 }
 
 void ScanDisplay::totalsFinished() {

@@ -58,12 +58,17 @@ int64_t ProgressBar::percent() const {
 void ProgressBar::paintNow() {
     m_pace.cancel();
     draw();
+    repaint();
 }
 
+// The base class paints at once; what else waits for painting is to go along with it.
 void ProgressBar::draw() {
+    const bool paints = updatesEnabled();
+    setUpdatesEnabled(false);
     const auto whole = static_cast<double>(m_max - m_min);
     const double done = whole > 0 ? static_cast<double>(m_value - m_min) / whole : 0.0;
     QProgressBar::setValue(static_cast<int>(done * kSteps));
+    setUpdatesEnabled(paints);
 }
 
 } // namespace discaro::kit
