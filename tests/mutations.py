@@ -33,6 +33,10 @@ PROGRAMS = {
     "scanner": "test_scanner",
     "explorer_core": "test_explorer_core",
     "explorer": "test_explorer",
+    "app_core": "test_app",
+    "app": "test_app",
+    "program_core": "test_program",
+    "program": "test_program",
 }
 # Files whose tests stand with those of their windows.
 OF_FILES = {"PropertiesRules.cpp": "test_explorer"}
@@ -197,23 +201,33 @@ def shown(path, text, change):
     return f"{place}\n    {old}\n    {(text[first:start] + new + text[end:last]).strip()}"
 
 
+def summary(tried):
+    caught = tried.count("caught")
+    share = f", {100 * caught / len(tried):.0f} of 100" if tried else ""
+    return f"{caught} of {len(tried)} changes noticed{share}"
+
+
 def try_all(places, count, runs):
-    counts = {"caught": 0, "unnoticed": 0, "no program": 0}
+    tried = {}  # the outcomes by test program
+    broken = 0
     try:
         for path, program, change in places:
-            if counts["caught"] + counts["unnoticed"] >= count:
+            if sum(map(len, tried.values())) >= count:
                 break
             runs.require_sound(program)
             text = path.read_text()
             outcome = runs.outcome(path, text, change, program)
-            counts[outcome] += 1
+            if outcome == "no program":
+                broken += 1
+                continue
+            tried.setdefault(program, []).append(outcome)
             if outcome == "unnoticed":
                 print(shown(path, text, change), flush=True)
     except Interrupted:
         print("interrupted")
-    tried = counts["caught"] + counts["unnoticed"]
-    share = f", {100 * counts['caught'] / tried:.0f} of 100" if tried else ""
-    print(f"{counts['caught']} of {tried} changes noticed{share}; {counts['no program']} more did not compile")
+    for program, outcomes in sorted(tried.items()):
+        print(f"{program}: {summary(outcomes)}")
+    print(f"{summary(sum(tried.values(), []))}; {broken} more did not compile")
 
 
 def interrupt(*_):
