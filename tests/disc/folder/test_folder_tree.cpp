@@ -1,4 +1,5 @@
 #include "base/RuntimeError.h"
+#include "disc/ImageHelp.h"
 #include "disc/folder/FolderTree.h"
 #include "support/ScratchFolder.h"
 
@@ -76,6 +77,14 @@ TEST(FolderTree, AFailureLeavesNothingOpen) {
     EXPECT_THROW(tree.open(tree.number(FolderTree::kRoot, "file")), RuntimeError);
     EXPECT_THROW(tree.open(999), RuntimeError);
     EXPECT_EQ(openDescriptors(), before);
+}
+
+TEST(FolderTree, ANumberThatWasNeverGivenIsAMissingPath) {
+    const ScratchFolder folder;
+    FolderTree tree(folder.path());
+    const uint32_t next = FolderTree::kRoot + 1;
+    EXPECT_EQ(test::errorOf([&] { tree.open(next); }), test::numberOf(base::ErrorNumber::PathMissing));
+    EXPECT_EQ(test::errorOf([&] { tree.number(next, "a"); }), test::numberOf(base::ErrorNumber::PathMissing));
 }
 
 TEST(FolderTree, GoingUpAndDownADeepTreeReopensWhatWasClosed) {

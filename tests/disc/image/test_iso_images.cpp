@@ -82,7 +82,13 @@ TEST(Images, OtherFileSystemsOfDiscsAreNamed) {
     sierra.replace(16 * 2048 + 9, 5, "CDROM");
     std::string mac(100000, '\0');
     mac.replace(1024, 2, "BD");
-    for (const auto& [image, name] : {std::pair{sierra, "High Sierra"}, std::pair{mac, "HFS"}}) {
+    std::string newerMac(100000, '\0');
+    newerMac.replace(1024, 2, "H+");
+    std::string partitions(100000, '\0');
+    partitions.replace(0, 2, "ER");
+    partitions.replace(512, 2, "PM");
+    for (const auto& [image, name] : {std::pair{sierra, "High Sierra"}, std::pair{mac, "HFS"},
+                                      std::pair{newerMac, "HFS"}, std::pair{partitions, "HFS"}}) {
         try {
             openBytes(image);
             ADD_FAILURE() << name;

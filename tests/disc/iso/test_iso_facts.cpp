@@ -172,6 +172,10 @@ TEST(DiscTime, RecordStampsCountTheirOffsetFromGmt) {
 TEST(DiscTime, AnOffsetOutOfRangeCountsAsGmt) {
     EXPECT_EQ(timeOf({100, 1, 1, 0, 0, 0, 100}), k2000);
     EXPECT_EQ(timeOf({100, 1, 1, 0, 0, 0, static_cast<uint8_t>(-100)}), k2000);
+    EXPECT_EQ(timeOf({100, 1, 1, 14, 0, 0, 56}), k2000) << "the most";
+    EXPECT_EQ(timeOf({100, 1, 1, 0, 0, 0, 57}), k2000);
+    EXPECT_EQ(timeOf({99, 12, 31, 12, 0, 0, static_cast<uint8_t>(-48)}), k2000) << "the least";
+    EXPECT_EQ(timeOf({100, 1, 1, 0, 0, 0, static_cast<uint8_t>(-49)}), k2000);
 }
 
 TEST(DiscTime, WhatIsNoDateIsNoTime) {
@@ -194,6 +198,10 @@ TEST(DiscTime, UdfStampsCountTheirOffsetInMinutes) {
     EXPECT_EQ(time({60, 0x10, 0xD0, 7, 1, 1, 1, 0, 0, 0, 0, 0}), k2000);
     EXPECT_EQ(time({0xC4, 0x1F, 0xCF, 7, 12, 31, 23, 0, 0, 0, 0, 0}), k2000); // -60 minutes
     EXPECT_EQ(time({0x01, 0x18, 0xD0, 7, 1, 1, 0, 0, 0, 0, 0, 0}), k2000);    // none stated
+    EXPECT_EQ(time({0xA0, 0x15, 0xD0, 7, 1, 2, 0, 0, 0, 0, 0, 0}), k2000) << "a whole day is the most";
+    EXPECT_EQ(time({0xA1, 0x15, 0xD0, 7, 1, 1, 0, 0, 0, 0, 0, 0}), k2000);
+    EXPECT_EQ(time({0x60, 0x1A, 0xCF, 7, 12, 31, 0, 0, 0, 0, 0, 0}), k2000) << "a whole day is the least";
+    EXPECT_EQ(time({0x5F, 0x1A, 0xD0, 7, 1, 1, 0, 0, 0, 0, 0, 0}), k2000);
     EXPECT_EQ(time({0, 0x10, 0xD0, 7, 0, 1, 0, 0, 0, 0, 0, 0}), 0);
     EXPECT_EQ(time({0, 0x10, 0xFF, 0xFF, 1, 1, 0, 0, 0, 0, 0, 0}), 0);
 }
