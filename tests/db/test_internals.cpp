@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 namespace discaro::db::test {
 namespace {
@@ -40,6 +41,19 @@ TEST_F(StoreStatements, OfTheCacheTheOneUnusedLongestGoes) {
     EXPECT_NE(cache.get("SELECT 2"), second);
     EXPECT_TRUE(second->step());
     EXPECT_EQ(second->integer(0), 2);
+}
+
+TEST_F(StoreStatements, AFilesOwnSchemaIsNotTrusted) {
+    const auto database = open();
+    const auto option = [&](int which) {
+        int value = -1;
+        sqlite3_db_config(database->store()->connection().handle(), which, -1, &value);
+        return value;
+    };
+    EXPECT_EQ(option(SQLITE_DBCONFIG_TRUSTED_SCHEMA), 0);
+    EXPECT_EQ(option(SQLITE_DBCONFIG_DEFENSIVE), 1);
+    EXPECT_EQ(option(SQLITE_DBCONFIG_DQS_DML), 0) << "a name in quotation marks is never a text";
+    EXPECT_EQ(option(SQLITE_DBCONFIG_DQS_DDL), 0);
 }
 
 TEST_F(StoreStatements, OneStatementAtATimeIsPrepared) {

@@ -149,6 +149,16 @@ TEST_F(RowsByPlace, HoldLongTextsHoweverLong) {
     EXPECT_EQ(things->ValueAt(4, 0), Value(int64_t{4}));
 }
 
+TEST_F(RowsByPlace, HoldALongTextThatIsAskedForBehindAnotherField) {
+    const auto things = open()->OpenRecordset("Things");
+    things->AddNew();
+    (*things)("whole") = 7;
+    (*things)("long text") = "long";
+    things->Update();
+    EXPECT_EQ(things->ValueAt(0, 0), Value(int64_t{7}));
+    EXPECT_EQ(textOf(things->ValueAt(0, 3)), "long");
+}
+
 TEST_F(RowsByPlace, RefuseWhatIsNotThere) {
     addFiles("C1D1", 1);
     const auto database = open();

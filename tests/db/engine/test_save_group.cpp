@@ -205,6 +205,19 @@ TEST_F(SaveGroups, AfterAFullGroupThatCouldNotBeCommittedEachIsSavedByItself) {
     group.End();
 }
 
+TEST_F(SaveGroups, WhatWasCommittedIsNotDoneAgain) {
+    const auto discs = open()->OpenRecordset("Discs");
+    SaveGroup group;
+    rename(*discs, 0);
+    group.End();
+    RawDatabase(path(), FaultVfs::name()).execute("UPDATE Discs SET \"prefered name\" = 'theirs'");
+    rename(*discs, 1);
+    disk.failAt(0, FaultVfs::Fault::DiskFull, false);
+    group.End();
+    EXPECT_TRUE(disk.failed());
+    EXPECT_EQ(RawDatabase(path()).text("SELECT group_concat(\"prefered name\") FROM Discs"), "theirs,new");
+}
+
 TEST_F(SaveGroups, AKillLeavesNoneOfThem) {
     const pid_t child = ::fork();
     if (child == 0) {

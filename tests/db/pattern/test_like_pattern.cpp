@@ -295,6 +295,12 @@ TEST(LikePattern, APatternLongerThanTheTextIsNotTried) {
     EXPECT_TRUE(matches("*\u0958?*", "\u0958\u0958")) << "folding makes this text longer";
 }
 
+TEST(LikePattern, OfALongTextNothingIsFoundBehindItsEnd) {
+    LikePattern twice("*zz*zz*");
+    EXPECT_TRUE(twice.matches("zz" + std::string(800, 'x') + "zz"));
+    EXPECT_FALSE(twice.matches(std::string(100, 'x') + "zz" + std::string(650, 'x')));
+}
+
 TEST(LikeShape, TheHeadEndsAtTheFirstWildcard) {
     const LikeShape prefix = likeShape("C12D1S*");
     EXPECT_EQ(prefix.head, "c12d1s");
