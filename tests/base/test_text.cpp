@@ -46,6 +46,7 @@ TEST(Text, ALoneSurrogateBecomesTheReplacementCharacterAndAnOddByteIsDropped) {
     EXPECT_EQ(decodeUtf16Be(std::string_view("\xD8\x3D\0A\0", 5)), "\xEF\xBF\xBD"
                                                                    "A");
     EXPECT_EQ(decodeUtf16Le(std::string_view("\x3D\xDC", 2)), "\xEF\xBF\xBD");
+    EXPECT_EQ(decodeUtf16Be(std::string_view("\0A\xDC\xBF", 4)), "A\xEF\xBF\xBD") << "the second half of a pair alone";
 }
 
 TEST(Text, FoldingPassesOverCaseInEveryScript) {
