@@ -87,6 +87,15 @@ TEST_F(ToolbarTest, TheKeyboardGoesFromButtonToButtonAndBack) {
     EXPECT_EQ(whenClicked, &m_edit) << "as from a menu";
 }
 
+TEST_F(ToolbarTest, TheKeyboardComesBackToTheButtonThatItLeft) {
+    m_toolbar.setFocus(Qt::TabFocusReason);
+    QTest::keyClick(m_window.focusWidget(), Qt::Key_Right);
+    QTest::keyClick(m_window.focusWidget(), Qt::Key_Right);
+    m_edit.setFocus();
+    QTest::keyClick(&m_edit, Qt::Key_Tab);
+    EXPECT_EQ(m_window.focusWidget(), &m_toolbar.button("Three"));
+}
+
 TEST_F(ToolbarTest, TheTabKeyStopsAtTheFirstButtonThatCanBePressed) {
     const auto stop = [this] {
         m_edit.setFocus();
@@ -127,6 +136,19 @@ TEST_F(ToolbarTest, ButtonsKeepInsideTheToolbar) {
     m_toolbar.resize(60, 28);
     for (const QString& key : m_toolbar.arrangement().filter(QRegularExpression("[A-Z]")))
         EXPECT_TRUE(m_toolbar.rect().contains(m_toolbar.button(key).geometry())) << key.toStdString();
+}
+
+TEST_F(ToolbarTest, ASeparatorIsNarrowOnlyWhereRoomIsShort) {
+    const auto gap = [this] {
+        const QRect before = m_toolbar.button("Two").geometry();
+        return m_toolbar.button("Three").x() - before.x() - before.width();
+    };
+    const int needed = 4 * m_toolbar.button("One").width() + 8;
+    m_toolbar.resize(needed, 28);
+    EXPECT_EQ(gap(), 8);
+    EXPECT_EQ(m_toolbar.button("One").width(), (needed - 8) / 4);
+    m_toolbar.resize(needed - 1, 28);
+    EXPECT_EQ(gap(), 3);
 }
 
 TEST_F(ToolbarTest, TheLayoutIsKeptInTheUsersSettings) {
@@ -180,6 +202,44 @@ TEST_F(ToolbarTest, TheDialogAddsRemovesMovesAndResets) {
     EXPECT_EQ(m_toolbar.arrangement(), m_toolbar.declaredArrangement());
 }
 
+TEST_F(ToolbarTest, TheDialogMovesTheFirstButtonDownOnlyAndTheLastUpOnly) {
+    ToolbarDialog dialog(m_toolbar);
+    const auto movable = [&dialog](int row) {
+        dialog.present->setCurrentRow(row);
+        return std::pair(dialog.moveUp->isEnabled(), dialog.moveDown->isEnabled());
+    };
+    EXPECT_EQ(movable(0), std::pair(false, true));
+    EXPECT_EQ(movable(1), std::pair(true, true));
+    EXPECT_EQ(movable(3), std::pair(true, true));
+    EXPECT_EQ(movable(4), std::pair(true, false));
+    EXPECT_EQ(movable(-1), std::pair(false, false));
+}
+
+TEST_F(ToolbarTest, InTheDialogADoubleClickMovesAButtonToTheOtherList) {
+    ToolbarDialog dialog(m_toolbar);
+    dialog.show();
+    const auto doubleClick = [](QListWidget& list, int row) {
+        const QPoint place = list.visualItemRect(list.item(row)).center();
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+    };
+    doubleClick(*dialog.present, 1);
+    EXPECT_EQ(m_toolbar.arrangement(), (QStringList{"One", "-", "Three", "Four"}));
+    dialog.present->setCurrentRow(0);
+    doubleClick(*dialog.available, 1);
+    EXPECT_EQ(m_toolbar.arrangement(), (QStringList{"Two", "One", "-", "Three", "Four"}));
+}
+
+TEST_F(ToolbarTest, TheDialogGoesOnWithANeighbourOfTheRemovedButton) {
+    ToolbarDialog dialog(m_toolbar);
+    dialog.present->setCurrentRow(3);
+    dialog.remove->click();
+    EXPECT_EQ(dialog.present->currentRow(), 3) << "the one behind it";
+    dialog.remove->click();
+    EXPECT_EQ(dialog.present->currentRow(), 2) << "nothing is behind the last";
+    EXPECT_TRUE(dialog.remove->isEnabled());
+}
+
 TEST_F(ToolbarTest, TheDialogClosesByEscape) {
     QTimer::singleShot(0, [] {
         QWidget* dialog = QApplication::activeModalWidget();
@@ -203,6 +263,16 @@ TEST(StatusBar, AutomaticPanelsShareWhatIsLeft) {
     EXPECT_EQ(bar.panelPlace(2), QRect(100, 0, 200, 20));
     EXPECT_EQ(bar.panelPlace(3).width(), 100);
     EXPECT_FALSE(bar.isAutoSize(3));
+}
+
+TEST(StatusBar, PanelsStandInTheirPlacesAtOnce) {
+    StatusBar bar;
+    bar.resize(300, 20);
+    bar.setPanels({{.width = 100, .spoken = {}}, {.autoSize = true, .spoken = {}}, {.width = 50, .spoken = {}}});
+    const auto* last = bar.findChild<QLabel*>("Panels(3)");
+    EXPECT_EQ(last->geometry(), QRect(250, 0, 50, 20));
+    bar.setAutoSize(3, true);
+    EXPECT_EQ(last->geometry(), QRect(200, 0, 100, 20));
 }
 
 TEST(StatusBar, PanelsHaveTexts) {

@@ -359,6 +359,14 @@ TEST_F(Entry, SaysItsTextAsItIs) {
     }
 }
 
+TEST_F(Entry, ANameThatItWasGivenIsSaidInPlaceOfItsText) {
+    auto* voice = QAccessible::queryAccessibleInterface(&label);
+    label.setText("3");
+    label.setAccessibleName("Three discs");
+    EXPECT_EQ(voice->text(QAccessible::Name), "Three discs");
+    EXPECT_EQ(voice->text(QAccessible::Description), "") << "its text is its name alone";
+}
+
 TEST_F(Entry, ACaptionIsSaidWithoutItsMarks) {
     QWidget window;
     kit::Label caption(&window);

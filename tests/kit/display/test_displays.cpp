@@ -9,6 +9,8 @@
 
 #include <QtGui/QAccessible>
 
+#include <set>
+
 using namespace discaro;
 using namespace discaro::test;
 
@@ -123,6 +125,27 @@ TEST(ProgressBar, PaintsWhatItHasWithoutTheEventLoop) {
     }
 }
 
+TEST(ProgressBar, ARangeThatDoesNotBeginAtZeroIsPaintedFromItsMin) {
+    kit::ProgressBar bar;
+    bar.setMax(20);
+    bar.setMin(10);
+    for (const auto& [value, painted] : {std::pair(10, 0), std::pair(15, 5000), std::pair(20, 10000)}) {
+        bar.setValue(value);
+        bar.paintNow();
+        EXPECT_EQ(bar.QProgressBar::value(), painted) << value;
+    }
+}
+
+TEST(ProgressBar, ARangeOfNothingIsPaintedEmpty) {
+    kit::ProgressBar bar;
+    bar.setMax(10);
+    bar.setValue(10);
+    bar.paintNow();
+    bar.setMax(0);
+    bar.paintNow();
+    EXPECT_EQ(bar.QProgressBar::value(), 0);
+}
+
 TEST(Pace, ShowsTheFirstChangeAtOnceAndManyMoreTogether) {
     int shown = 0;
     kit::Pace pace([&] { ++shown; });
@@ -161,6 +184,40 @@ TEST(NumLed, LightsSegmentsForItsCaption) {
     EXPECT_GT(eight, 2 * one);
     led.setCaption("abc");
     EXPECT_EQ(countOfLit(led), dark);
+}
+
+TEST(NumLed, EachDigitHasItsSegments) {
+    kit::NumLed led;
+    led.resize(200, 112);
+    const auto lit = [&led] {
+        // Top, upper right, lower right, bottom, lower left, upper left, middle.
+        constexpr QPoint kMiddles[] = {{164, 12}, {186, 34}, {186, 78}, {164, 100}, {142, 78}, {142, 34}, {164, 56}};
+        const QImage image = led.grab().toImage();
+        std::string segments;
+        for (const QPoint& middle : kMiddles)
+            segments += image.pixelColor(middle).green() > 180 ? '1' : '0';
+        return segments;
+    };
+    const char* const segments[] = {"1111110", "0110000", "1101101", "1111001", "0110011",
+                                    "1011011", "1011111", "1110000", "1111111", "1111011"};
+    for (int digit = 0; digit < 10; ++digit) {
+        led.setCaption(QString::number(digit));
+        EXPECT_EQ(lit(), segments[digit]) << digit;
+    }
+    led.setCaption("-");
+    EXPECT_EQ(lit(), "0000001");
+}
+
+TEST(NumLed, HasSmoothEdges) {
+    kit::NumLed led;
+    led.resize(160, 40);
+    led.setCaption("1:8");
+    const QImage image = led.grab().toImage();
+    std::set<QRgb> colours;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            colours.insert(image.pixel(x, y));
+    EXPECT_GT(colours.size(), 20U) << "the few of its parts, and those in between";
 }
 
 TEST(NumLed, ShowsSignsAndColons) {

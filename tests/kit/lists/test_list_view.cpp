@@ -1,7 +1,9 @@
 #include "base/RuntimeError.h"
 #include "kit/common/Colour.h"
+#include "kit/common/WindowScale.h"
 #include "kit/lists/CellDelegate.h"
 #include "kit/lists/ListView.h"
+#include "support/windows/FormProbe.h"
 
 #include <QtGui/QClipboard>
 #include <QtGui/QMouseEvent>
@@ -318,6 +320,25 @@ TEST_F(ListViewTest, RowsStaySelectedWithAllTheirCellsWhenTheLookChanges) {
     }
 }
 
+TEST_F(ListViewTest, PicturesGrowWithTheFont) {
+    const auto sizes = [] {
+        ListView list;
+        list.setColumns({{"Name", 120}});
+        std::vector<int> sides;
+        for (const auto view : {ListView::View::Report, ListView::View::SmallIcons, ListView::View::LargeIcons}) {
+            list.setView(view);
+            sides.push_back(list.shown().iconSize().width());
+            EXPECT_EQ(list.shown().iconSize().height(), sides.back());
+        }
+        return sides;
+    };
+    EXPECT_THAT(sizes(), ElementsAre(16, 16, 32));
+    const test::LargerFont larger(2);
+    const int scaled = scaledLength(16);
+    EXPECT_GT(scaled, 24);
+    EXPECT_THAT(sizes(), ElementsAre(scaled, scaled, scaledLength(32)));
+}
+
 TEST_F(ListViewTest, BelowALargePictureThereIsRoomForTwoLines) {
     add({"a", "A NAME OF MANY WORDS THAT IS LONG"});
     m_list.setView(ListView::View::LargeIcons);
@@ -375,6 +396,23 @@ TEST_F(ListViewTest, SmallIconsStandInColumnsThatFillTheWidth) {
         }
         EXPECT_GT(right, width - column) << "whatever the width";
     }
+}
+
+TEST_F(ListViewTest, RowsStandAnewWhenTheListGetsAnotherSize) {
+    add({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l"});
+    const auto place = [this](int row) { return m_list.shown().visualRect(m_list.rows().index(row, 0)); };
+    for (const auto view : {ListView::View::SmallIcons, ListView::View::LargeIcons}) {
+        m_list.resize(200, 300);
+        m_list.setView(view);
+        EXPECT_GT(place(11).top(), place(0).top());
+        m_list.resize(3000, 300);
+        EXPECT_EQ(place(11).top(), place(0).top()) << "all have room in one line";
+    }
+    m_list.resize(400, 90);
+    m_list.setView(ListView::View::List);
+    EXPECT_GT(place(11).left(), place(0).left());
+    m_list.resize(400, 1000);
+    EXPECT_EQ(place(11).left(), place(0).left()) << "all have room below each other";
 }
 
 TEST_F(ListViewTest, ANameWiderThanTheListIsAsWideAsTheList) {

@@ -197,6 +197,14 @@ TEST_F(TreeViewTest, ShowsWhatIsExpanded) {
     EXPECT_TRUE(m_tree.isExpanded(m_tree.nodes().place(2)));
 }
 
+TEST(TreeView, ItsFirstNodesShowAtTheNextReturnToTheEventLoop) {
+    TreeView tree;
+    fill(tree.nodes());
+    EXPECT_EQ(tree.nodes().rowCount(QModelIndex()), 0);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(tree.nodes().rowCount(QModelIndex()), 1);
+}
+
 TEST_F(TreeViewTest, ARowReachesToTheRightEdgeAtEveryWidth) {
     for (const int width : {600, 200, 400}) {
         m_tree.resize(width, 300);
@@ -253,6 +261,38 @@ TEST_F(TreeViewTest, TheProgramsSelectionTellsNothingAndBringsTheNodeIntoSight) 
     EXPECT_EQ(expanded.size(), 1);
     EXPECT_THROW(m_tree.selectNode(99), base::RuntimeError);
     EXPECT_THROW(m_tree.ensureVisible(0), base::RuntimeError);
+}
+
+// However long a busy machine takes between two keys, they are typed together.
+class PatientTyping : public TreeViewTest {
+protected:
+    PatientTyping() { QApplication::setKeyboardInputInterval(3'600'000); }
+    ~PatientTyping() override { QApplication::setKeyboardInputInterval(m_interval); }
+
+private:
+    const int m_interval = QApplication::keyboardInputInterval();
+};
+
+TEST_F(PatientTyping, StaysAtANodeThatStillFits) {
+    m_tree.nodes().add("R", "d1", "desk");
+    m_tree.nodes().add("R", "d2", "desks");
+    m_tree.selectNode(1);
+    QTest::keyClicks(&m_tree, "desk");
+    EXPECT_EQ(m_tree.selectedNode(), 6);
+    QTest::keyClicks(&m_tree, "s");
+    EXPECT_EQ(m_tree.selectedNode(), 7);
+}
+
+TEST_F(PatientTyping, LooksAtEveryNodeOnTheWayRound) {
+    TreeView tree;
+    for (const char* name : {"da", "db"})
+        tree.nodes().add({}, name, name);
+    tree.flush();
+    tree.selectNode(1);
+    QTest::keyClicks(&tree, "d");
+    EXPECT_EQ(tree.selectedNode(), 2);
+    QTest::keyClicks(&tree, "a");
+    EXPECT_EQ(tree.selectedNode(), 1);
 }
 
 TEST_F(TreeViewTest, KeysGoFromNodeToNode) {
