@@ -273,6 +273,16 @@ TEST_F(RecordsetQueries, ASumLeavesOutWhatIsNull) {
     EXPECT_EQ(files->RecordCount(), 1);
 }
 
+TEST_F(RecordsetQueries, ASumIsOneRowThatMovesLeadToAndBeyond) {
+    addFiles("C1D1", 3);
+    const auto sum = open()->OpenRecordset("select sum([file size]) as total from Files");
+    sum->MoveNext();
+    EXPECT_TRUE(sum->Eof());
+    sum->MoveTo(0);
+    EXPECT_EQ((*sum)("total").Number(), 0 + 1 + 2);
+    EXPECT_EQ(errorOf([&] { sum->MoveTo(1); }), number(ErrorNumber::NoCurrentRecord));
+}
+
 TEST_F(RecordsetQueries, AnAggregateOffersNothingButItsRow) {
     const auto sums = open()->OpenRecordset("select sum(Size) As total from directories");
     EXPECT_EQ(errorOf([&] { sums->AddNew(); }), number(ErrorNumber::NotAllowed));
