@@ -13,53 +13,62 @@ from pathlib import Path
 
 from tree import git, is_repository, project_files, report, text_of
 
-WORDS = [
-    r"\bspe[c]\.md\b",
-    r"\b(the )?specificatio[n]s?\b",
-    r"\bthe spe[c]\b",
-    r"\bdesig[n]\.md\b",
-    r"\bpart[s]? [0-9]+\.[0-9]+\b",
-    r"\bissue[s]? #?[0-9]+\b",
-    r"\bthe brie[f]\b",
-]
-MESSAGE_WORDS = WORDS + [r"\bspe[c]s?\b"]
-# Absolute paths only: a folder of that name inside another one is something else.
-PLACES = [r"(?<![\w.)}])" + place for place in (r"/[w]ork\b", r"/[f]arm\b", r"/[r]oot\b", r"/tmp/[b]ash_jobs")]
-
+WORDS = [r"\b(the )?specificatio[n]s?\b", r"\bthe spe[c]\b", r"\bpart[s]? [0-9]+\.[0-9]+\b", r"\bissue[s]? #?[0-9]+\b"]
+# In names and messages, where nothing stands around it.
+STRICT_WORDS = WORDS + [r"\bspe[c]s?\b"]
 WORDING = re.compile("|".join(WORDS), re.IGNORECASE)
-MESSAGE_WORDING = re.compile("|".join(MESSAGE_WORDS), re.IGNORECASE)
-PLACE = re.compile("|".join(PLACES))
+STRICT_WORDING = re.compile("|".join(STRICT_WORDS), re.IGNORECASE)
+
+DOCUMENT = re.compile(r"(?<![\w./{*-])([\w-]+\.md)\b")
+
+# Folders that every system has; one of the user's own lies below.
+SHARED_FOLDERS = {"home", "media", "mnt", "opt", "srv", "tmp", "usr", "var"}
 
 
-def lines_found(name, text):
+def own_places(root):
+    """Where this tree lies and whose home it is, as a pattern: absolute paths alone, not a folder of such a name."""
+    tree = Path(root).resolve()
+    top = Path(*tree.parts[: 3 if tree.parts[1] in SHARED_FOLDERS else 2])
+    places = "|".join(re.escape(str(place)) for place in {top, Path.home()})
+    return re.compile(rf"(?<![\w.)}}])({places})\b")
+
+
+def names_missing_document(line, documents):
+    return any(name not in documents for name in DOCUMENT.findall(line))
+
+
+def lines_found(name, text, place, documents):
     for number, line in enumerate(text.splitlines(), 1):
-        if WORDING.search(line):
+        if WORDING.search(line) or names_missing_document(line, documents):
             yield f"{name}:{number}: refers to a text that is not in this tree: {line.strip()[:120]}"
-        if PLACE.search(line):
+        if place.search(line):
             yield f"{name}:{number}: names a place on one computer: {line.strip()[:120]}"
 
 
-def file_findings(root):
-    for path in project_files(root):
-        if WORDING.search(str(path)) or PLACE.search(str(path)):
+def file_findings(root, place):
+    paths = list(project_files(root))
+    documents = {Path(path).name for path in paths}
+    for path in paths:
+        if STRICT_WORDING.search(str(path)):
             yield f"{path}: the name refers to a text that is not in this tree"
         text = text_of(Path(root) / path)
         if text is not None:
-            yield from lines_found(path, text)
+            yield from lines_found(path, text, place, documents)
 
 
-def message_findings(root):
+def message_findings(root, place):
     if not is_repository(root) or git(root, "rev-parse", "-q", "--verify", "HEAD") is None:
         return
     for entry in git(root, "log", "-z", "--format=%h%n%B").split("\0"):
         commit, _, message = entry.partition("\n")
         for line in message.splitlines():
-            if MESSAGE_WORDING.search(line) or PLACE.search(line):
+            if STRICT_WORDING.search(line) or place.search(line):
                 yield f"commit {commit}: refers to a text that is not in this tree: {line.strip()[:120]}"
 
 
 def findings(root):
-    return list(file_findings(root)) + list(message_findings(root))
+    place = own_places(root)
+    return list(file_findings(root, place)) + list(message_findings(root, place))
 
 
 if __name__ == "__main__":

@@ -1,4 +1,5 @@
 import subprocess
+from pathlib import Path
 
 from sample import SampleTree
 from wording import findings
@@ -7,7 +8,7 @@ from wording import findings
 TEXT = "sp" + "ec"
 NUMBERED = "Pa" + "rt 2.1"
 ENTRY = "iss" + "ue #12"
-PLACE = "/wo" + "rk/main"
+NOTES = "notes" + ".md"
 FOLDER = "src" + "/workshop"
 
 
@@ -31,24 +32,34 @@ class Wording(SampleTree):
         self.write("src/a.cpp", f"// As the {TEXT} says.\n")
         self.assert_one(findings(self.root), "src/a.cpp:1", "refers to a text")
 
+    def test_a_document_that_is_not_there_is_found(self):
+        self.write("docs/guide.md", f"See {NOTES}.\n")
+        self.assert_one(findings(self.root), "docs/guide.md:1", "refers to a text")
+        self.write(f"docs/{NOTES}", "text\n")
+        self.assertEqual(findings(self.root), [])
+
     def test_a_reference_by_a_number_is_found(self):
         self.write("src/a.cpp", f"int a;\n// {NUMBERED}\n")
         self.assert_one(findings(self.root), "src/a.cpp:2")
 
     def test_a_reference_to_a_numbered_entry_is_found(self):
-        self.write("docs/notes.md", f"See {ENTRY}.\n")
-        self.assert_one(findings(self.root), "docs/notes.md:1")
+        self.write(f"docs/{NOTES}", f"See {ENTRY}.\n")
+        self.assert_one(findings(self.root), f"docs/{NOTES}:1")
 
     def test_a_reference_in_a_file_name_is_found(self):
         self.write(f"docs/{TEXT}.md", "text\n")
         self.assert_one(findings(self.root), "the name refers")
 
     def test_a_place_on_one_computer_is_found(self):
-        self.write("CMakeLists.txt", f"include({PLACE}/x.cmake)\n")
+        self.write("CMakeLists.txt", f"include({self.root.resolve()}/x.cmake)\n")
+        self.assert_one(findings(self.root), "names a place on one computer")
+
+    def test_the_users_home_is_such_a_place(self):
+        self.write("run", f"cd {Path.home()}/discaro\n")
         self.assert_one(findings(self.root), "names a place on one computer")
 
     def test_a_folder_inside_another_is_no_such_place(self):
-        self.write("src/mounts.cpp", "// /dev/ro" + "ot and ${DIR}" + PLACE + "\n")
+        self.write("src/mounts.cpp", f"// /dev{Path.home()} and ${{DIR}}{self.root.resolve()}\n")
         self.assertEqual(findings(self.root), [])
 
     def test_build_products_are_not_read(self):
