@@ -1,4 +1,4 @@
-# Compiler settings shared by all targets, and the two helpers that declare a room and its tests.
+# Compiler settings shared by all targets, and the helpers that declare a room, a library and a test program.
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

@@ -100,6 +100,10 @@ class IncludeRule(SampleTree):
         self.write("src/catalogue/CMakeLists.txt", "discaro_library(delete_cd SOURCES DeleteCD.cpp LINKS discaro_db)")
         self.assert_one(findings(self.root), "delete_cd is named neither")
 
+    def test_what_a_room_keeps_to_itself_is_told(self):
+        self.include("src/explorer/Listing.h", '"db/value/Value.h"', '"db/rows/RowSource.h"')
+        self.assert_one(findings(self.root), "db keeps it to itself")
+
     def test_an_include_in_a_comment_is_none(self):
         self.write("src/db/Database.cpp", '// #include "app/Module1.h"\n')
         self.assertEqual(findings(self.root), [])
