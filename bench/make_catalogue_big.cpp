@@ -1,5 +1,5 @@
-// make_catalogue_big FOLDER [ACCENTED]: a catalogue of 200 discs in FOLDER/kvt.mde with 1,000,000 files, written as bare
-// rows. Disc 100 has 100,000 directories, disc 2 a directory of 50,000 files (\LARGE), and every other disc 500
+// make_catalogue_big FOLDER [ACCENTED]: a catalogue of 200 discs in FOLDER/kvt.mde with 1,000,000 files, written as
+// bare rows. Disc 100 has 100,000 directories, disc 2 a directory of 50,000 files (\LARGE), and every other disc 500
 // directories. Of a thousand names so many as ACCENTED says, none without it, have a letter with an accent. Programs
 // and libraries have texts of a version resource, some files a comment.
 #include "catalogue/EmptyCatalogue.h"

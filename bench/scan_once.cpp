@@ -1,5 +1,6 @@
-// scan_once FOLDER DISC [DETAIL]: a whole scan without a window (quick scan, walk, totals, commit) of a folder or
-// disc image into the catalogue of a folder, which is made when it is missing. Prints the counts and the seconds of each stage.
+// scan_once FOLDER DISC [DETAIL]: a whole scan without a window (quick scan, walk, totals, commit) of a folder or disc
+// image into the catalogue of a folder, which is made when it is missing. Prints the counts and the seconds of each
+// stage.
 #include "app/Module1.h"
 #include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Names.h"

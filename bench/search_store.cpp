@@ -1,7 +1,7 @@
-// search_store CATALOGUE ROUNDS [pairs | CONDITION]: how long the store takes to open the searches that the page for files composes,
-// on a catalogue of make_catalogue_big: no condition, each of the fourteen fields with a pattern or number that few,
-// some and nearly all files meet, with `pairs` all pairs of these. Prints processor time and the clock's, the least of
-// the rounds, in milliseconds. search_store.py sets the sqlite3 shell beside it.
+// search_store CATALOGUE ROUNDS [pairs | CONDITION]: how long the store takes to open the searches that the page for
+// files composes, on a catalogue of make_catalogue_big: no condition, each of the fourteen fields with a pattern or
+// number that few, some and nearly all files meet, with `pairs` all pairs of these. Prints processor time and the
+// clock's, the least of the rounds, in milliseconds. search_store.py sets the sqlite3 shell beside it.
 #include "db/DBEngine.h"
 #include "db/Recordset.h"
 

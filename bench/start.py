@@ -3,7 +3,8 @@
 
 usage: start.py PROGRAM [RUNS]
 
-The menu counts as painted when the middle row of the display has many colours. PROGRAM starts in a folder of its own. Needs xvfb.
+The menu counts as painted when the middle row of the display has many colours. PROGRAM starts in a folder of its own.
+Needs xvfb.
 """
 import os
 import shutil

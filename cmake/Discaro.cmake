@@ -41,8 +41,8 @@ function(discaro_library name)
   target_link_libraries(discaro_${name} PUBLIC ${ARG_LINKS})
 endfunction()
 
-# discaro_tests(NAME libraries...): one test program from the folder's .cpp files, those of the inner rooms included, its
-# cases found by CTest. A folder below that has a CMakeLists.txt makes a program of its own.
+# discaro_tests(NAME libraries...): one test program from the folder's .cpp files, those of the inner rooms included,
+# its cases found by CTest. A folder below that has a CMakeLists.txt makes a program of its own.
 function(discaro_tests name)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
   file(GLOB own CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*/CMakeLists.txt)

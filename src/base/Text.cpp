@@ -38,8 +38,8 @@ char asciiLower(char c) {
 // disc may hold nothing else. The limit is that of the Unicode Stream-Safe Text Format (UAX #15).
 constexpr int kLongestRun = 30;
 
-// What canonical forms would turn into ASCII: the sign for kelvin, the Greek question mark, the Greek accent varia. They
-// stay as they are, so that what begins with ASCII in its folded form does so as it is stored.
+// What canonical forms would turn into ASCII: the sign for kelvin, the Greek question mark, the Greek accent varia.
+// They stay as they are, so that what begins with ASCII in its folded form does so as it is stored.
 bool standsForAscii(utf8proc_int32_t codePoint) {
     return codePoint == 0x212A || codePoint == 0x37E || codePoint == 0x1FEF;
 }
@@ -102,8 +102,8 @@ utf8proc_int32_t lowered(utf8proc_int32_t codePoint) {
     return codePoint >= 0x80 && lower < 0x80 ? codePoint : lower;
 }
 
-// A character with the marks behind it, put into their canonical order and made small as it is appended. The last one is
-// to be flushed.
+// A character with the marks behind it, put into their canonical order and made small as it is appended. The last one
+// is to be flushed.
 class Cluster {
 public:
     explicit Cluster(std::string& text)

@@ -9,8 +9,8 @@
 // What several windows say of a disc.
 namespace discaro::catalogue {
 
-// The criterion by which a data source finds the row of a disc, a directory or a file. The number stands in it as it is:
-// one with a quotation mark makes a criterion that the store refuses.
+// The criterion by which a data source finds the row of a disc, a directory or a file. The number stands in it as it
+// is: one with a quotation mark makes a criterion that the store refuses.
 std::string rowCondition(std::string_view number);
 
 // That the disc on which the recordset stands has the preferred name which the user would like to give to another.

@@ -26,12 +26,12 @@ class DBEngine {
 public:
     DBEngine() = delete;
 
-    // Opens a catalogue that exists; never creates one. Throws FileMissing, NotACatalogue (a
-    // folder, another kind of file, a database without the expected tables), CatalogueDamaged,
-    // CatalogueLocked, StorageFailure, CatalogueReplaced (there are handles on a file that the path
-    // does not name any more, or that has been overwritten; the next opening after the last of them has closed takes the
-    // file that is there, and where they are neither data sources nor have a recordset open, and there is no
-    // transaction, this one closes them itself). A read-only file, or one in a read-only folder, opens for reading.
+    // Opens a catalogue that exists; never creates one. Throws FileMissing, NotACatalogue (a folder, another kind of
+    // file, a database without the expected tables), CatalogueDamaged, CatalogueLocked, StorageFailure,
+    // CatalogueReplaced (there are handles on a file that the path does not name any more, or that has been
+    // overwritten; the next opening after the last of them has closed takes the file that is there, and where they are
+    // neither data sources nor have a recordset open, and there is no transaction, this one closes them itself). A
+    // read-only file, or one in a read-only folder, opens for reading.
     static std::shared_ptr<Database> OpenDatabase(const std::filesystem::path& path);
 
     // TransactionOpen when there is one already (also a lost one), HandleClosed when no catalogue

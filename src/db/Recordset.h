@@ -120,8 +120,8 @@ public:
     // is announced, and what an edit in progress has set does not show. The rows around come along, so that a grid may
     // ask cell by cell. A page costs milliseconds at any place of a million rows; only where a set that is neither
     // sorted nor a snapshot has a condition, or a table has gaps, the first look goes through the row numbers.
-    // NoCurrentRecord where there is no such place, RecordGone for a row that has been deleted, UnknownField, NotAllowed
-    // for an aggregate.
+    // NoCurrentRecord where there is no such place, RecordGone for a row that has been deleted, UnknownField,
+    // NotAllowed for an aggregate.
     Value ValueAt(int64_t place, int field);
 
     // By name, whatever the capitals, or by position from 0. UnknownField. The reference lives as

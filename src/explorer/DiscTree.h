@@ -12,8 +12,8 @@
 
 namespace discaro::explorer {
 
-// The list of discs and the tree: the directories of one disc, or the root directories of all. It yields while it reads;
-// another choice made meanwhile ends what it was at. Errors of the catalogue are skipped.
+// The list of discs and the tree: the directories of one disc, or the root directories of all. It yields while it
+// reads; another choice made meanwhile ends what it was at. Errors of the catalogue are skipped.
 class DiscTree {
 public:
     struct Controls {

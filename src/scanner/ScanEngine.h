@@ -54,8 +54,8 @@ public:
     void begin();
 
     // After begin(): runs the scan to its end, or to the stop that the user asked for; in both cases the watcher hears
-    // of it. Failing statements of the walk are handled in the walk, those of the other steps are passed over. Only what
-    // the watcher throws when it hears of the end passes on.
+    // of it. Failing statements of the walk are handled in the walk, those of the other steps are passed over. Only
+    // what the watcher throws when it hears of the end passes on.
     void run();
 
     const std::string& DirectoryNumber() const { return DirectoryId; }

@@ -1,4 +1,4 @@
-"""Every C++ file stands as clang-format writes it."""
+"""Every C++ file stands as clang-format writes it, and its comments end where its code does."""
 
 import os
 import re
@@ -7,7 +7,10 @@ import sys
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-from tree import report, sources
+from tree import report, sources, text_of
+
+# clang-format leaves comments as they are, and a literal whole.
+COLUMNS = 120
 
 # One start of clang-format costs more than many files do.
 FILES_A_CALL = 40
@@ -28,11 +31,19 @@ def badly_formatted(root, paths):
     return list(first.values()) or [f"clang-format refuses {paths[0]} or one of the next: {done.stderr.strip()}"]
 
 
+def overlong(root, path):
+    """Lines of code and comments that are too long; one with a literal may be."""
+    for number, line in enumerate((text_of(Path(root) / path) or "").splitlines(), 1):
+        if len(line) > COLUMNS and '"' not in line:
+            yield f"{path}:{number}: {len(line)} columns, more than {COLUMNS}"
+
+
 def findings(root):
     paths = sources(root, {"src", "tests", "bench"})
     calls = [paths[start : start + FILES_A_CALL] for start in range(0, len(paths), FILES_A_CALL)]
     with ThreadPoolExecutor(os.cpu_count()) as pool:
-        return [fault for faults in pool.map(lambda call: badly_formatted(root, call), calls) for fault in faults]
+        faults = [fault for faults in pool.map(lambda call: badly_formatted(root, call), calls) for fault in faults]
+    return faults + [fault for path in paths for fault in overlong(root, path)]
 
 
 if __name__ == "__main__":

@@ -27,3 +27,8 @@ class Formatting(SampleTree):
         self.write(".clang-format", "BasedOnStyle: None of them\n")
         self.write("src/base/A.cpp", "int a() { return 1; }\n")
         self.assert_one(findings(self.root), ".clang-format", "None of them")
+
+    def test_a_comment_that_runs_on_is_told(self):
+        self.write(".clang-format", "BasedOnStyle: LLVM\nReflowComments: false\n")
+        self.write("src/base/A.cpp", f"// {'word ' * 30}end\nint a() {{ return 1; }}\n")
+        self.assert_one(findings(self.root), "src/base/A.cpp:1", "columns")

@@ -7,10 +7,10 @@
 
 namespace discaro::test {
 
-// A file layer for SQLite that passes everything on to the system's own and can fail: every write, synchronisation,
-// cut and deletion of a file counts as one operation, and from a chosen one on they fail, or the process dies.
-// Registered under name() while it lives, and all files that the store opens lie on it; only one may live at a time. Synchronisations are counted and not done: no
-// test cuts the power, and they take long.
+// A file layer for SQLite that passes everything on to the system's own and can fail: every write, synchronisation, cut
+// and deletion of a file counts as one operation, and from a chosen one on they fail, or the process dies. Registered
+// under name() while it lives, and all files that the store opens lie on it; only one may live at a time.
+// Synchronisations are counted and not done: no test cuts the power, and they take long.
 class FaultVfs {
 public:
     enum class Fault { DiskFull, WriteError, Death };

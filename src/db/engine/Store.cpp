@@ -106,8 +106,8 @@ void Store::readTables(const FileFormat& format) {
     }
 }
 
-// What can't be made (a lock, a full disk, rows that break the rule of an index) stays missing. The rows of a large table
-// take a while to say so: as long as nobody changes the file they are not asked again.
+// What can't be made (a lock, a full disk, rows that break the rule of an index) stays missing. The rows of a large
+// table take a while to say so: as long as nobody changes the file they are not asked again.
 bool Store::complete(const FileFormat& format) {
     const auto isMissing = [this](const FormatPart& part) {
         bool missing = false;
@@ -159,7 +159,8 @@ void Store::forgetOldPlans() {
     m_plansVersion = version;
 }
 
-// In a transaction a look at the file now and then is enough for the user to hear of it in time; the commit looks again.
+// In a transaction a look at the file now and then is enough for the user to hear of it in time; the commit looks
+// again.
 void Store::beginWrite() {
     constexpr unsigned kLookAt = 64;
     if (!m_updatable)

@@ -7,9 +7,9 @@
 
 namespace discaro::db {
 
-// Folds many texts one after the other into memory of its own: base::foldedForComparison without
-// its allocations for ASCII, and for the scripts whose letters never compose with one another. A search folds every name
-// of the table: this takes a fifth of the time for ASCII and less than a tenth for others (bench/bench_store).
+// Folds many texts one after the other into memory of its own: base::foldedForComparison without its allocations for
+// ASCII, and for the scripts whose letters never compose with one another. A search folds every name of the table: this
+// takes a fifth of the time for ASCII and less than a tenth for others (bench/bench_store).
 class FoldBuffer {
 public:
     // Takes over the text with A to Z made small and everything else as it is. Returns whether all

@@ -140,8 +140,8 @@ std::string Connection::text(std::string_view sql) {
     return statement.step() ? std::string(statement.text(0)) : std::string();
 }
 
-// Read from the program that SQLite makes of the statement: the order of a statement without a limit is made by a sorter,
-// and a step through the whole of a table or index carries the mark by which SQLite counts such steps.
+// Read from the program that SQLite makes of the statement: the order of a statement without a limit is made by a
+// sorter, and a step through the whole of a table or index carries the mark by which SQLite counts such steps.
 Plan Connection::plan(std::string_view sql) {
     constexpr int kOpcode = 1;
     constexpr int kMark = 6; // "p5"

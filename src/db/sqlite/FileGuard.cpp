@@ -88,9 +88,9 @@ bool sameKind(const Header& a, const Header& b) {
            std::equal(a.begin() + kApplication, a.begin() + kApplication + 4, b.begin() + kApplication);
 }
 
-// Whether a journal was made for a longer file than this one, as "The Rollback Journal" of SQLite's file format tells. As
-// long as a file has a journal it is at least as long as it was before the change. One whose pages have another size than
-// the journal's may be in the middle of being vacuumed.
+// Whether a journal was made for a longer file than this one, as "The Rollback Journal" of SQLite's file format tells.
+// As long as a file has a journal it is at least as long as it was before the change. One whose pages have another size
+// than the journal's may be in the middle of being vacuumed.
 bool isOfLonger(const std::string& journal, const Header& header, int64_t size) {
     constexpr std::array<unsigned char, 8> kMagic = {0xd9, 0xd5, 0x05, 0xf9, 0x20, 0xa1, 0x63, 0xd7};
     constexpr size_t kPages = 16;
@@ -357,8 +357,8 @@ int closeFile(sqlite3_file* file) {
     return code;
 }
 
-// After each lock SQLite looks whether these bytes of the header are still those of the pages that it keeps. Copies of a
-// catalogue that have each been changed may have the same; then it is shown what no file has.
+// After each lock SQLite looks whether these bytes of the header are still those of the pages that it keeps. Copies of
+// a catalogue that have each been changed may have the same; then it is shown what no file has.
 int readFile(sqlite3_file* file, void* to, int count, sqlite3_int64 at) {
     constexpr int kVersion = 16;
     const int code = methodsOf(file).xRead(real(file), to, count, at);

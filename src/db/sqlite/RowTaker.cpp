@@ -14,8 +14,8 @@ namespace discaro::db {
 
 namespace {
 
-// The high bit of each byte that is ASCII and not NUL: adding to its seven low bits carries into the high bit unless all
-// of them are 0.
+// The high bit of each byte that is ASCII and not NUL: adding to its seven low bits carries into the high bit unless
+// all of them are 0.
 constexpr uint64_t kHigh = 0x8080808080808080;
 
 uint64_t plainBytes(const char* bytes) {

@@ -44,8 +44,8 @@ Version versionOf(const fs::path& path) {
 
 } // namespace
 
-// One drive. One of the computer has a key, one that was added a path or a medium of its own from the beginning. But for
-// that medium a disc is open as long as someone shares it.
+// One drive. One of the computer has a key, one that was added a path or a medium of its own from the beginning. But
+// for that medium a disc is open as long as someone shares it.
 struct DriveTable::Drive {
     ComputerDrive computer;
     fs::path addedPath;

@@ -7,7 +7,8 @@ namespace discaro::kit {
 // A handle between two parts of a window that stand side by side. It only tells where the user moves it to; the window
 // moves the parts, and the handle with them.
 //
-// Keys, when Tab has brought the focus: Left and Right move it, Home and End as far as it goes, Enter is a double click.
+// Keys, when Tab has brought the focus: Left and Right move it, Home and End as far as it goes, Enter is a double
+// click.
 class Divider : public QWidget {
     Q_OBJECT
 public:

@@ -36,8 +36,8 @@ public:
 
 signals:
     void Change();
-    // The Enter key, once however long it is held, before it does anything else; a box with several lines still takes its line
-    // end.
+    // The Enter key, once however long it is held, before it does anything else; a box with several lines still takes
+    // its line end.
     void Enter();
     void GotFocus();
     void LostFocus();

@@ -85,8 +85,8 @@ QString belowPicture(const QStyleOptionViewItem& option, const QString& text) {
     return inTwoLines(text, option.font, room);
 }
 
-// Whether what needs that width and stands on one side of its cell is seen from its beginning to its end. A view that is
-// scrolled sideways hides the one or the other.
+// Whether what needs that width and stands on one side of its cell is seen from its beginning to its end. A view that
+// is scrolled sideways hides the one or the other.
 bool isInSight(int width, Qt::Alignment side, const QRect& cell, const QRect& seen) {
     const QRect place = QStyle::alignedRect(Qt::LeftToRight, side, QSize(width, cell.height()), cell);
     return width <= cell.width() && place.left() >= seen.left() && place.right() <= seen.right();

@@ -27,8 +27,9 @@ private:
                   const QRect& seen) const;
 };
 
-// The colours of a view's rows: without the focus its selection is pale, so that the one that has it stands out. For the
-// view's initViewItemOption. As the view's own palette they would make the style keep pictures for each view by itself.
+// The colours of a view's rows: without the focus its selection is pale, so that the one that has it stands out. For
+// the view's initViewItemOption. As the view's own palette they would make the style keep pictures for each view by
+// itself.
 const QPalette& paleWithoutFocus(const QPalette& colours);
 
 // Where on the screen the menu key opens a view's menu: below the current cell, as far as that is in sight.

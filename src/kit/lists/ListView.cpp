@@ -70,7 +70,8 @@ protected:
         View::mousePressEvent(event);
         Events::pressed(m_list, *event);
     }
-    // Where one row is selected it is the row that was clicked: dragging the mouse on does not take the selection along.
+    // Where one row is selected it is the row that was clicked: dragging the mouse on does not take the selection
+    // along.
     void mouseMoveEvent(QMouseEvent* event) override {
         if (event->buttons() == Qt::NoButton || !selectsOne())
             View::mouseMoveEvent(event);

@@ -34,8 +34,8 @@ public:
     void hideHeaders();
     // The same with the headers in sight.
     void fillWithLastColumn();
-    // The first column takes what room the others leave beside it, and is never narrower than it was made; until the user
-    // changes the width of a column.
+    // The first column takes what room the others leave beside it, and is never narrower than it was made; until the
+    // user changes the width of a column.
     void fillWithFirstColumn();
     // Ctrl and Shift select several rows.
     void setMultiSelect();
