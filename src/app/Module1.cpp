@@ -46,7 +46,7 @@ bool existsOnDrive(const std::string& path, const disc::DriveTable& drives) {
     const auto folder = path.substr(0, std::max<size_t>(path.rfind('\\'), 3));
     if (!base::skipErrors([&] { lister.setPath(folder); }) || lister.takeDamage())
         return true;
-    if (lister.fileExists(path))
+    if (lister.hasFile(path))
         return true;
     try {
         lister.setPath(path);

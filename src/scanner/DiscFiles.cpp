@@ -25,7 +25,7 @@ void readRoot(disc::Lister& lister, const std::string& root) {
 void readAutorunLines(disc::Lister& lister, const std::string& root,
                       const std::function<void(const std::string& line)>& line) {
     const std::string path = root + "autorun.inf";
-    if (!lister.fileExists(path))
+    if (!lister.hasFile(path))
         return;
     const auto file = lister.openFile(path);
     disc::readTextLines(*file, disc::kTextLimit, [&](std::string_view text) { line(std::string(text)); });

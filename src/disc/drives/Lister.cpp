@@ -309,7 +309,7 @@ std::unique_ptr<ByteSource> Lister::openFile(std::string_view path) {
     return std::make_unique<HeldSource>(level.medium, std::move(source));
 }
 
-bool Lister::fileExists(std::string_view path) {
+bool Lister::hasFile(std::string_view path) {
     return base::skipErrors([&] { find(path); });
 }
 

@@ -86,7 +86,7 @@ public:
     std::unique_ptr<ByteSource> openFile(std::string_view path);
 
     // False for directories, and for all that can't be found out.
-    bool fileExists(std::string_view path);
+    bool hasFile(std::string_view path);
 
     // Called after a move when path() has become another text, and when the same was read anew by reread() or after
     // letGo().

@@ -213,7 +213,7 @@ TEST_F(ListerDamage, OfAFileIsThrownWhenItIsOpenedOrRead) {
     insert(folder("", {file("SHUT", "x").withOpenFailure(ErrorNumber::ReadFailure),
                        file("BROKEN", "12345678").withReadFailure(ErrorNumber::ReadFailure)}));
     EXPECT_EQ(errorOf([&] { lister.openFile("D:\\SHUT"); }), numberOf(ErrorNumber::ReadFailure));
-    EXPECT_TRUE(lister.fileExists("D:\\SHUT"));
+    EXPECT_TRUE(lister.hasFile("D:\\SHUT"));
     const auto source = lister.openFile("D:\\BROKEN");
     std::array<std::byte, 4> buffer{};
     EXPECT_EQ(source->read(0, buffer), 4u);
@@ -223,7 +223,7 @@ TEST_F(ListerDamage, OfAFileIsThrownWhenItIsOpenedOrRead) {
 TEST_F(ListerDamage, OfADriveDoesNotMakeAFileExist) {
     auto& medium = insert(folder("", {file("AUTORUN.INF")}));
     medium.vanishAfter(0);
-    EXPECT_FALSE(lister.fileExists("D:\\autorun.inf"));
+    EXPECT_FALSE(lister.hasFile("D:\\autorun.inf"));
     EXPECT_EQ(errorOf([&] { lister.openFile("D:\\autorun.inf"); }), numberOf(ErrorNumber::DriveNotReady));
     EXPECT_EQ(lister.firstFile("D:"), "");
     EXPECT_EQ(errorOf([&] { lister.setFilePath("D:\\"); }), numberOf(ErrorNumber::DriveNotReady));

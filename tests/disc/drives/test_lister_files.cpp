@@ -125,10 +125,10 @@ TEST_F(ListerFiles, FactsAreForgottenWhenTheEnumerationGoesOn) {
 TEST_F(ListerFiles, ExistWithoutRegardToCaseAndWithDoubledBackslashes) {
     for (const auto* path : {"D:\\autorun.inf", "d:\\AutoRun.Inf", "D:\\\\autorun.inf", "D:\\SETUP\\\\setup.ini",
                              "D:\\setup\\setup.ini", "D:\\zeta.txt"})
-        EXPECT_TRUE(lister.fileExists(path)) << path;
+        EXPECT_TRUE(lister.hasFile(path)) << path;
     for (const auto* path :
          {"D:\\no.inf", "D:\\SETUP", "D:\\EMPTY\\setup.ini", "D:\\NO\\setup.ini", "X:\\a", "", "D:", "\\", "D:\\"})
-        EXPECT_FALSE(lister.fileExists(path)) << path;
+        EXPECT_FALSE(lister.hasFile(path)) << path;
 }
 
 TEST_F(ListerFiles, OpenWithoutRegardToCaseAndWithDoubledBackslashes) {
@@ -140,7 +140,7 @@ TEST_F(ListerFiles, OpenWithoutRegardToCaseAndWithDoubledBackslashes) {
 
 TEST_F(ListerFiles, LookingUpAFileDoesNotMove) {
     lister.firstFile("D:");
-    EXPECT_TRUE(lister.fileExists("D:\\SETUP\\setup.ini"));
+    EXPECT_TRUE(lister.hasFile("D:\\SETUP\\setup.ini"));
     EXPECT_EQ(lister.path(), "D:\\");
     EXPECT_EQ(lister.nextFile(), "AUTORUN.INF");
 }
