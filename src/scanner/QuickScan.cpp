@@ -1,6 +1,5 @@
 #include "scanner/QuickScan.h"
 
-#include "base/Number.h"
 #include "base/RuntimeError.h"
 #include "disc/drives/DriveTable.h"
 #include "scanner/DiscFiles.h"

@@ -5,21 +5,17 @@
 #include "app/OpenSource.h"
 #include "app/Windows.h"
 #include "base/RuntimeError.h"
-#include "catalogue/Names.h"
 #include "disc/medium/ShownNames.h"
 #include "kit/common/Beep.h"
 #include "kit/common/Strings.h"
 #include "kit/controls/DroppedFiles.h"
 #include "kit/program/MsgBox.h"
-#include "kit/program/Yield.h"
-#include "scanner/NameChecks.h"
 #include "scanner/Texts.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QMimeData>
 #include <QtCore/QScopedValueRollback>
-#include <QtCore/QTime>
 #include <QtGui/QDropEvent>
 #include <QtGui/QKeyEvent>
 #include <QtGui/QPainter>

@@ -1,4 +1,3 @@
-#include "app/Module1.h"
 #include "base/Stamp.h"
 #include "base/Text.h"
 #include "catalogue/Names.h"

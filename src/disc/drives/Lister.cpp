@@ -1,7 +1,6 @@
 #include "disc/drives/Lister.h"
 
 #include "disc/drives/EntryOrder.h"
-#include "disc/medium/ShownNames.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,5 +1,6 @@
 #include "disc/iso/IsoDirectory.h"
 
+#include "disc/medium/DirectoryClaims.h"
 #include "disc/medium/UnlessGone.h"
 
 #include <algorithm>

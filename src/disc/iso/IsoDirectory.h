@@ -1,7 +1,6 @@
 #pragma once
 
 #include "disc/iso/IsoRecord.h"
-#include "disc/medium/DirectoryClaims.h"
 #include "disc/medium/DiscData.h"
 
 #include <array>

@@ -1,6 +1,7 @@
 #include "disc/iso/IsoListing.h"
 
 #include "base/Text.h"
+#include "disc/iso/IsoPlace.h"
 #include "disc/medium/DiscTime.h"
 #include "disc/medium/ShownNames.h"
 #include "disc/medium/UnlessGone.h"

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "disc/iso/IsoDirectory.h"
-#include "disc/iso/IsoPlace.h"
 #include "disc/iso/IsoVolume.h"
 #include "disc/iso/RockRidge.h"
 #include "disc/medium/Medium.h"
