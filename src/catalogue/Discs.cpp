@@ -2,7 +2,6 @@
 
 #include "base/Sentence.h"
 #include "catalogue/Names.h"
-#include "catalogue/Texts.h"
 
 namespace discaro::catalogue {
 

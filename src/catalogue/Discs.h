@@ -1,5 +1,6 @@
 #pragma once
 
+#include "catalogue/Texts.h"
 #include "db/Recordset.h"
 
 #include <span>
@@ -14,9 +15,8 @@ namespace discaro::catalogue {
 std::string rowCondition(std::string_view number);
 
 // That the disc on which the recordset stands has the preferred name which the user would like to give to another.
-// Throws as the reading of a field does.
+// Told under kDuplicateNameTitle. Throws as the reading of a field does.
 std::string duplicateNameMessage(db::Recordset& discs);
-inline constexpr const char* kDuplicateNameTitle = "Duplicate Preferred Name";
 
 // One line of a disc's facts.
 struct DiscFact {

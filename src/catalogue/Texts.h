@@ -6,6 +6,7 @@ namespace discaro::catalogue {
 // %1: the number of the disc that has the preferred name, %2: its volume label.
 inline constexpr const char* kDuplicateName =
     "This Preferred name was used once before for CD-ROM number  '%1' which has '%2' as its Volume label. Please choose another name.";
+inline constexpr const char* kDuplicateNameTitle = "Duplicate Preferred Name";
 
 // %1: the disc's preferred name.
 inline constexpr const char* kDeletionQuestion =

@@ -22,7 +22,7 @@ bool hasSerial(db::Recordset& discs, const std::string& serial) {
 
 } // namespace
 
-std::optional<std::string> duplicateNameMessage(db::Recordset& discs, const std::string& preferredName) {
+std::optional<std::string> takenNameMessage(db::Recordset& discs, const std::string& preferredName) {
     if (discs.RecordCount() != 0)
         discs.MoveFirst();
     for (; !discs.Eof(); discs.MoveNext())

@@ -9,7 +9,7 @@
 namespace discaro::scanner {
 
 // The message for the first disc that already has exactly this preferred name, case included; nothing when none has.
-std::optional<std::string> duplicateNameMessage(db::Recordset& discs, const std::string& preferredName);
+std::optional<std::string> takenNameMessage(db::Recordset& discs, const std::string& preferredName);
 
 // Asks once for each disc with this serial number, in the table's order. Returns whether all were passed over;
 // the first refusal ends the walk.

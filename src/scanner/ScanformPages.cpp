@@ -277,7 +277,7 @@ bool Scanform::namePagePasses() {
         say(kNoDiscDrive, kit::Icon::Exclamation, kErrorTitle);
         return false;
     }
-    if (const auto message = duplicateNameMessage(Data2.Recordset(), utf8(Text2->text()))) {
+    if (const auto message = takenNameMessage(Data2.Recordset(), utf8(Text2->text()))) {
         say(qt(*message), kit::Icon::Exclamation, catalogue::kDuplicateNameTitle);
         return false;
     }

@@ -14,8 +14,8 @@
 
 using namespace discaro;
 using namespace discaro::test;
-using scanner::duplicateNameMessage;
 using scanner::duplicateSerialsPassed;
+using scanner::takenNameMessage;
 
 namespace {
 
@@ -230,7 +230,7 @@ TEST(NameChecks, AnEqualNameIsFoundWithItsNumberAndLabel) {
     ScanRig rig;
     rig.insert(folder(""));
     rig.scan({}, "Games");
-    EXPECT_EQ(duplicateNameMessage(rig.discs.Recordset(), "Games"),
+    EXPECT_EQ(takenNameMessage(rig.discs.Recordset(), "Games"),
               "This Preferred name was used once before for CD-ROM number  '1' which has 'MEMORY' "
               "as its Volume "
               "label. Please choose another name.");
@@ -240,12 +240,12 @@ TEST(NameChecks, OtherLetterCaseIsAnotherName) {
     ScanRig rig;
     rig.insert(folder(""));
     rig.scan({}, "Games");
-    EXPECT_EQ(duplicateNameMessage(rig.discs.Recordset(), "GAMES"), std::nullopt);
+    EXPECT_EQ(takenNameMessage(rig.discs.Recordset(), "GAMES"), std::nullopt);
 }
 
 TEST(NameChecks, AnEmptyCatalogueHasNeitherNamesNorSerials) {
     ScanRig rig;
-    EXPECT_EQ(duplicateNameMessage(rig.discs.Recordset(), "x"), std::nullopt);
+    EXPECT_EQ(takenNameMessage(rig.discs.Recordset(), "x"), std::nullopt);
     EXPECT_TRUE(duplicateSerialsPassed(rig.discs.Recordset(), "0123-4567", [](const std::string&) {
         ADD_FAILURE() << "nothing to ask about";
         return false;
