@@ -58,7 +58,6 @@ void Scanform::Form_Load() {
     openSources();
     loadDrives();
     Dir1.changed = [this] { Dir1_Change(); };
-    ScanPage = 1;
     ShowWelcomePage();
     TrayIcon1->setToolTipText(caption());
     app::Windows::Unload("Loading");
@@ -253,8 +252,8 @@ void Scanform::addDiscs(const std::vector<std::filesystem::path>& paths) {
             const QSignalBlocker quiet(Drive1);
             Drive1->setListIndex(-1);
         }
-        if (ScanPage == 1)
-            goNext();
+        if (ScanPage == Welcome)
+            ShowNamePage();
         setDrive(chosen);
     }
     tellRefused(refused);
@@ -280,7 +279,7 @@ void Scanform::tellRefused(const QStringList& refused) {
 }
 
 bool Scanform::takesDiscs() const {
-    return Picture1->isVisible() && ScanPage <= 2 && !isUnloaded();
+    return Picture1->isVisible() && ScanPage <= Name && !isUnloaded();
 }
 
 void Scanform::dragEnterEvent(QDragEnterEvent* event) {

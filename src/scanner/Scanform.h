@@ -153,10 +153,16 @@ private:
     void TrayIcon_Minimise();
     void Dir1_Change();
 
+    // The wizard's pages, the start of the scanning screen, and page 4 while the disc is counted.
+    enum PageNumber : int16_t { Welcome = 1, Name, Comments, Check, Settings, Start, Counting };
+    struct Page;
+    static const Page kPages[];
+
+    void showPage(PageNumber number);
     void ShowWelcomePage();
     void ShowNamePage();
     void ShowCommentsPage();
-    bool ShowCheckPage();
+    void ShowCheckPage();
     void ShowSettingsPage();
     void ShowStartPage();
 
@@ -174,11 +180,11 @@ private:
     void tellRefused(const QStringList& refused);
     bool takesDiscs() const;
     void takeDropped(const std::vector<std::filesystem::path>& paths);
-    void goBack();
-    void goNext();
+    void leaveNamePage();
     bool namePagePasses();
     std::filesystem::path addedPath() const;
     void sayDiscFails(const base::RuntimeError& error);
+    void checkDisc();
     bool beginQuickScan();
     void runQuickScan();
     void closeAndReturn();
@@ -189,8 +195,7 @@ private:
     ScanRequest request();
     bool scanBegins();
 
-    int16_t ScanPage = 1;
-    bool QuickScanDone = false;
+    PageNumber ScanPage = Welcome;
     ScanOptions m_options;
     disc::DriveTable& m_drives;
     disc::DriveFacts DrvFact1;   // of the drive given last

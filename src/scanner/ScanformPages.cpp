@@ -21,8 +21,8 @@ using kit::utf8;
 
 namespace {
 
-// A control of the window.
-using Control = QWidget* (*)(Scanform&);
+// Gives a control of the window.
+using ControlOf = QWidget* (*)(Scanform&);
 
 template <auto Member>
 QWidget* only(Scanform& wizard) {
@@ -34,83 +34,91 @@ QWidget* button(Scanform& wizard) {
     return &wizard.Command1(Index);
 }
 
-// What the pages below the text take turns in showing.
-constexpr Control kEntries[] = {only<&Scanform::Text2>,     only<&Scanform::Text3>,  only<&Scanform::Text4>,
-                                only<&Scanform::Label2>,    only<&Scanform::Label3>, only<&Scanform::Drive1>,
-                                only<&Scanform::DiscImage>, only<&Scanform::Check1>, only<&Scanform::Command4>};
+// What the pages take turns in showing.
+constexpr ControlOf kTurns[] = {only<&Scanform::Picture1>, only<&Scanform::Picture2>, only<&Scanform::Text2>,
+                                only<&Scanform::Text3>,    only<&Scanform::Text4>,    only<&Scanform::Label2>,
+                                only<&Scanform::Label3>,   only<&Scanform::Drive1>,   only<&Scanform::DiscImage>,
+                                only<&Scanform::Check1>,   only<&Scanform::Command4>};
 
-struct Page {
-    std::vector<Control> entries; // those that show
-    const char* caption;          // of the entry in use, null where none has one
-    bool wholeText;               // the text has the page to itself
-    bool back;                    // whether "Back", "Next" and "Finish" can be pressed
-    bool next;
-    bool finish;
-    Control focus;
-};
-
-const Page kWelcome{.entries = {only<&Scanform::Command4>},
-                    .caption = nullptr,
-                    .wholeText = true,
-                    .back = false,
-                    .next = true,
-                    .finish = false,
-                    .focus = button<2>};
-const Page kName{.entries = {only<&Scanform::Text2>, only<&Scanform::Label2>, only<&Scanform::Label3>,
-                             only<&Scanform::Drive1>, only<&Scanform::DiscImage>, only<&Scanform::Check1>},
-                 .caption = "Preferred Name",
-                 .wholeText = false,
-                 .back = true,
-                 .next = true,
-                 .finish = false,
-                 .focus = only<&Scanform::Text2>};
-const Page kComments{.entries = {only<&Scanform::Text3>, only<&Scanform::Label2>},
-                     .caption = "Comments",
-                     .wholeText = false,
-                     .back = true,
-                     .next = true,
-                     .finish = false,
-                     .focus = only<&Scanform::Text3>};
-const Page kCheck{.entries = {only<&Scanform::Text4>, only<&Scanform::Label2>},
-                  .caption = "",
-                  .wholeText = false,
-                  .back = true,
-                  .next = true,
-                  .finish = false,
-                  .focus = button<2>};
-const Page kSettings{.entries = {only<&Scanform::Label2>},
-                     .caption = "",
-                     .wholeText = true,
-                     .back = true,
-                     .next = false,
-                     .finish = true,
-                     .focus = button<3>};
-
-// Text1 where entries stand below it, and where it has the page to itself; its width and top are the table's.
+// Text1 where entries stand below it, and where it has the page to itself.
 constexpr QRect kTextAboveEntries(24, 16, 592, 128);
 constexpr QRect kTextAlone(24, 16, 592, 362);
 
-void showPage(Scanform& wizard, const Page& page, const std::string& text) {
-    wizard.Text1->setText(qt(text));
-    wizard.place(*wizard.Text1, page.wholeText ? kTextAlone : kTextAboveEntries);
-    wizard.Text1->raise(); // over the caption, which may stand empty on its ground
-    if (page.caption)
-        wizard.Label2->setText(page.caption);
-    for (const Control entry : kEntries)
-        entry(wizard)->setVisible(std::ranges::find(page.entries, entry) != page.entries.end());
-    wizard.Command1(0).setEnabled(true);
-    wizard.Command1(1).setEnabled(page.back);
-    wizard.Command1(2).setEnabled(page.next);
-    wizard.Command1(3).setEnabled(page.finish);
-    page.focus(wizard)->setFocus();
-}
-
 } // namespace
+
+struct Scanform::Page {
+    std::vector<ControlOf> shown; // of kTurns
+    std::string (*text)(const Scanform&);
+    kit::TextBox* Scanform::*textBox = &Scanform::Text1;
+    QRect textPlace = kTextAboveEntries; // of Text1
+    const char* caption = "";            // of the entry in use
+    ControlOf focus;
+    // Where Cancel, Back, Next and Finish lead; a button that leads nowhere can't be pressed.
+    void (Scanform::*ways[4])() = {};
+};
+
+// In the order of PageNumber.
+const Scanform::Page Scanform::kPages[] = {
+    {.shown = {only<&Scanform::Picture1>, only<&Scanform::Command4>},
+     .text = [](const Scanform&) { return welcomeText(); },
+     .textPlace = kTextAlone,
+     .focus = button<2>,
+     .ways = {&Scanform::closeAndReturn, nullptr, &Scanform::ShowNamePage, nullptr}},
+    {.shown = {only<&Scanform::Picture1>, only<&Scanform::Text2>, only<&Scanform::Label2>, only<&Scanform::Label3>,
+               only<&Scanform::Drive1>, only<&Scanform::DiscImage>, only<&Scanform::Check1>},
+     .text = [](const Scanform&) { return nameText(); },
+     .caption = "Preferred Name",
+     .focus = only<&Scanform::Text2>,
+     .ways = {&Scanform::closeAndReturn, &Scanform::ShowWelcomePage, &Scanform::leaveNamePage, nullptr}},
+    {.shown = {only<&Scanform::Picture1>, only<&Scanform::Text3>, only<&Scanform::Label2>},
+     .text = [](const Scanform&) -> std::string { return kCommentsText; },
+     .caption = "Comments",
+     .focus = only<&Scanform::Text3>,
+     .ways = {&Scanform::closeAndReturn, &Scanform::ShowNamePage, &Scanform::checkDisc, nullptr}},
+    {.shown = {only<&Scanform::Picture1>, only<&Scanform::Text4>, only<&Scanform::Label2>},
+     .text = [](const Scanform&) -> std::string { return kCheckText; },
+     .focus = button<2>,
+     .ways = {&Scanform::closeAndReturn, &Scanform::ShowCommentsPage, &Scanform::ShowSettingsPage, nullptr}},
+    {.shown = {only<&Scanform::Picture1>, only<&Scanform::Label2>},
+     .text =
+         [](const Scanform& wizard) {
+             return settingsText({.preferredName = utf8(wizard.Text2->text()),
+                                  .driveName = wizard.drive(),
+                                  .comments = utf8(wizard.Text3->text()),
+                                  .options = wizard.m_options,
+                                  .directories = wizard.m_quickScan.directories(),
+                                  .files = wizard.m_quickScan.files()});
+         },
+     .textPlace = kTextAlone,
+     .focus = button<3>,
+     .ways = {&Scanform::closeAndReturn, &Scanform::ShowCheckPage, nullptr, &Scanform::ShowStartPage}},
+    {.shown = {only<&Scanform::Picture2>},
+     .text = [](const Scanform&) { return startText(); },
+     .textBox = &Scanform::Text5,
+     .focus = only<&Scanform::Command2>},
+    {.shown = {only<&Scanform::Picture1>, only<&Scanform::Text4>, only<&Scanform::Label2>},
+     .text = [](const Scanform&) -> std::string { return kCheckText; },
+     .focus = only<&Scanform::Text1>},
+};
+
+void Scanform::showPage(PageNumber number) {
+    const Page& page = kPages[number - 1];
+    ScanPage = number;
+    (this->*page.textBox)->setText(qt(page.text(*this)));
+    place(*Text1, page.textPlace);
+    Text1->raise(); // over the caption, which may stand empty on its ground
+    Label2->setText(page.caption);
+    for (const ControlOf each : kTurns)
+        each(*this)->setVisible(std::ranges::find(page.shown, each) != page.shown.end());
+    for (int index = 0; index < 4; ++index)
+        Command1(index).setEnabled(page.ways[index] != nullptr);
+    page.focus(*this)->setFocus();
+}
 
 // ---- The pages
 
 void Scanform::ShowWelcomePage() {
-    showPage(*this, kWelcome, welcomeText());
+    showPage(Welcome);
 }
 
 void Scanform::ShowNamePage() {
@@ -119,49 +127,35 @@ void Scanform::ShowNamePage() {
     chooseDiscDrive();
     Check1->setValue(false);
     Text2->setText({});
-    showPage(*this, kName, nameText());
+    showPage(Name);
 }
 
 void Scanform::ShowCommentsPage() {
-    showPage(*this, kComments, kCommentsText);
+    showPage(Comments);
 }
 
-// Returns whether the page stays: a disc of a kind that can't be read leads back to the page before.
-bool Scanform::ShowCheckPage() {
-    showPage(*this, kCheck, kCheckText);
-    for (const int index : {0, 1, 2})
-        Command1(index).setEnabled(false);
-    const bool stays = QuickScanDone || beginQuickScan();
-    if (stays && !QuickScanDone)
-        runQuickScan();
-    if (!stays) {
-        ShowCommentsPage();
-        return false;
-    }
-    for (const int index : {0, 1, 2})
-        Command1(index).setEnabled(true);
-    Command1(2).setFocus();
-    return true;
+void Scanform::ShowCheckPage() {
+    showPage(Check);
 }
 
 void Scanform::ShowSettingsPage() {
-    showPage(*this, kSettings,
-             settingsText({.preferredName = utf8(Text2->text()),
-                           .driveName = drive(),
-                           .comments = utf8(Text3->text()),
-                           .options = m_options,
-                           .directories = m_quickScan.directories(),
-                           .files = m_quickScan.files()}));
+    showPage(Settings);
 }
 
 void Scanform::ShowStartPage() {
-    Picture1->hide();
-    Picture2->show();
-    Text5->setText(qt(startText()));
-    Command2->setFocus();
+    showPage(Start);
 }
 
 // ---- The quick scan
+
+// A disc of a kind that can't be read leads back to the page before.
+void Scanform::checkDisc() {
+    showPage(Counting);
+    if (!beginQuickScan())
+        return ShowCommentsPage();
+    runQuickScan();
+    ShowCheckPage();
+}
 
 // A disc of a kind that can't be read, and an image or folder that has gone or can't be read, are told of, and the
 // user may choose another. A drive without a disc ends the program like any error that nobody expects.
@@ -198,70 +192,15 @@ void Scanform::runQuickScan() {
 
 // ---- The buttons of the pages
 
+// Those of the scanning screen lead out.
 void Scanform::Command1_Click(int index) {
-    switch (index) {
-    case 1:
-        goBack();
-        break;
-    case 2:
-        goNext();
-        break;
-    case 3:
-        ShowStartPage();
-        break;
-    case 0:
-    case 4:
-    case 7:
-        closeAndReturn();
-        break;
-    default:
-        break;
-    }
+    const auto way = index < 4 ? kPages[ScanPage - 1].ways[index] : &Scanform::closeAndReturn;
+    (this->*way)();
 }
 
-void Scanform::goBack() {
-    switch (ScanPage) {
-    case 2:
-        ShowWelcomePage();
-        break;
-    case 3:
-        ShowNamePage();
-        break;
-    case 4:
+void Scanform::leaveNamePage() {
+    if (namePagePasses())
         ShowCommentsPage();
-        break;
-    case 5:
-        QuickScanDone = true;
-        ShowCheckPage();
-        break;
-    default:
-        return;
-    }
-    --ScanPage;
-}
-
-void Scanform::goNext() {
-    switch (ScanPage) {
-    case 1:
-        ShowNamePage();
-        break;
-    case 2:
-        if (!namePagePasses())
-            return;
-        ShowCommentsPage();
-        break;
-    case 3:
-        QuickScanDone = false;
-        if (!ShowCheckPage())
-            return;
-        break;
-    case 4:
-        ShowSettingsPage();
-        break;
-    default:
-        return;
-    }
-    ++ScanPage;
 }
 
 // The four checks of page 2, in order.

@@ -73,12 +73,8 @@ const kit::FormTable<Scanform> Scanform::kTable{
 
     // The wizard's pages
     control(&Scanform::Picture1, "Picture1").at(0, kPageTop, kWidth, kPageHeight),
-    control(&Scanform::Text1, "Text1")
-        .at(24, 16, 592, 128)
-        .in(&Scanform::Picture1)
-        .multiLine()
-        .readOnly()
-        .says("Instructions"),
+    // Its place is the page's.
+    control(&Scanform::Text1, "Text1").in(&Scanform::Picture1).multiLine().readOnly().says("Instructions"),
     control(&Scanform::Label2, "Label2").at(24, 154, 592, 20).in(&Scanform::Picture1).labels(&Scanform::Text2),
     control(&Scanform::Text2, "Text2")
         .at(24, 176, 592, 28)
