@@ -278,6 +278,7 @@ TEST_F(Pages, NeitherButtonLeavesThePageWhileTheQuickScanRuns) {
         ++looks;
         for (const int index : {0, 1, 2, 3})
             EXPECT_FALSE(button(index).isEnabled()) << index;
+        EXPECT_EQ(form->focusWidget(), form->Text1->focusProxy());
         form->close();
         QTest::keyClick(form, Qt::Key_Escape);
     });
