@@ -27,8 +27,7 @@ void DeleteCD::Form_Load() {
 void DeleteCD::Form_Unload() {
     const bool empty = Data1.Recordset().RecordCount() == 0;
     // The next window opens the catalogue that is there, be it another than the one that was open here.
-    for (db::DataSource* source : {&Data1, &Data2})
-        source->Close();
+    giveBack();
     if (empty)
         app::Windows::Show("Switch");
     else

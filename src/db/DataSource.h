@@ -22,11 +22,8 @@ public:
 
     // Set before Refresh; they change nothing that is open.
     void SetDatabaseName(std::filesystem::path path) { m_databaseName = std::move(path); }
-    const std::filesystem::path& DatabaseName() const { return m_databaseName; }
     void SetRecordSource(std::string source) { m_recordSource = std::move(source); }
-    const std::string& RecordSource() const { return m_recordSource; }
     void SetReadOnly(bool readOnly) { m_readOnly = readOnly; }
-    bool ReadOnly() const { return m_readOnly; }
 
     // Opens, or opens anew, the recordset and stands on its first row. A database handle still open
     // on the same path is kept. On failure (as OpenDatabase and OpenRecordset) an earlier recordset

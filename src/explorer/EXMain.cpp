@@ -112,8 +112,7 @@ void EXMain::Form_Unload() {
     if (ProgressParent)
         prgload->setParent(ProgressParent);
     // The menu opens the catalogue that is there, be it another than the one that was explored.
-    for (db::DataSource* source : {&Data1, &Data2})
-        source->Close();
+    giveBack();
     app::Windows::Show("Switch");
 }
 

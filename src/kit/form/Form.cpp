@@ -160,17 +160,21 @@ void Form::finishUnload() {
     m_stage = Stage::Unloaded;
     hide();
     emit Unloaded();
-    while (!m_releases.empty()) {
-        const auto release = std::move(m_releases.back());
-        m_releases.pop_back();
-        release();
-    }
+    giveBack();
     emit Left();
     atGround([doomed = QPointer<QObject>(this)] { delete doomed.data(); });
 }
 
 void Form::atUnload(std::function<void()> release) {
     m_releases.push_back(std::move(release));
+}
+
+void Form::giveBack() {
+    while (!m_releases.empty()) {
+        const auto release = std::move(m_releases.back());
+        m_releases.pop_back();
+        release();
+    }
 }
 
 Form::State Form::state() const {

@@ -94,6 +94,8 @@ public:
     // Something to give back when the window is unloaded, such as an open data source; the last
     // given goes first.
     void atUnload(std::function<void()> release);
+    // Gives it all back now: for a window whose end shows another one that needs the same.
+    void giveBack();
 
 signals:
     // Form_Load is done.
@@ -125,6 +127,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    // A window that is shown without being loaded would be empty: others use Show.
+    using QWidget::show;
+
     enum class Stage { Made, Loading, Loaded, Unloading, Unloaded };
 
     void finishUnload();
