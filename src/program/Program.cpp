@@ -1,5 +1,4 @@
 #include "app/Main.h"
-
 #include "app/Module1.h"
 #include "app/SingleInstance.h"
 #include "app/Windows.h"

@@ -184,7 +184,8 @@ private:
     bool namePagePasses();
     std::filesystem::path addedPath() const;
     void sayDiscFails(const base::RuntimeError& error);
-    void checkDisc();
+    void countOnCheckPage();
+    void returnToCheckPage();
     bool beginQuickScan();
     void runQuickScan();
     void closeAndReturn();
@@ -195,7 +196,9 @@ private:
     ScanRequest request();
     bool scanBegins();
 
-    PageNumber ScanPage = Welcome;
+    int16_t ScanPage = 1;       // the page, 1 to 5
+    bool QuickScanDone = false; // page 4 is entered to look at what was counted
+    PageNumber m_shown = Welcome;
     ScanOptions m_options;
     disc::DriveTable& m_drives;
     disc::DriveFacts DrvFact1;   // of the drive given last

@@ -74,7 +74,7 @@ const Scanform::Page Scanform::kPages[] = {
      .text = [](const Scanform&) -> std::string { return kCommentsText; },
      .caption = "Comments",
      .focus = only<&Scanform::Text3>,
-     .ways = {&Scanform::closeAndReturn, &Scanform::ShowNamePage, &Scanform::checkDisc, nullptr}},
+     .ways = {&Scanform::closeAndReturn, &Scanform::ShowNamePage, &Scanform::countOnCheckPage, nullptr}},
     {.shown = {only<&Scanform::Picture1>, only<&Scanform::Text4>, only<&Scanform::Label2>},
      .text = [](const Scanform&) -> std::string { return kCheckText; },
      .focus = button<2>,
@@ -91,7 +91,7 @@ const Scanform::Page Scanform::kPages[] = {
          },
      .textPlace = kTextAlone,
      .focus = button<3>,
-     .ways = {&Scanform::closeAndReturn, &Scanform::ShowCheckPage, nullptr, &Scanform::ShowStartPage}},
+     .ways = {&Scanform::closeAndReturn, &Scanform::returnToCheckPage, nullptr, &Scanform::ShowStartPage}},
     {.shown = {only<&Scanform::Picture2>},
      .text = [](const Scanform&) { return startText(); },
      .textBox = &Scanform::Text5,
@@ -103,7 +103,9 @@ const Scanform::Page Scanform::kPages[] = {
 
 void Scanform::showPage(PageNumber number) {
     const Page& page = kPages[number - 1];
-    ScanPage = number;
+    m_shown = number;
+    if (number <= Settings)
+        ScanPage = number;
     (this->*page.textBox)->setText(qt(page.text(*this)));
     place(*Text1, page.textPlace);
     Text1->raise(); // over the caption, which may stand empty on its ground
@@ -134,8 +136,25 @@ void Scanform::ShowCommentsPage() {
     showPage(Comments);
 }
 
+// A disc of a kind that can't be read leads back to the page before.
 void Scanform::ShowCheckPage() {
+    if (!QuickScanDone) {
+        showPage(Counting);
+        if (!beginQuickScan())
+            return ShowCommentsPage();
+        runQuickScan();
+    }
     showPage(Check);
+}
+
+void Scanform::countOnCheckPage() {
+    QuickScanDone = false;
+    ShowCheckPage();
+}
+
+void Scanform::returnToCheckPage() {
+    QuickScanDone = true;
+    ShowCheckPage();
 }
 
 void Scanform::ShowSettingsPage() {
@@ -147,15 +166,6 @@ void Scanform::ShowStartPage() {
 }
 
 // ---- The quick scan
-
-// A disc of a kind that can't be read leads back to the page before.
-void Scanform::checkDisc() {
-    showPage(Counting);
-    if (!beginQuickScan())
-        return ShowCommentsPage();
-    runQuickScan();
-    ShowCheckPage();
-}
 
 // A disc of a kind that can't be read, and an image or folder that has gone or can't be read, are told of, and the
 // user may choose another. A drive without a disc ends the program like any error that nobody expects.
@@ -194,7 +204,7 @@ void Scanform::runQuickScan() {
 
 // Those of the scanning screen lead out.
 void Scanform::Command1_Click(int index) {
-    const auto way = index < 4 ? kPages[ScanPage - 1].ways[index] : &Scanform::closeAndReturn;
+    const auto way = index < 4 ? kPages[m_shown - 1].ways[index] : &Scanform::closeAndReturn;
     (this->*way)();
 }
 
