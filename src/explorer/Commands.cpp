@@ -46,6 +46,29 @@ constexpr ViewChoice kViews[] = {
     {"report view", View::Report, "listviewDetails", "ldetails", "Report View"},
 };
 
+// Menu items that only lead to another window, and the toolbar button of the same command.
+struct Way {
+    const char* window = nullptr;
+    const char* item = nullptr;
+    const char* button = nullptr;
+};
+
+constexpr Way kWays[] = {
+    {"Search", "newsearsh", "Search"},
+    {"Scanform", "scannewcd", "Scan"},
+    {"DeleteCD", "Deletecdromentry", "Delete"},
+    {"Programs", "programsexplorer", "prog"},
+    {"Workshop", "dbaseworkshop", "Workshop"},
+    {"About", "aboutbox", "About"},
+    {"ProgTag", "fileProgramTag", "tag"},
+    {"ProgTag", "diprogtag"},
+    {"ProgTag", "drprogtag"},
+    {"ProgTag", "lprogtag"},
+    {"ProgTag", "tprogtag"},
+    {"DirSim", "SimDir"},
+    {"DirSim", "DirSim2"},
+};
+
 // Where the user's own toolbar is kept.
 const QString kStoreKey = QStringLiteral("2");
 const QString kStoreValue = QStringLiteral("Toolbar Settings");
@@ -159,6 +182,15 @@ void Commands::showAllContents() {
 }
 
 // ---- Other windows
+
+void Commands::disableMissingWindows() {
+    for (const Way& way : kWays) {
+        const bool known = Windows::Exists(way.window);
+        m_controls.menus.item(way.item).setEnabled(known);
+        if (way.button)
+            m_controls.toolbar.setButtonEnabled(way.button, known);
+    }
+}
 
 // The menu comes up from the unload. Were its error skipped, no window would be left, and nobody would know why.
 void Commands::exitToMenu() {

@@ -41,6 +41,8 @@ public:
     // a window that follows in the explorer's place and can't be loaded is reported as an unhandled error.
     void RunCommand(const std::string& word);
 
+    // Greys the entries that lead to windows which are not part of the program.
+    void disableMissingWindows();
     void showAllContents();
     // The header of a column of the listing, from 1.
     void orderByHeader(int header);

@@ -28,29 +28,6 @@ constexpr int kProgressPanel = 3;
 constexpr int kTwips = 15;
 constexpr int kProgressMargin = 40;
 
-// Menu items that only lead to another window, and the toolbar button of the same command.
-struct Way {
-    const char* window = nullptr;
-    const char* item = nullptr;
-    const char* button = nullptr;
-};
-
-constexpr Way kWays[] = {
-    {"Search", "newsearsh", "Search"},
-    {"Scanform", "scannewcd", "Scan"},
-    {"DeleteCD", "Deletecdromentry", "Delete"},
-    {"Programs", "programsexplorer", "prog"},
-    {"Workshop", "dbaseworkshop", "Workshop"},
-    {"About", "aboutbox", "About"},
-    {"ProgTag", "fileProgramTag", "tag"},
-    {"ProgTag", "diprogtag"},
-    {"ProgTag", "drprogtag"},
-    {"ProgTag", "lprogtag"},
-    {"ProgTag", "tprogtag"},
-    {"DirSim", "SimDir"},
-    {"DirSim", "DirSim2"},
-};
-
 } // namespace
 
 void EXMain::Form_Load() {
@@ -63,16 +40,6 @@ void EXMain::Form_Load() {
     m_division->restore(kit::userSettings(kSettingsPlace));
     FitProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
     prgload->setValue(0);
-}
-
-// An entry whose window is not part of the program leads nowhere.
-void EXMain::disableMissingWindows() {
-    for (const Way& way : kWays) {
-        const bool known = app::Windows::Exists(way.window);
-        MenuBar1->item(way.item).setEnabled(known);
-        if (way.button)
-            Toolbar1->setButtonEnabled(way.button, known);
-    }
 }
 
 void EXMain::FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips) {

@@ -82,7 +82,6 @@ private:
     void makeParts();
     void FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips);
     void seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips);
-    void disableMissingWindows();
     bool catalogueIsEmpty();
     void leaveEmptyCatalogue();
     void tellLocked();

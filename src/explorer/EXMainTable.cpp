@@ -230,7 +230,7 @@ EXMain::EXMain()
     lvwdb->setCopied([this](const kit::ListItem& row) { return m_listing->nameOf(row); });
     DriveInfo->setPictures(ImageList2->pictures());
     Dirinfo->setPictures(ImageList2->pictures());
-    disableMissingWindows();
+    m_commands->disableMissingWindows();
 }
 
 void EXMain::makeParts() {
