@@ -17,6 +17,9 @@ constexpr int kHandle = 5;
 constexpr int kLeastTree = 100;
 constexpr int kLeastRight = 240;
 
+// The margin of the progress bar is measured in twips.
+constexpr double kTwipsOfPixel = 15;
+
 } // namespace
 
 Division::Division(kit::Form& window, Parts parts)
@@ -43,6 +46,8 @@ void Division::lay() {
     m_parts.number->setGeometry(first(m_parts.number).translated(across, 0));
     m_parts.statusBar->setGeometry(first(m_parts.statusBar).adjusted(0, down, across, down));
     divide(treeWidth(), across, down);
+    if (ProgressParent)
+        seatProgressBar();
 }
 
 // The right side moves along with the tree's edge and makes room for the handle.
@@ -79,6 +84,30 @@ void Division::divideAt(int treeWidth) {
 void Division::share() {
     m_chosen.reset();
     lay();
+}
+
+void Division::FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips) {
+    if (ProgressParent)
+        return;
+    ProgressParent = bar.parentWidget();
+    bar.setParent(&statusBar);
+    bar.setStyleSheet("QProgressBar { border: none; background: transparent; }"
+                      "QProgressBar::chunk { background: palette(highlight); }");
+    m_seat = {&bar, &statusBar, panel, static_cast<int>(std::lround(marginTwips / kTwipsOfPixel))};
+    seatProgressBar();
+}
+
+void Division::seatProgressBar() {
+    m_seat.statusBar->setAutoSize(m_seat.panel, true);
+    const int margin = m_seat.margin;
+    const QRect room = m_seat.statusBar->panelPlace(m_seat.panel);
+    m_window.place(*m_seat.bar, QRect(room.left() + margin, margin, room.width() - 2 * margin, room.height() - margin));
+    m_seat.statusBar->setAutoSize(m_seat.panel, false);
+}
+
+void Division::releaseProgressBar() {
+    if (ProgressParent)
+        m_seat.bar->setParent(ProgressParent);
 }
 
 void Division::save(QSettings& settings) const {

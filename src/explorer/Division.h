@@ -1,6 +1,8 @@
 #pragma once
 
 #include "kit/controls/Divider.h"
+#include "kit/display/ProgressBar.h"
+#include "kit/display/StatusBar.h"
 #include "kit/form/Form.h"
 
 #include <QtCore/QSettings>
@@ -35,20 +37,36 @@ public:
     void divideAt(int treeWidth);
     void share();
 
+    // Moves the progress bar into a panel of the status bar, in the room that the other panels leave. The panel keeps
+    // the size that the bar was fitted to, and the bar goes along with the panel. A second call does nothing.
+    void FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips);
+    // Puts the bar back where it stood before.
+    void releaseProgressBar();
+
     // Keep size and division in the user's settings, and bring them back: the size fitted to the screen. What makes no
     // sense there is passed over.
     void save(QSettings& settings) const;
     void restore(const QSettings& settings);
 
 private:
+    struct Seat {
+        kit::ProgressBar* bar = nullptr;
+        kit::StatusBar* statusBar = nullptr;
+        int panel = 0;
+        int margin = 0; // in logical pixels
+    };
+
     QSize more() const;
     QRect first(const QWidget* control) const;
     int treeWidth() const;
     void divide(int tree, int across, int down);
+    void seatProgressBar();
 
     kit::Form& m_window;
     Parts m_parts;
     std::optional<double> m_chosen; // the tree's width in logical pixels
+    Seat m_seat;
+    QWidget* ProgressParent = nullptr; // where the bar stood before it moved into the status bar
 };
 
 } // namespace discaro::explorer

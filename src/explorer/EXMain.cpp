@@ -13,8 +13,6 @@
 #include "kit/common/UserSettings.h"
 #include "kit/program/MsgBox.h"
 
-#include <cmath>
-
 // Load, delayed load and unload of the explorer.
 namespace discaro::explorer {
 
@@ -23,10 +21,7 @@ using base::skipErrors;
 namespace {
 
 constexpr int kProgressPanel = 3;
-
-// The margin of the progress bar is measured in twips: 15 of them make a logical pixel, so it is a little under 3.
-constexpr int kTwips = 15;
-constexpr int kProgressMargin = 40;
+constexpr int kProgressMargin = 40; // twips
 
 } // namespace
 
@@ -38,35 +33,13 @@ void EXMain::Form_Load() {
     yield();
     Timer2->setEnabled(true);
     m_division->restore(kit::userSettings(kSettingsPlace));
-    FitProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
+    m_division->FitProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
     prgload->setValue(0);
 }
 
-void EXMain::FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips) {
-    if (ProgressParent)
-        return;
-    ProgressParent = bar.parentWidget();
-    bar.setParent(&statusBar);
-    bar.setStyleSheet("QProgressBar { border: none; background: transparent; }"
-                      "QProgressBar::chunk { background: palette(highlight); }");
-    seatProgressBar(bar, statusBar, panel, marginTwips);
-}
-
-// In the room that the other panels leave; the panel then keeps that size.
-void EXMain::seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips) {
-    statusBar.setAutoSize(panel, true);
-    const int margin = static_cast<int>(std::lround(static_cast<double>(marginTwips) / kTwips));
-    const QRect room = statusBar.panelPlace(panel);
-    place(bar, QRect(room.left() + margin, margin, room.width() - 2 * margin, room.height() - margin));
-    statusBar.setAutoSize(panel, false);
-}
-
 void EXMain::Form_Resize() {
-    if (!m_division)
-        return;
-    m_division->lay();
-    if (ProgressParent)
-        seatProgressBar(*prgload, *StatusBar1, kProgressPanel, kProgressMargin);
+    if (m_division)
+        m_division->lay();
 }
 
 void EXMain::Form_Unload() {
@@ -76,8 +49,7 @@ void EXMain::Form_Unload() {
         m_commands->SkipMark.clear();
         return;
     }
-    if (ProgressParent)
-        prgload->setParent(ProgressParent);
+    m_division->releaseProgressBar();
     // The menu opens the catalogue that is there, be it another than the one that was explored.
     giveBack();
     app::Windows::Show("Switch");

@@ -80,8 +80,6 @@ private:
 
     // Load and unload
     void makeParts();
-    void FitProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips);
-    void seatProgressBar(kit::ProgressBar& bar, kit::StatusBar& statusBar, int panel, int marginTwips);
     bool catalogueIsEmpty();
     void leaveEmptyCatalogue();
     void tellLocked();
@@ -122,7 +120,6 @@ private:
     std::unique_ptr<Listing> m_listing;
     std::unique_ptr<DiscTree> m_tree;
     std::unique_ptr<Commands> m_commands;
-    QWidget* ProgressParent = nullptr; // where prgload stood before it moved into the status bar
 };
 
 } // namespace discaro::explorer
