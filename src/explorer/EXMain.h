@@ -19,6 +19,7 @@
 
 namespace discaro::explorer {
 
+class CatalogueLoad;
 class Commands;
 class DiscTree;
 class Division;
@@ -78,11 +79,7 @@ private:
     static const kit::FormTable<EXMain> kTable;
     static const std::vector<kit::MenuLine> kMenus;
 
-    // Load and unload
     void makeParts();
-    bool catalogueIsEmpty();
-    void leaveEmptyCatalogue();
-    void tellLocked();
 
     // Handlers
     void Timer2_Timer();
@@ -120,6 +117,7 @@ private:
     std::unique_ptr<Listing> m_listing;
     std::unique_ptr<DiscTree> m_tree;
     std::unique_ptr<Commands> m_commands;
+    std::unique_ptr<CatalogueLoad> m_load;
 };
 
 } // namespace discaro::explorer

@@ -1,3 +1,4 @@
+#include "explorer/CatalogueLoad.h"
 #include "explorer/Commands.h"
 #include "explorer/Division.h"
 #include "explorer/EXMain.h"
@@ -15,6 +16,14 @@ void EXMain::Toolbar1_ButtonClick(const QString& key) {
 }
 
 // ---- The disc list and the tree
+
+void EXMain::Timer2_Timer() {
+    m_load->load();
+}
+
+void EXMain::refreshall_Click() {
+    m_load->refresh();
+}
 
 void EXMain::Combo1_Click() {
     m_tree->chooseDisc();

@@ -1,3 +1,4 @@
+#include "explorer/CatalogueLoad.h"
 #include "explorer/Commands.h"
 #include "explorer/Division.h"
 #include "explorer/EXMain.h"
@@ -242,6 +243,8 @@ void EXMain::makeParts() {
         DiscTree::Controls{*this, *Combo1, *ListView1, *Label3, *Label2, *tvwdb, *prgload}, *m_listing);
     m_commands = std::make_unique<Commands>(Commands::Controls{*this, *MenuBar1, *Toolbar1, *Combo1, *tvwdb, *lvwdb},
                                             sources, *m_tree, *m_listing);
+    m_load = std::make_unique<CatalogueLoad>(CatalogueLoad::Controls{*this, *Timer2, *Combo1, *tvwdb, *lvwdb}, sources,
+                                             *m_tree, *m_listing, *m_commands);
     m_division = std::make_unique<Division>(*this, Division::Parts{.wide = {MenuBar1, Picture1, Toolbar1},
                                                                    .area = ClientArea,
                                                                    .discs = Combo1,
