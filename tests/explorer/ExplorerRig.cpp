@@ -86,6 +86,14 @@ bool ExplorerRig::isUp(const char* window) const {
     return app::Windows::IsLoaded(window);
 }
 
+EXMain& ExplorerTest::openOn(const char* key) {
+    EXMain& window = rig.open();
+    window.Combo1->setListIndex(1);
+    clickNode(window, key);
+    rig.shown.clear();
+    return window;
+}
+
 int nodeOf(const EXMain& window, const char* key) {
     return window.tvwdb->nodes().find(QString::fromUtf8(key));
 }

@@ -81,6 +81,9 @@ int nodeOf(const explorer::EXMain& window, const char* key);
 class ExplorerTest : public testing::Test {
 protected:
     ExplorerTest() { rig.fill(); }
+    // The explorer on a directory of the disc "Games"; no window has been loaded since.
+    explorer::EXMain& openOn(const char* key);
+
     ExplorerRig rig;
 };
 

@@ -1,4 +1,3 @@
-#include "app/Windows.h"
 #include "explorer/ExplorerRig.h"
 #include "kit/program/Yield.h"
 

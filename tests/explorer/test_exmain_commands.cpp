@@ -1,7 +1,5 @@
-#include "app/Windows.h"
 #include "explorer/ExplorerRig.h"
 #include "kit/controls/ToolbarDialog.h"
-#include "kit/program/Yield.h"
 
 #include <QtCore/QSettings>
 #include <QtCore/QTimer>
@@ -19,16 +17,7 @@ namespace shared = app::Module1;
 
 namespace {
 
-class ExplorerCommands : public ExplorerTest {
-protected:
-    EXMain& openOn(const char* key) {
-        EXMain& window = rig.open();
-        window.Combo1->setListIndex(1);
-        clickNode(window, key);
-        rig.shown.clear();
-        return window;
-    }
-};
+class ExplorerCommands : public ExplorerTest {};
 
 using View = kit::ListView::View;
 

@@ -4,7 +4,6 @@
 #include "kit/common/Strings.h"
 #include "kit/controls/ToolbarDialog.h"
 #include "kit/program/Ground.h"
-#include "kit/program/Yield.h"
 
 #include <QtCore/QTimer>
 #include <QtGui/QActionGroup>

@@ -23,13 +23,6 @@ constexpr int kOneWait = 2000; // milliseconds
 // Windows that can't be loaded, and a catalogue that another program has locked.
 class ExplorerErrors : public ExplorerTest {
 protected:
-    EXMain& openOn(const char* key) {
-        EXMain& window = rig.open();
-        window.Combo1->setListIndex(1);
-        clickNode(window, key);
-        rig.shown.clear();
-        return window;
-    }
     void breakWindow(const char* name) {
         app::Windows::Register(name, [this, name] {
             auto* made = new StubWindow(name, StubWindow::Stay::Up, rig.shown);

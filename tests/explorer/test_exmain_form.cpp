@@ -2,7 +2,6 @@
 #include "kit/common/Colour.h"
 #include "kit/common/Strings.h"
 #include "kit/program/Ground.h"
-#include "kit/program/Yield.h"
 #include "support/windows/GoldenForm.h"
 
 #include <QtGui/QAccessible>

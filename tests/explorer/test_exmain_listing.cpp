@@ -2,7 +2,6 @@
 #include "catalogue/EmptyCatalogue.h"
 #include "db/sqlite/Connection.h"
 #include "explorer/ExplorerRig.h"
-#include "kit/program/Yield.h"
 #include "support/windows/ScriptedMsgBox.h"
 
 #include <QtGui/QClipboard>
@@ -22,12 +21,6 @@ namespace {
 
 class ExplorerListing : public ExplorerTest {
 protected:
-    EXMain& openOn(const char* key) {
-        EXMain& window = rig.open();
-        window.Combo1->setListIndex(1);
-        clickNode(window, key);
-        return window;
-    }
     static std::string panel(const EXMain& window, int number) {
         return window.StatusBar1->panelText(number).toStdString();
     }

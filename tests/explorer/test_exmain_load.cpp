@@ -1,6 +1,5 @@
 #include "app/Windows.h"
 #include "explorer/ExplorerRig.h"
-#include "kit/program/Yield.h"
 
 namespace discaro::test {
 

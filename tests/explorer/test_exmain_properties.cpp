@@ -2,7 +2,6 @@
 #include "explorer/EXCDROM.h"
 #include "explorer/EXDir.h"
 #include "explorer/ExplorerRig.h"
-#include "kit/program/Yield.h"
 
 namespace discaro::test {
 

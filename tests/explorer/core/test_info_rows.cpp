@@ -1,7 +1,6 @@
 #include "catalogue/Discs.h"
 #include "explorer/CatalogueRig.h"
 #include "explorer/InfoRows.h"
-#include "explorer/Queries.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
 #include "catalogue/Discs.h"
 #include "explorer/CatalogueRig.h"
-#include "explorer/Queries.h"
 #include "explorer/TagHandOver.h"
 
 #include <gtest/gtest.h>
