@@ -38,8 +38,6 @@ PROGRAMS = {
     "program_core": "test_program",
     "program": "test_program",
 }
-# Files whose tests stand with those of their windows.
-OF_FILES = {"PropertiesRules.cpp": "test_explorer"}
 USUAL = ["disc", "catalogue_core", "scanner_core", "explorer_core"]
 
 SWAPS = [
@@ -130,7 +128,7 @@ def sources(build, libraries):
         path = Path(entry["file"])
         folder = re.search(r"/CMakeFiles/([^/]+)/", entry["output"] if "output" in entry else entry["command"])
         if folder and folder.group(1) in wanted and path.is_relative_to(ROOT / "src"):
-            yield path, OF_FILES.get(path.name, wanted[folder.group(1)])
+            yield path, wanted[folder.group(1)]
 
 
 def run(command, seconds, folder=None):

@@ -1,13 +1,12 @@
 #include "catalogue/Discs.h"
-#include "catalogue/EmptyCatalogue.h"
 #include "catalogue/Schema.h"
 #include "db/dialect/Dialect.h"
 #include "db/sqlite/Connection.h"
-#include "explorer/PropertiesRules.h"
-#include "explorer/properties/PropertiesTest.h"
 #include "support/QueryPlan.h"
+#include "support/catalogue/ScratchCatalogue.h"
 
 #include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -17,7 +16,7 @@ using testing::Not;
 namespace {
 
 // How the storage engine finds the row of a properties window.
-std::string plan(const TestCatalogue& catalogue, std::string_view table, const std::string& number) {
+std::string plan(const ScratchCatalogue& catalogue, std::string_view table, const std::string& number) {
     static const db::Schema schema = catalogue::catalogueSchema();
     const db::Query query = db::parseCriterion(catalogue::rowCondition(number), *schema.find(table));
     db::Connection connection(catalogue.path().string(), db::Connection::Mode::ReadOnly);
@@ -28,7 +27,7 @@ std::string plan(const TestCatalogue& catalogue, std::string_view table, const s
 } // namespace
 
 TEST(PropertiesPlans, NoWindowScansItsTable) {
-    const TestCatalogue catalogue;
+    const ScratchCatalogue catalogue;
     EXPECT_THAT(plan(catalogue, "Drive", "12"), HasSubstr("SEARCH"));
     EXPECT_THAT(plan(catalogue, "Directories", "C12D1S3"), HasSubstr("(id number=?)"));
     EXPECT_THAT(plan(catalogue, "Files", "4711"), HasSubstr("rowid=?"));

@@ -1,9 +1,11 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Discs.h"
+#include "db/DBEngine.h"
+#include "explorer/CatalogueRig.h"
 #include "explorer/PropertiesRules.h"
-#include "explorer/properties/PropertiesTest.h"
 
 #include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 using namespace discaro;
 using namespace discaro::test;
@@ -18,9 +20,10 @@ namespace {
 class JudgedName : public ::testing::Test {
 protected:
     JudgedName() {
-        for (const int64_t number : {1, 2, 3, 4})
-            catalogue.addDisc(number, text("disc " + std::to_string(number)),
-                              {{"volume name", text("VOLUME " + std::to_string(number))}});
+        for (const int number : {1, 2, 3, 4})
+            catalogue.add(DiscRow{.number = number,
+                                  .name = "disc " + std::to_string(number),
+                                  .label = "VOLUME " + std::to_string(number)});
         discs = db::DBEngine::OpenDatabase(catalogue.path())->OpenRecordset("Drive");
         discs->FindFirst("[id number] like '2'");
     }
@@ -32,17 +35,15 @@ protected:
         });
     }
 
-    void rename(int number, const db::Value& name) {
-        const auto rows = db::DBEngine::OpenDatabase(catalogue.path())->OpenRecordset("Drive");
-        rows->FindFirst("[id number] = " + std::to_string(number));
-        rows->Edit();
-        (*rows)("prefered name") = name;
-        rows->Update();
+    void rename(int number, const char* name) const { set(number, "prefered name", quotedText(name)); }
+    void set(int number, const std::string& field, const std::string& value) const {
+        catalogue.run("UPDATE Drive SET \"" + field + "\" = " + value +
+                      " WHERE \"id number\" = " + std::to_string(number));
     }
 
     std::string current() { return (*discs)("id number").Text(); }
 
-    TestCatalogue catalogue;
+    CatalogueRig catalogue;
     std::unique_ptr<db::Recordset> discs;
     std::vector<std::string> messages;
     std::vector<std::string> stoodOn;
@@ -77,7 +78,7 @@ TEST_F(JudgedName, ANameOfAnEarlierDiscGoesUnnoticed) {
 }
 
 TEST_F(JudgedName, TheFirstOfTheLaterDiscsIsTold) {
-    rename(4, text("disc 3"));
+    rename(4, "disc 3");
     EXPECT_EQ(judge("disc 3"), NameVerdict::Taken);
     EXPECT_THAT(stoodOn, ElementsAre("3"));
 }
@@ -85,25 +86,26 @@ TEST_F(JudgedName, TheFirstOfTheLaterDiscsIsTold) {
 TEST_F(JudgedName, AnotherSpellingIsAnotherName) {
     EXPECT_EQ(judge("DISC 2"), NameVerdict::Free);
     EXPECT_EQ(judge("Disc 3"), NameVerdict::Free);
-    rename(3, text("DISC 2"));
+    rename(3, "DISC 2");
     EXPECT_EQ(judge("DISC 2"), NameVerdict::Taken);
 }
 
 TEST_F(JudgedName, TheDiscItselfIsNotCompared) {
-    rename(2, text("second"));
+    rename(2, "second");
     EXPECT_EQ(judge("second", "disc 2"), NameVerdict::Free);
 }
 
 TEST_F(JudgedName, ADiscWithoutANameHasNone) {
-    rename(3, kNull);
+    set(3, "prefered name", "NULL");
     EXPECT_EQ(judge(""), NameVerdict::Free);
-    rename(4, text(""));
+    rename(4, "");
     EXPECT_EQ(judge(""), NameVerdict::Taken);
     EXPECT_THAT(stoodOn, ElementsAre("4"));
 }
 
 TEST_F(JudgedName, WhatTheHolderDoesNotHaveIsEmptyInTheMessage) {
-    catalogue.addDisc(5, text("five"));
+    catalogue.add(DiscRow{.number = 5, .name = "five"});
+    set(5, "volume name", "NULL");
     EXPECT_EQ(judge("five"), NameVerdict::Taken);
     EXPECT_THAT(messages, ElementsAre("This Preferred name was used once before for CD-ROM number  '5' which has "
                                       "'' as its Volume label. Please choose another name."));
