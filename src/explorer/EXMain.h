@@ -39,10 +39,6 @@ public:
     // See Commands.
     void RunCommand(const std::string& word);
 
-    DiscTree& tree() { return *m_tree; }
-    Listing& listing() { return *m_listing; }
-    Commands& commands() { return *m_commands; }
-
     kit::MenuBar* MenuBar1 = nullptr;     // menus and pop-ups
     kit::Panel* ClientArea = nullptr;     // everything below the menu bar
     kit::Panel* Picture1 = nullptr;       // behind the top row

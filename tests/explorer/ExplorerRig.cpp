@@ -183,4 +183,20 @@ std::vector<std::string> childrenOf(EXMain& window, const char* key) {
     return texts;
 }
 
+std::string shownPane(const EXMain& window) {
+    std::string shown;
+    for (const kit::ListView* pane : {window.lvwdb, window.DriveInfo, window.Dirinfo})
+        if (!pane->isHidden())
+            shown += kit::utf8(pane->objectName());
+    return shown;
+}
+
+// Whatever is listed has its facts read anew.
+bool countsAsListed(EXMain& window, const char* key) {
+    for (kit::ListView* facts : {window.DriveInfo, window.Dirinfo})
+        facts->clear();
+    clickNode(window, key);
+    return window.DriveInfo->rows().count() == 0 && window.Dirinfo->rows().count() == 0;
+}
+
 } // namespace discaro::test

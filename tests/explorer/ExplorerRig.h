@@ -1,10 +1,7 @@
 #pragma once
 
 #include "explorer/CatalogueRig.h"
-#include "explorer/Commands.h"
-#include "explorer/DiscTree.h"
 #include "explorer/EXMain.h"
-#include "explorer/Listing.h"
 #include "support/windows/Endings.h"
 #include "support/windows/FormProbe.h"
 #include "support/windows/FreshWindows.h"
@@ -77,6 +74,10 @@ std::vector<std::string> columnOf(kit::ListView& list, int column);
 // The texts of a node's children as shown.
 std::vector<std::string> childrenOf(explorer::EXMain& window, const char* key);
 int nodeOf(const explorer::EXMain& window, const char* key);
+// The right side's list that is not hidden, by its name.
+std::string shownPane(const explorer::EXMain& window);
+// Whether a click on a node does nothing because it is the one that was listed last. The facts are gone afterwards.
+bool countsAsListed(explorer::EXMain& window, const char* key);
 
 class ExplorerTest : public testing::Test {
 protected:

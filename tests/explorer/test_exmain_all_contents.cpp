@@ -64,9 +64,10 @@ TEST_F(AllContents, ADiscChosenMeanwhileHasTheTreeToItself) {
     EXPECT_EQ(window.tvwdb->nodes().text(1), "CD-ROM Number  1");
     EXPECT_EQ(window.tvwdb->nodes().count(), 5);
     EXPECT_EQ(window.Label3->text(), "CD-ROM Number : 1");
-    EXPECT_EQ(window.listing().ViewMode, "file") << "the view of facts belongs to all contents";
-    EXPECT_TRUE(window.DriveInfo->isVisible());
+    EXPECT_EQ(shownPane(window), "DriveInfo");
     EXPECT_FALSE(window.prgload->isVisible());
+    clickNode(window, "C1D1");
+    EXPECT_EQ(shownPane(window), "lvwdb") << "the view of facts belongs to all contents";
 }
 
 TEST_F(AllContents, ARefreshMeanwhileHasTheTreeToItself) {
@@ -93,7 +94,7 @@ TEST_F(AllContents, ANodeClickedMeanwhileIsListedAndTheRestComesIn) {
     });
     EXPECT_EQ(window.tvwdb->nodes().count(), 41);
     EXPECT_THAT(textsOf(*window.lvwdb), ElementsAre("readme.txt", "setup.exe"));
-    EXPECT_EQ(window.listing().ViewMode, "info");
+    EXPECT_EQ(shownPane(window), "Dirinfo");
 }
 
 TEST_F(AllContents, TheWindowMayGoMeanwhile) {

@@ -28,12 +28,15 @@ using View = kit::ListView::View;
 TEST_F(ExplorerCommands, WordsAreTakenInAnyCaseAndOthersDoNothing) {
     EXMain& window = openOn("C1D1");
     window.RunCommand("Info View");
-    EXPECT_EQ(window.listing().ViewMode, "info");
+    clickNode(window, "C1D1S1");
+    EXPECT_EQ(shownPane(window), "Dirinfo");
     window.RunCommand("FILE VIEW");
-    EXPECT_EQ(window.listing().ViewMode, "file");
+    clickNode(window, "C1D1");
+    EXPECT_EQ(shownPane(window), "lvwdb");
     for (const char* word : {"", "info", "report", "file view ", "\xff", "R"})
         window.RunCommand(word);
-    EXPECT_EQ(window.listing().ViewMode, "file");
+    clickNode(window, "C1D1S1");
+    EXPECT_EQ(shownPane(window), "lvwdb");
     EXPECT_THAT(rig.shown, IsEmpty());
 }
 
@@ -97,7 +100,7 @@ TEST_F(ExplorerCommands, ToolbarKeysReachTheSameCommands) {
     EXPECT_EQ(window.lvwdb->view(), View::List);
     EXPECT_EQ(window.lvwdb->rows().sortOrder(), Qt::DescendingOrder);
     EXPECT_EQ(window.lvwdb->rows().sortKey(), 3);
-    EXPECT_EQ(window.listing().ViewMode, "info");
+    EXPECT_EQ(shownPane(window), "Dirinfo");
     pressButton(window, "Exit");
     EXPECT_TRUE(rig.isUp("Switch"));
 }
@@ -199,17 +202,17 @@ TEST_F(ExplorerCommands, ADirectoryRowIsGoneToAndTagged) {
     clickRow(*window.lvwdb, 0);
     window.RunCommand("tag");
     EXPECT_EQ(window.tvwdb->selectedNode(), nodeOf(window, "C1D1S1"));
-    EXPECT_EQ(window.tree().LastNode, nodeOf(window, "C1D1S1"));
     EXPECT_EQ(shared::TagKey, "DIRC1D1S1");
     EXPECT_EQ(shared::TagDirectory, "C1D1S1");
     EXPECT_EQ(shared::TagFile, "");
     EXPECT_EQ(shared::TagFileCount, "0");
+    EXPECT_TRUE(countsAsListed(window, "C1D1S1"));
 }
 
 TEST_F(ExplorerCommands, ADirectoryRowThatTheTreeDoesNotHaveTagsTheListedDirectory) {
     EXMain& window = openOn("C1D1S1");
     rig.catalogue.add(DirectoryRow{.number = "C1D1S1S2", .name = "New"});
-    window.tree().LastNode = 0;
+    clickNode(window, "R");
     clickNode(window, "C1D1S1");
     ASSERT_EQ(window.lvwdb->rows().item(1).text, " NEW");
     clickRow(*window.lvwdb, 1);

@@ -32,8 +32,8 @@ constexpr Entry kItems[] = {
     {"listviewSmallIcons", "view 1"},
     {"listviewListView", "view 2"},
     {"listviewDetails", "view 3"},
-    {"listviewFileView", "mode file"},
-    {"listviewInfoView", "mode info"},
+    {"listviewFileView", "pane lvwdb"},
+    {"listviewInfoView", "pane Dirinfo"},
     {"thefilename", "key 0"},
     {"thefilesize", "key 2"},
     {"thefileExtension", "key 3"},
@@ -42,24 +42,24 @@ constexpr Entry kItems[] = {
     {"thefileNumberofIcons", "key 8"},
     {"AscendingOrder", "order 0"},
     {"DescendingOrder", "order 1"},
-    {"Showall", "All Contents, mode info"},
+    {"Showall", "All Contents, pane Dirinfo"},
     {"newsearsh", "Loading Search"},
     {"scannewcd", "Loading Scanform"},
     {"Deletecdromentry", "Loading DeleteCD"},
     {"programsexplorer", "Loading Programs"},
     {"dbaseworkshop", "Loading Workshop"},
     {"SimDir", "DirSim"},
-    {"refreshall", "CD-ROM Number : 2"},
+    {"refreshall", "CD-ROM Number : 2, pane DriveInfo"},
     {"CustomizetheToolbar", "CustomizeToolbar"},
     {"aboutbox", "About"},
     {"diprop", "EXDir"},
     {"diprogtag", "ProgTag"},
-    {"lfile", "mode file"},
+    {"lfile", "pane lvwdb"},
     {"drprop", "EXDir"},
     {"drprogtag", "ProgTag"},
     {"lprop", "EXDir"},
     {"lprogtag", "ProgTag"},
-    {"linfo", "mode info"},
+    {"linfo", "pane Dirinfo"},
     {"llarge", "view 0"},
     {"lsmall", "view 1"},
     {"llist", "view 2"},
@@ -84,8 +84,8 @@ constexpr Entry kButtons[] = {
     {"Small Icons", "view 1"},
     {"List View", "view 2"},
     {"Report View", "view 3"},
-    {"File View", "mode file"},
-    {"Info View", "mode info"},
+    {"File View", "pane lvwdb"},
+    {"Info View", "pane Dirinfo"},
     {"prop", "EXDir"},
     {"tag", "ProgTag"},
     {"Search", "Loading Search"},
@@ -113,7 +113,7 @@ protected:
         window.Combo1->setListIndex(1);
         clickNode(window, "C1D1");
         const std::pair<const char*, const char*> kOpposites[] = {
-            {"view 3", "list view"}, {"mode file", "info view"}, {"key 0", "filesize"}, {"order 0", "descending"}};
+            {"view 3", "list view"}, {"pane lvwdb", "info view"}, {"key 0", "filesize"}, {"order 0", "descending"}};
         for (const auto& [made, opposite] : kOpposites)
             if (effect == made)
                 window.RunCommand(opposite);
@@ -169,7 +169,7 @@ private:
         const bool deep = window.tvwdb->nodes().count() > 3 && window.tvwdb->nodes().isExpanded(3);
         return {kit::utf8(window.Label3->text()),
                 "view " + std::to_string(static_cast<int>(window.lvwdb->view())),
-                "mode " + window.listing().ViewMode,
+                "pane " + shownPane(window),
                 "key " + std::to_string(rows.sortKey()),
                 "order " + std::to_string(static_cast<int>(rows.sortOrder())),
                 window.tvwdb->nodes().isExpanded(1) ? "" : "collapsed",

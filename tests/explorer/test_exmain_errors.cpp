@@ -251,12 +251,13 @@ TEST_F(ExplorerErrors, ViewOrderAndToolbarStayWhenTheDiscListIsFilledAfterTheLoc
     comeBackTo(window);
     rig.load(window);
     ASSERT_EQ(window.Combo1->count(), 2);
-    EXPECT_EQ(window.listing().ViewMode, "info");
     EXPECT_TRUE(window.MenuBar1->isMarked("listviewInfoView"));
     EXPECT_TRUE(window.Toolbar1->isPressed("Info View"));
     EXPECT_EQ(window.lvwdb->rows().sortOrder(), Qt::DescendingOrder);
     EXPECT_TRUE(window.MenuBar1->isMarked("DescendingOrder"));
     EXPECT_TRUE(window.Toolbar1->isPressed("descending"));
+    clickNode(window, "C2D1S1");
+    EXPECT_EQ(shownPane(window), "Dirinfo");
 }
 
 TEST_F(ExplorerErrors, AJumpIntoALockedCatalogueIsMadeWhenTheDiscListIsFilled) {
