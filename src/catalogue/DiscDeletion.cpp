@@ -10,6 +10,17 @@
 
 namespace discaro::catalogue {
 
+namespace {
+
+int64_t rowsOf(const char* table) {
+    const auto rows = app::Module1::CatalogueDb->OpenRecordset(table);
+    const int64_t count = rows->RecordCount();
+    rows->Close();
+    return count;
+}
+
+} // namespace
+
 std::string factValue(const DiscFact& fact, db::Recordset& discs) {
     std::string value;
     if (!fact.field.empty())
@@ -37,7 +48,13 @@ void deleteTagsOfDisc(int64_t discNumber) {
 
 void RefreshMasterTotals(db::DataSource& master) {
     app::Module1::OpenCatalogue();
-    countIntoMaster(master, *app::Module1::CatalogueDb);
+    master.Recordset().Edit();
+    const MasterTotals totals{.directories = rowsOf("directories"),
+                              .files = rowsOf("files"),
+                              .kilobytes = totalFileSize(*app::Module1::CatalogueDb),
+                              .discs = rowsOf("drive")};
+    writeMasterTotals(master.Recordset(), totals);
+    master.UpdateRecord();
     app::Module1::CatalogueDb->Close();
 }
 

@@ -3,10 +3,8 @@
 #include "base/RuntimeError.h"
 #include "catalogue/Names.h"
 
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace discaro::catalogue {
 
@@ -47,9 +45,7 @@ void writeTotal(db::Recordset& directories, db::Recordset& sums, const Total& to
         directories(total.total) = own;
 }
 
-int64_t rowsOf(db::Database& catalogue, std::string_view table) {
-    return catalogue.OpenRecordset(table)->RecordCount();
-}
+} // namespace
 
 db::Value totalFileSize(db::Database& catalogue) {
     return catalogue.OpenRecordset("select sum([file Size]) As [Total file size] from files")
@@ -57,20 +53,11 @@ db::Value totalFileSize(db::Database& catalogue) {
         .Value();
 }
 
-} // namespace
-
-void countIntoMaster(db::DataSource& master, db::Database& catalogue) {
-    db::Recordset& row = master.Recordset();
-    row.Edit();
-    const int64_t directories = rowsOf(catalogue, kDirectories);
-    const int64_t files = rowsOf(catalogue, kFiles);
-    const db::Value kilobytes = totalFileSize(catalogue);
-    const int64_t discs = rowsOf(catalogue, kDrive);
-    row(masterTable::kTotalNumberOfDirectories) = directories;
-    row(masterTable::kTotalNumberOfFiles) = files;
-    row(masterTable::kTotalSize) = kilobytes;
-    row(masterTable::kRealCdRomsScanned) = discs;
-    master.UpdateRecord();
+void writeMasterTotals(db::Recordset& master, const MasterTotals& totals) {
+    master(masterTable::kTotalNumberOfDirectories) = totals.directories;
+    master(masterTable::kTotalNumberOfFiles) = totals.files;
+    master(masterTable::kTotalSize) = totals.kilobytes;
+    master(masterTable::kRealCdRomsScanned) = totals.discs;
 }
 
 void rollUpCurrentDirectory(db::Database* catalogue, db::Recordset& directories) {

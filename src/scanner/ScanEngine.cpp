@@ -183,7 +183,13 @@ void ScanEngine::ReadAutorun(const std::string& root) {
 
 void ScanEngine::UpdateMasterTotals() {
     app::Module1::OpenCatalogue();
-    catalogue::countIntoMaster(m_data.master, *app::Module1::CatalogueDb);
+    db::Recordset& master = rows(m_data.master);
+    master.Edit();
+    catalogue::writeMasterTotals(master, {.directories = rows(m_data.directories).RecordCount(),
+                                          .files = rows(m_data.files).RecordCount(),
+                                          .kilobytes = catalogue::totalFileSize(*app::Module1::CatalogueDb),
+                                          .discs = rows(m_data.discs).RecordCount()});
+    m_data.master.UpdateRecord();
 }
 
 bool ScanEngine::moveToDiscRow() {
