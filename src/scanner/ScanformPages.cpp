@@ -204,8 +204,8 @@ void Scanform::runQuickScan() {
 
 // Those of the scanning screen lead out.
 void Scanform::Command1_Click(int index) {
-    const auto way = index < 4 ? kPages[m_shown - 1].ways[index] : &Scanform::closeAndReturn;
-    (this->*way)();
+    if (const auto way = index < 4 ? kPages[m_shown - 1].ways[index] : &Scanform::closeAndReturn)
+        (this->*way)();
 }
 
 void Scanform::leaveNamePage() {

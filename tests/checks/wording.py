@@ -26,11 +26,15 @@ SHARED_FOLDERS = {"home", "media", "mnt", "opt", "srv", "tmp", "usr", "var"}
 
 
 def own_places(root):
-    """Where this tree lies and whose home it is, as a pattern: absolute paths alone, not a folder of such a name."""
+    """Where this tree lies and whose home it is, as a pattern: absolute paths alone, not a folder of such a name.
+
+    A folder at the root that is called like one of the tree's, as /src or /app, says nothing of a computer.
+    """
     tree = Path(root).resolve()
     top = Path(*tree.parts[: 3 if tree.parts[1] in SHARED_FOLDERS else 2])
-    places = "|".join(re.escape(str(place)) for place in {top, Path.home()})
-    return re.compile(rf"(?<![\w.)}}])({places})\b")
+    common = {"build", "dist", ""} | {part for path in project_files(root) for part in Path(path).parts}
+    places = {place for place in (top, Path.home()) if len(place.parts) > 2 or place.name not in common}
+    return re.compile(rf"(?<![\w.)}}])({'|'.join(re.escape(str(place)) for place in places) or '(?!)'})\b")
 
 
 def names_missing_document(line, documents):

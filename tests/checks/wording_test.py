@@ -1,5 +1,6 @@
 import subprocess
 from pathlib import Path
+from unittest import mock
 
 from sample import SampleTree
 from wording import findings
@@ -54,12 +55,14 @@ class Wording(SampleTree):
         self.write("CMakeLists.txt", f"include({self.root.resolve()}/x.cmake)\n")
         self.assert_one(findings(self.root), "names a place on one computer")
 
-    def test_the_users_home_is_such_a_place(self):
-        self.write("run", f"cd {Path.home()}/discaro\n")
-        self.assert_one(findings(self.root), "names a place on one computer")
+    def test_the_users_home_is_such_a_place_but_not_the_root_of_all_or_a_name_of_the_tree(self):
+        self.write("app/run", "cd /keeper/discaro && ls / /app /etc/discaro\n")
+        for home, found in (("/keeper", 1), ("/", 0), ("/app", 0)):
+            with mock.patch.object(Path, "home", return_value=Path(home)):
+                self.assertEqual(len(findings(self.root)), found, home)
 
     def test_a_folder_inside_another_is_no_such_place(self):
-        self.write("src/mounts.cpp", f"// /dev{Path.home()} and ${{DIR}}{self.root.resolve()}\n")
+        self.write("src/mounts.cpp", f"// /dev{self.root.resolve()} and ${{DIR}}{self.root.resolve()}\n")
         self.assertEqual(findings(self.root), [])
 
     def test_build_products_are_not_read(self):

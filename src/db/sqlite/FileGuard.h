@@ -13,15 +13,15 @@ namespace discaro::db {
 // while the connection holds the lock for writing, size and time of change are those of its own last write; while it
 // does not, whoever has changed the file has counted the change on, as every SQLite program does (the change counter,
 // bytes 24 to 27). One that was changed and has the same header, as a copy that has gone another way may have, counts
-// as changed by the rules too: SQLite is made to drop the pages that it keeps. Once it is not the connection's own: - A
-// file that somebody else has changed is not written any more, not by a rollback either. What a rollback has to
+// as changed by the rules too: SQLite is made to drop the pages that it keeps. Once it is not the connection's own:
+// - A file that somebody else has changed is not written any more, not by a rollback either. What a rollback has to
 //   undo is undone only where all that the connection has written still stands there. One whose header or
 //   size such a rollback leaves other than it was stays somebody else's.
 // - A file that has only lost its name is written on, so that a rollback leaves it whole wherever it has been moved to.
-// - A journal at the path is not read, and it is deleted only by the connection that made it. For SQLite these are no
-// errors, so that its rollbacks run to their end. Whoever writes asks ownsFile before and after. Three things alone
-// fail, with SQLITE_READONLY_DBMOVED: the lock for writing, a commit that is expected, and the opening of a path that
-// has come to name another file meanwhile.
+// - A journal at the path is not read, and it is deleted only by the connection that made it.
+// For SQLite these are no errors, so that its rollbacks run to their end. Whoever writes asks ownsFile before and
+// after. Three things alone fail, with SQLITE_READONLY_DBMOVED: the lock for writing, a commit that is expected, and
+// the opening of a path that has come to name another file meanwhile.
 //
 // A journal beside a file that is being opened is set aside, as FileNaming.h tells, when it was made for a longer one:
 // a killed process has left it beside its own, which has been replaced since.
